@@ -1,0 +1,123 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <memory>
+#include <span>
+
+#include <tavo/client/export.h>
+
+namespace TAVOX {
+
+/// Collects the bytes of one request. Numbers are big-endian, nothing is padded.
+///
+/// The bytes lie in a chain of chunks of `chunkCapacity` bytes each. The first chunk is part of the writer, so
+/// a request that fits in it costs no memory from the heap; later ones are allocated as they are needed. A
+/// number is never split between two chunks, a byte run may be.
+///
+/// When memory for a chunk cannot be had the writer fails for good: failed() is true and every later write is
+/// ignored. Nothing here throws. A writer is used by one thread at a time.
+class TAVO_API OutputStream {
+    struct Chunk;
+
+public:
+    static constexpr std::size_t chunkCapacity = 24480;
+
+    /// The filled parts of the chunks, in the order in which they belong on the wire.
+    /// Valid until the writer is written to again or destroyed.
+    class TAVO_API Chunks {
+    public:
+        using value_type = std::span<const std::uint8_t>;
+
+        class TAVO_API iterator {
+        public:
+            using iterator_category = std::forward_iterator_tag;
+            using value_type = Chunks::value_type;
+            using difference_type = std::ptrdiff_t;
+            using pointer = const value_type*;
+            using reference = value_type;
+
+            iterator() = default;
+            value_type operator*() const { return {chunk_->data.data(), chunk_->used}; }
+            iterator& operator++() {
+                chunk_ = chunk_->next.get();
+                return *this;
+            }
+            iterator operator++(int) {
+                iterator before = *this;
+                ++*this;
+                return before;
+            }
+            bool operator==(const iterator&) const = default;
+
+        private:
+            friend class Chunks;
+            explicit iterator(const Chunk* chunk) : chunk_(chunk) {}
+            const Chunk* chunk_ = nullptr;
+        };
+
+        iterator begin() const { return iterator(first_); }
+        iterator end() const { return iterator(); }
+        std::size_t size() const { return static_cast<std::size_t>(std::distance(begin(), end())); }
+        value_type operator[](std::size_t index) const {
+            return *std::next(begin(), static_cast<std::ptrdiff_t>(index));
+        }
+
+    private:
+        friend class OutputStream;
+        explicit Chunks(const Chunk* first) : first_(first) {}
+        const Chunk* first_;
+    };
+
+    OutputStream() noexcept {} // not defaulted: `OutputStream out{}` must not clear the first chunk
+    OutputStream(const OutputStream&) = delete;
+    OutputStream& operator=(const OutputStream&) = delete;
+    ~OutputStream();
+
+    /// 4 bytes. Signed values are passed as their two's-complement bits.
+    void writeUInt32(std::uint32_t value) noexcept;
+    /// 8 bytes.
+    void writeInt64(std::int64_t value) noexcept;
+    /// 1 byte.
+    void writeByte(std::uint8_t value) noexcept;
+    /// 1 byte: 1 for true, 0 for false.
+    void writeBool(bool value) noexcept { writeByte(value ? 1 : 0); }
+    /// The low 32 bits of `length` as 4 bytes, then the `length` bytes at `data` as they stand.
+    void writeBytes(std::uint64_t length, const std::uint8_t* data) noexcept;
+
+    /// Reserves 4 bytes for the size of what is written until endSizedBlock(). Blocks do not nest: a second
+    /// begin simply starts the count anew at the new place.
+    void beginSizedBlock() noexcept;
+    /// Fills the reserved bytes with the number of bytes written since beginSizedBlock().
+    /// Does nothing when no block is open.
+    void endSizedBlock() noexcept;
+
+    /// True once memory for a chunk could not be had; the bytes are then incomplete and must not be sent.
+    bool failed() const noexcept { return failed_; }
+    /// Number of bytes written so far, over all chunks.
+    std::uint64_t total() const noexcept { return total_; }
+    /// At least one chunk, the first possibly empty.
+    Chunks chunks() const noexcept { return Chunks(&first_); }
+
+private:
+    struct Chunk {
+        std::unique_ptr<Chunk> next;
+        std::size_t used = 0;
+        std::array<std::uint8_t, chunkCapacity> data;
+    };
+
+    std::uint8_t* reserve(std::size_t count) noexcept;
+    void startChunk() noexcept;
+    void count(std::size_t bytes) noexcept;
+
+    Chunk first_;
+    Chunk* current_ = &first_;
+    bool failed_ = false;
+    std::uint64_t total_ = 0;
+    std::uint8_t* sizeField_ = nullptr;
+    std::uint64_t sizeCount_ = 0;
+};
+
+} // namespace TAVOX
