@@ -1,0 +1,167 @@
+#include <tavo/client/wire/socket_transport.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <limits>
+
+#include <tavo/client/wire/error.h>
+#include <tavo/client/wire/internal/socket.h>
+
+namespace TAVO {
+
+namespace {
+
+constexpr std::size_t readAheadCapacity = 64 * 1024;
+
+const char* introduction(sockets::ConnectStep step) {
+    switch (step) {
+    case sockets::ConnectStep::resolve:
+        return "Could not get address info for: ";
+    case sockets::ConnectStep::createSocket:
+        return "Could not create socket to: ";
+    case sockets::ConnectStep::connect:
+        break;
+    }
+    return "Could not connect to socket to: ";
+}
+
+[[noreturn]] void throwClosedUnexpectedly(sockets::ErrorCode error) {
+    throw NetworkError("Connection to device closed unexpectedly." + sockets::errorText(error));
+}
+
+} // namespace
+
+SocketTransport::SocketTransport(const std::string& host, const std::string& port)
+    : host_(host)
+    , port_(port)
+    , socket_(sockets::closedHandle)
+    , readAhead_(std::make_unique_for_overwrite<std::uint8_t[]>(readAheadCapacity)) {
+    if (!sockets::startUp())
+        throw NetworkError("Could not initialize WinSock library");
+    connect();
+}
+
+SocketTransport::~SocketTransport() { close(); }
+
+bool SocketTransport::isOpen() const noexcept { return socket_ != sockets::closedHandle; }
+
+void SocketTransport::close() noexcept {
+    readAheadBegin_ = readAheadEnd_ = 0;
+    if (isOpen())
+        sockets::close(socket_);
+    socket_ = sockets::closedHandle;
+}
+
+void SocketTransport::connect() {
+    close();
+    ++counters_.connects;
+    if (const auto failure = sockets::connect(host_, port_, socket_))
+        throw NetworkError(introduction(failure->step) + host_ + " port " + port_ + failure->errorText);
+}
+
+void SocketTransport::prepareToSend() {
+    if (!isOpen()) {
+        connect();
+        return;
+    }
+    std::uint8_t stray = 0;
+    bool unexpectedData = takeReadAhead(&stray, 1) > 0;
+    if (!unexpectedData) {
+        ++counters_.polls;
+        if (!sockets::pollReadable(socket_))
+            return;
+        ++counters_.receives;
+        const auto received = sockets::receiveOnce(socket_, &stray, 1);
+        unexpectedData = received.error == 0 && received.bytes > 0;
+    }
+    if (unexpectedData)
+        throw NetworkError("Unexpected data recieved from device.");
+    connect();
+}
+
+template <class RunIterator>
+void SocketTransport::sendRuns(RunIterator run, RunIterator end) {
+    std::size_t sentOfFirst = 0;
+    while (true) {
+        std::array<sockets::Run, sockets::maximumRuns> batch;
+        std::size_t runs = 0;
+        std::size_t skipped = sentOfFirst;
+        for (auto next = run; next != end && runs < batch.size(); ++next) {
+            const auto rest = (*next).subspan(skipped);
+            skipped = 0;
+            if (!rest.empty())
+                batch[runs++] = rest;
+        }
+        if (runs == 0)
+            return;
+
+        ++counters_.sends;
+        const auto sent = sockets::sendGathered(socket_, std::span(batch).first(runs));
+        if (sent.error != 0)
+            throw NetworkError("Error transmitting message call to device." + sockets::errorText(sent.error));
+
+        sentOfFirst += sent.bytes;
+        while (run != end && sentOfFirst >= (*run).size()) {
+            sentOfFirst -= (*run).size();
+            ++run;
+        }
+    }
+}
+
+void SocketTransport::send(const TAVOX::OutputStream::Chunks& request) {
+    prepareToSend();
+    sendRuns(request.begin(), request.end());
+}
+
+void SocketTransport::sendAll(const std::uint8_t* bytes, std::uint64_t length) {
+    prepareToSend();
+    const sockets::Run whole(bytes, static_cast<std::size_t>(length));
+    sendRuns(&whole, &whole + 1);
+}
+
+std::size_t SocketTransport::takeReadAhead(std::uint8_t* destination, std::uint64_t length) noexcept {
+    const auto taken =
+        static_cast<std::size_t>(std::min<std::uint64_t>(length, readAheadEnd_ - readAheadBegin_));
+    if (taken > 0)
+        std::memcpy(destination, readAhead_.get() + readAheadBegin_, taken);
+    readAheadBegin_ += taken;
+    return taken;
+}
+
+std::size_t SocketTransport::receiveSome(std::uint8_t* destination, std::uint64_t length) {
+    ++counters_.receives;
+    const auto limit =
+        static_cast<std::size_t>(std::min<std::uint64_t>(length, std::numeric_limits<std::size_t>::max()));
+    const auto received = sockets::receiveOnce(socket_, destination, limit);
+    if (received.error != 0)
+        throwClosedUnexpectedly(received.error);
+    if (received.bytes == 0)
+        throwClosedUnexpectedly(sockets::connectionReset());
+    return received.bytes;
+}
+
+void SocketTransport::receiveAll(std::uint8_t* buffer, std::uint64_t length) {
+    if (length == 0)
+        return;
+    if (!isOpen())
+        throwClosedUnexpectedly(sockets::notConnected());
+    while (true) {
+        const auto taken = takeReadAhead(buffer, length);
+        buffer += taken;
+        length -= taken;
+        if (length == 0)
+            return;
+
+        if (length < readAheadCapacity) {
+            readAheadBegin_ = readAheadEnd_ = 0;
+            readAheadEnd_ = receiveSome(readAhead_.get(), readAheadCapacity);
+        } else {
+            const auto received = receiveSome(buffer, length);
+            buffer += received;
+            length -= received;
+        }
+    }
+}
+
+} // namespace TAVO

@@ -1,0 +1,120 @@
+#include <tavo/client/wire/internal/socket.h>
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <mutex>
+
+// The order matters: windows.h would bring in the first generation of the socket interface.
+#include <winsock2.h>
+#include <ws2tcpip.h>
+
+#include <windows.h>
+
+namespace TAVO::sockets {
+
+namespace {
+
+SOCKET system(Handle socket) noexcept { return static_cast<SOCKET>(socket); }
+
+std::string systemText(ErrorCode code) {
+    char* text = nullptr;
+    const DWORD length = ::FormatMessageA(
+        FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+        static_cast<DWORD>(code), MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT), reinterpret_cast<char*>(&text),
+        0, nullptr);
+    if (length == 0)
+        return {};
+    std::string copy(text, length);
+    ::LocalFree(text);
+    return copy;
+}
+
+} // namespace
+
+std::string errorText(ErrorCode code) {
+    return "[ErrorCode " + std::to_string(code) + ":" + systemText(code) + "]";
+}
+
+ErrorCode connectionReset() noexcept { return WSAECONNRESET; }
+ErrorCode notConnected() noexcept { return WSAENOTCONN; }
+
+bool startUp() noexcept {
+    static std::mutex mutex;
+    static bool started = false;
+    const std::lock_guard lock(mutex);
+    if (!started) {
+        WSADATA data{};
+        started = ::WSAStartup(MAKEWORD(2, 2), &data) == 0;
+    }
+    return started;
+}
+
+std::optional<ConnectFailure> connect(const std::string& host, const std::string& port, Handle& socket) {
+    socket = closedHandle;
+
+    addrinfo hints{};
+    hints.ai_family = AF_UNSPEC;
+    hints.ai_socktype = SOCK_STREAM;
+    hints.ai_protocol = IPPROTO_TCP;
+    addrinfo* addresses = nullptr;
+    if (::getaddrinfo(host.c_str(), port.c_str(), &hints, &addresses) != 0)
+        return ConnectFailure{ConnectStep::resolve, errorText(::WSAGetLastError())};
+
+    auto step = ConnectStep::createSocket;
+    ErrorCode error = 0;
+    const SOCKET created = ::socket(addresses->ai_family, addresses->ai_socktype, addresses->ai_protocol);
+    socket = static_cast<Handle>(created);
+    if (created == INVALID_SOCKET) {
+        error = ::WSAGetLastError();
+    } else {
+        step = ConnectStep::connect;
+        if (::connect(created, addresses->ai_addr, static_cast<int>(addresses->ai_addrlen)) != 0)
+            error = ::WSAGetLastError();
+    }
+    ::freeaddrinfo(addresses);
+
+    if (error == 0)
+        return std::nullopt;
+    if (socket != closedHandle)
+        close(socket);
+    socket = closedHandle;
+    return ConnectFailure{step, errorText(error)};
+}
+
+void close(Handle socket) noexcept { ::closesocket(system(socket)); }
+
+bool pollReadable(Handle socket) noexcept {
+    fd_set readable{};
+    readable.fd_count = 1;
+    readable.fd_array[0] = system(socket);
+    timeval noTime{0, 0};
+    return ::select(0, &readable, nullptr, nullptr, &noTime) > 0;
+}
+
+Transfer sendGathered(Handle socket, std::span<const Run> runs) noexcept {
+    std::array<WSABUF, maximumRuns> buffers;
+    DWORD count = 0;
+    for (const Run run : runs) {
+        const auto length = std::min<std::size_t>(run.size(), std::numeric_limits<ULONG>::max());
+        buffers[count].len = static_cast<ULONG>(length);
+        buffers[count].buf = reinterpret_cast<char*>(const_cast<std::uint8_t*>(run.data()));
+        ++count;
+        if (length < run.size())
+            break;
+    }
+    DWORD sent = 0;
+    if (::WSASend(system(socket), buffers.data(), count, &sent, 0, nullptr, nullptr) != 0)
+        return {0, ::WSAGetLastError()};
+    return {sent, 0};
+}
+
+Transfer receiveOnce(Handle socket, std::uint8_t* buffer, std::size_t length) noexcept {
+    const auto limit = std::min<std::size_t>(length, std::numeric_limits<int>::max());
+    const int received = ::recv(system(socket), reinterpret_cast<char*>(buffer), static_cast<int>(limit), 0);
+    if (received < 0)
+        return {0, ::WSAGetLastError()};
+    return {static_cast<std::size_t>(received), 0};
+}
+
+} // namespace TAVO::sockets
