@@ -1,0 +1,57 @@
+# The installed package: libraries, headers, CMake package "tavo_client" and pkg-config files.
+include(CMakePackageConfigHelpers)
+
+set(TAVO_INSTALL_CMAKEDIR "${CMAKE_INSTALL_LIBDIR}/cmake/tavo_client" CACHE STRING "Folder of the CMake package")
+set(TAVO_INSTALL_PKGCONFIGDIR "${CMAKE_INSTALL_LIBDIR}/pkgconfig" CACHE STRING "Folder of the pkg-config files")
+mark_as_advanced(TAVO_INSTALL_CMAKEDIR TAVO_INSTALL_PKGCONFIGDIR)
+
+set(libraries tavo_client)
+set(has_simulator OFF)
+if(TARGET tavo_simulator)
+  list(APPEND libraries tavo_simulator)
+  set(has_simulator ON)
+endif()
+
+install(TARGETS ${libraries} EXPORT tavo_clientTargets
+  RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}"
+  LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+  ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+  INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
+  FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+install(EXPORT tavo_clientTargets NAMESPACE tavo:: DESTINATION "${TAVO_INSTALL_CMAKEDIR}")
+
+configure_package_config_file(cmake/tavo_clientConfig.cmake.in
+  "${PROJECT_BINARY_DIR}/package/tavo_clientConfig.cmake"
+  INSTALL_DESTINATION "${TAVO_INSTALL_CMAKEDIR}")
+write_basic_package_version_file("${PROJECT_BINARY_DIR}/package/tavo_clientConfigVersion.cmake"
+  COMPATIBILITY SameMajorVersion)
+install(FILES
+  "${PROJECT_BINARY_DIR}/package/tavo_clientConfig.cmake"
+  "${PROJECT_BINARY_DIR}/package/tavo_clientConfigVersion.cmake"
+  DESTINATION "${TAVO_INSTALL_CMAKEDIR}")
+
+# The pkg-config files find the installation from where they lie, unless a folder was given absolute.
+function(tavo_pkgconfig_folder folder result)
+  if(IS_ABSOLUTE "${folder}")
+    set(${result} "${folder}" PARENT_SCOPE)
+  else()
+    set(${result} "\${prefix}/${folder}" PARENT_SCOPE)
+  endif()
+endfunction()
+if(IS_ABSOLUTE "${TAVO_INSTALL_PKGCONFIGDIR}")
+  set(pkgconfig_prefix "${CMAKE_INSTALL_PREFIX}")
+else()
+  file(RELATIVE_PATH to_prefix "/${TAVO_INSTALL_PKGCONFIGDIR}" "/")
+  string(REGEX REPLACE "/$" "" to_prefix "${to_prefix}")
+  set(pkgconfig_prefix "\${pcfiledir}/${to_prefix}")
+endif()
+tavo_pkgconfig_folder("${CMAKE_INSTALL_LIBDIR}" pkgconfig_libdir)
+tavo_pkgconfig_folder("${CMAKE_INSTALL_INCLUDEDIR}" pkgconfig_includedir)
+set(client_private_libraries "")
+if(WIN32)
+  set(client_private_libraries "-lws2_32")
+endif()
+foreach(library IN LISTS libraries)
+  configure_file(cmake/${library}.pc.in "${PROJECT_BINARY_DIR}/package/${library}.pc" @ONLY)
+  install(FILES "${PROJECT_BINARY_DIR}/package/${library}.pc" DESTINATION "${TAVO_INSTALL_PKGCONFIGDIR}")
+endforeach()
