@@ -10,6 +10,10 @@ function(tavo_target_settings target)
   else()
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow
       $<$<BOOL:${TAVO_WERROR}>:-Werror>)
+    # GCC 12 takes a literal joined with a temporary string for overlapping memory when it optimises.
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+      target_compile_options(${target} PRIVATE -Wno-restrict)
+    endif()
   endif()
   if(TAVO_SANITIZE)
     target_compile_options(${target} PRIVATE -fsanitize=${TAVO_SANITIZE} -fno-omit-frame-pointer
