@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstddef>
+
+namespace support {
+
+/// Watches what the constructing thread takes from the heap by `new` while it lives. One at a time per
+/// thread.
+class AllocationMeter {
+public:
+    AllocationMeter() noexcept;
+    AllocationMeter(const AllocationMeter&) = delete;
+    AllocationMeter& operator=(const AllocationMeter&) = delete;
+
+    std::size_t count() const noexcept;
+    /// Size of the largest single piece.
+    std::size_t largest() const noexcept;
+    /// Sum over all pieces, given back or not.
+    std::size_t total() const noexcept;
+};
+
+} // namespace support

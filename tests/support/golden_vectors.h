@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+/// The bytes written by hand in tests/golden.
+namespace support {
+
+struct GoldenRequest {
+    /// Null for a method without parameters.
+    nlohmann::json record;
+    std::vector<std::uint8_t> bytes;
+};
+
+struct GoldenReply {
+    std::int32_t code = 0;
+    /// Null for a method that returns its status alone.
+    nlohmann::json record;
+    std::vector<std::uint8_t> bytes;
+    /// What the same reply is written as: other bytes only where a flag byte is neither 0 nor 1.
+    std::vector<std::uint8_t> writtenBytes;
+};
+
+struct GoldenVector {
+    std::string type;
+    std::string version;
+    std::string method;
+    std::string name;
+    std::optional<GoldenRequest> request;
+    std::optional<GoldenReply> reply;
+};
+
+void PrintTo(const GoldenVector& vector, std::ostream* out);
+
+/// All vectors of all files.
+/// @throws std::exception that names the file and the vector when something in them is not as it must be.
+std::vector<GoldenVector> loadGoldenVectors();
+
+} // namespace support
