@@ -1,4 +1,6 @@
 # The first C++ program in README.md is examples/readme.cpp, character by character.
+cmake_minimum_required(VERSION 3.23)
+
 get_filename_component(root "${CMAKE_CURRENT_LIST_DIR}/../.." ABSOLUTE)
 file(READ "${root}/README.md" readme)
 file(READ "${root}/examples/readme.cpp" example)

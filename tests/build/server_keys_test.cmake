@@ -1,4 +1,6 @@
 # A well-formed file of server keys is read; every malformed one stops the configure step and says where and why.
+cmake_minimum_required(VERSION 3.23)
+
 if(SCRIPT_UNDER_TEST)
   include("${CMAKE_CURRENT_LIST_DIR}/../../cmake/ServerKeys.cmake")
   tavo_read_server_keys("${KEYS_FILE}" keys)

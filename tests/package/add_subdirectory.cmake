@@ -1,4 +1,6 @@
 # An application takes the checkout into its own build.
+cmake_minimum_required(VERSION 3.23)
+
 include("${CMAKE_CURRENT_LIST_DIR}/steps.cmake")
 configure_and_build("${CMAKE_CURRENT_LIST_DIR}/add_subdirectory" "${WORK}"
   "-DTAVO_CHECKOUT=${ROOT}" "-DBUILD_SHARED_LIBS=${BUILD_SHARED_LIBS}" "-DEXPECTED_KIND=${KIND}"

@@ -1,4 +1,6 @@
 # An application finds the installed CMake package; so do the examples, as a project of their own.
+cmake_minimum_required(VERSION 3.23)
+
 include("${CMAKE_CURRENT_LIST_DIR}/steps.cmake")
 # The installation is used where it was moved to, not where it was installed.
 set(moved "${WORK}/moved")

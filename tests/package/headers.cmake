@@ -1,4 +1,6 @@
 # What is installed is what the checkout publishes, and it needs nothing but itself and the standard library.
+cmake_minimum_required(VERSION 3.23)
+
 set(folders tavo/client)
 if(WITH_SIMULATOR)
   list(APPEND folders tavo/simulator)

@@ -1,3 +1,5 @@
+cmake_minimum_required(VERSION 3.23)
+
 include("${CMAKE_CURRENT_LIST_DIR}/steps.cmake")
 configure_and_build("${ROOT}" "${WORK}"
   -DBUILD_SHARED_LIBS=${BUILD_SHARED_LIBS}

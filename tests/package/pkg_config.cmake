@@ -1,4 +1,6 @@
 # An application that is built by a compiler and pkg-config alone.
+cmake_minimum_required(VERSION 3.23)
+
 include("${CMAKE_CURRENT_LIST_DIR}/steps.cmake")
 file(REMOVE_RECURSE "${WORK}")
 # Used where it was moved to, not where it was installed.

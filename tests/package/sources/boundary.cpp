@@ -2,6 +2,7 @@
 #include <array>
 #include <cstdint>
 #include <iostream>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <typeinfo>
@@ -39,7 +40,7 @@ bool libraryKnowsRecordsMadeHere() {
     request->state = true;
     TAVOX::OutputStream out;
     relay::EncoderList().at("set")(out, TAVO::dto::Params{request});
-    return !out.failed() && out.chunks().front().front() == 1;
+    return !out.failed() && out.chunks()[0].size() == 1 && out.chunks()[0][0] == 1;
 }
 
 } // namespace
