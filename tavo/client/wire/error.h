@@ -13,8 +13,9 @@ class Method;
 /// Base of every exception of this library, thrown itself for framing faults of a reply and for device error
 /// codes without a class of their own ("Unknown error code: ...").
 ///
-/// A few faults that a correct program never meets (a result of the wrong type, TAVOXDevice::getMaxPacketSize)
-/// are plain std::runtime_error instead. All exceptions own their text and may outlive the device.
+/// A few faults that a correct program never meets (a result of the wrong type,
+/// TAVOXDevice::getMaxPacketSize) are plain std::runtime_error instead. All exceptions own their text and may
+/// outlive the device.
 class TAVO_API Error : public std::runtime_error {
 public:
     explicit Error(const std::string& message);

@@ -8,16 +8,18 @@
 
 namespace TAVOX {
 
-/// Reads the values of one received block, which it does not own and which must outlive it and every view that
-/// readSpan() gave out. Numbers are big-endian.
+/// Reads the values of one received block, which it does not own and which must outlive it and every view
+/// that readSpan() gave out. Numbers are big-endian.
 ///
 /// A read that asks for more than what remains fails the reader for good: that read and every later one yield
-/// zero (or a null pointer) and consume nothing. Nothing here throws; test failed() after the reads of a record.
-/// A reader is used by one thread at a time.
+/// zero (or a null pointer) and consume nothing. Nothing here throws; test failed() after the reads of a
+/// record. A reader is used by one thread at a time.
 class InputStream {
 public:
     InputStream(const std::uint8_t* bytes, std::uint64_t length) noexcept
-        : cursor_(bytes), size_(length), remaining_(length) {}
+        : cursor_(bytes)
+        , size_(length)
+        , remaining_(length) {}
 
     /// 4 bytes; take the value as signed or unsigned as the field demands.
     std::int32_t readInt32() noexcept { return static_cast<std::int32_t>(readNumber<std::uint32_t>()); }
@@ -48,8 +50,8 @@ public:
     }
 
     bool failed() const noexcept { return failed_; }
-    /// Fails the reader: for a caller who finds that what he read cannot be right, such as a count of elements
-    /// that does not fit in what remains.
+    /// Fails the reader: for a caller who finds that what he read cannot be right, such as a count of
+    /// elements that does not fit in what remains.
     void fail() noexcept { failed_ = true; }
 
     /// Length of the block.

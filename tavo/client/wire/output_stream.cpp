@@ -66,8 +66,8 @@ void OutputStream::writeByte(std::uint8_t value) noexcept {
 void OutputStream::writeBytes(std::uint64_t length, const std::uint8_t* data) noexcept {
     writeUInt32(static_cast<std::uint32_t>(length));
     while (length > 0 && !failed_) {
-        const auto run = static_cast<std::size_t>(
-            std::min<std::uint64_t>(length, chunkCapacity - current_->used));
+        const auto run =
+            static_cast<std::size_t>(std::min<std::uint64_t>(length, chunkCapacity - current_->used));
         if (run > 0)
             std::memcpy(current_->data.data() + current_->used, data, run);
         count(run);

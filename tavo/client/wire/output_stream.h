@@ -13,8 +13,8 @@ namespace TAVOX {
 
 /// Collects the bytes of one request. Numbers are big-endian, nothing is padded.
 ///
-/// The bytes lie in a chain of chunks of `chunkCapacity` bytes each. The first chunk is part of the writer, so
-/// a request that fits in it costs no memory from the heap; later ones are allocated as they are needed. A
+/// The bytes lie in a chain of chunks of `chunkCapacity` bytes each. The first chunk is part of the writer,
+/// so a request that fits in it costs no memory from the heap; later ones are allocated as they are needed. A
 /// number is never split between two chunks, a byte run may be.
 ///
 /// When memory for a chunk cannot be had the writer fails for good: failed() is true and every later write is
@@ -54,7 +54,8 @@ public:
 
         private:
             friend class Chunks;
-            explicit iterator(const Chunk* chunk) : chunk_(chunk) {}
+            explicit iterator(const Chunk* chunk)
+                : chunk_(chunk) {}
             const Chunk* chunk_ = nullptr;
         };
 
@@ -67,7 +68,8 @@ public:
 
     private:
         friend class OutputStream;
-        explicit Chunks(const Chunk* first) : first_(first) {}
+        explicit Chunks(const Chunk* first)
+            : first_(first) {}
         const Chunk* first_;
     };
 

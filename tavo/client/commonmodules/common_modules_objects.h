@@ -1,0 +1,16 @@
+#pragma once
+
+#include <tavo/client/export.h>
+
+namespace CommonModules {
+
+/// The object types of general-purpose peripherals.
+class TAVO_API CommonModulesObjects {
+public:
+    /// Call it once before opening devices: it makes sure that the factories of the group are part of the
+    /// program, which matters where the library is linked statically. Calling it again, from any thread, does
+    /// no harm.
+    static void registerCoreObjects();
+};
+
+} // namespace CommonModules

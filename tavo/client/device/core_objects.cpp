@@ -1,0 +1,23 @@
+#include <tavo/client/device/core_objects.h>
+
+#include <tavo/client/device/device_v1_0.h>
+#include <tavo/client/device/private_v1_0.h>
+#include <tavo/client/device/system_v1_0.h>
+
+namespace TAVO {
+
+namespace {
+
+DeviceObjectFactory deviceFactory;
+PrivateFactory privateFactory;
+SystemFactory systemFactory;
+
+} // namespace
+
+void CoreObjects::registerCoreObjects() {
+    deviceFactory.registerFactory();
+    privateFactory.registerFactory();
+    systemFactory.registerFactory();
+}
+
+} // namespace TAVO

@@ -1,0 +1,23 @@
+#include <tavo/client/device/device.h>
+
+#include <utility>
+
+#include <tavo/client/device/device_v1_0.h>
+#include <tavo/client/device/private_v1_0.h>
+#include <tavo/client/device/system_v1_0.h>
+
+namespace TAVO {
+
+Device::Device()
+    : Container("", nullptr) {}
+Device::~Device() = default;
+
+void Device::initalize() {}
+
+void Device::relock() { lock(); }
+
+void Device::setDevice(std::shared_ptr<Device_v1_0> object) { device_ = std::move(object); }
+void Device::setSystem(std::shared_ptr<System_v1_0> object) { system_ = std::move(object); }
+void Device::setPrivate(std::shared_ptr<Private_v1_0> object) { private_ = std::move(object); }
+
+} // namespace TAVO

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include <tavo/client/export.h>
+#include <tavo/client/object/container.h>
+#include <tavo/client/object/method.h>
+#include <tavo/client/object/multicall_queue.h>
+
+namespace TAVO {
+
+class Device_v1_0;
+class System_v1_0;
+class Private_v1_0;
+
+/// The connection to one device, and the root of its object tree. Its children are the device's root members;
+/// the three fixed objects are reached through their getters.
+///
+/// DeviceFactory makes devices. A device, its tree and its Methods belong to one thread at a time; different
+/// devices may be used by different threads at once. Calls block for as long as the device takes.
+class TAVO_API Device : public Container {
+public:
+    /// An empty name, no parent, no children, no proxies.
+    Device();
+    ~Device() override;
+
+protected:
+    void initalize() override;
+
+public:
+    /// Executes one Method in one exchange.
+    /// @throws NetworkError when the connection fails; SpecificationError when parameters cannot be encoded
+    /// or the
+    ///         result cannot be decoded; ConfigurationError, LockError, SpecificationError, ExecutionError,
+    ///         TAVOLoginError or Error for an error that the device reports.
+    virtual void call(std::shared_ptr<Method> method) = 0;
+    /// Executes all Methods of the queue in one exchange, in order; the queue is left as it was. Results that
+    /// arrived before a failure stay in their Methods.
+    /// @throws as call().
+    virtual void multicall(std::shared_ptr<MulticallQueue> queue) = 0;
+    /// Takes the lock again with the stored credentials.
+    virtual void relock();
+    /// Releases the lock; does nothing when it is not held.
+    virtual void unlock() = 0;
+    /// Asks the device for its key and keeps it for checkTavoKey().
+    virtual void getKey() = 0;
+    /// Whether the device's key is one of the known server keys; the outputs are the flags of that entry, or
+    /// both false.
+    virtual bool checkTavoKey(bool& first, bool& second) const = 0;
+    virtual int getMaxPacketSize() = 0;
+
+protected:
+    /// Stores the credentials and takes the lock.
+    virtual void lock(const std::string& user, const std::string& password) = 0;
+    virtual void lock() = 0;
+    virtual bool login(const std::string& user, const std::string& password) = 0;
+
+public:
+    /// The "device" object; empty until it is set.
+    std::shared_ptr<Device_v1_0> getDevice() const { return device_; }
+    /// The "system" object; empty until it is set.
+    std::shared_ptr<System_v1_0> getSystem() const { return system_; }
+    /// The "private" object; empty until it is set.
+    std::shared_ptr<Private_v1_0> getPrivate() const { return private_; }
+    void setDevice(std::shared_ptr<Device_v1_0> object);
+    void setSystem(std::shared_ptr<System_v1_0> object);
+    void setPrivate(std::shared_ptr<Private_v1_0> object);
+
+private:
+    friend class DeviceFactory;
+
+    std::shared_ptr<Device_v1_0> device_;
+    std::shared_ptr<System_v1_0> system_;
+    std::shared_ptr<Private_v1_0> private_;
+};
+
+} // namespace TAVO

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include <tavo/client/device/device.h>
+#include <tavo/client/export.h>
+
+namespace TAVO {
+
+namespace Device_Factory_Structs {
+
+/// What DeviceFactory::queryDevice learned about a device.
+struct TAVO_API TavoDeviceDescriptor {
+    /// The flags of the known server key that the device's key matched.
+    bool firstKeyFlag = false;
+    bool secondKeyFlag = false;
+    /// The TCP port that was used.
+    int port = 0;
+    bool operator==(const TavoDeviceDescriptor&) const = default;
+};
+
+} // namespace Device_Factory_Structs
+
+/// Where an application starts: opens devices.
+///
+/// Call registerCoreObjects() of CoreObjects, HWDebug::HwdObjects and CommonModules::CommonModulesObjects
+/// first, once. Different devices may be opened by different threads at once. When an opening fails the
+/// half-built device is released, which unlocks it if the lock had been taken. All operations block for as
+/// long as the device takes, and throw NetworkError when the connection fails and what
+/// ObjectFactory::buildObject throws for an object tree that cannot be built; SpecificationError "device
+/// object not found.", "private object not found." or "system object not found." when a fixed object is of
+/// another type.
+class TAVO_API DeviceFactory {
+public:
+    static constexpr int DefaultPort = 6123;
+    static constexpr int DefaultSecurePort = 6124;
+    static constexpr std::uint32_t DeviceInstanceID = 0;
+    static constexpr std::uint32_t SystemInstanceID = 1;
+    static constexpr std::uint32_t PrivateInstanceID = 2;
+
+    /// Connects, checks the device's key when `secure`, takes the lock for the user and builds the object
+    /// tree.
+    /// @throws TAVOKeyError "TAVO authentication key not matched!"; LockError when another user holds the
+    /// lock.
+    static std::shared_ptr<Device> buildDevice(const std::string& host, int port, const std::string& user,
+                                               const std::string& password, bool secure);
+    /// The same on DefaultSecurePort when `secure`, else on DefaultPort.
+    static std::shared_ptr<Device> buildDevice(const std::string& host, const std::string& user,
+                                               const std::string& password, bool secure);
+
+    /// Connects and checks the device's key, without taking the lock; of the tree only the "device" object is
+    /// built. A port below 1 stands for DefaultPort.
+    /// @throws TAVOKeyError "Target is not a recognized TAVO server!"
+    static std::shared_ptr<Device> queryDevice(const std::string& host, int port,
+                                               Device_Factory_Structs::TavoDeviceDescriptor& descriptor);
+    /// Takes the lock of a device from queryDevice() and builds the rest of its tree. An empty pointer is
+    /// returned as it is.
+    static std::shared_ptr<Device> openDevice(std::shared_ptr<Device> device, const std::string& user,
+                                              const std::string& password);
+
+    /// Logs the user in. Returns what the device class reports, which is false for a TAVOXDevice even when
+    /// the login is accepted, and for an empty pointer.
+    /// @throws TAVOLoginError "Server cannot authenticate user login!" for every Error of the login.
+    static bool authenticate(std::shared_ptr<Device> device, std::string user, std::string password);
+
+private:
+    static void buildDeviceObject(const std::shared_ptr<Device>& device);
+    static void buildTree(const std::shared_ptr<Device>& device);
+};
+
+} // namespace TAVO

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <tavo/client/export.h>
+#include <tavo/client/object/object_factory.h>
+#include <tavo/client/transcode/system_tables.h>
+
+namespace TAVO {
+
+/// Proxy of the "system" object, which controls the appliance itself. Its operations build calls and send
+/// nothing; each throws SpecificationError when the device does not list the method.
+class TAVO_API System_v1_0 : public Object_v1_0 {
+public:
+    ~System_v1_0() override;
+
+    std::shared_ptr<Method> getDeviceResetMethod() const;
+    /// The image is copied. Which firmware a name stands for is the device's to define.
+    std::shared_ptr<Method> getFirmwareUpdateMethod(std::string name,
+                                                    const std::vector<unsigned char>& image) const;
+    std::shared_ptr<BoundMethod<dto::system::FirmwareStatusReply>>
+    getFirmwareStatusMethod(std::string name) const;
+    /// The device's clock; its unit is the device's to define.
+    std::shared_ptr<BoundMethod<long long>> getTimeGetMethod() const;
+    std::shared_ptr<Method> getTimeSetMethod(long long time) const;
+    /// Any number of microseconds, 0 and negative ones included: the device decides.
+    std::shared_ptr<Method> getUSleepMethod(int microseconds) const;
+    std::shared_ptr<Method> getUWaitMethod(int microseconds) const;
+
+protected:
+    friend class ObjectFactory;
+    System_v1_0(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
+                std::shared_ptr<Container> parent, const TAVOXTranscode::system_v1_0::EncoderList& encoders,
+                const TAVOXTranscode::system_v1_0::DecoderList& decoders);
+};
+
+/// Serves type "system" up to version 1.0.
+/// A higher version is refused: SpecificationError "Unknown System object version: " and the version.
+class TAVO_API SystemFactory : public ObjectFactory {
+public:
+    SystemFactory();
+
+private:
+    friend class CoreObjects;
+    std::shared_ptr<Container> build(std::shared_ptr<Device> device, std::shared_ptr<Container> parent,
+                                     const std::string& name, std::uint32_t instanceId,
+                                     std::shared_ptr<Object_v1_0> probe) override;
+};
+
+template <>
+struct TAVO_API PlainResult<long long> {
+    static long long of(const dto::result& outcome);
+};
+
+} // namespace TAVO

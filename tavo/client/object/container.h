@@ -1,0 +1,66 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <tavo/client/export.h>
+
+namespace TAVO {
+
+/// A node of the tree that mirrors the device's objects: a name, a dotted full name, a non-owning link to the
+/// parent and owning links to the children, which are kept in byte-wise order of their names.
+///
+/// Nodes are handled through shared pointers. The tree is built when a device is opened and only read
+/// afterwards; a node and its device belong to one thread at a time. Nothing here reports a failure unless it
+/// says so.
+class TAVO_API Container {
+public:
+    /// Joins names into full names: ".".
+    static const std::string SEPARATOR;
+
+    /// @param name   the name under which the parent lists this node.
+    /// @param parent may be empty; the full name is then the name alone. Kept as a weak link.
+    Container(const std::string& name, std::shared_ptr<Container> parent);
+    /// Copies share the children.
+    Container(const Container&) = default;
+    Container& operator=(const Container&) = default;
+    virtual ~Container();
+
+protected:
+    /// Called once on every node that ObjectFactory::buildObject makes, when its children are there. What it
+    /// throws abandons the build. (The spelling is the published one.)
+    virtual void initalize();
+
+public:
+    std::string getName() const { return name_; }
+    std::string getFullName() const { return fullName_; }
+    /// Empty for a node without parent and when the parent no longer exists. Objects at the top level of a
+    /// device have no parent.
+    std::shared_ptr<Container> getParent() const { return parent_.lock(); }
+
+    /// Adds the child under its name; an earlier child of that name is released.
+    void addChild(std::shared_ptr<Container> child);
+    /// The child of exactly that name, or an empty pointer.
+    std::shared_ptr<Container> getChild(const std::string& name) const;
+    /// All children, in byte-wise order of their names.
+    std::vector<std::shared_ptr<Container>> getChildren() const;
+    /// The children that are remote objects of exactly that type. Asks every one of them for its type(), one
+    /// exchange each, and throws what those calls throw.
+    std::vector<std::shared_ptr<Container>> getChildren(const std::string& type) const;
+
+    /// The name, then the full name in parentheses unless it is empty.
+    std::string toString() const;
+
+private:
+    friend class ObjectFactory;
+    friend class Method;
+
+    std::string name_;
+    std::weak_ptr<Container> parent_;
+    std::string fullName_;
+    std::map<std::string, std::shared_ptr<Container>> children_;
+};
+
+} // namespace TAVO

@@ -1,0 +1,144 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <tavo/client/export.h>
+#include <tavo/client/object/bound_method.h>
+#include <tavo/client/object/container.h>
+#include <tavo/client/object/version.h>
+#include <tavo/client/transcode/base_tables.h>
+
+namespace TAVO {
+
+class Device;
+
+/// Records that the operations of every object return.
+namespace Object_v1_0_Structs {
+
+struct TAVO_API MemberNameIDPair {
+    std::string name;
+    std::uint32_t id = 0;
+    bool operator==(const MemberNameIDPair&) const = default;
+};
+
+struct TAVO_API MethodNameIDPair {
+    std::string name;
+    std::uint32_t id = 0;
+    bool operator==(const MethodNameIDPair&) const = default;
+};
+
+struct TAVO_API MethodSignature {
+    std::string name;
+    std::uint32_t id = 0;
+    /// The text that the device reports beside the id.
+    std::string signature;
+    bool operator==(const MethodSignature&) const = default;
+};
+
+/// Whether an object is free, and two texts whose meaning is the device's to define.
+struct TAVO_API Available {
+    Available() = default;
+    /// @throws std::runtime_error "Can't convert Result to desire type" unless it carries an AvailableReply.
+    explicit Available(const dto::result& outcome);
+
+    bool available = false;
+    std::string user;
+    std::string info;
+    bool operator==(const Available&) const = default;
+};
+
+} // namespace Object_v1_0_Structs
+
+/// Proxy of one remote object, and base of every versioned proxy class.
+///
+/// It is addressed by its instance id and knows the ids of the object's methods, which it asks the device for
+/// when it is built. Its `get...Method` operations build calls and send nothing; type(), version(),
+/// members(), methods() and toString() execute at once and throw what Device::call throws.
+///
+/// A proxy holds its device weakly: once the device is gone, what would send throws Error "Device no longer
+/// exists for object: " and the full name. A proxy belongs to its device's thread.
+class TAVO_API Object_v1_0 : public Container {
+public:
+    using MemberNameIDPair = Object_v1_0_Structs::MemberNameIDPair;
+    using MethodNameIDPair = Object_v1_0_Structs::MethodNameIDPair;
+    using MethodSignature = Object_v1_0_Structs::MethodSignature;
+    using Available = Object_v1_0_Structs::Available;
+    using EncoderList = TAVOXTranscode::base_v1_0::EncoderList;
+    using DecoderList = TAVOXTranscode::base_v1_0::DecoderList;
+
+    /// The id of the method "methods" on every object.
+    static constexpr std::uint32_t MethodsStaticID = 3;
+
+    /// Asks the device for the object's methods, one exchange.
+    /// @param encoders, decoders the tables of the object's type; they must outlive the proxy.
+    /// @throws what Device::call throws.
+    Object_v1_0(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
+                std::shared_ptr<Container> parent, const EncoderList& encoders, const DecoderList& decoders);
+    ~Object_v1_0() override;
+
+    std::uint32_t getInstanceID() const { return instanceId_; }
+    /// Empty when the device is gone.
+    std::shared_ptr<Device> device() const { return device_.lock(); }
+
+    /// The id that the device gave the method.
+    /// @throws SpecificationError "Could not find Method ID for Method: " and the name.
+    std::uint32_t getMethodID(const std::string& name) const;
+    /// @throws SpecificationError "Could not find Method Encoder for Method: " and the name.
+    TAVOXTranscode::Encoder getEncoder(const std::string& name) const;
+    /// @throws SpecificationError "Could not find Method Decoder for Method: " and the name.
+    TAVOXTranscode::Decoder getDecoder(const std::string& name) const;
+
+    std::shared_ptr<BoundMethod<dto::Base::TypeReply>> getTypeMethod() const;
+    std::shared_ptr<BoundMethod<dto::Base::VersionReply>> getVersionMethod() const;
+    std::shared_ptr<BoundMethod<dto::Base::MembersReply>> getMembersMethod() const;
+    std::shared_ptr<BoundMethod<dto::Base::MethodsReply>> getMethodsMethod() const;
+    std::shared_ptr<BoundMethod<std::vector<MethodSignature>>> getMethodsVerboseMethod() const;
+    std::shared_ptr<BoundMethod<Available>> getAvailableMethod() const;
+    /// The meaning of the two texts is the device's to define.
+    std::shared_ptr<Method> getReserveMethod(std::string first, std::string second) const;
+    std::shared_ptr<Method> getUnreserveMethod() const;
+
+    /// The name of the object's remote type, such as "relay". One exchange.
+    std::string type() const;
+    /// One exchange.
+    Version version() const;
+    /// The object's members as the device lists them now. One exchange.
+    std::vector<MemberNameIDPair> members() const;
+    /// The object's methods as the device lists them now. One exchange.
+    std::vector<MethodNameIDPair> methods() const;
+    /// Type, version, members and methods in one line. Four exchanges.
+    std::string toString() const;
+
+protected:
+    /// A call of the named method on this object. Nothing is sent.
+    std::shared_ptr<Method> prepare(const std::string& name, const dto::Params& params = {}) const {
+        return std::make_shared<Method>(name, *this, params);
+    }
+    /// The same with a typed result.
+    template <class Result>
+    std::shared_ptr<BoundMethod<Result>> prepare(const std::string& name,
+                                                 const dto::Params& params = {}) const {
+        return std::make_shared<BoundMethod<Result>>(name, *this, params);
+    }
+
+private:
+    template <class Result>
+    Result execute(std::shared_ptr<BoundMethod<Result>> method) const;
+
+    std::weak_ptr<Device> device_;
+    std::uint32_t instanceId_;
+    std::map<std::string, std::uint32_t> methodIds_;
+    const EncoderList* encoders_;
+    const DecoderList* decoders_;
+};
+
+template <>
+struct TAVO_API PlainResult<std::vector<Object_v1_0_Structs::MethodSignature>> {
+    static std::vector<Object_v1_0_Structs::MethodSignature> of(const dto::result& outcome);
+};
+
+} // namespace TAVO

@@ -1,0 +1,91 @@
+#include <tavo/client/object/object_factory.h>
+
+#include <sstream>
+
+#include <tavo/client/device/device.h>
+#include <tavo/client/wire/error.h>
+
+namespace TAVO {
+
+namespace {
+
+// A device whose objects contain each other without end must not exhaust the stack.
+constexpr unsigned deepestLevel = 64;
+
+std::string typeOf(Device& device, const Object_v1_0& probe) {
+    const auto method = probe.getTypeMethod();
+    device.call(method);
+    if (method->returnCode() != 0) {
+        std::ostringstream message;
+        message << "Error executing type() method on " << probe.getFullName() << ": " << std::hex
+                << static_cast<std::uint32_t>(method->returnCode());
+        throw Error(message.str());
+    }
+    return method->value().type;
+}
+
+} // namespace
+
+ObjectFactory::FactoryMap* ObjectFactory::m_factoryMap = nullptr;
+
+ObjectFactory::ObjectFactory(const std::string& typeName) {
+    // Never deleted: factories of other libraries may be entered or destroyed after this library's own.
+    if (!m_factoryMap)
+        m_factoryMap = new FactoryMap;
+    (*m_factoryMap)[typeName] = this;
+}
+
+ObjectFactory::~ObjectFactory() = default;
+
+void ObjectFactory::registerFactory() { registered_ = true; }
+
+std::vector<std::string> ObjectFactory::registeredTypes() {
+    std::vector<std::string> types;
+    if (m_factoryMap)
+        for (const auto& [type, factory] : *m_factoryMap)
+            types.push_back(type);
+    return types;
+}
+
+bool ObjectFactory::isAtMostOneZero(const Version& version) { return version <= Version("1.0"); }
+
+void ObjectFactory::requireAtMostOneZero(const std::string& type, const Version& version) {
+    if (!isAtMostOneZero(version))
+        throw SpecificationError("Unknown " + type + " object version: " + version.text);
+}
+
+std::shared_ptr<Container> ObjectFactory::buildObject(std::shared_ptr<Device> device, const std::string& name,
+                                                      std::uint32_t instanceId,
+                                                      std::shared_ptr<Container> parent) {
+    return buildSubtree(device, name, instanceId, parent, 1);
+}
+
+std::shared_ptr<Container> ObjectFactory::buildSubtree(const std::shared_ptr<Device>& device,
+                                                       const std::string& name, std::uint32_t instanceId,
+                                                       const std::shared_ptr<Container>& parent,
+                                                       unsigned depth) {
+    if (depth > deepestLevel)
+        throw Error("Object tree is nested too deeply: " +
+                    (parent ? parent->getFullName() + Container::SEPARATOR : std::string()) + name);
+
+    namespace base = TAVOXTranscode::base_v1_0;
+    const auto makePlain = [&] {
+        return std::make_shared<Object_v1_0>(device, name, instanceId, parent, base::encoders(),
+                                             base::decoders());
+    };
+    const auto probe = makePlain();
+    const auto type = typeOf(*device, *probe);
+    if (!m_factoryMap)
+        throw Error("No Object types registered in ObjectFactory");
+    const auto factory = m_factoryMap->find(type);
+    const std::shared_ptr<Container> built =
+        factory == m_factoryMap->end() ? makePlain()
+                                       : factory->second->build(device, parent, name, instanceId, probe);
+    if (const auto object = std::dynamic_pointer_cast<Object_v1_0>(built))
+        for (const auto& member : object->members())
+            built->addChild(buildSubtree(device, member.name, member.id, built, depth + 1));
+    built->initalize();
+    return built;
+}
+
+} // namespace TAVO
