@@ -19,4 +19,14 @@ public:
     std::size_t total() const noexcept;
 };
 
+/// While it lives, only `pieces` more of the constructing thread's `new (std::nothrow)` succeed. One at a
+/// time per thread.
+class NothrowLimit {
+public:
+    explicit NothrowLimit(std::size_t pieces) noexcept;
+    NothrowLimit(const NothrowLimit&) = delete;
+    NothrowLimit& operator=(const NothrowLimit&) = delete;
+    ~NothrowLimit();
+};
+
 } // namespace support

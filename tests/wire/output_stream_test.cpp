@@ -1,7 +1,5 @@
-#include <algorithm>
 #include <cstdint>
 #include <memory>
-#include <new>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -11,37 +9,12 @@
 #include <gtest/gtest.h>
 
 #include <tavo/client/wire/output_stream.h>
+#include <tests/support/allocation_meter.h>
 
 namespace {
 
-/// How many more chunks this thread may allocate; negative is without limit.
-thread_local int allowedChunks = -1;
-
-class ChunkLimit {
-public:
-    explicit ChunkLimit(int chunks) { allowedChunks = chunks; }
-    ChunkLimit(const ChunkLimit&) = delete;
-    ChunkLimit& operator=(const ChunkLimit&) = delete;
-    ~ChunkLimit() { allowedChunks = -1; }
-};
-
-} // namespace
-
-// Chunks are the program's allocations of this kind, so that this is how memory runs out for them alone.
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    if (allowedChunks == 0)
-        return nullptr;
-    if (allowedChunks > 0)
-        --allowedChunks;
-    try {
-        return ::operator new(size);
-    } catch (const std::bad_alloc&) {
-        return nullptr;
-    }
-}
-
-namespace {
-
+using support::AllocationMeter;
+using support::NothrowLimit;
 using TAVOX::OutputStream;
 using Bytes = std::vector<std::uint8_t>;
 
@@ -114,11 +87,22 @@ TEST(OutputStream, WritesOnlyTheLengthOfAnEmptyBlock) {
 }
 
 TEST(OutputStream, AllocatesNothingForARequestThatFitsInOneChunk) {
-    const ChunkLimit none(0);
+    const AllocationMeter meter;
     OutputStream out;
     fill(out, capacity);
-    EXPECT_FALSE(out.failed());
+    const auto allocations = meter.count();
+    EXPECT_EQ(allocations, 0u);
     EXPECT_EQ(chunkSizes(out), std::vector<std::size_t>{capacity});
+}
+
+TEST(OutputStream, AllocatesOncePerFurtherChunk) {
+    const auto bytes = pattern(3 * capacity);
+    const AllocationMeter meter;
+    OutputStream out;
+    out.writeBytes(bytes.size(), bytes.data());
+    const auto allocations = meter.count();
+    EXPECT_EQ(allocations, 3u);
+    EXPECT_EQ(out.chunks().size(), 4u);
 }
 
 TEST(OutputStream, SplitsALongRunBetweenChunks) {
@@ -282,7 +266,7 @@ TEST(OutputStream, FailsForGoodWhenMemoryForAChunkCannotBeHad) {
     OutputStream out;
     fill(out, capacity);
     {
-        const ChunkLimit none(0);
+        const NothrowLimit none(0);
         out.writeByte(1);
     }
     EXPECT_TRUE(out.failed());
@@ -300,7 +284,7 @@ TEST(OutputStream, FailsForGoodWhenMemoryForAChunkCannotBeHad) {
 }
 
 TEST(OutputStream, StopsALongRunWhereMemoryEnds) {
-    const ChunkLimit one(1);
+    const NothrowLimit one(1);
     OutputStream out;
     const auto bytes = pattern(3 * capacity);
     out.writeBytes(bytes.size(), bytes.data());
