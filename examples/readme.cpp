@@ -12,5 +12,5 @@ int main(int, char** argv) {
     batch->add(time);
     device->multicall(batch); // both calls in one exchange
 
-    std::cout << TAVO::DeviceInfo(info->getResult()).name << " at " << time->value() << '\n';
+    std::cout << TAVO::DeviceInfo(info->value()).name << " at " << time->value() << '\n';
 } // the device is unlocked and closed here
