@@ -5,7 +5,8 @@
 namespace TAVO::TAVOXTranscode {
 
 void refuseValue(const std::string& path, const std::string& type, const Value& value) {
-    throw std::invalid_argument("'" + path + "' must be " + type + ", not " + value.toString());
+    const auto place = path.empty() ? "the value" : "'" + path + "'";
+    throw std::invalid_argument(place + " must be " + type + ", not " + value.toString());
 }
 
 IntegerValue integerOf(const Value& value) {
