@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+#include <tuple>
+
+#include <tavo/client/transcode/field.h>
+#include <tavo/client/transcode/packet.h>
+
+/// Records of the "gpuDebug" object. The numbering of modes is the device's to define.
+namespace TAVO::dto::gpuDebug {
+
+/// "headerModeSet"
+struct TAVO_API HeaderModeSetRequest : request_packet {
+    std::int32_t mode = 0;
+    bool operator==(const HeaderModeSetRequest&) const = default;
+    static constexpr auto fields() { return std::tuple{Field{"mode", &HeaderModeSetRequest::mode}}; }
+};
+
+/// "headerModeGet"
+struct TAVO_API HeaderModeGetReply : reply_packet {
+    std::int32_t mode = 0;
+    bool operator==(const HeaderModeGetReply&) const = default;
+    static constexpr auto fields() { return std::tuple{Field{"mode", &HeaderModeGetReply::mode}}; }
+};
+
+/// "ioPxEnGet": the power-enable input.
+struct TAVO_API IoPxEnGetReply : reply_packet {
+    bool level = false;
+    bool operator==(const IoPxEnGetReply&) const = default;
+    static constexpr auto fields() { return std::tuple{Field{"level", &IoPxEnGetReply::level}}; }
+};
+
+} // namespace TAVO::dto::gpuDebug
