@@ -1,0 +1,58 @@
+// Finds out who is there, opens the device and draws the tree of its objects.
+#include <iostream>
+#include <string>
+
+#include <tavo/client.h>
+
+namespace {
+
+void printVersions(const TAVO::DeviceInfo& info) {
+    std::cout << info.name << ", version " << info.version.text << '\n';
+    for (const auto& firmware : info.firmware)
+        std::cout << "  firmware " << firmware.name << ' ' << firmware.version.text << '\n';
+}
+
+// Type and version are asked of the device, one exchange each; everything else is known since the opening.
+void printTree(const TAVO::Container& node, const std::string& indentation) {
+    for (const auto& child : node.getChildren()) {
+        std::cout << indentation << child->getName();
+        if (const auto object = std::dynamic_pointer_cast<TAVO::Object_v1_0>(child))
+            std::cout << ": " << object->type() << ' ' << object->version().text;
+        std::cout << '\n';
+        printTree(*child, indentation + "  ");
+    }
+}
+
+void openDevice(const std::string& host, int port) {
+    // Which object types get proxies of their own: once, before the first device is opened.
+    TAVO::CoreObjects::registerCoreObjects();
+    TAVO::HWDebug::HwdObjects::registerCoreObjects();
+    CommonModules::CommonModulesObjects::registerCoreObjects();
+
+    // Connects and checks the server key. Nothing is locked yet: this works while someone else holds the
+    // device.
+    TAVO::Device_Factory_Structs::TavoDeviceDescriptor descriptor;
+    auto device = TAVO::DeviceFactory::queryDevice(host, port, descriptor);
+    const auto info = device->getDevice()->getInfoMethod();
+    device->call(info);
+    printVersions(info->value());
+
+    // Takes the lock and builds the tree.
+    TAVO::DeviceFactory::openDevice(device, "engineer", "tavo");
+    printTree(*device, "  ");
+} // the last pointer to the device goes: the lock is released and the connection closed
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 3) {
+        std::cerr << "usage: " << argv[0] << " HOST PORT\n";
+        return 2;
+    }
+    try {
+        openDevice(argv[1], std::stoi(argv[2]));
+    } catch (const std::exception& failure) {
+        std::cerr << failure.what() << '\n';
+        return 1;
+    }
+}

@@ -1,0 +1,70 @@
+// Meets failures on purpose, and shows what is known about each and how to go on.
+#include <functional>
+#include <iostream>
+#include <memory>
+#include <string>
+
+#include <tavo/client.h>
+
+namespace {
+
+using TAVO::DeviceFactory;
+
+// Most derived classes first: all of them are TAVO::Error.
+void explain(const char* attempt, const std::function<void()>& action) {
+    std::cout << attempt << ":\n  ";
+    try {
+        action();
+        std::cout << "done\n";
+    } catch (const TAVO::LockError& error) {
+        std::cout << "in use by " << error.lockingUser() << '\n';
+    } catch (const TAVO::ExecutionError& error) {
+        std::cout << "call " << error.failedMethodIndex() << " of the batch failed: " << error.what() << '\n';
+    } catch (const TAVO::TAVOLoginError& error) {
+        std::cout << "not admitted: " << error.what() << '\n';
+    } catch (const TAVO::NetworkError& error) {
+        std::cout << "no connection: " << error.what() << '\n';
+    } catch (const TAVO::Error& error) {
+        std::cout << "error: " << error.what() << '\n';
+    }
+}
+
+void run(const std::string& host, int port) {
+    TAVO::CoreObjects::registerCoreObjects();
+
+    explain("Connect to a port where nothing listens",
+            [&] { DeviceFactory::buildDevice("127.0.0.1", 1, "engineer", "tavo", false); });
+    explain("Open with a wrong password",
+            [&] { DeviceFactory::buildDevice(host, port, "engineer", "wrong", false); });
+
+    const auto device = DeviceFactory::buildDevice(host, port, "engineer", "tavo", false);
+    const auto openAsGuest = [&] { DeviceFactory::buildDevice(host, port, "guest", "tavo", false); };
+    explain("Open a device that somebody holds", openAsGuest);
+
+    // The connection and the tree outlive the lock: let another user in, then take the lock back.
+    device->unlock();
+    explain("Open it after unlock()", openAsGuest);
+    explain("Take the lock back", [&] { device->relock(); });
+
+    explain("Prepare a call that the device does not offer",
+            [&] { TAVO::Method("defrost", *device->getSystem(), {}); });
+
+    // Not every failure is an exception: a method has a return code of its own, 0 for success.
+    const auto status = device->getSystem()->getFirmwareStatusMethod("main");
+    std::cout << "Before its execution a call's return code is " << status->returnCode() << '\n';
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 3) {
+        std::cerr << "usage: " << argv[0] << " HOST PORT\n";
+        return 2;
+    }
+    try {
+        run(argv[1], std::stoi(argv[2]));
+    } catch (const std::exception& failure) {
+        std::cerr << failure.what() << '\n';
+        return 1;
+    }
+}

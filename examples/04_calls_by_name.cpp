@@ -1,0 +1,85 @@
+// Calls any method of any object by its name, with arguments and results as data.
+#include <iostream>
+#include <memory>
+#include <string>
+
+#include <tavo/client.h>
+
+namespace {
+
+using TAVO::Object_v1_0;
+using TAVO::Value;
+
+// The methods that the device lists for an object, each with what it takes and what it returns.
+void printMethods(const Object_v1_0& object) {
+    for (const auto& method : object.methods()) {
+        std::cout << "  " << method.name << '(';
+        const auto& row = TAVO::describeMethod(object, method.name);
+        if (row.request)
+            for (const auto& field : row.request->fields())
+                std::cout << ' ' << field.name << ": " << field.type;
+        std::cout << (row.request ? " )" : ")");
+        if (row.reply)
+            for (const auto& field : row.reply->fields())
+                std::cout << ' ' << field.name << ": " << field.type;
+        std::cout << '\n';
+    }
+}
+
+// Returns the reply as data; an empty record when the method returns its status alone.
+Value callByName(TAVO::Device& device, const Object_v1_0& object, const std::string& name,
+                 const Value::Record& arguments) {
+    const auto& row = TAVO::describeMethod(object, name);
+    TAVO::dto::Params params;
+    if (row.request) {
+        params.request = row.request->create();
+        row.request->fromValue(Value(arguments),
+                               *params.request); // std::invalid_argument names a wrong field
+    }
+    const auto method = std::make_shared<TAVO::Method>(name, object, params);
+    device.call(method);
+    if (method->returnCode() != 0)
+        throw std::runtime_error(method->getFullName() + " returned " + std::to_string(method->returnCode()));
+    return row.reply ? row.reply->toValue(*method->getResult().reply) : Value(Value::Record());
+}
+
+void run(const std::string& host, int port) {
+    TAVO::CoreObjects::registerCoreObjects();
+    CommonModules::CommonModulesObjects::registerCoreObjects();
+    const auto device = TAVO::DeviceFactory::buildDevice(host, port, "engineer", "tavo", false);
+    const auto power = std::dynamic_pointer_cast<Object_v1_0>(device->getChild("power"));
+    if (!power)
+        throw std::runtime_error("this device has no object named power");
+
+    std::cout << "The methods of " << power->getFullName() << ":\n";
+    printMethods(*power);
+
+    callByName(*device, *power, "set", {{"state", Value(true)}});
+    std::cout << "get: " << callByName(*device, *power, "get", {}).toString() << '\n';
+
+    const auto version = callByName(*device, *device->getDevice(), "version", {});
+    std::cout << "version of the device object: " << version.toString() << '\n';
+    if (const auto* parts = version.find("version"))
+        std::cout << "its major part: " << parts->find("major")->toString() << '\n';
+
+    try {
+        callByName(*device, *power, "toggle", {{"value", Value(std::string("often"))}});
+    } catch (const std::invalid_argument& refusal) {
+        std::cout << "toggle: " << refusal.what() << '\n';
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 3) {
+        std::cerr << "usage: " << argv[0] << " HOST PORT\n";
+        return 2;
+    }
+    try {
+        run(argv[1], std::stoi(argv[2]));
+    } catch (const std::exception& failure) {
+        std::cerr << failure.what() << '\n';
+        return 1;
+    }
+}
