@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+/// Bytes of requests and replies, put together by hand.
+namespace support {
+
+using Bytes = std::vector<std::uint8_t>;
+
+inline Bytes joined(std::initializer_list<Bytes> parts) {
+    Bytes all;
+    for (const auto& part : parts)
+        all.insert(all.end(), part.begin(), part.end());
+    return all;
+}
+
+inline Bytes u32(std::uint32_t value) {
+    return {static_cast<std::uint8_t>(value >> 24), static_cast<std::uint8_t>(value >> 16),
+            static_cast<std::uint8_t>(value >> 8), static_cast<std::uint8_t>(value)};
+}
+
+/// A length and the bytes.
+inline Bytes block(const Bytes& content) {
+    return joined({u32(static_cast<std::uint32_t>(content.size())), content});
+}
+
+inline Bytes text(const std::string& content) { return block({content.begin(), content.end()}); }
+
+/// A reply without device error that carries these result blocks.
+inline Bytes replyWith(std::initializer_list<Bytes> results) {
+    auto reply = joined({u32(0), u32(0), u32(static_cast<std::uint32_t>(results.size()))});
+    for (const auto& result : results)
+        reply = joined({reply, block(result)});
+    return reply;
+}
+
+/// The error block of a reply, its size in front.
+inline Bytes deviceError(std::uint32_t code, const std::string& message) {
+    return block(joined({u32(0xABCDEF01), u32(code), text(message)}));
+}
+
+/// A reply that reports a device error after these result blocks.
+inline Bytes errorReply(std::uint32_t code, const std::string& message,
+                        std::initializer_list<Bytes> results = {}) {
+    auto reply =
+        joined({u32(0), deviceError(code, message), u32(static_cast<std::uint32_t>(results.size()))});
+    for (const auto& result : results)
+        reply = joined({reply, block(result)});
+    return reply;
+}
+
+} // namespace support
