@@ -53,6 +53,13 @@ std::optional<std::uint64_t> Board::sinceBoot() {
     return now_() - bootTime_;
 }
 
+std::optional<std::uint64_t> Board::bootTime() {
+    settle();
+    if (!powerOnTime_)
+        return std::nullopt;
+    return bootTime_;
+}
+
 bool Board::booted() {
     const auto elapsed = sinceBoot();
     return elapsed && *elapsed >= bootDuration;

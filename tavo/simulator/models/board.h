@@ -49,6 +49,8 @@ public:
     std::optional<std::uint64_t> sincePowerOn();
     /// Microseconds since the current boot began: by power, or by reboot(); empty without power.
     std::optional<std::uint64_t> sinceBoot();
+    /// When the current boot began; empty without power.
+    std::optional<std::uint64_t> bootTime();
     /// True once the current boot has ended.
     bool booted();
 
@@ -65,7 +67,8 @@ public:
     /// Whether the current boot found its settings cleared.
     bool bootFoundClearedCmos();
 
-    /// Brings the board and all its observers up to the present. Every question does so by itself.
+    /// Applies what is due, the end of a pulse, at its own time. Every question does so by itself; a model
+    /// that the board's next boot looks at does it before it changes.
     void settle();
 
 private:
@@ -102,8 +105,8 @@ protected:
 
     Board& board() const noexcept { return *board_; }
 
-    /// Called before the board changes at `time`: what would have happened until then has happened.
-    /// The board's answers are those from before the change, taken at the present time.
+    /// Called before the board changes at `time`: what happens until then has to be done now. The board still
+    /// tells its state from before the change, but elapsed times only as of the present.
     virtual void settle(std::uint64_t time) = 0;
     /// Called after the power was switched or a boot began.
     virtual void boardChanged() = 0;
