@@ -21,8 +21,11 @@ auto lookUp(const Table& table, const std::string& name, const char* what) {
 template <class Pairs>
 std::string joinedNames(const Pairs& pairs) {
     std::string text;
-    for (const auto& pair : pairs)
-        text += (text.empty() ? "" : ", ") + pair.name;
+    const char* separator = "";
+    for (const auto& pair : pairs) {
+        text += separator + pair.name;
+        separator = ", ";
+    }
     return text;
 }
 

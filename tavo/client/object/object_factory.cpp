@@ -1,5 +1,6 @@
 #include <tavo/client/object/object_factory.h>
 
+#include <locale>
 #include <sstream>
 
 #include <tavo/client/device/device.h>
@@ -17,6 +18,7 @@ std::string typeOf(Device& device, const Object_v1_0& probe) {
     device.call(method);
     if (method->returnCode() != 0) {
         std::ostringstream message;
+        message.imbue(std::locale::classic()); // the application's may group digits
         message << "Error executing type() method on " << probe.getFullName() << ": " << std::hex
                 << static_cast<std::uint32_t>(method->returnCode());
         throw Error(message.str());

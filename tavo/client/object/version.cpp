@@ -2,6 +2,7 @@
 
 #include <cctype>
 #include <initializer_list>
+#include <locale>
 #include <sstream>
 
 #include <tavo/client/wire/error.h>
@@ -52,6 +53,7 @@ Version::Version(const dto::Base::Version& version)
 
 void Version::initFromString() {
     std::istringstream in(text);
+    in.imbue(std::locale::classic()); // the application's may take "1.2" for a grouped number
     minor = bugfix = DontCare;
     for (auto* part : {&major, &minor, &bugfix}) {
         if (part != &major)
