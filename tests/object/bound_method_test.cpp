@@ -1,0 +1,131 @@
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <tavo/client/device/device_v1_0.h>
+#include <tavo/client/device/system_v1_0.h>
+#include <tavo/client/object/bound_method.h>
+#include <tavo/client/object/object.h>
+#include <tests/support/failure_text.h>
+
+namespace {
+
+using support::failureOf;
+using TAVO::BoundMethod;
+using TAVO::dto::Base::AvailableReply;
+using TAVO::dto::Base::MethodsReply;
+using TAVO::dto::Base::TypeReply;
+using TAVO::Object_v1_0_Structs::Available;
+using TAVO::Object_v1_0_Structs::MethodSignature;
+
+const TAVO::Container container("thing", nullptr);
+const std::string refusal = "Can't convert Result to desire type";
+const std::string storedType = typeid(std::shared_ptr<TAVO::dto::reply_packet>).name();
+
+struct Attempt {
+    std::string failure;
+    std::string standardError;
+};
+
+template <class T>
+Attempt attempt(const TAVO::dto::result& outcome) {
+    BoundMethod<T> method("call", container, {});
+    method.setResult(outcome);
+    testing::internal::CaptureStderr();
+    const auto failure = failureOf<std::runtime_error>([&] { method.value(); });
+    return {failure, testing::internal::GetCapturedStderr()};
+}
+
+template <class Reply, class... Fields>
+TAVO::dto::result resultOf(std::int32_t code, Fields... fields) {
+    auto reply = std::make_shared<Reply>();
+    std::apply([&](const auto&... field) { ((*reply.*field.member = fields), ...); }, Reply::fields());
+    return {code, reply};
+}
+
+TEST(BoundMethod, IsAMethodWithAVirtualDestructor) {
+    EXPECT_TRUE((std::is_base_of_v<TAVO::Method, BoundMethod<TypeReply>>));
+    EXPECT_TRUE(std::has_virtual_destructor_v<BoundMethod<TypeReply>>);
+}
+
+TEST(BoundMethod, SaysThatItWasNotExecutedAndYieldsADefaultValue) {
+    const std::string line = "Method thing.call has not been executed.  Can't return valid results\n";
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(BoundMethod<TypeReply>("call", container, {}).value(), TypeReply());
+    EXPECT_EQ(BoundMethod<Available>("call", container, {}).value(), Available());
+    EXPECT_EQ(BoundMethod<long long>("call", container, {}).value(), 0);
+    EXPECT_TRUE(BoundMethod<std::vector<unsigned char>>("call", container, {}).value().empty());
+    EXPECT_TRUE(BoundMethod<std::vector<MethodSignature>>("call", container, {}).value().empty());
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), line + line + line + line + line);
+}
+
+TEST(BoundMethod, CopiesTheReplyRecordWhateverTheReturnCode) {
+    for (const int code : {0, 5, -1}) {
+        BoundMethod<TypeReply> method("call", container, {});
+        method.setResult(resultOf<TypeReply>(code, "relay"));
+        EXPECT_EQ(method.value().type, "relay");
+    }
+}
+
+TEST(BoundMethod, ConvertsToAUserRecord) {
+    BoundMethod<Available> method("call", container, {});
+    method.setResult(resultOf<AvailableReply>(0, std::uint8_t{200}, "alice", "bench 3"));
+    const auto value = method.value();
+    EXPECT_TRUE(value.available);
+    EXPECT_EQ(value.user, "alice");
+    EXPECT_EQ(value.info, "bench 3");
+    method.setResult(resultOf<AvailableReply>(0, std::uint8_t{0}, "", ""));
+    EXPECT_EQ(method.value(), Available());
+}
+
+TEST(BoundMethod, ConvertsToPlainValues) {
+    BoundMethod<long long> time("call", container, {});
+    time.setResult(resultOf<TAVO::dto::system::TimeGetReply>(0, std::int64_t{-5}));
+    EXPECT_EQ(time.value(), -5);
+
+    BoundMethod<std::vector<unsigned char>> response("call", container, {});
+    response.setResult(resultOf<TAVO::dto::Device::CHAPResponseReply>(0, std::string("\0\xFFz", 3)));
+    EXPECT_EQ(response.value(), (std::vector<unsigned char>{0, 0xFF, 'z'}));
+
+    BoundMethod<std::vector<MethodSignature>> signatures("call", container, {});
+    const std::vector<TAVO::dto::Base::Method> methods{{"get", 7, "get()"}, {"set", 2, ""}};
+    signatures.setResult(resultOf<MethodsReply>(0, methods));
+    EXPECT_EQ(signatures.value(), (std::vector<MethodSignature>{{"get", 7, "get()"}, {"set", 2, ""}}));
+}
+
+TEST(BoundMethod, RefusesAReplyOfAnotherTypeForAReplyRecord) {
+    const auto seen = attempt<TypeReply>(resultOf<MethodsReply>(0, std::vector<TAVO::dto::Base::Method>{}));
+    EXPECT_EQ(seen.failure, refusal);
+    EXPECT_EQ(seen.standardError,
+              "Can't convert result " + storedType + " to desired " + typeid(TypeReply).name() + "\n");
+}
+
+TEST(BoundMethod, RefusesAnEmptyReplyForAReplyRecord) {
+    const auto seen = attempt<TypeReply>({0, nullptr});
+    EXPECT_EQ(seen.failure, refusal);
+    EXPECT_EQ(seen.standardError,
+              "Can't convert result " + storedType + " to desired " + typeid(TypeReply).name() + "\n");
+}
+
+template <class T, class Reply>
+void expectConstRefusal() {
+    for (const auto& outcome : {TAVO::dto::result{0, nullptr}, resultOf<TypeReply>(0, "relay")}) {
+        const auto seen = attempt<T>(outcome);
+        EXPECT_EQ(seen.failure, refusal);
+        EXPECT_EQ(seen.standardError,
+                  "const Can't convert result " + storedType + " to desired " + typeid(Reply).name() + "\n");
+    }
+}
+
+TEST(BoundMethod, RefusesAReplyOfAnotherTypeForUserRecordsAndPlainValues) {
+    expectConstRefusal<Available, AvailableReply>();
+    expectConstRefusal<std::vector<MethodSignature>, MethodsReply>();
+    expectConstRefusal<long long, TAVO::dto::system::TimeGetReply>();
+    expectConstRefusal<std::vector<unsigned char>, TAVO::dto::Device::CHAPResponseReply>();
+}
+
+} // namespace

@@ -1,0 +1,44 @@
+#include <memory>
+#include <stdexcept>
+
+#include <gtest/gtest.h>
+
+#include <tavo/client/object/method.h>
+#include <tavo/client/wire/error.h>
+
+namespace {
+
+const TAVO::Container container("relays", nullptr);
+
+std::shared_ptr<TAVO::Method> method(const char* name) {
+    return std::make_shared<TAVO::Method>(name, container, TAVO::dto::Params());
+}
+
+TEST(ExecutionError, NamesTheMethodAndTheMessageAndKeepsBothPieces) {
+    const auto failed = method("set");
+    const TAVO::ExecutionError error(failed, 5000000000ULL, "stuck");
+    EXPECT_STREQ(error.what(), "Failed to execute relays.set: stuck");
+    EXPECT_EQ(error.failedMethod(), failed);
+    EXPECT_EQ(error.failedMethodIndex(), 5000000000ULL);
+}
+
+TEST(ExecutionError, CanBeCaughtAsErrorAndAsStandardRuntimeError) {
+    EXPECT_THROW(throw TAVO::ExecutionError(method("set"), 0, "stuck"), TAVO::Error);
+    EXPECT_THROW(throw TAVO::ExecutionError(method("set"), 0, "stuck"), std::runtime_error);
+}
+
+TEST(ExecutionError, KeepsTheMethodAliveAndIsCopied) {
+    auto failed = method("set");
+    const std::weak_ptr<TAVO::Method> alive = failed;
+    TAVO::ExecutionError kept(method("get"), 1, "other");
+    {
+        const TAVO::ExecutionError error(std::move(failed), 2, "stuck");
+        kept = error;
+    }
+    EXPECT_FALSE(alive.expired());
+    EXPECT_EQ(kept.failedMethod(), alive.lock());
+    EXPECT_EQ(kept.failedMethodIndex(), 2u);
+    EXPECT_STREQ(kept.what(), "Failed to execute relays.set: stuck");
+}
+
+} // namespace

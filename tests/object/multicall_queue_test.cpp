@@ -1,0 +1,68 @@
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <tavo/client/object/multicall_queue.h>
+
+namespace {
+
+using TAVO::Method;
+using TAVO::MulticallQueue;
+using Methods = std::deque<std::shared_ptr<Method>>;
+
+const TAVO::Container container("thing", nullptr);
+
+std::shared_ptr<Method> method(const std::string& name) {
+    return std::make_shared<Method>(name, container, TAVO::dto::Params());
+}
+
+TEST(MulticallQueue, IsEmptyAtFirst) { EXPECT_TRUE(MulticallQueue().getMethods().empty()); }
+
+TEST(MulticallQueue, KeepsTheOrderOfAddingAndDuplicates) {
+    const auto a = method("a");
+    const auto b = method("b");
+    MulticallQueue queue;
+    for (const auto& each : {b, a, b, std::shared_ptr<Method>()})
+        queue.add(each);
+    EXPECT_EQ(queue.getMethods(), (Methods{b, a, b, nullptr}));
+}
+
+TEST(MulticallQueue, CanBeEdited) {
+    MulticallQueue queue;
+    queue.add(method("a"));
+    queue.getMethods().clear();
+    EXPECT_TRUE(queue.getMethods().empty());
+}
+
+TEST(MulticallQueue, SharesItsMethodsWithItsCopies) {
+    const auto a = method("a");
+    MulticallQueue queue;
+    queue.add(a);
+    MulticallQueue copy(queue);
+    MulticallQueue assigned;
+    assigned = queue;
+    EXPECT_EQ(copy.getMethods(), Methods{a});
+    EXPECT_EQ(assigned.getMethods(), Methods{a});
+    copy.getMethods().front()->setResult({4, nullptr});
+    EXPECT_EQ(queue.getMethods().front()->returnCode(), 4);
+    copy.add(method("b"));
+    EXPECT_EQ(queue.getMethods().size(), 1u);
+}
+
+TEST(MulticallQueue, LetsADerivedQueueFilterWhatIsAdded) {
+    struct OnlyShortNames : MulticallQueue {
+        void add(const std::shared_ptr<Method>& candidate) override {
+            if (candidate->getName().size() == 1)
+                MulticallQueue::add(candidate);
+        }
+    };
+    OnlyShortNames derived;
+    MulticallQueue& queue = derived;
+    queue.add(method("a"));
+    queue.add(method("long"));
+    EXPECT_EQ(queue.getMethods().size(), 1u);
+}
+
+} // namespace
