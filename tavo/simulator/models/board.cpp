@@ -8,18 +8,21 @@ namespace TAVO::simulator {
 Board::Board(Clock now)
     : now_(std::move(now)) {}
 
-std::uint64_t Board::now() const { return now_(); }
+std::uint64_t Board::now() {
+    latest_ = std::max(latest_, now_());
+    return latest_;
+}
 
 void Board::setPower(bool on) {
     settle();
     pulseEnd_.reset();
     if (on != powerOnTime_.has_value())
-        switchPower(on, now_());
+        switchPower(on, now());
 }
 
 void Board::pulsePower(std::uint64_t duration) {
     settle();
-    const auto time = now_();
+    const auto time = now();
     switchPower(!powerOnTime_, time);
     pulseEnd_ = time + duration;
 }
@@ -43,14 +46,14 @@ std::optional<std::uint64_t> Board::sincePowerOn() {
     settle();
     if (!powerOnTime_)
         return std::nullopt;
-    return now_() - *powerOnTime_;
+    return now() - *powerOnTime_;
 }
 
 std::optional<std::uint64_t> Board::sinceBoot() {
     settle();
     if (!powerOnTime_)
         return std::nullopt;
-    return now_() - bootTime_;
+    return now() - bootTime_;
 }
 
 std::optional<std::uint64_t> Board::bootTime() {
@@ -79,7 +82,7 @@ void Board::reboot() {
     settle();
     if (!powerOnTime_)
         return;
-    const auto time = now_();
+    const auto time = now();
     bringObserversTo(time);
     beginBoot(time);
     tellObservers();
@@ -99,7 +102,7 @@ bool Board::bootFoundClearedCmos() {
 }
 
 void Board::settle() {
-    if (!pulseEnd_ || now_() < *pulseEnd_)
+    if (!pulseEnd_ || now() < *pulseEnd_)
         return;
     const auto end = *pulseEnd_;
     pulseEnd_.reset();

@@ -33,7 +33,8 @@ public:
     Board(const Board&) = delete;
     Board& operator=(const Board&) = delete;
 
-    std::uint64_t now() const;
+    /// The present time. Never goes back, even where the clock does.
+    std::uint64_t now();
 
     /// Switches at once; a pulse that has not ended yet is forgotten. The same state again changes nothing.
     void setPower(bool on);
@@ -80,6 +81,7 @@ private:
     void tellObservers();
 
     Clock now_;
+    std::uint64_t latest_ = 0;
     std::vector<BoardObserver*> observers_;
     std::optional<std::uint64_t> pulseEnd_;
     std::optional<std::uint64_t> powerOnTime_;

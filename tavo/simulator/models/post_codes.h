@@ -1,0 +1,98 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <vector>
+
+#include <tavo/client/export.h>
+#include <tavo/simulator/models/board.h>
+#include <tavo/simulator/models/rom_emulation.h>
+
+namespace TAVO::simulator {
+
+/// Captures the POST codes that the board's firmware writes while it boots.
+class TAVO_API PostCodes : public BoardObserver {
+public:
+    struct Entry {
+        std::uint8_t code = 0;
+        std::uint8_t port = 0;
+        bool firstAfterPowerOn = false;
+        /// Microseconds since the board was switched on.
+        std::uint64_t time = 0;
+        bool operator==(const Entry&) const = default;
+    };
+
+    struct Options {
+        /// Low eight bits of the port that is captured. The firmware writes to port 0x80.
+        std::uint8_t port = 0x80;
+        bool passive = false;
+        /// When the FIFO is full the oldest entry makes room; else the new one is dropped.
+        bool circular = false;
+        /// A code that equals the one before it is not stored.
+        bool discardRepeated = false;
+        /// The FIFO is emptied when the board is switched on.
+        bool resetAtPowerOn = false;
+        bool operator==(const Options&) const = default;
+    };
+
+    /// The code with which every boot ends.
+    static constexpr std::uint8_t bootEnd = 0xAA;
+    /// Shown first by a firmware that runs from the emulated ROM.
+    static constexpr std::uint8_t emulatedRom = 0xB0;
+    /// Shown by a boot that found its settings cleared.
+    static constexpr std::uint8_t cmosCleared = 0x0C;
+
+    /// @param rom what the board boots from when it serves; may be null.
+    PostCodes(std::shared_ptr<Board> board, std::shared_ptr<const RomEmulation> rom,
+              std::size_t capacity = 1024);
+
+    /// The code captured last since the board was switched on; -1 when there is none.
+    int last();
+    std::size_t capacity() const noexcept { return capacity_; }
+    /// Oldest first. They stay.
+    std::vector<Entry> entries();
+    void clear();
+    /// Whether an entry was lost since the last clearOverflow().
+    bool overflow();
+    void clearOverflow();
+
+    bool enabled() const noexcept { return enabled_; }
+    void setEnabled(bool enabled);
+    const Options& options() const noexcept { return options_; }
+    void setOptions(const Options& options);
+
+protected:
+    void settle(std::uint64_t time) override;
+    void boardChanged() override;
+
+private:
+    struct Step {
+        std::uint64_t sinceBoot;
+        std::uint8_t code;
+    };
+
+    void catchUp();
+    void capture(std::uint8_t code, std::uint64_t sincePowerOn);
+    void store(const Entry& entry);
+    static std::vector<Step> bootSteps(bool fromEmulatedRom, bool cmosWasCleared);
+
+    std::shared_ptr<const RomEmulation> rom_;
+    std::size_t capacity_;
+    std::deque<Entry> fifo_;
+    Options options_;
+    bool enabled_ = true;
+    bool overflow_ = false;
+    int last_ = -1;
+    int lastStored_ = -1;
+    bool firstIsDue_ = false;
+
+    std::vector<Step> steps_;
+    std::size_t nextStep_ = 0;
+    std::uint64_t bootTime_ = 0;
+    std::uint64_t powerOnTime_ = 0;
+    std::uint32_t powerOns_ = 0;
+};
+
+} // namespace TAVO::simulator
