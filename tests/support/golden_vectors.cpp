@@ -15,6 +15,8 @@ namespace {
 
 using nlohmann::json;
 
+const std::filesystem::path folder = TAVO_SOURCE_DIR "/tests/golden";
+
 constexpr std::array<std::string_view, 7> knownKeys{
     "method", "name", "request", "request_bytes", "reply", "reply_bytes", "written_reply_bytes"};
 
@@ -28,16 +30,11 @@ std::vector<std::uint8_t> bytesIn(const json& hex) {
     return TAVO::cli::bytesFromHex(all);
 }
 
-GoldenVector vectorIn(const json& file, const json& entry) {
+GoldenVector vectorIn(const json& entry) {
     for (const auto& [key, value] : entry.items())
         if (std::find(knownKeys.begin(), knownKeys.end(), key) == knownKeys.end())
             throw std::invalid_argument("unknown key '" + key + "'");
-    GoldenVector vector{file.at("type").get<std::string>(),
-                        file.at("version").get<std::string>(),
-                        entry.at("method").get<std::string>(),
-                        entry.at("name").get<std::string>(),
-                        {},
-                        {}};
+    GoldenVector vector{entry.at("method").get<std::string>(), entry.at("name").get<std::string>(), {}, {}};
     if (entry.contains("request"))
         vector.request = GoldenRequest{entry.at("request"), bytesIn(entry.at("request_bytes"))};
     if (entry.contains("reply")) {
@@ -54,26 +51,27 @@ GoldenVector vectorIn(const json& file, const json& entry) {
 
 } // namespace
 
-void PrintTo(const GoldenVector& vector, std::ostream* out) {
-    *out << vector.type << " " << vector.version << " " << vector.method << ": " << vector.name;
+std::vector<std::string> goldenFileNames() {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder))
+        if (entry.path().extension() == ".json")
+            names.push_back(entry.path().stem().string());
+    std::sort(names.begin(), names.end());
+    return names;
 }
 
-std::vector<GoldenVector> loadGoldenVectors() {
-    std::vector<GoldenVector> vectors;
-    for (const auto& entry : std::filesystem::directory_iterator(TAVO_SOURCE_DIR "/tests/golden")) {
-        if (entry.path().extension() != ".json")
-            continue;
-        std::ifstream stream(entry.path());
-        const auto file = json::parse(stream);
-        for (const auto& vector : file.at("vectors")) {
-            try {
-                vectors.push_back(vectorIn(file, vector));
-            } catch (const std::exception& error) {
-                throw std::runtime_error(entry.path().string() + ": " + vector.dump() + ": " + error.what());
-            }
+GoldenFile loadGoldenFile(const std::string& name) {
+    std::ifstream stream(folder / (name + ".json"));
+    const auto content = json::parse(stream);
+    GoldenFile file{content.at("type").get<std::string>(), content.at("version").get<std::string>(), {}};
+    for (const auto& entry : content.at("vectors")) {
+        try {
+            file.vectors.push_back(vectorIn(entry));
+        } catch (const std::exception& error) {
+            throw std::runtime_error(name + ": " + entry.dump() + ": " + error.what());
         }
     }
-    return vectors;
+    return file;
 }
 
 } // namespace support

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <ostream>
 #include <string>
 #include <vector>
 
@@ -27,18 +26,23 @@ struct GoldenReply {
 };
 
 struct GoldenVector {
-    std::string type;
-    std::string version;
     std::string method;
     std::string name;
     std::optional<GoldenRequest> request;
     std::optional<GoldenReply> reply;
 };
 
-void PrintTo(const GoldenVector& vector, std::ostream* out);
+/// The vectors of one remote type and version.
+struct GoldenFile {
+    std::string type;
+    std::string version;
+    std::vector<GoldenVector> vectors;
+};
 
-/// All vectors of all files.
-/// @throws std::exception that names the file and the vector when something in them is not as it must be.
-std::vector<GoldenVector> loadGoldenVectors();
+/// The names of the files, without folder and ".json".
+std::vector<std::string> goldenFileNames();
+
+/// @throws std::exception that names the vector when something in the file is not as it must be.
+GoldenFile loadGoldenFile(const std::string& name);
 
 } // namespace support
