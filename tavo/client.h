@@ -9,6 +9,8 @@
 /// auto device = TAVO::DeviceFactory::buildDevice("lab-tavo", 6123, "user", "password", false);
 /// @endcode
 
+#include <tavo/client/commonmodules/cfa633.h>
+#include <tavo/client/commonmodules/com.h>
 #include <tavo/client/commonmodules/common_modules_objects.h>
 #include <tavo/client/commonmodules/relay.h>
 #include <tavo/client/device/core_objects.h>
@@ -18,7 +20,21 @@
 #include <tavo/client/device/private_v1_0.h>
 #include <tavo/client/device/server_keys.h>
 #include <tavo/client/device/system_v1_0.h>
+#include <tavo/client/hwdebug/child.h>
+#include <tavo/client/hwdebug/cpu_debug.h>
+#include <tavo/client/hwdebug/cs_jtag.h>
+#include <tavo/client/hwdebug/gpu_debug.h>
+#include <tavo/client/hwdebug/gpu_scan.h>
+#include <tavo/client/hwdebug/hdt.h>
+#include <tavo/client/hwdebug/header_result.h>
 #include <tavo/client/hwdebug/hwd_objects.h>
+#include <tavo/client/hwdebug/i2c.h>
+#include <tavo/client/hwdebug/jtag.h>
+#include <tavo/client/hwdebug/kelvor_gpu_debug_mux.h>
+#include <tavo/client/hwdebug/kelvor_uvd_mux.h>
+#include <tavo/client/hwdebug/lpc.h>
+#include <tavo/client/hwdebug/lpc_post_code.h>
+#include <tavo/client/hwdebug/lpc_rom_emulation.h>
 #include <tavo/client/method_tables.h>
 #include <tavo/client/object/bound_method.h>
 #include <tavo/client/object/container.h>
