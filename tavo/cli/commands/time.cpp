@@ -1,0 +1,108 @@
+#include <tavo/cli/commands/commands.h>
+
+#include <charconv>
+#include <chrono>
+#include <map>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+
+#include <fmt/format.h>
+
+#include <tavo/cli/moment.h>
+
+namespace TAVO::cli {
+
+namespace {
+
+struct Arguments {
+    std::string time;
+    std::string unit;
+};
+
+const std::map<std::string, ClockUnit> units = {{"s", ClockUnit::seconds},
+                                                {"ms", ClockUnit::milliseconds},
+                                                {"us", ClockUnit::microseconds},
+                                                {"ns", ClockUnit::nanoseconds}};
+
+void getTime(Session& session, Output& output, const Arguments& arguments) {
+    const std::int64_t time = session.value(session.device().getSystem()->getTimeGetMethod());
+    nlohmann::json document = {{"time", time}};
+    auto text = fmt::format("{}", time);
+    if (!arguments.unit.empty()) {
+        const auto moment = momentText(time, units.at(arguments.unit));
+        document["moment"] = moment;
+        text += "  " + moment;
+    }
+    output.show(document, text + "\n");
+}
+
+std::optional<std::int64_t> parseNumber(const std::string& text) {
+    std::int64_t number = 0;
+    const auto* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    if (error != std::errc() || stop != end)
+        return std::nullopt;
+    return number;
+}
+
+std::int64_t now(ClockUnit unit) {
+    const auto elapsed = std::chrono::system_clock::now().time_since_epoch();
+    const std::int64_t nanoseconds = std::chrono::duration_cast<std::chrono::nanoseconds>(elapsed).count();
+    return nanoseconds /
+           (static_cast<std::int64_t>(ClockUnit::nanoseconds) / static_cast<std::int64_t>(unit));
+}
+
+std::int64_t wantedTime(const Arguments& arguments) {
+    if (const auto number = parseNumber(arguments.time))
+        return *number;
+    if (arguments.unit.empty())
+        throw Failure(ExitCode::usage,
+                      fmt::format("'{}' is no number: for a moment, --unit says what the device counts",
+                                  arguments.time));
+    const auto unit = units.at(arguments.unit);
+    try {
+        return arguments.time == "now" ? now(unit) : parseMoment(arguments.time, unit);
+    } catch (const std::invalid_argument& error) {
+        throw Failure(ExitCode::usage, error.what());
+    }
+}
+
+void setTime(Session& session, Output& output, const Arguments& arguments) {
+    const auto time = wantedTime(arguments);
+    session.execute(session.device().getSystem()->getTimeSetMethod(time));
+    output.show({{"time", time}}, fmt::format("{}\n", time));
+}
+
+} // namespace
+
+void addTime(CLI::App& tool, Program& program) {
+    auto* time = tool.add_subcommand("time", "Read and set the device's clock");
+    time->require_subcommand(1);
+    const auto arguments = std::make_shared<Arguments>();
+    const auto add = [&](const char* name, const char* description,
+                         void (*action)(Session&, Output&, const Arguments&)) {
+        auto* command = time->add_subcommand(name, description);
+        command
+            ->add_option(
+                "--unit", arguments->unit,
+                "What the device counts since 1970, which is the device's to define: s, ms, us or ns")
+            ->check(CLI::IsMember({"s", "ms", "us", "ns"}));
+        command->callback([&program, arguments, action] {
+            program.action = [arguments, action](Session& session, Output& output) {
+                action(session, output, *arguments);
+            };
+        });
+        return command;
+    };
+    add("get", "The clock as the device counts it; with --unit also as date and time", getTime);
+    add("set", "Set the clock", setTime)
+        ->add_option(
+            "time", arguments->time,
+            "A number as the device counts (-- before a negative one); with --unit also a moment such "
+            "as 2024-05-06T07:08:09Z, or now")
+        ->required();
+}
+
+} // namespace TAVO::cli

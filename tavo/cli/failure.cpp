@@ -1,0 +1,77 @@
+#include <tavo/cli/failure.h>
+
+#include <string_view>
+
+#include <fmt/format.h>
+
+#include <tavo/client/wire/error.h>
+
+namespace TAVO::cli {
+
+namespace {
+
+struct Explanation {
+    ExitCode code;
+    std::string_view kind;
+    std::string_view text;
+};
+
+constexpr Explanation explanations[] = {
+    {ExitCode::done, "done", "done"},
+    {ExitCode::refused, "refused", "the device refused: it reported an error, or a return code other than 0"},
+    {ExitCode::usage, "usage",
+     "wrong options, arguments or input files; nothing was asked of the device's objects"},
+    {ExitCode::notFound, "not-found", "no such object or method"},
+    {ExitCode::notAuthorised, "not-authorised",
+     "locked by another user, login refused, or unknown server key"},
+    {ExitCode::network, "network", "no connection, or it broke"},
+    {ExitCode::protocol, "protocol", "tool and device do not understand each other, or another failure"},
+};
+
+template <class... Classes>
+bool isOneOf(const std::exception& exception) {
+    return (... || (dynamic_cast<const Classes*>(&exception) != nullptr));
+}
+
+/// Device errors that have no exception class of their own are told from framing faults by their texts.
+bool cameFromDevice(std::string_view message) {
+    return message.starts_with("Unknown error code: ") ||
+           message.starts_with("Error executing type() method on ");
+}
+
+ExitCode codeOf(const std::exception& exception) {
+    if (const auto* failure = dynamic_cast<const Failure*>(&exception))
+        return failure->code;
+    if (isOneOf<LockError, TAVOLoginError, TAVOKeyError>(exception))
+        return ExitCode::notAuthorised;
+    if (isOneOf<NetworkError>(exception))
+        return ExitCode::network;
+    if (isOneOf<ConfigurationError, ExecutionError>(exception))
+        return ExitCode::refused;
+    if (isOneOf<Error>(exception) && cameFromDevice(exception.what()))
+        return ExitCode::refused;
+    return ExitCode::protocol;
+}
+
+std::string_view kindOf(ExitCode code) {
+    for (const auto& explanation : explanations)
+        if (explanation.code == code)
+            return explanation.kind;
+    return "";
+}
+
+} // namespace
+
+std::string exitCodesText() {
+    std::string text = "Exit status:\n";
+    for (const auto& explanation : explanations)
+        text += fmt::format("  {}  {}\n", static_cast<int>(explanation.code), explanation.text);
+    return text;
+}
+
+FailureReport describeFailure(const std::exception& exception) {
+    const auto code = codeOf(exception);
+    return {code, std::string(kindOf(code)), exception.what()};
+}
+
+} // namespace TAVO::cli

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <exception>
+#include <stdexcept>
+#include <string>
+
+/// How the tool ends: its exit statuses, and the one place that maps exceptions to them.
+namespace TAVO::cli {
+
+enum class ExitCode : int {
+    done = 0,
+    refused = 1,       ///< the device reported an error, or a method returned a code other than 0
+    usage = 2,         ///< wrong options, arguments or input files
+    notFound = 3,      ///< no such object or method
+    notAuthorised = 4, ///< locked by another user, login refused, unknown server key
+    network = 5,       ///< no connection, or it broke
+    protocol = 9,      ///< client and device disagree, or any other failure
+};
+
+/// The exit statuses in words, one line each, for help texts.
+std::string exitCodesText();
+
+/// A failure that the tool itself finds.
+class Failure : public std::runtime_error {
+public:
+    Failure(ExitCode exitCode, const std::string& message)
+        : std::runtime_error(message)
+        , code(exitCode) {}
+
+    ExitCode code;
+};
+
+/// What the user is told about a failure.
+struct FailureReport {
+    ExitCode code = ExitCode::protocol;
+    /// The exit code's name: "refused", "usage", "not-found", "not-authorised", "network" or "protocol".
+    std::string kind;
+    std::string message;
+};
+
+FailureReport describeFailure(const std::exception& exception);
+
+} // namespace TAVO::cli

@@ -1,0 +1,191 @@
+#include <tavo/cli/prepared_call.h>
+
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+#include <fmt/format.h>
+
+#include <tavo/cli/field_text.h>
+#include <tavo/cli/json_value.h>
+#include <tavo/cli/output.h>
+
+namespace TAVO::cli {
+
+namespace {
+
+using TAVOXTranscode::MethodRow;
+
+std::string takesText(const std::string& method, const std::vector<FieldDescription>& fields) {
+    return fmt::format("{} takes {}", method, fields.empty() ? "no parameters" : fieldsText(fields));
+}
+
+template <class Things, class Text>
+std::string joined(const Things& things, Text text) {
+    std::string list;
+    for (const auto& thing : things)
+        list += (list.empty() ? "" : ", ") + text(thing);
+    return list;
+}
+
+const MethodRow* findDescription(const Object_v1_0& object, const std::string& method) {
+    try {
+        static_cast<void>(object.getMethodID(method));
+        return &describeMethod(object, method);
+    } catch (const SpecificationError&) {
+        return nullptr;
+    }
+}
+
+bool deviceLists(const Object_v1_0& object, const std::string& method) {
+    try {
+        static_cast<void>(object.getMethodID(method));
+        return true;
+    } catch (const SpecificationError&) {
+        return false;
+    }
+}
+
+const MethodRow& findMethod(const Object_v1_0& object, const std::string& method) {
+    if (const auto* row = findDescription(object, method))
+        return *row;
+    const auto names =
+        joined(callableMethods(object), [](const auto* row) { return std::string(row->name); });
+    if (deviceLists(object, method))
+        throw Failure(ExitCode::notFound,
+                      fmt::format("the parameters of {}.{} are not known to this client; known are: {}",
+                                  object.getFullName(), method, names));
+    throw Failure(ExitCode::notFound,
+                  fmt::format("{} has no method '{}'; it has: {}", object.getFullName(), method, names));
+}
+
+std::vector<std::string> slipsIn(const std::vector<CallWords::Assignment>& assignments,
+                                 const std::vector<FieldDescription>& fields) {
+    std::vector<std::string> slips;
+    std::vector<std::string> seen;
+    for (const auto& [name, text] : assignments) {
+        const auto isNamed = [&](const auto& field) { return field.name == name; };
+        if (std::none_of(fields.begin(), fields.end(), isNamed))
+            slips.push_back(fmt::format("there is no field '{}'", name));
+        else if (std::find(seen.begin(), seen.end(), name) != seen.end())
+            slips.push_back(fmt::format("field '{}' is given twice", name));
+        seen.push_back(name);
+    }
+    for (const auto& field : fields)
+        if (std::find(seen.begin(), seen.end(), field.name) == seen.end())
+            slips.push_back(fmt::format("field '{}' is missing", field.name));
+    return slips;
+}
+
+Value recordOf(const std::vector<CallWords::Assignment>& assignments,
+               const std::vector<FieldDescription>& fields) {
+    Value::Record record;
+    for (const auto& field : fields) {
+        const auto given = std::find_if(assignments.begin(), assignments.end(), [&](const auto& assignment) {
+            return assignment.field == field.name;
+        });
+        record.push_back({field.name, parseField(field, given->text)});
+    }
+    return Value(std::move(record));
+}
+
+dto::Params makeParams(const std::string& fullName, const MethodRow& row,
+                       const std::vector<CallWords::Assignment>& assignments) {
+    const auto fields = row.request ? row.request->fields() : std::vector<FieldDescription>();
+    const auto refuse = [&](const std::string& slips) {
+        throw Failure(ExitCode::usage,
+                      fmt::format("{}: {}; {}", fullName, slips, takesText(fullName, fields)));
+    };
+    if (const auto slips = slipsIn(assignments, fields); !slips.empty())
+        refuse(joined(slips, [](const auto& slip) { return slip; }));
+    if (!row.request)
+        return {};
+    auto request = row.request->create();
+    try {
+        row.request->fromValue(recordOf(assignments, fields), *request);
+    } catch (const std::invalid_argument& error) {
+        refuse(error.what());
+    }
+    return {std::move(request)};
+}
+
+std::string elementText(const Value& element) { return "    - " + element.toString() + "\n"; }
+
+std::string memberText(const Value::Member& member) {
+    const auto* list = std::get_if<Value::List>(&member.value.data);
+    const bool hasRecords =
+        list && !list->empty() && std::holds_alternative<Value::Record>(list->front().data);
+    if (!hasRecords)
+        return fmt::format("  {} = {}\n", member.name, member.value.toString());
+    auto text = fmt::format("  {}:\n", member.name);
+    for (const auto& element : *list)
+        text += elementText(element);
+    return text;
+}
+
+Value replyOf(const PreparedCall& call) { return call.row->reply->toValue(*call.method->getResult().reply); }
+
+bool hasReply(const PreparedCall& call) { return call.row->reply && call.method->getResult().reply; }
+
+} // namespace
+
+CallWords parseCall(std::span<const std::string> words) {
+    const auto refuse = [](const std::string& problem) {
+        throw Failure(ExitCode::usage, problem + "; a call is OBJECT.METHOD [name=value ...]");
+    };
+    if (words.empty())
+        refuse("there is no call");
+    CallWords call;
+    const auto dot = words.front().rfind('.');
+    if (dot == std::string::npos || dot == 0 || dot + 1 == words.front().size())
+        refuse(fmt::format("'{}' does not name a method of an object", words.front()));
+    call.object = words.front().substr(0, dot);
+    call.method = words.front().substr(dot + 1);
+    for (const auto& word : words.subspan(1)) {
+        const auto equals = word.find('=');
+        if (equals == std::string::npos || equals == 0)
+            refuse(fmt::format("'{}' is not name=value", word));
+        call.assignments.push_back({word.substr(0, equals), word.substr(equals + 1)});
+    }
+    return call;
+}
+
+PreparedCall prepareCall(Session& session, const CallWords& words) {
+    const auto object = session.find(words.object);
+    const auto& row = findMethod(*object, words.method);
+    const auto params = makeParams(words.object + "." + words.method, row, words.assignments);
+    return {object, std::make_shared<Method>(words.method, *object, params), &row};
+}
+
+std::vector<const MethodRow*> callableMethods(const Object_v1_0& object) {
+    std::vector<const MethodRow*> rows;
+    for (const auto& table : objectTables())
+        for (const auto& row : table.rows)
+            if (findDescription(object, std::string(row.name)) == &row)
+                rows.push_back(&row);
+    return rows;
+}
+
+std::string signatureText(const MethodRow& row) {
+    auto text = fmt::format("{}({})", row.name, row.request ? fieldsText(row.request->fields()) : "");
+    if (row.reply)
+        text += " -> " + fieldsText(row.reply->fields());
+    return text;
+}
+
+nlohmann::json resultDocument(const PreparedCall& call) {
+    return {{"method", call.method->getFullName()},
+            {"returnCode", call.method->returnCode()},
+            {"result", hasReply(call) ? toJson(replyOf(call)) : nlohmann::json()}};
+}
+
+std::string resultText(const PreparedCall& call) {
+    auto text =
+        printable(fmt::format("{}: return code {}\n", call.method->getFullName(), call.method->returnCode()));
+    if (hasReply(call))
+        for (const auto& member : std::get<Value::Record>(replyOf(call).data))
+            text += memberText(member);
+    return text;
+}
+
+} // namespace TAVO::cli

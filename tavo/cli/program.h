@@ -1,0 +1,18 @@
+#pragma once
+
+#include <functional>
+
+#include <tavo/cli/output.h>
+#include <tavo/cli/session.h>
+
+namespace TAVO::cli {
+
+/// What the arguments ask for.
+struct Program {
+    ConnectionOptions connection;
+    bool json = false;
+    /// Set by the subcommand that was chosen.
+    std::function<void(Session&, Output&)> action;
+};
+
+} // namespace TAVO::cli

@@ -1,0 +1,33 @@
+#include <tavo/cli/progress.h>
+
+#include <cstdio>
+
+#include <unistd.h>
+
+#include <tavo/cli/output.h>
+
+namespace TAVO::cli {
+
+namespace {
+
+constexpr const char* clearLine = "\r\x1b[K";
+
+} // namespace
+
+Progress::Progress()
+    : onTerminal_(::isatty(STDERR_FILENO) == 1) {}
+
+Progress::~Progress() {
+    if (shown_)
+        std::fputs(clearLine, stderr);
+}
+
+void Progress::show(std::string_view text) {
+    if (!onTerminal_)
+        return;
+    std::fputs((clearLine + printable(text)).c_str(), stderr);
+    std::fflush(stderr);
+    shown_ = true;
+}
+
+} // namespace TAVO::cli

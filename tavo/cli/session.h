@@ -1,0 +1,92 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <fmt/format.h>
+
+#include <tavo/cli/failure.h>
+#include <tavo/client.h>
+
+namespace TAVO::simulator {
+class Simulator;
+}
+
+namespace TAVO::cli {
+
+/// Which device the user means, and as whom.
+struct ConnectionOptions {
+    std::string host;
+    std::optional<std::uint16_t> port;
+    std::optional<std::string> user;
+    std::optional<std::string> passwordFile;
+    bool secure = false;
+    bool simulated = false;
+    std::string topology = "standard";
+};
+
+using Objects = std::vector<std::shared_ptr<Object_v1_0>>;
+
+/// One device for the time of one command. It is opened when it is first needed and released at the end.
+class Session {
+public:
+    explicit Session(ConnectionOptions options);
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+    /// Unlocks the device and closes the connection.
+    ~Session();
+
+    /// The device with its lock taken and its tree built.
+    Device& device();
+    /// The device without its lock; of its objects only "device" is there.
+    Device& identify(Device_Factory_Structs::TavoDeviceDescriptor& descriptor);
+
+    /// The three fixed objects, then the root members with theirs below them.
+    Objects objects();
+    /// @throws Failure (not found) that lists the objects that there are.
+    std::shared_ptr<Object_v1_0> find(const std::string& fullName);
+    /// @param kind what a `Proxy` is called in the message.
+    template <class Proxy>
+    std::shared_ptr<Proxy> find(const std::string& fullName, const char* kind) {
+        if (auto proxy = std::dynamic_pointer_cast<Proxy>(find(fullName)))
+            return proxy;
+        throw Failure(ExitCode::notFound, fmt::format("'{}' is no {}", fullName, kind));
+    }
+
+    /// Executes the calls in one exchange. Results that arrived before a failure stay in their Methods.
+    /// @throws Failure (refused) for device errors that the library has under the name of its own faults,
+    ///         otherwise what Device::multicall throws.
+    void run(const std::vector<std::shared_ptr<Method>>& methods);
+    /// Executes one call and insists on its success.
+    void execute(const std::shared_ptr<Method>& method);
+    template <class Result>
+    Result value(const std::shared_ptr<BoundMethod<Result>>& method) {
+        execute(method);
+        return method->value();
+    }
+
+    /// What the device is called towards the user: "host:port".
+    std::string address();
+
+private:
+    struct Account {
+        std::string user;
+        std::string password;
+    };
+
+    Account account() const;
+    void startSimulator();
+    int port() const;
+
+    ConnectionOptions options_;
+    std::unique_ptr<simulator::Simulator> simulator_;
+    std::shared_ptr<Device> device_;
+};
+
+/// @throws Failure (refused) when the executed call's return code is not 0.
+void requireSuccess(const Method& method);
+
+} // namespace TAVO::cli
