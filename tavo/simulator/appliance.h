@@ -1,0 +1,80 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <tavo/client/export.h>
+#include <tavo/simulator/clock.h>
+#include <tavo/simulator/firmware_store.h>
+#include <tavo/simulator/lock.h>
+#include <tavo/simulator/simulated_object.h>
+
+namespace TAVO::simulator {
+
+/// The state of a simulated appliance: its objects, lock, clock and firmware. Knows nothing of connections.
+///
+/// Not synchronised by itself: a Simulator guards the one that it serves, see Simulator::inspect().
+class TAVO_API Appliance {
+public:
+    /// With the objects "device", "system" and "private" and no root members.
+    /// @param accounts user names and passwords. @param key what "getKey" answers.
+    Appliance(std::map<std::string, std::string> accounts, std::vector<std::uint8_t> key);
+    ~Appliance();
+    Appliance(const Appliance&) = delete;
+    Appliance& operator=(const Appliance&) = delete;
+
+    /// Makes an object and adds it to the root members.
+    /// @throws as SimulatedObject::add.
+    template <class Object, class... Arguments>
+    Object& add(const std::string& name, Arguments&&... arguments) {
+        return root_->add<Object>(name, std::forward<Arguments>(arguments)...);
+    }
+    const std::vector<std::unique_ptr<SimulatedObject>>& rootMembers() const { return root_->members(); }
+
+    /// The object with that instance id, or a null pointer.
+    SimulatedObject* find(std::uint32_t instanceId) const;
+    /// The object of that full name ("device", "bench.lamp"), or a null pointer.
+    SimulatedObject* find(std::string_view fullName) const;
+    /// The object of that full name as the class that models it.
+    /// @throws std::out_of_range when there is none of that name and class.
+    template <class Object = SimulatedObject>
+    Object& get(std::string_view fullName) const {
+        if (auto* object = dynamic_cast<Object*>(find(fullName)))
+            return *object;
+        throw std::out_of_range("no such simulated object: " + std::string(fullName));
+    }
+    /// All objects by instance id.
+    const std::map<std::uint32_t, SimulatedObject*>& objects() const { return objects_; }
+
+    Lock& lock() { return lock_; }
+    Clock& clock() { return clock_; }
+    FirmwareStore& firmware() { return firmware_; }
+    /// What "getKey" answers. Any length.
+    const std::vector<std::uint8_t>& key() const { return key_; }
+    void setKey(std::vector<std::uint8_t> key) { key_ = std::move(key); }
+
+    /// As after power-on: lock and reservations are gone, every object is in its first state. Clock and
+    /// firmware stay.
+    void reset();
+
+private:
+    friend class SimulatedObject;
+    void addFixed(const std::string& name, std::uint32_t instanceId, std::unique_ptr<SimulatedObject> object);
+    void enter(SimulatedObject& object);
+
+    Lock lock_;
+    Clock clock_;
+    FirmwareStore firmware_;
+    std::vector<std::uint8_t> key_;
+    std::unique_ptr<SimulatedObject> root_;
+    std::vector<std::unique_ptr<SimulatedObject>> fixed_;
+    std::map<std::uint32_t, SimulatedObject*> objects_;
+};
+
+} // namespace TAVO::simulator

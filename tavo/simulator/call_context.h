@@ -1,0 +1,118 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <exception>
+#include <stdexcept>
+#include <string>
+
+#include <tavo/client/export.h>
+
+namespace TAVO::simulator {
+
+class Appliance;
+
+/// Device error codes that the simulated appliance reports by itself.
+namespace device_error {
+
+inline constexpr std::uint32_t configuration = 1000;
+/// Another user holds the lock; the message is his name.
+inline constexpr std::uint32_t locked = 1001;
+/// No object has the instance id.
+inline constexpr std::uint32_t unknownObject = 1002;
+/// The object has no method of that id.
+inline constexpr std::uint32_t unknownMethod = 1003;
+/// The parameters are shorter or longer than the method's.
+inline constexpr std::uint32_t malformedParameters = 1004;
+/// The request is larger than the appliance accepts; the connection is closed behind the answer.
+inline constexpr std::uint32_t requestTooLarge = 1005;
+/// A call failed; the call at fault is the last one that has a result.
+inline constexpr std::uint32_t execution = 1006;
+/// Unknown user, wrong password or wrong response.
+inline constexpr std::uint32_t login = 1013;
+
+} // namespace device_error
+
+/// Return codes that the objects of this library answer with; 0 is success.
+namespace return_code {
+
+inline constexpr std::int32_t failure = -1;
+inline constexpr std::int32_t badArgument = 1;
+inline constexpr std::int32_t busy = 2;
+
+} // namespace return_code
+
+/// Thrown by a handler: the call ends with this return code and reply data of zeros. The rest of the batch is
+/// carried out.
+class TAVO_API Refusal : public std::exception {
+public:
+    explicit Refusal(std::int32_t code);
+    ~Refusal() override;
+    Refusal(const Refusal&) = default;
+    Refusal& operator=(const Refusal&) = default;
+
+    std::int32_t code() const { return code_; }
+    const char* what() const noexcept override;
+
+private:
+    std::int32_t code_;
+};
+
+/// Thrown by a handler: the request ends here with a device error. The answer holds the results of the calls
+/// before this one; with device_error::execution also one for this call, with the return code `failure` and
+/// reply data of zeros. Any other exception of a handler counts as DeviceFault(execution, what()).
+class TAVO_API DeviceFault : public std::runtime_error {
+public:
+    DeviceFault(std::uint32_t code, const std::string& message);
+    ~DeviceFault() override;
+    DeviceFault(const DeviceFault&) = default;
+    DeviceFault& operator=(const DeviceFault&) = default;
+
+    std::uint32_t code() const { return code_; }
+
+private:
+    std::uint32_t code_;
+};
+
+/// What a handler knows about the request that it serves, and what it can do to it. Lives for one request;
+/// not to be kept.
+class TAVO_API CallContext {
+public:
+    CallContext(Appliance& appliance, std::uint32_t lockId, std::uint64_t connection);
+    CallContext(const CallContext&) = delete;
+    CallContext& operator=(const CallContext&) = delete;
+    ~CallContext();
+
+    Appliance& appliance() const { return appliance_; }
+    /// The lock id that the request carries; 0 for a client without lock.
+    std::uint32_t lockId() const { return lockId_; }
+    /// Number of the connection, counted from 1 over the simulator's life.
+    std::uint64_t connection() const { return connection_; }
+    /// The lock holder's name when the request carries his lock id, else empty.
+    std::string user() const;
+
+    /// The appliance's clock (microseconds since the epoch), the delays of this request included.
+    std::int64_t time() const;
+    /// Simulated microseconds since the appliance was made, the delays of this request included. Never jumps
+    /// when the clock is set: measure durations with it.
+    std::int64_t elapsed() const;
+
+    /// Simulated time passes in this call: the answer to the whole request comes that much later (up to
+    /// Options::longestDelay; what goes beyond passes at once), and later calls of the batch see a later
+    /// time. Other connections are served meanwhile. Negative durations count as 0.
+    void delay(std::chrono::microseconds duration);
+    std::chrono::microseconds totalDelay() const { return delay_; }
+
+    /// All connections of the appliance are closed once this request is answered.
+    void closeConnections() { closesConnections_ = true; }
+    bool closesConnections() const { return closesConnections_; }
+
+private:
+    Appliance& appliance_;
+    std::uint32_t lockId_;
+    std::uint64_t connection_;
+    std::chrono::microseconds delay_{0};
+    bool closesConnections_ = false;
+};
+
+} // namespace TAVO::simulator

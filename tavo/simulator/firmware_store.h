@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include <tavo/client/export.h>
+#include <tavo/client/transcode/base_records.h>
+
+namespace TAVO::simulator {
+
+/// The appliance's firmware images, by name, and the progress of their updates.
+///
+/// An update takes one second and one more for every 4 MiB, ten at most, of simulated time. An image that
+/// begins with the bytes "BAD" fails half-way. A successful update raises the last part of the version by
+/// one.
+class TAVO_API FirmwareStore {
+public:
+    enum class State : std::uint32_t { idle = 0, writing = 1, done = 2, failed = 3 };
+
+    struct Firmware {
+        dto::Base::Version version;
+        /// The image that was written last; empty before the first update.
+        std::vector<std::uint8_t> image;
+        State state = State::idle;
+        /// 0 to 100.
+        std::uint32_t percent = 0;
+    };
+
+    /// Firmware "main" and "fpga".
+    FirmwareStore();
+
+    /// Starts an update.
+    /// @param now simulated microseconds, CallContext::elapsed().
+    /// @throws DeviceFault device_error::configuration for an unknown name; Refusal for an empty image
+    ///         (badArgument) and while an update of that firmware runs (busy).
+    void update(const std::string& name, std::vector<std::uint8_t> image, std::int64_t now);
+    /// The firmware as it is at that time.
+    /// @throws DeviceFault as update().
+    const Firmware& at(const std::string& name, std::int64_t now);
+    /// All of them as they are at that time.
+    const std::map<std::string, Firmware>& all(std::int64_t now);
+
+private:
+    struct Update {
+        std::vector<std::uint8_t> image;
+        std::int64_t begin;
+        std::int64_t end;
+    };
+
+    void progress(std::int64_t now);
+
+    std::map<std::string, Firmware> firmware_;
+    std::map<std::string, Update> running_;
+};
+
+} // namespace TAVO::simulator

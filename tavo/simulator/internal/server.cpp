@@ -1,0 +1,94 @@
+#include <tavo/simulator/internal/server.h>
+
+#include <csignal>
+#include <stdexcept>
+#include <utility>
+
+#include <asio/post.hpp>
+
+#include <tavo/simulator/internal/session.h>
+
+namespace TAVO::simulator {
+
+namespace {
+
+// How long to wait for a connection to end when there are no descriptors left for another one.
+constexpr std::chrono::milliseconds shortagePause{50};
+
+/// Signals belong to the threads of the program that embeds the simulator.
+template <class Function>
+std::thread threadWithoutSignals(Function function) {
+    sigset_t all;
+    sigset_t before;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &before);
+    std::thread thread(std::move(function));
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    return thread;
+}
+
+} // namespace
+
+Server::Server(const std::string& host, std::uint16_t port, RequestHandler& handler)
+    : handler_(handler)
+    , acceptor_(context_)
+    , acceptPause_(context_) {
+    try {
+        asio::ip::tcp::resolver resolver(context_);
+        const auto found = resolver.resolve(host, std::to_string(port), asio::ip::tcp::resolver::passive);
+        const auto endpoint = found.begin()->endpoint();
+        acceptor_.open(endpoint.protocol());
+        acceptor_.set_option(asio::socket_base::reuse_address(true));
+        acceptor_.bind(endpoint);
+        acceptor_.listen();
+        port_ = acceptor_.local_endpoint().port();
+    } catch (const std::system_error& failure) {
+        throw std::runtime_error("Cannot listen on " + host + " port " + std::to_string(port) + ": " +
+                                 failure.code().message());
+    }
+    accept();
+    thread_ = threadWithoutSignals([this] { context_.run(); });
+}
+
+Server::~Server() {
+    asio::post(context_, [this] {
+        asio::error_code ignored;
+        acceptor_.close(ignored);
+        acceptPause_.cancel();
+        closeAll();
+    });
+    thread_.join();
+}
+
+void Server::accept() {
+    acceptor_.async_accept([this](const asio::error_code& failure, asio::ip::tcp::socket socket) {
+        if (!acceptor_.is_open())
+            return;
+        if (failure) {
+            acceptPause_.expires_after(shortagePause);
+            acceptPause_.async_wait([this](const asio::error_code&) {
+                if (acceptor_.is_open())
+                    accept();
+            });
+            return;
+        }
+        const auto number = handler_.connected();
+        const auto session = std::make_shared<Session>(*this, std::move(socket), number);
+        sessions_.emplace(number, session);
+        session->start();
+        accept();
+    });
+}
+
+void Server::closeAll() {
+    const auto sessions = sessions_;
+    for (const auto& [number, session] : sessions)
+        session->close();
+}
+
+void Server::forget(std::uint64_t connection) {
+    if (sessions_.erase(connection) > 0)
+        handler_.disconnected();
+}
+
+} // namespace TAVO::simulator

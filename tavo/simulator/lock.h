@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+
+#include <tavo/client/export.h>
+
+namespace TAVO::simulator {
+
+/// The user who holds the appliance's lock, and the lock id that his requests carry.
+struct LockHolder {
+    std::string user;
+    std::uint32_t lockId = 0;
+    bool operator==(const LockHolder&) const = default;
+};
+
+/// The appliance's one lock and the accounts that may take it. The lock belongs to a user, not to a
+/// connection: it stays when the connection ends.
+class TAVO_API Lock {
+public:
+    /// @param accounts user names and passwords.
+    explicit Lock(std::map<std::string, std::string> accounts);
+
+    const std::map<std::string, std::string>& accounts() const { return accounts_; }
+    const std::optional<LockHolder>& holder() const { return holder_; }
+
+    /// Takes the lock for a user; gives the lock id, the same one when he holds it already.
+    /// @throws DeviceFault device_error::login for wrong credentials, device_error::locked with the holder's
+    ///         name as message.
+    std::uint32_t take(const std::string& user, const std::string& password);
+    /// Gives the lock back; does nothing when nobody holds it.
+    /// @throws DeviceFault as take().
+    void release(const std::string& user, const std::string& password);
+    /// Nobody holds the lock any more.
+    void drop() { holder_.reset(); }
+
+    /// @throws DeviceFault device_error::locked with the holder's name when the lock is held under another
+    /// id.
+    void requireFreeOrHeldBy(std::uint32_t lockId) const;
+
+private:
+    void check(const std::string& user, const std::string& password) const;
+
+    std::map<std::string, std::string> accounts_;
+    std::optional<LockHolder> holder_;
+    std::uint64_t taken_ = 0;
+};
+
+} // namespace TAVO::simulator

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+
+#include <tavo/client/export.h>
+#include <tavo/simulator/models/board.h>
+#include <tavo/simulator/models/i2c_bus.h>
+
+namespace TAVO::simulator {
+
+/// A temperature sensor on the board, with four registers behind a pointer: 0 temperature, 1 configuration,
+/// 2 hysteresis, 3 limit. Temperatures are two bytes, 9 bits in steps of half a degree from the highest bit
+/// on.
+///
+/// Bit 0 of the configuration stops measuring. Without power it does not answer and forgets its settings.
+class TAVO_API TemperatureSensor : public I2cDevice {
+public:
+    explicit TemperatureSensor(std::shared_ptr<Board> board);
+
+    /// In degrees Celsius.
+    double temperature() const noexcept { return temperature_; }
+    /// What it measures from now on; beyond -55 to 125 degrees it tells the nearest of these.
+    void setTemperature(double celsius) noexcept { temperature_ = celsius; }
+
+    bool address(Direction direction) override;
+    bool write(std::uint8_t byte) override;
+    std::uint8_t read() override;
+    void stop() override;
+
+private:
+    void measure();
+
+    std::shared_ptr<Board> board_;
+    double temperature_ = 36.5;
+    std::uint32_t powerOns_ = 0;
+    std::size_t pointer_ = 0;
+    std::size_t position_ = 0;
+    bool pointerIsDue_ = false;
+    std::array<std::uint16_t, 4> registers_{};
+};
+
+} // namespace TAVO::simulator

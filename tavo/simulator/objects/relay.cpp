@@ -1,0 +1,61 @@
+#include <tavo/simulator/objects/relay.h>
+
+#include <tavo/simulator/appliance.h>
+
+namespace TAVO::simulator {
+
+namespace {
+
+constexpr std::int32_t longestCmosPulse = 60'000;
+
+} // namespace
+
+Relay::Relay()
+    : SimulatedObject("relay", "1.0") {
+    using namespace dto::relay;
+    on<None, GetReply>("get", [this](CallContext& call) {
+        GetReply reply;
+        reply.state = stateAt(call.elapsed()) ? 1 : 0;
+        return reply;
+    });
+    on<SetRequest, None>("set", [this](const SetRequest& request) { set(request.state); });
+    on<ToggleRequest, None>("toggle", [this](const ToggleRequest& request, CallContext& call) {
+        toggle(request.value, call.elapsed());
+    });
+}
+
+void Relay::reset() {
+    steady_ = false;
+    pulseEnd_ = 0;
+}
+
+bool Relay::state() const { return stateAt(appliance().clock().elapsed()); }
+
+void Relay::set(bool state) {
+    steady_ = state;
+    pulseEnd_ = 0;
+    ++switchings_;
+}
+
+void Relay::toggle(std::int32_t milliseconds, std::int64_t now) {
+    if (milliseconds < 0)
+        throw Refusal(return_code::badArgument);
+    set(!stateAt(now));
+    if (milliseconds == 0)
+        return;
+    steady_ = !steady_;
+    pulseEnd_ = now + std::int64_t{milliseconds} * 1000;
+}
+
+CmosRelay::CmosRelay()
+    : SimulatedObject("cmosRelay", "1.0") {
+    on<dto::cmosRelay::CmosClear, None>("cmosClear", [this](const dto::cmosRelay::CmosClear& request) {
+        if (request.value < 0)
+            throw Refusal(return_code::badArgument);
+        if (request.value > longestCmosPulse)
+            throw DeviceFault(device_error::execution, "The pulse is longer than a minute");
+        pulses_.push_back(request.value);
+    });
+}
+
+} // namespace TAVO::simulator

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include <tavo/client/commonmodules/relay_records.h>
+#include <tavo/client/export.h>
+#include <tavo/simulator/simulated_object.h>
+
+namespace TAVO::simulator {
+
+/// A "relay": off at first. "toggle" with 0 changes the state for good, with a positive number for so many
+/// milliseconds of simulated time; a negative number is refused (badArgument). "set" ends a pulse.
+class TAVO_API Relay : public SimulatedObject {
+public:
+    Relay();
+    void reset() override;
+
+    bool state() const;
+    void set(bool state);
+    /// How often the relay was told to switch.
+    std::uint64_t switchings() const { return switchings_; }
+
+private:
+    bool stateAt(std::int64_t now) const { return steady_ != (now < pulseEnd_); }
+    void toggle(std::int32_t milliseconds, std::int64_t now);
+
+    bool steady_ = false;
+    std::int64_t pulseEnd_ = 0;
+    std::uint64_t switchings_ = 0;
+};
+
+/// A "cmosRelay". "cmosClear" takes the length of its pulse in milliseconds; a negative length is refused
+/// (badArgument), one above a minute fails (device error 1006).
+class TAVO_API CmosRelay : public SimulatedObject {
+public:
+    CmosRelay();
+
+    /// The lengths of the pulses so far.
+    const std::vector<std::int32_t>& pulses() const { return pulses_; }
+
+private:
+    std::vector<std::int32_t> pulses_;
+};
+
+} // namespace TAVO::simulator

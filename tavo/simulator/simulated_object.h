@@ -1,0 +1,207 @@
+#pragma once
+
+#include <concepts>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include <tavo/client/export.h>
+#include <tavo/client/transcode/base_records.h>
+#include <tavo/client/transcode/method_row.h>
+#include <tavo/simulator/call_context.h>
+
+namespace TAVO::simulator {
+
+class Appliance;
+
+/// Stands for "no parameters" or "status only" in SimulatedObject::on().
+using TAVOXTranscode::None;
+
+/// Who may make a call while a user holds the appliance's lock.
+enum class Access {
+    /// The lock holder alone.
+    locked,
+    /// Everybody.
+    open
+};
+
+/// A handler's return code and reply data, for a handler that gives both.
+template <class Reply>
+struct Answer {
+    std::int32_t code = 0;
+    Reply reply;
+};
+
+/// Who reserved an object, as he said himself.
+struct Reservation {
+    std::string user;
+    std::string info;
+    bool operator==(const Reservation&) const = default;
+};
+
+/// One remote object of the appliance: its type, version, members and methods.
+///
+/// A model derives from this class and gives every method of its type a handler in its constructor. The
+/// methods are those that the client library knows for the type and version, with their records, so that
+/// there is one description of each. The eight methods of every object are served here.
+///
+/// @code
+/// Relay::Relay()
+///     : SimulatedObject("relay", "1.0") {
+///     on<None, dto::relay::GetReply>("get", [this](CallContext& call) { ... return reply; });
+///     on<dto::relay::SetRequest, None>("set", [this](const dto::relay::SetRequest& request) { ... });
+/// }
+/// @endcode
+///
+/// The ids of the object and of its methods are the appliance's own. They are derived from the full name, so
+/// they are the same in every run, and follow no order.
+///
+/// Handlers run one at a time, with the appliance locked (Simulator::inspect); they must not block.
+class TAVO_API SimulatedObject {
+public:
+    /// The methods are the rows of that type and version, or none beside the eight of every object when the
+    /// client library knows no such type. "1.0" is the version (1, 0, any) on the wire, "1.0.3" (1, 0, 3).
+    SimulatedObject(std::string type, std::string version);
+    virtual ~SimulatedObject();
+    SimulatedObject(const SimulatedObject&) = delete;
+    SimulatedObject& operator=(const SimulatedObject&) = delete;
+
+    const std::string& type() const { return type_; }
+    /// What the object tells of its version. Setting it does not change the methods.
+    const dto::Base::Version& version() const { return version_; }
+    void setVersion(const dto::Base::Version& version) { version_ = version; }
+    const std::string& name() const { return name_; }
+    /// The names from the root to this object, joined with dots: "bench.lamp".
+    std::string fullName() const;
+    /// Valid once the object is part of an appliance.
+    std::uint32_t instanceId() const { return instanceId_; }
+    /// @throws std::out_of_range when there is no such method, or the object is part of no appliance yet.
+    std::uint32_t methodId(std::string_view method) const;
+
+    /// Makes an object and adds it below this one.
+    /// @throws std::invalid_argument for a name that is empty, holds a dot, or is there already;
+    ///         std::logic_error for a method without handler.
+    template <class Object, class... Arguments>
+    Object& add(const std::string& name, Arguments&&... arguments) {
+        auto object = std::make_unique<Object>(std::forward<Arguments>(arguments)...);
+        auto& added = *object;
+        adopt(name, std::move(object));
+        return added;
+    }
+    const std::vector<std::unique_ptr<SimulatedObject>>& members() const { return members_; }
+
+    /// Gives the named method its handler, or another one.
+    ///
+    /// The handler takes the request (unless `Request` is None), and then, if it likes, a CallContext&. It
+    /// returns a `Reply` or an `Answer<Reply>`; for a `Reply` of None it returns nothing or the return code.
+    /// It may throw Refusal and DeviceFault.
+    /// @throws std::logic_error when the object has no such method, or the method has other records.
+    template <class Request, class Reply, class Handler>
+    void on(std::string_view method, Handler handler, Access access = Access::locked) {
+        setHandler(method, matches<dto::request_packet, Request>, matches<dto::reply_packet, Reply>,
+                   erased<Request, Reply>(std::move(handler)), access);
+    }
+
+    /// Adds a method that the client library has no row for: of an unknown type, or beside a type's own. Give
+    /// it a handler with on(). Only before the object is part of an appliance.
+    /// @param row must outlive the object.
+    void addMethod(const TAVOXTranscode::MethodRow& row);
+    /// From now on the object neither lists nor serves the method.
+    void removeMethod(std::string_view method);
+
+    const std::optional<Reservation>& reservation() const { return reservation_; }
+    void setReservation(std::optional<Reservation> reservation) { reservation_ = std::move(reservation); }
+
+    /// Back to the state after power-on; called for every object when the appliance is reset.
+    virtual void reset();
+
+protected:
+    /// The appliance that the object is part of.
+    /// @throws std::logic_error when it is part of none yet.
+    Appliance& appliance() const;
+
+private:
+    friend class Appliance;
+    friend class CallRunner;
+
+    using Call = std::function<dto::result(const dto::request_packet*, CallContext&)>;
+    struct Method {
+        const TAVOXTranscode::MethodRow* row;
+        std::uint32_t id = 0;
+        Access access = Access::locked;
+        Call call;
+    };
+
+    template <class Packet, class Record>
+    static bool matches(const TAVOXTranscode::RecordDescription<Packet>* description) {
+        if constexpr (std::same_as<Record, None>)
+            return !description;
+        else
+            return description && dynamic_cast<const Record*>(description->create().get());
+    }
+
+    template <class Request, class Handler>
+    static decltype(auto) invoke(Handler& handler, const dto::request_packet* packet, CallContext& context) {
+        if constexpr (std::same_as<Request, None>) {
+            if constexpr (std::invocable<Handler&, CallContext&>)
+                return handler(context);
+            else
+                return handler();
+        } else {
+            const auto& request = dynamic_cast<const Request&>(*packet);
+            if constexpr (std::invocable<Handler&, const Request&, CallContext&>)
+                return handler(request, context);
+            else
+                return handler(request);
+        }
+    }
+
+    template <class Request, class Reply, class Handler>
+    static Call erased(Handler handler) {
+        return [handler = std::move(handler)](const dto::request_packet* request,
+                                              CallContext& context) mutable -> dto::result {
+            using Result = decltype(invoke<Request>(handler, request, context));
+            if constexpr (std::is_void_v<Result>) {
+                static_assert(std::same_as<Reply, None>, "the handler must return the reply");
+                invoke<Request>(handler, request, context);
+                return {0, nullptr};
+            } else if constexpr (std::same_as<Reply, None>) {
+                static_assert(std::same_as<Result, std::int32_t>, "a status is a std::int32_t");
+                return {invoke<Request>(handler, request, context), nullptr};
+            } else if constexpr (std::same_as<Result, Answer<Reply>>) {
+                auto answer = invoke<Request>(handler, request, context);
+                return {answer.code, std::make_shared<Reply>(std::move(answer.reply))};
+            } else {
+                return {0, std::make_shared<Reply>(invoke<Request>(handler, request, context))};
+            }
+        };
+    }
+
+    void adopt(const std::string& name, std::unique_ptr<SimulatedObject> object);
+    void setHandler(std::string_view method, bool (*takes)(const TAVOXTranscode::RequestDescription*),
+                    bool (*gives)(const TAVOXTranscode::ReplyDescription*), Call call, Access access);
+    void serveBaseMethods();
+    void requireHandlers() const;
+    void assignMethodIds();
+    dto::Base::MethodsReply methodList(bool verbose) const;
+    const Method* findMethod(std::uint32_t id) const;
+
+    std::string type_;
+    dto::Base::Version version_;
+    std::string name_;
+    std::uint32_t instanceId_ = 0;
+    SimulatedObject* parent_ = nullptr;
+    Appliance* appliance_ = nullptr;
+    std::vector<std::unique_ptr<SimulatedObject>> members_;
+    std::map<std::string, Method, std::less<>> methods_;
+    std::optional<Reservation> reservation_;
+};
+
+} // namespace TAVO::simulator

@@ -1,0 +1,174 @@
+#include <tavo/simulator/simulator.h>
+
+#include <algorithm>
+#include <deque>
+#include <stdexcept>
+
+#include <tavo/client/device/server_keys.h>
+#include <tavo/simulator/internal/server.h>
+#include <tavo/simulator/topology.h>
+
+namespace TAVO::simulator {
+
+namespace {
+
+constexpr std::size_t longestLog = 65536;
+
+std::vector<std::uint8_t> keyNumber(int index) {
+    const auto keys = serverKeys();
+    if (index == -1)
+        return std::vector<std::uint8_t>(keys.front().key.size(), 0xEE);
+    if (index < 0 || static_cast<std::size_t>(index) >= keys.size())
+        throw std::invalid_argument("there is no server key " + std::to_string(index));
+    const auto& key = keys[static_cast<std::size_t>(index)].key;
+    return {key.begin(), key.end()};
+}
+
+} // namespace
+
+std::string CallRecord::toString() const {
+    auto text = std::to_string(request) + " #" + std::to_string(connection) + " ";
+    text += object.empty() ? "object " + std::to_string(instanceId) : object;
+    text += "." + (method.empty() ? std::string("?") : method) + "(" + parameters.toString() + ")";
+    text += error == 0 ? " = " + std::to_string(returnCode) : " error " + std::to_string(error);
+    return text;
+}
+
+struct Simulator::State : RequestHandler {
+    explicit State(Options given)
+        : options(std::move(given))
+        , appliance(options.accounts, keyNumber(options.serverKey)) {
+        topologyNamed(options.topology).build(appliance);
+    }
+
+    std::uint64_t connected() override {
+        const std::lock_guard guard(mutex);
+        ++openConnections;
+        return ++connections;
+    }
+
+    void disconnected() override {
+        const std::lock_guard guard(mutex);
+        --openConnections;
+    }
+
+    Response handle(std::uint64_t connection, const std::vector<std::uint8_t>& request) override {
+        const std::lock_guard guard(mutex);
+        auto response = runner(connection)->run(request);
+        const auto held = std::min(response.delay, options.longestDelay);
+        appliance.clock().advance(response.delay - held);
+        response.delay = held;
+        return response;
+    }
+
+    Response refuse(std::uint64_t connection) override {
+        const std::lock_guard guard(mutex);
+        return runner(connection)->refuse();
+    }
+
+    std::unique_ptr<CallRunner> runner(std::uint64_t connection) {
+        ++requests;
+        return std::make_unique<CallRunner>(appliance, requests, connection, faults.faultsAt(requests), log);
+    }
+
+    void enterCall(CallRecord record) {
+        if (observer)
+            observer(record);
+        calls.push_back(std::move(record));
+        if (calls.size() > longestLog)
+            calls.pop_front();
+    }
+
+    const Options options;
+    const CallRunner::Log log = [this](CallRecord record) { enterCall(std::move(record)); };
+
+    mutable std::mutex mutex;
+    Appliance appliance;
+    FaultScript faults;
+    std::deque<CallRecord> calls;
+    std::function<void(const CallRecord&)> observer;
+    std::uint64_t requests = 0;
+    std::uint64_t connections = 0;
+    std::size_t openConnections = 0;
+    std::uint16_t port = 0;
+
+    std::mutex lifecycle;
+    std::unique_ptr<Server> server;
+};
+
+Simulator::Simulator(Options options)
+    : state_(std::make_unique<State>(std::move(options))) {}
+
+Simulator::~Simulator() { stop(); }
+
+void Simulator::start() {
+    const std::lock_guard lifecycle(state_->lifecycle);
+    if (state_->server)
+        return;
+    const auto known = port();
+    state_->server =
+        std::make_unique<Server>(state_->options.host, known != 0 ? known : state_->options.port, *state_);
+    const auto guard = lockAppliance();
+    state_->port = state_->server->port();
+}
+
+void Simulator::stop() {
+    const std::lock_guard lifecycle(state_->lifecycle);
+    state_->server.reset();
+}
+
+std::uint16_t Simulator::port() const {
+    const auto guard = lockAppliance();
+    return state_->port;
+}
+
+void Simulator::setFaults(FaultScript faults) {
+    const auto guard = lockAppliance();
+    state_->faults = std::move(faults);
+}
+
+void Simulator::failNext(Fault fault, std::uint64_t ahead) {
+    const auto guard = lockAppliance();
+    state_->faults.at(state_->requests + ahead, std::move(fault));
+}
+
+std::vector<CallRecord> Simulator::calls() const {
+    const auto guard = lockAppliance();
+    return {state_->calls.begin(), state_->calls.end()};
+}
+
+void Simulator::clearCalls() {
+    const auto guard = lockAppliance();
+    state_->calls.clear();
+}
+
+void Simulator::setObserver(std::function<void(const CallRecord&)> observer) {
+    const auto guard = lockAppliance();
+    state_->observer = std::move(observer);
+}
+
+std::uint64_t Simulator::requestCount() const {
+    const auto guard = lockAppliance();
+    return state_->requests;
+}
+
+std::uint64_t Simulator::connectionCount() const {
+    const auto guard = lockAppliance();
+    return state_->connections;
+}
+
+std::size_t Simulator::openConnections() const {
+    const auto guard = lockAppliance();
+    return state_->openConnections;
+}
+
+std::optional<LockHolder> Simulator::lockHolder() const {
+    const auto guard = lockAppliance();
+    return state_->appliance.lock().holder();
+}
+
+std::unique_lock<std::mutex> Simulator::lockAppliance() const { return std::unique_lock(state_->mutex); }
+
+Appliance& Simulator::appliance() { return state_->appliance; }
+
+} // namespace TAVO::simulator

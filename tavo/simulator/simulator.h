@@ -1,0 +1,138 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <tavo/client/export.h>
+#include <tavo/client/transcode/value.h>
+#include <tavo/simulator/appliance.h>
+#include <tavo/simulator/fault_script.h>
+
+namespace TAVO::simulator {
+
+/// What a Simulator is made of.
+struct Options {
+    /// Address to listen on.
+    std::string host = "127.0.0.1";
+    /// 0 lets the system choose a free port.
+    std::uint16_t port = 0;
+    /// A name of topologies().
+    std::string topology = "standard";
+    /// Who may take the lock and log in: user names and passwords.
+    std::map<std::string, std::string> accounts = {{"engineer", "tavo"}, {"guest", "tavo"}};
+    /// Index of the known server key that "getKey" answers, 0 to 3; -1 for a key that is not known.
+    int serverKey = 0;
+    /// The longest time that the answer to one request is held back when the client asks the appliance to
+    /// sleep. What goes beyond passes at once, on the simulated clock alone.
+    std::chrono::microseconds longestDelay = std::chrono::seconds(10);
+};
+
+/// One call that reached the appliance.
+struct TAVO_API CallRecord {
+    /// Counted from 1 over the simulator's life; the calls of one batch share it.
+    std::uint64_t request = 0;
+    /// Counted from 1 over the simulator's life.
+    std::uint64_t connection = 0;
+    /// 0 when the client had none.
+    std::uint32_t lockId = 0;
+    std::uint32_t instanceId = 0;
+    /// Full name of the object; empty for an unknown instance id.
+    std::string object;
+    /// Empty for an unknown method id.
+    std::string method;
+    /// The parameters by name, an empty record when there are none or they are malformed.
+    Value parameters;
+    /// What the call answered; return_code::failure when it ended with a device error.
+    std::int32_t returnCode = 0;
+    /// The device error that the call ended with, 0 for none.
+    std::uint32_t error = 0;
+
+    bool operator==(const CallRecord&) const = default;
+    /// One line: "12 #1 power.set(state=true) = 0".
+    std::string toString() const;
+};
+
+/// An appliance in software, for the tests of applications that use the client library.
+///
+/// @code
+/// TAVO::simulator::Simulator simulator;
+/// simulator.start();
+/// auto device = TAVO::DeviceFactory::buildDevice("127.0.0.1", simulator.port(), "engineer", "tavo", true);
+/// @endcode
+///
+/// It listens on one address and serves any number of connections from one thread of its own, which runs from
+/// start() to stop(). All operations may be called from any thread, but start() and stop() not from a handler
+/// of an object or from the observer.
+class TAVO_API Simulator {
+public:
+    /// Makes the appliance; listens to nothing and starts no thread.
+    /// @throws std::invalid_argument for an unknown topology or key index.
+    explicit Simulator(Options options = {});
+    /// Stops.
+    ~Simulator();
+    Simulator(const Simulator&) = delete;
+    Simulator& operator=(const Simulator&) = delete;
+
+    /// Returns when it listens; does nothing when it does already. After stop() it listens on the same port
+    /// again, and the appliance is as it was.
+    /// @throws std::runtime_error that names host and port when it cannot listen.
+    void start();
+    /// Closes all connections and returns when no thread runs any more. Does nothing when it is stopped.
+    void stop();
+    /// Where it listens, or did before it was stopped; 0 before the first start.
+    std::uint16_t port() const;
+
+    /// Replaces the fault script. Requests are counted over the simulator's life, see requestCount().
+    void setFaults(FaultScript faults);
+    /// Adds a fault for a coming request: the next one, or the one `ahead` requests from now.
+    /// @throws std::invalid_argument as FaultScript::at.
+    void failNext(Fault fault, std::uint64_t ahead = 1);
+
+    /// The last calls, 65536 at most, in the order in which they were carried out.
+    std::vector<CallRecord> calls() const;
+    void clearCalls();
+    /// Is called for every call from now on, in the simulator's thread. Must not call the simulator; an empty
+    /// function ends it.
+    void setObserver(std::function<void(const CallRecord&)> observer);
+
+    /// Requests so far, over all connections.
+    std::uint64_t requestCount() const;
+    /// Connections accepted so far.
+    std::uint64_t connectionCount() const;
+    /// Connections that are open now.
+    std::size_t openConnections() const;
+    std::optional<LockHolder> lockHolder() const;
+
+    /// Runs `action` on the appliance while no request is served, and returns what it returns. For looking at
+    /// objects and for changing them, before start() too:
+    ///
+    /// @code
+    /// bool on = simulator.inspect([](Appliance& appliance) { return appliance.get<Relay>("power").state();
+    /// });
+    /// @endcode
+    ///
+    /// The action must not call the simulator, and references to objects must not leave it.
+    template <class Action>
+    auto inspect(Action action) {
+        const auto guard = lockAppliance();
+        return action(appliance());
+    }
+
+private:
+    struct State;
+
+    std::unique_lock<std::mutex> lockAppliance() const;
+    Appliance& appliance();
+
+    std::unique_ptr<State> state_;
+};
+
+} // namespace TAVO::simulator
