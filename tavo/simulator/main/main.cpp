@@ -1,0 +1,140 @@
+#include <csignal>
+#include <cstdio>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include <tavo/client/device/device_factory.h>
+#include <tavo/client/version_number.h>
+#include <tavo/simulator/simulator.h>
+#include <tavo/simulator/topology.h>
+
+namespace {
+
+namespace simulator = TAVO::simulator;
+
+constexpr int usageError = 2;
+
+struct Arguments {
+    simulator::Options options;
+    std::vector<std::string> faults;
+    std::vector<std::string> accounts;
+    bool listTopologies = false;
+    bool log = false;
+    bool quiet = false;
+};
+
+void describe(CLI::App& app, Arguments& arguments) {
+    auto& options = arguments.options;
+    options.port = TAVO::DeviceFactory::DefaultPort;
+    app.add_option("--host", options.host, "Address to listen on")->capture_default_str();
+    app.add_option("--port", options.port, "Port to listen on; 0 lets the system choose one")
+        ->capture_default_str();
+    app.add_option("--topology", options.topology, "Which objects the appliance has")->capture_default_str();
+    app.add_flag("--list-topologies", arguments.listTopologies, "List the topologies and end");
+    app.add_option("--fault", arguments.faults, "Let a request go wrong (repeatable, see below)")
+        ->type_name("REQUEST:FAULT")
+        ->expected(1)
+        ->take_all();
+    app.add_option("--account", arguments.accounts,
+                   "Who may take the lock (repeatable; replaces engineer:tavo and guest:tavo)")
+        ->type_name("USER:PASSWORD")
+        ->expected(1)
+        ->take_all();
+    app.add_option("--key", options.serverKey,
+                   "Which known server key it answers with, -1 for an unknown one")
+        ->type_name("INDEX")
+        ->check(CLI::Range(-1, 3))
+        ->capture_default_str();
+    auto* log = app.add_flag("--log", arguments.log, "Write every call to standard error");
+    app.add_flag("--quiet", arguments.quiet, "Write nothing but the line that tells the port")->excludes(log);
+    app.set_version_flag("--version", "tavo-sim " + TAVO::ClientLibraryVersion);
+    app.footer("\n" + simulator::FaultScript::grammar() +
+               "\nIt tells its address on standard output and runs until SIGINT or SIGTERM.");
+}
+
+void addAccounts(Arguments& arguments) {
+    if (!arguments.accounts.empty())
+        arguments.options.accounts.clear();
+    for (const auto& account : arguments.accounts) {
+        const auto colon = account.find(':');
+        if (colon == std::string::npos || colon == 0)
+            throw std::invalid_argument("account '" + account + "': expected USER:PASSWORD");
+        arguments.options.accounts[account.substr(0, colon)] = account.substr(colon + 1);
+    }
+}
+
+simulator::FaultScript faultScript(const Arguments& arguments) {
+    simulator::FaultScript script;
+    for (const auto& fault : arguments.faults)
+        script.add(fault);
+    return script;
+}
+
+void hidePassword(simulator::CallRecord& record) {
+    if (auto* parameters = std::get_if<TAVO::Value::Record>(&record.parameters.data))
+        for (auto& parameter : *parameters)
+            if (parameter.name == "password")
+                parameter.value = TAVO::Value(std::string("***"));
+}
+
+sigset_t endSignals() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGINT);
+    sigaddset(&signals, SIGTERM);
+    return signals;
+}
+
+int serve(simulator::Simulator& appliance, const Arguments& arguments) {
+    const auto signals = endSignals();
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    if (arguments.log)
+        appliance.setObserver([](simulator::CallRecord record) {
+            hidePassword(record);
+            fmt::print(stderr, "{}\n", record.toString());
+        });
+    appliance.start();
+    fmt::print("listening on {}:{}\n", arguments.options.host, appliance.port());
+    std::fflush(stdout);
+    int received = 0;
+    sigwait(&signals, &received);
+    appliance.stop();
+    if (!arguments.quiet)
+        fmt::print(stderr, "stopped after {} requests on {} connections\n", appliance.requestCount(),
+                   appliance.connectionCount());
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    CLI::App app("An appliance in software.", "tavo-sim");
+    Arguments arguments;
+    describe(app, arguments);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? 0 : usageError;
+    }
+    if (arguments.listTopologies) {
+        for (const auto& topology : simulator::topologies())
+            fmt::print("{:<12} {}\n", topology.name, topology.description);
+        return 0;
+    }
+    try {
+        addAccounts(arguments);
+        simulator::Simulator appliance(arguments.options);
+        appliance.setFaults(faultScript(arguments));
+        return serve(appliance, arguments);
+    } catch (const std::invalid_argument& error) {
+        std::cerr << "tavo-sim: " << error.what() << '\n';
+        return usageError;
+    } catch (const std::exception& error) {
+        std::cerr << "tavo-sim: " << error.what() << '\n';
+        return 1;
+    }
+}
