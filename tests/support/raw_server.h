@@ -149,6 +149,19 @@ public:
     void finishWriting() { ::shutdown(socket_.number(), SHUT_WR); }
 
     void close() { socket_.close(); }
+    bool isOpen() const { return socket_.number() >= 0; }
+
+    /// Waits a little for bytes or the end of what the client sends.
+    bool hasInput(std::chrono::milliseconds wait) const {
+        pollfd entry{socket_.number(), POLLIN, 0};
+        return ::poll(&entry, 1, static_cast<int>(wait.count())) > 0;
+    }
+
+    /// Whether, where hasInput(), that is the end.
+    bool atEnd() const {
+        std::uint8_t next = 0;
+        return ::recv(socket_.number(), &next, 1, MSG_PEEK) <= 0;
+    }
 
     /// Cuts the connection: the client sees it reset.
     void reset() {
