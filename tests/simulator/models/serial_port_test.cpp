@@ -1,0 +1,175 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <tavo/simulator/models/return_codes.h>
+#include <tavo/simulator/models/serial_port.h>
+#include <tests/simulator/models/hand_clock.h>
+
+namespace {
+
+using namespace TAVO::simulator;
+using testing::HasSubstr;
+
+struct SerialPortTest : testing::Test, tests::HandClock {
+    std::shared_ptr<SerialConsole> console = std::make_shared<SerialConsole>(
+        board, SerialConsole::Sources{[] { return 36.5; }, [] { return 0xAA; }});
+    SerialPort port{console};
+
+    std::int32_t send(const std::string& text) {
+        return port.send(std::vector<std::uint8_t>(text.begin(), text.end()));
+    }
+    std::string receive(std::int32_t count = 65536) {
+        std::vector<std::uint8_t> data;
+        EXPECT_EQ(port.receive(count, data), returnCode::done);
+        return {data.begin(), data.end()};
+    }
+    void openAtPrompt() {
+        ASSERT_EQ(port.open({}), returnCode::done);
+        board->setPower(true);
+        advance(Board::bootDuration);
+        ASSERT_THAT(receive(), testing::EndsWith(SerialConsole::prompt));
+    }
+};
+
+TEST_F(SerialPortTest, accepts_standard_settings_only) {
+    using Settings = SerialPort::Settings;
+    EXPECT_EQ(port.open(Settings{.baud = 300}), returnCode::done);
+    EXPECT_EQ(port.open(Settings{.dataBits = 5, .stopBits = 2}), returnCode::done);
+    EXPECT_EQ(port.open(Settings{.baud = 115201}), returnCode::badArgument);
+    EXPECT_EQ(port.open(Settings{.dataBits = 4}), returnCode::badArgument);
+    EXPECT_EQ(port.open(Settings{.dataBits = 9}), returnCode::badArgument);
+    EXPECT_EQ(port.open(Settings{.stopBits = 0}), returnCode::badArgument);
+    EXPECT_EQ(port.open(Settings{.stopBits = 3}), returnCode::badArgument);
+    EXPECT_EQ(port.settings(), (Settings{.dataBits = 5, .stopBits = 2}));
+}
+
+TEST_F(SerialPortTest, does_nothing_while_closed) {
+    std::vector<std::uint8_t> data;
+    EXPECT_EQ(send("x"), returnCode::notReady);
+    EXPECT_EQ(port.receive(1, data), returnCode::notReady);
+    EXPECT_EQ(port.close(), returnCode::notReady);
+    ASSERT_EQ(port.open({}), returnCode::done);
+    EXPECT_EQ(port.close(), returnCode::done);
+    EXPECT_EQ(send("x"), returnCode::notReady);
+}
+
+TEST_F(SerialPortTest, loopback_gives_every_byte_back_without_the_board) {
+    ASSERT_EQ(port.open({.loopback = true}), returnCode::done);
+    const std::string sent("\0\0\xFFz", 4);
+    EXPECT_EQ(send(sent), returnCode::done);
+    EXPECT_EQ(receive(2), std::string(2, '\0'));
+    EXPECT_EQ(receive(), "\xFFz");
+    EXPECT_EQ(receive(), "");
+}
+
+TEST_F(SerialPortTest, loopback_keeps_the_latest_bytes_of_too_many) {
+    ASSERT_EQ(port.open({.loopback = true}), returnCode::done);
+    send("first" + std::string(SerialPort::bufferSize, 'x'));
+    EXPECT_EQ(receive(), std::string(SerialPort::bufferSize, 'x'));
+}
+
+TEST_F(SerialPortTest, refuses_counts_out_of_range) {
+    ASSERT_EQ(port.open({}), returnCode::done);
+    std::vector<std::uint8_t> data;
+    EXPECT_EQ(port.receive(-1, data), returnCode::badArgument);
+    EXPECT_EQ(port.receive(65537, data), returnCode::badArgument);
+}
+
+TEST_F(SerialPortTest, board_without_power_is_silent) {
+    ASSERT_EQ(port.open({}), returnCode::done);
+    EXPECT_EQ(send("help\r"), returnCode::done);
+    EXPECT_EQ(receive(), "");
+}
+
+TEST_F(SerialPortTest, boot_messages_come_while_the_board_boots_and_the_prompt_ends_them) {
+    ASSERT_EQ(port.open({}), returnCode::done);
+    board->setPower(true);
+    advance(700'000);
+    const auto early = receive();
+    EXPECT_THAT(early, HasSubstr("Target firmware"));
+    EXPECT_THAT(early, testing::Not(HasSubstr("Memory")));
+    send("lost\r");
+    advance(Board::bootDuration);
+    const auto late = receive();
+    EXPECT_THAT(late, HasSubstr("Memory: 2048 MB"));
+    EXPECT_THAT(late, testing::EndsWith("\r\ntarget> "));
+    EXPECT_THAT(late, testing::Not(HasSubstr("lost")));
+}
+
+TEST_F(SerialPortTest, opening_drops_what_came_before) {
+    board->setPower(true);
+    advance(Board::bootDuration);
+    ASSERT_EQ(port.open({}), returnCode::done);
+    EXPECT_EQ(receive(), "");
+    send("\r");
+    EXPECT_EQ(receive(), "\r\ntarget> ");
+}
+
+TEST_F(SerialPortTest, console_echoes_and_answers) {
+    openAtPrompt();
+    send("echo a  b\r");
+    EXPECT_EQ(receive(), "echo a  b\r\na  b\r\ntarget> ");
+    send("temp\n");
+    EXPECT_EQ(receive(), "temp\r\n36.5 C\r\ntarget> ");
+    send("version\r\n");
+    EXPECT_EQ(receive(), "version\r\nTarget firmware 1.0\r\ntarget> ");
+    send("echo\r");
+    EXPECT_EQ(receive(), "echo\r\n\r\ntarget> ");
+    send("nonsense x\r");
+    EXPECT_THAT(receive(), HasSubstr("Unknown command: nonsense"));
+    send("help\r");
+    EXPECT_THAT(receive(), HasSubstr("reboot"));
+    send("status\r");
+    EXPECT_THAT(receive(), testing::AllOf(HasSubstr("power on for 3.0 s"), HasSubstr("power-ons 1, boots 1"),
+                                          HasSubstr("POST code AA")));
+}
+
+TEST_F(SerialPortTest, console_ignores_the_zero_bytes_between_data) {
+    openAtPrompt();
+    send(std::string("\0\0\0\0\0temp\r", 10));
+    EXPECT_EQ(receive(), "temp\r\n36.5 C\r\ntarget> ");
+}
+
+TEST_F(SerialPortTest, console_edits_its_line_by_backspace) {
+    openAtPrompt();
+    send("\btex\x7Fmq\bp\r");
+    EXPECT_EQ(receive(), "tex\b \bmq\b \bp\r\n36.5 C\r\ntarget> ");
+}
+
+TEST_F(SerialPortTest, console_refuses_more_than_fits_a_line) {
+    openAtPrompt();
+    send(std::string(SerialConsole::longestLine, 'x') + "y");
+    EXPECT_EQ(receive(), std::string(SerialConsole::longestLine, 'x') + "\a");
+}
+
+TEST_F(SerialPortTest, reboot_command_boots_again) {
+    openAtPrompt();
+    send("reboot\r");
+    EXPECT_EQ(receive(), "reboot\r\n");
+    EXPECT_EQ(board->bootCount(), 2u);
+    advance(Board::bootDuration);
+    EXPECT_THAT(receive(), testing::AllOf(HasSubstr("Target firmware"), testing::EndsWith("target> ")));
+}
+
+TEST_F(SerialPortTest, switching_off_takes_the_output_along) {
+    openAtPrompt();
+    send("half a li");
+    board->setPower(false);
+    EXPECT_EQ(receive(), "");
+    board->setPower(true);
+    advance(Board::bootDuration);
+    receive();
+    send("\r");
+    EXPECT_EQ(receive(), "\r\ntarget> ");
+}
+
+TEST_F(SerialPortTest, keeps_the_latest_output_of_a_console_that_nobody_reads) {
+    openAtPrompt();
+    for (int i = 0; i < 200; ++i)
+        send("echo " + std::string(100, 'x') + "\r");
+    const auto output = receive();
+    EXPECT_EQ(output.size(), SerialConsole::longestBacklog);
+    EXPECT_THAT(output, testing::EndsWith("target> "));
+}
+
+} // namespace
