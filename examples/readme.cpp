@@ -3,7 +3,7 @@
 
 int main(int, char** argv) {
     TAVO::CoreObjects::registerCoreObjects();
-    auto device = TAVO::DeviceFactory::buildDevice(argv[1], std::stoi(argv[2]), "user", "secret", false);
+    auto device = TAVO::DeviceFactory::buildDevice(argv[1], std::stoi(argv[2]), "engineer", "tavo", false);
 
     auto info = device->getDevice()->getInfoMethod();
     auto time = device->getSystem()->getTimeGetMethod();
