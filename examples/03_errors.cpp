@@ -10,7 +10,7 @@ namespace {
 
 using TAVO::DeviceFactory;
 
-// Most derived classes first: all of them are TAVO::Error.
+// The base class comes last: all of them are TAVO::Error.
 void explain(const char* attempt, const std::function<void()>& action) {
     std::cout << attempt << ":\n  ";
     try {
@@ -49,9 +49,15 @@ void run(const std::string& host, int port) {
     explain("Prepare a call that the device does not offer",
             [&] { TAVO::Method("defrost", *device->getSystem(), {}); });
 
+    explain("Ask about a firmware that the device does not have",
+            [&] { device->call(device->getSystem()->getFirmwareStatusMethod("toaster")); });
+
     // Not every failure is an exception: a method has a return code of its own, 0 for success.
-    const auto status = device->getSystem()->getFirmwareStatusMethod("main");
-    std::cout << "Before its execution a call's return code is " << status->returnCode() << '\n';
+    const auto update = device->getSystem()->getFirmwareUpdateMethod("main", {}); // an empty image
+    std::cout << "Update with an empty image:\n  return code " << update->returnCode()
+              << " before the call\n";
+    device->call(update);
+    std::cout << "  return code " << update->returnCode() << " after it\n";
 }
 
 } // namespace

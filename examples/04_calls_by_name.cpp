@@ -2,6 +2,7 @@
 #include <iostream>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <tavo/client.h>
 
@@ -10,19 +11,19 @@ namespace {
 using TAVO::Object_v1_0;
 using TAVO::Value;
 
+std::string inWords(const std::vector<TAVO::FieldDescription>& fields) {
+    std::string text;
+    for (const auto& field : fields)
+        text += (text.empty() ? "" : ", ") + field.name + ": " + field.type;
+    return text;
+}
+
 // The methods that the device lists for an object, each with what it takes and what it returns.
 void printMethods(const Object_v1_0& object) {
     for (const auto& method : object.methods()) {
-        std::cout << "  " << method.name << '(';
         const auto& row = TAVO::describeMethod(object, method.name);
-        if (row.request)
-            for (const auto& field : row.request->fields())
-                std::cout << ' ' << field.name << ": " << field.type;
-        std::cout << (row.request ? " )" : ")");
-        if (row.reply)
-            for (const auto& field : row.reply->fields())
-                std::cout << ' ' << field.name << ": " << field.type;
-        std::cout << '\n';
+        std::cout << "  " << method.name << '(' << (row.request ? inWords(row.request->fields()) : "") << ')'
+                  << (row.reply ? " -> " + inWords(row.reply->fields()) : "") << '\n';
     }
 }
 

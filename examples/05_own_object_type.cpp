@@ -1,87 +1,89 @@
-// Gives a remote object type a proxy of the application's own: records, tables, proxy and factory.
+// Gives a remote object type that the library does not know a proxy of the application's own.
 //
-// The type here is "relay", so that the program can be run with any appliance that has one. The library's own
-// proxy is replaced; for a type that the library does not know, nothing else changes but the name.
+// The type is "rack": it groups other objects and can show which one it is by blinking.
 #include <cstdint>
 #include <iostream>
 #include <memory>
 #include <string>
-#include <tuple>
-#include <utility>
+#include <vector>
 
 #include <tavo/client.h>
 
 namespace lab {
 
-using TAVO::dto::Field;
-
-// The records: plain members of their wire types, and one list that says their order on the wire.
-struct SwitchRequest : TAVO::dto::request_packet {
-    bool on = false;
-    static constexpr auto fields() { return std::tuple{Field{"on", &SwitchRequest::on}}; }
-};
-
-struct StateReply : TAVO::dto::reply_packet {
-    std::uint8_t state = 0;
-    static constexpr auto fields() { return std::tuple{Field{"state", &StateReply::state}}; }
-};
-
-// What applications read: made from the result of a call.
-struct SwitchState {
-    SwitchState() = default;
-    explicit SwitchState(const TAVO::dto::result& outcome)
-        : on(TAVO::dto::replyOf<StateReply>(outcome).state != 0) {}
-    bool on = false;
-};
-
-// The tables: the type's methods beside the eight of every object.
 namespace wire = TAVO::TAVOXTranscode;
 
-constexpr wire::MethodRow rows[] = {
-    wire::row<SwitchRequest, wire::None>("set"),
-    wire::row<wire::None, StateReply>("get"),
+// The tables: the methods of the type, which join the eight of every object.
+constexpr wire::MethodRow rackRows[] = {
+    wire::row<wire::None, wire::None>("identify"), // no parameters, returns its status alone
 };
 
-struct EncoderList : wire::base_v1_0::EncoderList {
-    EncoderList() { enter(rows); }
+struct RackEncoders : wire::base_v1_0::EncoderList {
+    RackEncoders() { enter(rackRows); }
 };
 
-struct DecoderList : wire::base_v1_0::DecoderList {
-    DecoderList() { enter(rows); }
+struct RackDecoders : wire::base_v1_0::DecoderList {
+    RackDecoders() { enter(rackRows); }
 };
 
-// The proxy: one operation for each method, none of which sends anything.
-class Switch : public TAVO::Object_v1_0 {
+// The proxy: an operation for each method, none of which sends anything, and whatever else is of use.
+class Rack : public TAVO::Object_v1_0 {
 public:
     using Object_v1_0::Object_v1_0;
 
-    std::shared_ptr<TAVO::Method> getSetMethod(bool on) const {
-        return prepare("set", wire::makeRequest<SwitchRequest>(on));
+    std::shared_ptr<TAVO::Method> getIdentifyMethod() const { return prepare("identify"); }
+
+    // One batch that sets all relays of the rack and of the racks in it.
+    std::shared_ptr<TAVO::MulticallQueue> getSetAllQueue(bool on) const {
+        const auto queue = std::make_shared<TAVO::MulticallQueue>();
+        addTo(*queue, on);
+        return queue;
     }
-    std::shared_ptr<TAVO::BoundMethod<SwitchState>> getGetMethod() const {
-        return prepare<SwitchState>("get");
+
+protected:
+    // Runs once, when the members are there.
+    void initalize() override {
+        for (const auto& child : getChildren()) {
+            if (auto relay = std::dynamic_pointer_cast<CommonModules::Relay_v1_0>(child))
+                relays_.push_back(relay);
+            if (auto rack = std::dynamic_pointer_cast<Rack>(child))
+                racks_.push_back(rack);
+        }
     }
+
+private:
+    void addTo(TAVO::MulticallQueue& queue, bool on) const {
+        for (const auto& relay : relays_)
+            queue.add(relay->getSetMethod(on));
+        for (const auto& rack : racks_)
+            rack->addTo(queue, on);
+    }
+
+    std::vector<std::shared_ptr<CommonModules::Relay_v1_0>> relays_;
+    std::vector<std::shared_ptr<Rack>> racks_;
 };
 
-// The factory: chooses the proxy for an object of the type. It enters itself under the type's name.
-class SwitchFactory : public TAVO::ObjectFactory {
+// The factory: makes the proxies of the type. It enters itself under the type's name when it is constructed.
+class RackFactory : public TAVO::ObjectFactory {
 public:
-    SwitchFactory()
-        : ObjectFactory("relay") {}
+    RackFactory()
+        : ObjectFactory("rack") {}
 
 private:
     std::shared_ptr<TAVO::Container> build(std::shared_ptr<TAVO::Device> device,
                                            std::shared_ptr<TAVO::Container> parent, const std::string& name,
                                            std::uint32_t instanceId,
                                            std::shared_ptr<TAVO::Object_v1_0> probe) override {
-        requireAtMostOneZero("relay", probe->version());
-        static const EncoderList encoders;
-        static const DecoderList decoders;
-        return create<Switch>(device, parent, name, instanceId, encoders, decoders);
+        const auto version = probe->version();
+        if (version != TAVO::Version("3"))
+            throw TAVO::SpecificationError("Unknown rack object version: " + version.text);
+        static const RackEncoders encoders;
+        static const RackDecoders decoders;
+        return create<Rack>(device, parent, name, instanceId, encoders, decoders);
     }
 };
 
-void registerObjects() { static SwitchFactory factory; }
+void registerObjects() { static RackFactory rackFactory; }
 
 } // namespace lab
 
@@ -89,21 +91,22 @@ namespace {
 
 void run(const std::string& host, int port) {
     TAVO::CoreObjects::registerCoreObjects();
+    CommonModules::CommonModulesObjects::registerCoreObjects();
     lab::registerObjects();
-    const auto device = TAVO::DeviceFactory::buildDevice(host, port, "engineer", "tavo", false);
-    const auto power = std::dynamic_pointer_cast<lab::Switch>(device->getChild("power"));
-    if (!power)
-        throw std::runtime_error("this device has no relay named power");
 
-    for (const bool on : {true, false}) {
-        const auto get = power->getGetMethod();
-        const auto batch = std::make_shared<TAVO::MulticallQueue>();
-        batch->add(power->getSetMethod(on));
-        batch->add(get);
-        device->multicall(batch);
-        std::cout << "switched " << (on ? "on" : "off") << ", reads " << (get->value().on ? "on" : "off")
-                  << '\n';
-    }
+    const auto device = TAVO::DeviceFactory::buildDevice(host, port, "engineer", "tavo", false);
+    const auto bench = std::dynamic_pointer_cast<lab::Rack>(device->getChild("bench"));
+    if (!bench)
+        throw std::runtime_error("this device has no rack named bench");
+
+    const auto identify = bench->getIdentifyMethod();
+    device->call(identify);
+    std::cout << identify->getFullName() << " returned " << identify->returnCode() << '\n';
+
+    const auto allOn = bench->getSetAllQueue(true);
+    device->multicall(allOn);
+    for (const auto& method : allOn->getMethods())
+        std::cout << method->getFullName() << " returned " << method->returnCode() << '\n';
 }
 
 } // namespace

@@ -1,0 +1,130 @@
+// Puts an object of the application's own type into a simulated appliance, and calls it.
+#include <cstdint>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <tuple>
+
+#include <tavo/client.h>
+#include <tavo/simulator/simulator.h>
+
+namespace lab {
+
+namespace wire = TAVO::TAVOXTranscode;
+using TAVO::dto::Field;
+
+// A record: its members, each of its wire type, and one list that gives their names and order on the wire.
+struct LimitRequest : TAVO::dto::request_packet {
+    std::string zone;
+    std::int32_t celsius = 0;
+    static constexpr auto fields() {
+        return std::tuple{Field{"zone", &LimitRequest::zone}, Field{"celsius", &LimitRequest::celsius}};
+    }
+};
+
+struct ReadReply : TAVO::dto::reply_packet {
+    std::int32_t celsius = 0;
+    bool overLimit = false;
+    static constexpr auto fields() {
+        return std::tuple{Field{"celsius", &ReadReply::celsius}, Field{"overLimit", &ReadReply::overLimit}};
+    }
+};
+
+// The methods of the type, for both ends of the connection.
+constexpr wire::MethodRow thermometerRows[] = {
+    wire::row<LimitRequest, wire::None>("limit"),
+    wire::row<wire::None, ReadReply>("read"),
+};
+
+struct ThermometerEncoders : wire::base_v1_0::EncoderList {
+    ThermometerEncoders() { enter(thermometerRows); }
+};
+
+struct ThermometerDecoders : wire::base_v1_0::DecoderList {
+    ThermometerDecoders() { enter(thermometerRows); }
+};
+
+// What applications read, made from the result of a call.
+struct Temperature {
+    Temperature() = default;
+    explicit Temperature(const TAVO::dto::result& outcome) {
+        const auto& reply = TAVO::dto::replyOf<ReadReply>(outcome);
+        text = std::to_string(reply.celsius) + " degrees" + (reply.overLimit ? ", too hot" : "");
+    }
+    std::string text;
+};
+
+class Thermometer : public TAVO::Object_v1_0 {
+public:
+    using Object_v1_0::Object_v1_0;
+
+    std::shared_ptr<TAVO::Method> getLimitMethod(const std::string& zone, int celsius) const {
+        return prepare("limit", wire::makeRequest<LimitRequest>(zone, celsius));
+    }
+    std::shared_ptr<TAVO::BoundMethod<Temperature>> getReadMethod() const {
+        return prepare<Temperature>("read");
+    }
+};
+
+class ThermometerFactory : public TAVO::ObjectFactory {
+public:
+    ThermometerFactory()
+        : ObjectFactory("thermometer") {}
+
+private:
+    std::shared_ptr<TAVO::Container> build(std::shared_ptr<TAVO::Device> device,
+                                           std::shared_ptr<TAVO::Container> parent, const std::string& name,
+                                           std::uint32_t instanceId,
+                                           std::shared_ptr<TAVO::Object_v1_0>) override {
+        static const ThermometerEncoders encoders;
+        static const ThermometerDecoders decoders;
+        return create<Thermometer>(device, parent, name, instanceId, encoders, decoders);
+    }
+};
+
+// The other end: what a thermometer of a simulated appliance does.
+class SimulatedThermometer : public TAVO::simulator::SimulatedObject {
+public:
+    SimulatedThermometer()
+        : SimulatedObject("thermometer", "1.0") {
+        for (const auto& row : thermometerRows)
+            addMethod(row);
+        on<LimitRequest, wire::None>("limit", [this](const LimitRequest& request) {
+            limit_ = request.celsius;
+            return std::int32_t{request.zone == "board" ? 0 : 1}; // the return code
+        });
+        on<wire::None, ReadReply>("read", [this] {
+            ReadReply reply;
+            reply.celsius = 41;
+            reply.overLimit = reply.celsius > limit_;
+            return reply;
+        });
+    }
+
+private:
+    std::int32_t limit_ = 100;
+};
+
+} // namespace lab
+
+int main() {
+    TAVO::CoreObjects::registerCoreObjects();
+    static lab::ThermometerFactory factory;
+
+    TAVO::simulator::Simulator simulator;
+    simulator.inspect(
+        [](TAVO::simulator::Appliance& appliance) { appliance.add<lab::SimulatedThermometer>("probe"); });
+    simulator.start();
+
+    const auto device =
+        TAVO::DeviceFactory::buildDevice("127.0.0.1", simulator.port(), "engineer", "tavo", false);
+    const auto probe = std::dynamic_pointer_cast<lab::Thermometer>(device->getChild("probe"));
+    for (const int limit : {50, 40}) {
+        const auto read = probe->getReadMethod();
+        const auto batch = std::make_shared<TAVO::MulticallQueue>();
+        batch->add(probe->getLimitMethod("board", limit));
+        batch->add(read);
+        device->multicall(batch);
+        std::cout << "limit " << limit << ": " << read->value().text << '\n';
+    }
+}
