@@ -8,6 +8,7 @@ namespace TAVO::simulator {
 
 Appliance::Appliance(std::map<std::string, std::string> accounts, std::vector<std::uint8_t> key)
     : lock_(std::move(accounts))
+    , board_(std::make_shared<Board>([this] { return static_cast<std::uint64_t>(now()); }))
     , key_(std::move(key))
     , root_(std::make_unique<SimulatedObject>("root", "1.0")) {
     root_->appliance_ = this;
@@ -18,6 +19,8 @@ Appliance::Appliance(std::map<std::string, std::string> accounts, std::vector<st
 }
 
 Appliance::~Appliance() = default;
+
+std::int64_t Appliance::now() const { return served_ ? served_->elapsed() : clock_.elapsed(); }
 
 void Appliance::addFixed(const std::string& name, std::uint32_t instanceId,
                          std::unique_ptr<SimulatedObject> object) {

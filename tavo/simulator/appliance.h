@@ -13,6 +13,7 @@
 #include <tavo/simulator/clock.h>
 #include <tavo/simulator/firmware_store.h>
 #include <tavo/simulator/lock.h>
+#include <tavo/simulator/models/board.h>
 #include <tavo/simulator/simulated_object.h>
 
 namespace TAVO::simulator {
@@ -54,6 +55,11 @@ public:
 
     Lock& lock() { return lock_; }
     Clock& clock() { return clock_; }
+    /// Simulated microseconds since the appliance was made, as its models see them: while a request is served
+    /// the delays of that request included.
+    std::int64_t now() const;
+    /// The target board that the models share. Without power until a relay or a test switches it on.
+    const std::shared_ptr<Board>& board() const { return board_; }
     FirmwareStore& firmware() { return firmware_; }
     /// What "getKey" answers. Any length.
     const std::vector<std::uint8_t>& key() const { return key_; }
@@ -65,12 +71,15 @@ public:
 
 private:
     friend class SimulatedObject;
+    friend class CallContext;
     void addFixed(const std::string& name, std::uint32_t instanceId, std::unique_ptr<SimulatedObject> object);
     void enter(SimulatedObject& object);
 
     Lock lock_;
     Clock clock_;
     FirmwareStore firmware_;
+    const CallContext* served_ = nullptr;
+    std::shared_ptr<Board> board_;
     std::vector<std::uint8_t> key_;
     std::unique_ptr<SimulatedObject> root_;
     std::vector<std::unique_ptr<SimulatedObject>> fixed_;

@@ -22,9 +22,11 @@ DeviceFault::~DeviceFault() = default;
 CallContext::CallContext(Appliance& appliance, std::uint32_t lockId, std::uint64_t connection)
     : appliance_(appliance)
     , lockId_(lockId)
-    , connection_(connection) {}
+    , connection_(connection) {
+    appliance_.served_ = this;
+}
 
-CallContext::~CallContext() = default;
+CallContext::~CallContext() { appliance_.served_ = nullptr; }
 
 std::string CallContext::user() const {
     const auto& holder = appliance_.lock().holder();

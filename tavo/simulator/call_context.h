@@ -7,6 +7,7 @@
 #include <string>
 
 #include <tavo/client/export.h>
+#include <tavo/simulator/return_codes.h>
 
 namespace TAVO::simulator {
 
@@ -32,15 +33,6 @@ inline constexpr std::uint32_t execution = 1006;
 inline constexpr std::uint32_t login = 1013;
 
 } // namespace device_error
-
-/// Return codes that the objects of this library answer with; 0 is success.
-namespace return_code {
-
-inline constexpr std::int32_t failure = -1;
-inline constexpr std::int32_t badArgument = 1;
-inline constexpr std::int32_t busy = 2;
-
-} // namespace return_code
 
 /// Thrown by a handler: the call ends with this return code and reply data of zeros. The rest of the batch is
 /// carried out.

@@ -20,11 +20,9 @@ void Board::setPower(bool on) {
         switchPower(on, now());
 }
 
-void Board::pulsePower(std::uint64_t duration) {
-    settle();
-    const auto time = now();
-    switchPower(!powerOnTime_, time);
-    pulseEnd_ = time + duration;
+void Board::pulsePower(bool on, std::uint64_t duration) {
+    setPower(on);
+    pulseEnd_ = now() + duration;
 }
 
 bool Board::powered() {

@@ -38,8 +38,8 @@ public:
 
     /// Switches at once; a pulse that has not ended yet is forgotten. The same state again changes nothing.
     void setPower(bool on);
-    /// Switches to the other state, and back after `duration` microseconds.
-    void pulsePower(std::uint64_t duration);
+    /// Switches as setPower, and to the other state after `duration` microseconds.
+    void pulsePower(bool on, std::uint64_t duration);
 
     bool powered();
     /// True from powerGoodDelay after switching on.

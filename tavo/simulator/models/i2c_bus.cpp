@@ -3,7 +3,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include <tavo/simulator/models/return_codes.h>
+#include <tavo/simulator/return_codes.h>
 
 namespace TAVO::simulator {
 
@@ -30,10 +30,10 @@ void I2cBus::attach(std::uint8_t address, std::shared_ptr<I2cDevice> device) {
 I2cBus::Outcome I2cBus::read(std::int32_t address, bool start, bool stop, std::int32_t count,
                              const Wait& wait) {
     if (!isAddress(address) || !isCount(count))
-        return refusal(returnCode::badArgument);
+        return refusal(return_code::badArgument);
     constexpr auto direction = I2cDevice::Direction::read;
     if (!(start ? begin(address, direction, wait) : underWay(direction)))
-        return refusal(returnCode::notAcknowledged);
+        return refusal(return_code::notAcknowledged);
     Outcome outcome;
     outcome.data.reserve(static_cast<std::size_t>(count));
     for (std::int32_t i = 0; i < count; ++i)
@@ -46,17 +46,17 @@ I2cBus::Outcome I2cBus::read(std::int32_t address, bool start, bool stop, std::i
 I2cBus::Outcome I2cBus::write(std::int32_t address, bool start, bool stop, std::span<const std::uint8_t> data,
                               const Wait& wait) {
     if (!isAddress(address) || data.size() > static_cast<std::size_t>(largestCount))
-        return refusal(returnCode::badArgument);
+        return refusal(return_code::badArgument);
     constexpr auto direction = I2cDevice::Direction::write;
     if (!(start ? begin(address, direction, wait) : underWay(direction)))
-        return refusal(returnCode::notAcknowledged);
+        return refusal(return_code::notAcknowledged);
     Outcome outcome;
     for (const auto byte : data) {
         if (selected_->write(byte)) {
             ++outcome.acknowledged;
             continue;
         }
-        outcome.code = returnCode::notAcknowledged;
+        outcome.code = return_code::notAcknowledged;
         if (options_.stopAtDataNack) {
             end();
             return outcome;
@@ -70,13 +70,13 @@ I2cBus::Outcome I2cBus::write(std::int32_t address, bool start, bool stop, std::
 I2cBus::Outcome I2cBus::transfer(std::int32_t address, std::span<const std::uint8_t> data, std::int32_t count,
                                  const Wait& wait) {
     if (!isAddress(address) || !isCount(count))
-        return refusal(returnCode::badArgument);
+        return refusal(return_code::badArgument);
     Outcome written;
     if (!data.empty()) {
         written = write(address, true, count == 0, data, wait);
         if (count == 0)
             return written;
-        if (written.code != returnCode::done) {
+        if (written.code != return_code::done) {
             end();
             return written;
         }

@@ -42,7 +42,7 @@ public:
     static constexpr std::uint32_t baseFrequency = 48'000'000;
 
     struct Outcome {
-        /// One of returnCode: done, badArgument or notAcknowledged.
+        /// One of return_code: done, badArgument or notAcknowledged.
         std::int32_t code = 0;
         /// Data bytes that were acknowledged.
         std::int32_t acknowledged = 0;

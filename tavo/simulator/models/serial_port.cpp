@@ -4,7 +4,7 @@
 #include <array>
 #include <utility>
 
-#include <tavo/simulator/models/return_codes.h>
+#include <tavo/simulator/return_codes.h>
 
 namespace TAVO::simulator {
 
@@ -26,23 +26,23 @@ SerialPort::SerialPort(std::shared_ptr<SerialConsole> console)
 
 std::int32_t SerialPort::open(const Settings& settings) {
     if (!isPossible(settings))
-        return returnCode::badArgument;
+        return return_code::badArgument;
     settings_ = settings;
     looped_.clear();
     console_->discardOutput();
-    return returnCode::done;
+    return return_code::done;
 }
 
 std::int32_t SerialPort::close() {
     if (!settings_)
-        return returnCode::notReady;
+        return return_code::notReady;
     settings_.reset();
-    return returnCode::done;
+    return return_code::done;
 }
 
 std::int32_t SerialPort::send(std::span<const std::uint8_t> data) {
     if (!settings_)
-        return returnCode::notReady;
+        return return_code::notReady;
     if (settings_->loopback) {
         looped_.append(data.begin(), data.end());
         looped_.erase(0, looped_.size() - std::min(looped_.size(), bufferSize));
@@ -50,14 +50,14 @@ std::int32_t SerialPort::send(std::span<const std::uint8_t> data) {
         for (const auto byte : data)
             console_->type(byte);
     }
-    return returnCode::done;
+    return return_code::done;
 }
 
 std::int32_t SerialPort::receive(std::int32_t count, std::vector<std::uint8_t>& data) {
     if (!settings_)
-        return returnCode::notReady;
+        return return_code::notReady;
     if (count < 0 || count > largestCount)
-        return returnCode::badArgument;
+        return return_code::badArgument;
     const auto wanted = static_cast<std::size_t>(count);
     std::string taken;
     if (settings_->loopback) {
@@ -67,7 +67,7 @@ std::int32_t SerialPort::receive(std::int32_t count, std::vector<std::uint8_t>& 
         taken = console_->take(wanted);
     }
     data.assign(taken.begin(), taken.end());
-    return returnCode::done;
+    return return_code::done;
 }
 
 } // namespace TAVO::simulator

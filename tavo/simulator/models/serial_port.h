@@ -35,7 +35,7 @@ public:
 
     explicit SerialPort(std::shared_ptr<SerialConsole> console);
 
-    /// Opens with an empty buffer, also when it is open. Returns a returnCode, as the others do.
+    /// Opens with an empty buffer, also when it is open. Returns a return_code, as the others do.
     std::int32_t open(const Settings& settings);
     std::int32_t close();
     std::int32_t send(std::span<const std::uint8_t> data);

@@ -27,24 +27,37 @@ Relay::Relay()
 void Relay::reset() {
     steady_ = false;
     pulseEnd_ = 0;
+    if (board_)
+        board_->setPower(false);
 }
 
-bool Relay::state() const { return stateAt(appliance().clock().elapsed()); }
+bool Relay::state() const { return stateAt(appliance().now()); }
 
 void Relay::set(bool state) {
     steady_ = state;
     pulseEnd_ = 0;
     ++switchings_;
+    if (board_)
+        board_->setPower(state);
+}
+
+void Relay::drivePowerOf(std::shared_ptr<Board> board) {
+    board_ = std::move(board);
+    board_->setPower(steady_);
 }
 
 void Relay::toggle(std::int32_t milliseconds, std::int64_t now) {
     if (milliseconds < 0)
         throw Refusal(return_code::badArgument);
-    set(!stateAt(now));
+    const bool state = !stateAt(now);
+    set(state);
     if (milliseconds == 0)
         return;
-    steady_ = !steady_;
-    pulseEnd_ = now + std::int64_t{milliseconds} * 1000;
+    const auto duration = std::int64_t{milliseconds} * 1000;
+    steady_ = !state;
+    pulseEnd_ = now + duration;
+    if (board_)
+        board_->pulsePower(state, static_cast<std::uint64_t>(duration));
 }
 
 CmosRelay::CmosRelay()
@@ -55,6 +68,8 @@ CmosRelay::CmosRelay()
         if (request.value > longestCmosPulse)
             throw DeviceFault(device_error::execution, "The pulse is longer than a minute");
         pulses_.push_back(request.value);
+        if (board_)
+            board_->clearCmos();
     });
 }
 

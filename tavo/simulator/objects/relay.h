@@ -1,10 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
+#include <utility>
 #include <vector>
 
 #include <tavo/client/commonmodules/relay_records.h>
 #include <tavo/client/export.h>
+#include <tavo/simulator/models/board.h>
 #include <tavo/simulator/simulated_object.h>
 
 namespace TAVO::simulator {
@@ -18,6 +21,8 @@ public:
 
     bool state() const;
     void set(bool state);
+    /// From now on the power of `board` follows this relay.
+    void drivePowerOf(std::shared_ptr<Board> board);
     /// How often the relay was told to switch.
     std::uint64_t switchings() const { return switchings_; }
 
@@ -28,6 +33,7 @@ private:
     bool steady_ = false;
     std::int64_t pulseEnd_ = 0;
     std::uint64_t switchings_ = 0;
+    std::shared_ptr<Board> board_;
 };
 
 /// A "cmosRelay". "cmosClear" takes the length of its pulse in milliseconds; a negative length is refused
@@ -36,11 +42,15 @@ class TAVO_API CmosRelay : public SimulatedObject {
 public:
     CmosRelay();
 
+    /// From now on a pulse clears the settings of `board`.
+    void clearCmosOf(std::shared_ptr<Board> board) { board_ = std::move(board); }
+
     /// The lengths of the pulses so far.
     const std::vector<std::int32_t>& pulses() const { return pulses_; }
 
 private:
     std::vector<std::int32_t> pulses_;
+    std::shared_ptr<Board> board_;
 };
 
 } // namespace TAVO::simulator

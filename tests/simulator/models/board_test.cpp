@@ -53,7 +53,7 @@ TEST_F(BoardTest, switching_off_ends_everything_at_once) {
 TEST_F(BoardTest, pulse_ends_at_its_own_time_however_late_one_looks) {
     board->setPower(true);
     advance(Board::bootDuration);
-    board->pulsePower(500'000);
+    board->pulsePower(false, 500'000);
     EXPECT_FALSE(board->powered());
     advance(700'000);
     EXPECT_EQ(board->sincePowerOn(), 200'000u);
@@ -61,7 +61,7 @@ TEST_F(BoardTest, pulse_ends_at_its_own_time_however_late_one_looks) {
 }
 
 TEST_F(BoardTest, switching_during_a_pulse_cancels_its_end) {
-    board->pulsePower(500'000);
+    board->pulsePower(true, 500'000);
     advance(100'000);
     board->setPower(true);
     advance(1'000'000);

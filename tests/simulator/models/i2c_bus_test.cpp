@@ -5,8 +5,8 @@
 
 #include <tavo/simulator/models/eeprom.h>
 #include <tavo/simulator/models/i2c_bus.h>
-#include <tavo/simulator/models/return_codes.h>
 #include <tavo/simulator/models/temperature_sensor.h>
+#include <tavo/simulator/return_codes.h>
 #include <tests/simulator/models/hand_clock.h>
 
 namespace {
@@ -51,7 +51,7 @@ struct I2cBusTest : testing::Test, tests::HandClock {
     std::int32_t put(std::int32_t address, Bytes data) { return bus.transfer(address, data, 0, wait).code; }
     Bytes get(std::int32_t address, Bytes pointer, std::int32_t count) {
         const auto outcome = bus.transfer(address, pointer, count, wait);
-        EXPECT_EQ(outcome.code, returnCode::done);
+        EXPECT_EQ(outcome.code, return_code::done);
         return outcome.data;
     }
 };
@@ -59,7 +59,7 @@ struct I2cBusTest : testing::Test, tests::HandClock {
 TEST_F(I2cBusTest, transfer_writes_then_reads_behind_a_repeated_start) {
     const Bytes data{1, 2};
     const auto outcome = bus.transfer(0x20, data, 2, wait);
-    EXPECT_EQ(outcome.code, returnCode::done);
+    EXPECT_EQ(outcome.code, return_code::done);
     EXPECT_EQ(outcome.acknowledged, 2);
     EXPECT_EQ(outcome.data, (Bytes{0x5A, 0x5A}));
     EXPECT_EQ(picky->log, "W++RrrP");
@@ -72,37 +72,37 @@ TEST_F(I2cBusTest, transfer_leaves_out_parts_of_no_bytes) {
     bus.transfer(0x20, Bytes{1}, 0, wait);
     EXPECT_EQ(picky->log, "W+P");
     picky->log.clear();
-    EXPECT_EQ(bus.transfer(0x7F, {}, 0, wait).code, returnCode::done);
+    EXPECT_EQ(bus.transfer(0x7F, {}, 0, wait).code, return_code::done);
     EXPECT_EQ(picky->log, "");
 }
 
 TEST_F(I2cBusTest, read_and_write_go_on_without_start_until_the_stop) {
-    EXPECT_EQ(bus.write(0x20, true, false, Bytes{1}, wait).code, returnCode::done);
-    EXPECT_EQ(bus.write(0x20, false, false, Bytes{2}, wait).code, returnCode::done);
-    EXPECT_EQ(bus.read(0x20, true, false, 1, wait).code, returnCode::done);
-    EXPECT_EQ(bus.read(0x20, false, true, 1, wait).code, returnCode::done);
+    EXPECT_EQ(bus.write(0x20, true, false, Bytes{1}, wait).code, return_code::done);
+    EXPECT_EQ(bus.write(0x20, false, false, Bytes{2}, wait).code, return_code::done);
+    EXPECT_EQ(bus.read(0x20, true, false, 1, wait).code, return_code::done);
+    EXPECT_EQ(bus.read(0x20, false, true, 1, wait).code, return_code::done);
     EXPECT_EQ(picky->log, "W++RrrP");
-    EXPECT_EQ(bus.read(0x20, false, true, 1, wait).code, returnCode::notAcknowledged);
+    EXPECT_EQ(bus.read(0x20, false, true, 1, wait).code, return_code::notAcknowledged);
 }
 
 TEST_F(I2cBusTest, going_on_in_the_other_direction_needs_a_start) {
     bus.write(0x20, true, false, Bytes{1}, wait);
-    EXPECT_EQ(bus.read(0x20, false, true, 1, wait).code, returnCode::notAcknowledged);
+    EXPECT_EQ(bus.read(0x20, false, true, 1, wait).code, return_code::notAcknowledged);
 }
 
 TEST_F(I2cBusTest, nobody_acknowledges_an_absent_address) {
     const auto outcome = bus.read(0x33, true, true, 4, wait);
-    EXPECT_EQ(outcome.code, returnCode::notAcknowledged);
+    EXPECT_EQ(outcome.code, return_code::notAcknowledged);
     EXPECT_TRUE(outcome.data.empty());
-    EXPECT_EQ(bus.write(0x33, true, true, Bytes{1}, wait).code, returnCode::notAcknowledged);
-    EXPECT_EQ(bus.transfer(0x33, Bytes{1}, 1, wait).code, returnCode::notAcknowledged);
+    EXPECT_EQ(bus.write(0x33, true, true, Bytes{1}, wait).code, return_code::notAcknowledged);
+    EXPECT_EQ(bus.transfer(0x33, Bytes{1}, 1, wait).code, return_code::notAcknowledged);
 }
 
 TEST_F(I2cBusTest, refuses_addresses_and_counts_out_of_range) {
-    EXPECT_EQ(bus.read(0x80, true, true, 1, wait).code, returnCode::badArgument);
-    EXPECT_EQ(bus.write(-1, true, true, Bytes{1}, wait).code, returnCode::badArgument);
-    EXPECT_EQ(bus.read(0x50, true, true, 65537, wait).code, returnCode::badArgument);
-    EXPECT_EQ(bus.transfer(0x50, {}, -1, wait).code, returnCode::badArgument);
+    EXPECT_EQ(bus.read(0x80, true, true, 1, wait).code, return_code::badArgument);
+    EXPECT_EQ(bus.write(-1, true, true, Bytes{1}, wait).code, return_code::badArgument);
+    EXPECT_EQ(bus.read(0x50, true, true, 65537, wait).code, return_code::badArgument);
+    EXPECT_EQ(bus.transfer(0x50, {}, -1, wait).code, return_code::badArgument);
     EXPECT_EQ(bus.read(0x50, true, true, 65536, wait).data.size(), 65536u);
     EXPECT_THROW(bus.attach(0x50, picky), std::invalid_argument);
     EXPECT_THROW(bus.attach(0x80, picky), std::invalid_argument);
@@ -111,7 +111,7 @@ TEST_F(I2cBusTest, refuses_addresses_and_counts_out_of_range) {
 TEST_F(I2cBusTest, write_stops_at_an_unacknowledged_byte_unless_told_to_go_on) {
     const Bytes data{1, 0x90, 2};
     auto outcome = bus.write(0x20, true, true, data, wait);
-    EXPECT_EQ(outcome.code, returnCode::notAcknowledged);
+    EXPECT_EQ(outcome.code, return_code::notAcknowledged);
     EXPECT_EQ(outcome.acknowledged, 1);
     EXPECT_EQ(picky->log, "W+-P");
 
@@ -120,7 +120,7 @@ TEST_F(I2cBusTest, write_stops_at_an_unacknowledged_byte_unless_told_to_go_on) {
     options.stopAtDataNack = false;
     ASSERT_TRUE(bus.setOptions(options));
     outcome = bus.write(0x20, true, true, data, wait);
-    EXPECT_EQ(outcome.code, returnCode::notAcknowledged);
+    EXPECT_EQ(outcome.code, return_code::notAcknowledged);
     EXPECT_EQ(outcome.acknowledged, 2);
     EXPECT_EQ(picky->log, "W+-+P");
 }
@@ -145,8 +145,8 @@ TEST_F(I2cBusTest, eeprom_reads_on_from_where_it_was_and_wraps_at_its_end) {
 }
 
 TEST_F(I2cBusTest, eeprom_is_busy_after_a_write_and_answers_when_the_cycle_is_over) {
-    EXPECT_EQ(put(0x50, {0, 77}), returnCode::done);
-    EXPECT_EQ(bus.transfer(0x50, Bytes{0}, 1, wait).code, returnCode::notAcknowledged);
+    EXPECT_EQ(put(0x50, {0, 77}), return_code::done);
+    EXPECT_EQ(bus.transfer(0x50, Bytes{0}, 1, wait).code, return_code::notAcknowledged);
     advance(Eeprom::writeCycle);
     EXPECT_EQ(get(0x50, {0}, 1), Bytes{77});
 }
@@ -155,7 +155,7 @@ TEST_F(I2cBusTest, address_retries_outlast_a_write_cycle) {
     auto options = bus.options();
     options.addressRetryLimit = 100;
     ASSERT_TRUE(bus.setOptions(options));
-    EXPECT_EQ(put(0x50, {0, 77}), returnCode::done);
+    EXPECT_EQ(put(0x50, {0, 77}), return_code::done);
     const auto before = *time;
     EXPECT_EQ(get(0x50, {0}, 1), Bytes{77});
     EXPECT_GE(*time - before, Eeprom::writeCycle);
@@ -167,20 +167,20 @@ TEST_F(I2cBusTest, retries_at_an_absent_address_take_nine_clocks_each_and_end) {
     options.addressRetryLimit = 9;
     ASSERT_TRUE(bus.setOptions(options));
     const auto before = *time;
-    EXPECT_EQ(bus.read(0x33, true, true, 1, wait).code, returnCode::notAcknowledged);
+    EXPECT_EQ(bus.read(0x33, true, true, 1, wait).code, return_code::notAcknowledged);
     EXPECT_EQ(*time - before, 900u);
     options.addressRetryLimit = 1001;
     EXPECT_FALSE(bus.setOptions(options));
 }
 
 TEST_F(I2cBusTest, eeprom_writes_wrap_inside_the_page) {
-    EXPECT_EQ(put(0x50, {6, 1, 2, 3, 4}), returnCode::done);
+    EXPECT_EQ(put(0x50, {6, 1, 2, 3, 4}), return_code::done);
     advance(Eeprom::writeCycle);
     EXPECT_EQ(get(0x50, {0}, 9), (Bytes{3, 4, 12, 13, 0xFF, 0xFF, 1, 2, 0xFF}));
 }
 
 TEST_F(I2cBusTest, large_eeprom_has_addresses_of_two_bytes_and_pages_of_128) {
-    EXPECT_EQ(put(0x54, {0x12, 0x7F, 1, 2}), returnCode::done);
+    EXPECT_EQ(put(0x54, {0x12, 0x7F, 1, 2}), return_code::done);
     advance(Eeprom::writeCycle);
     EXPECT_EQ(get(0x54, {0x12, 0x7F}, 2), (Bytes{1, 0xFF}));
     EXPECT_EQ(get(0x54, {0x12, 0x00}, 1), Bytes{2});
@@ -189,7 +189,7 @@ TEST_F(I2cBusTest, large_eeprom_has_addresses_of_two_bytes_and_pages_of_128) {
 
 TEST_F(I2cBusTest, eeprom_forgets_data_that_no_stop_follows) {
     bus.write(0x50, true, false, Bytes{0, 99}, wait);
-    EXPECT_EQ(bus.read(0x50, true, true, 1, wait).code, returnCode::done);
+    EXPECT_EQ(bus.read(0x50, true, true, 1, wait).code, return_code::done);
     EXPECT_EQ(get(0x50, {0}, 1), Bytes{10});
 }
 
@@ -198,11 +198,11 @@ TEST_F(I2cBusTest, devices_of_the_board_answer_only_with_power) {
     other.attach(0x50, std::make_shared<Eeprom>(
                            Eeprom::bytes256, Bytes{1}, [t = time] { return *t; },
                            [b = board] { return b->powered(); }));
-    EXPECT_EQ(other.read(0x50, true, true, 1, wait).code, returnCode::notAcknowledged);
-    EXPECT_EQ(bus.read(0x48, true, true, 1, wait).code, returnCode::notAcknowledged);
+    EXPECT_EQ(other.read(0x50, true, true, 1, wait).code, return_code::notAcknowledged);
+    EXPECT_EQ(bus.read(0x48, true, true, 1, wait).code, return_code::notAcknowledged);
     board->setPower(true);
     EXPECT_EQ(other.read(0x50, true, true, 1, wait).data, Bytes{1});
-    EXPECT_EQ(bus.read(0x48, true, true, 1, wait).code, returnCode::done);
+    EXPECT_EQ(bus.read(0x48, true, true, 1, wait).code, return_code::done);
 }
 
 TEST_F(I2cBusTest, sensor_tells_temperatures_in_half_degrees) {
@@ -218,9 +218,9 @@ TEST_F(I2cBusTest, sensor_keeps_its_limits_until_power_goes) {
     board->setPower(true);
     EXPECT_EQ(get(0x48, {2}, 2), (Bytes{0x4B, 0x00}));
     EXPECT_EQ(get(0x48, {3}, 2), (Bytes{0x50, 0x00}));
-    EXPECT_EQ(put(0x48, {3, 0x3C, 0xFF}), returnCode::done);
+    EXPECT_EQ(put(0x48, {3, 0x3C, 0xFF}), return_code::done);
     EXPECT_EQ(get(0x48, {}, 2), (Bytes{0x3C, 0x80}));
-    EXPECT_EQ(put(0x48, {0, 1, 2}), returnCode::done);
+    EXPECT_EQ(put(0x48, {0, 1, 2}), return_code::done);
     EXPECT_EQ(get(0x48, {0}, 2), (Bytes{0x24, 0x80}));
     board->setPower(false);
     board->setPower(true);
@@ -229,11 +229,11 @@ TEST_F(I2cBusTest, sensor_keeps_its_limits_until_power_goes) {
 
 TEST_F(I2cBusTest, sensor_that_is_shut_down_keeps_its_last_measurement) {
     board->setPower(true);
-    EXPECT_EQ(put(0x48, {1, 1}), returnCode::done);
+    EXPECT_EQ(put(0x48, {1, 1}), return_code::done);
     sensor->setTemperature(50);
     EXPECT_EQ(get(0x48, {1}, 1), Bytes{1});
     EXPECT_EQ(get(0x48, {0}, 2), (Bytes{0x24, 0x80}));
-    EXPECT_EQ(put(0x48, {1, 0}), returnCode::done);
+    EXPECT_EQ(put(0x48, {1, 0}), return_code::done);
     EXPECT_EQ(get(0x48, {0}, 2), (Bytes{0x32, 0x00}));
 }
 

@@ -74,7 +74,7 @@ TEST_F(PostCodesTest, of_a_boot_cut_short_end_there_even_when_nobody_looked) {
 }
 
 TEST_F(PostCodesTest, of_a_pulse_that_nobody_watched_belong_to_their_own_boot) {
-    board->pulsePower(300'000);
+    board->pulsePower(true, 300'000);
     advance(10'000'000);
     EXPECT_EQ(codesOf(codes.entries()), (std::vector<int>{0x01, 0x02}));
 }
@@ -158,7 +158,7 @@ TEST_F(PostCodesTest, do_not_tell_of_a_rom_that_was_enabled_after_the_boot_began
     const std::uint8_t image[] = {0x00};
     ASSERT_TRUE(rom->write(0, image));
     board->setPower(true);
-    board->pulsePower(1'000);
+    board->pulsePower(false, 1'000);
     advance(2'000);
     rom->setEnabled(true);
     advance(Board::bootDuration);

@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <tavo/simulator/models/return_codes.h>
 #include <tavo/simulator/models/serial_port.h>
+#include <tavo/simulator/return_codes.h>
 #include <tests/simulator/models/hand_clock.h>
 
 namespace {
@@ -20,11 +20,11 @@ struct SerialPortTest : testing::Test, tests::HandClock {
     }
     std::string receive(std::int32_t count = 65536) {
         std::vector<std::uint8_t> data;
-        EXPECT_EQ(port.receive(count, data), returnCode::done);
+        EXPECT_EQ(port.receive(count, data), return_code::done);
         return {data.begin(), data.end()};
     }
     void openAtPrompt() {
-        ASSERT_EQ(port.open({}), returnCode::done);
+        ASSERT_EQ(port.open({}), return_code::done);
         board->setPower(true);
         advance(Board::bootDuration);
         ASSERT_THAT(receive(), testing::EndsWith(SerialConsole::prompt));
@@ -33,56 +33,56 @@ struct SerialPortTest : testing::Test, tests::HandClock {
 
 TEST_F(SerialPortTest, accepts_standard_settings_only) {
     using Settings = SerialPort::Settings;
-    EXPECT_EQ(port.open(Settings{.baud = 300}), returnCode::done);
-    EXPECT_EQ(port.open(Settings{.dataBits = 5, .stopBits = 2}), returnCode::done);
-    EXPECT_EQ(port.open(Settings{.baud = 115201}), returnCode::badArgument);
-    EXPECT_EQ(port.open(Settings{.dataBits = 4}), returnCode::badArgument);
-    EXPECT_EQ(port.open(Settings{.dataBits = 9}), returnCode::badArgument);
-    EXPECT_EQ(port.open(Settings{.stopBits = 0}), returnCode::badArgument);
-    EXPECT_EQ(port.open(Settings{.stopBits = 3}), returnCode::badArgument);
+    EXPECT_EQ(port.open(Settings{.baud = 300}), return_code::done);
+    EXPECT_EQ(port.open(Settings{.dataBits = 5, .stopBits = 2}), return_code::done);
+    EXPECT_EQ(port.open(Settings{.baud = 115201}), return_code::badArgument);
+    EXPECT_EQ(port.open(Settings{.dataBits = 4}), return_code::badArgument);
+    EXPECT_EQ(port.open(Settings{.dataBits = 9}), return_code::badArgument);
+    EXPECT_EQ(port.open(Settings{.stopBits = 0}), return_code::badArgument);
+    EXPECT_EQ(port.open(Settings{.stopBits = 3}), return_code::badArgument);
     EXPECT_EQ(port.settings(), (Settings{.dataBits = 5, .stopBits = 2}));
 }
 
 TEST_F(SerialPortTest, does_nothing_while_closed) {
     std::vector<std::uint8_t> data;
-    EXPECT_EQ(send("x"), returnCode::notReady);
-    EXPECT_EQ(port.receive(1, data), returnCode::notReady);
-    EXPECT_EQ(port.close(), returnCode::notReady);
-    ASSERT_EQ(port.open({}), returnCode::done);
-    EXPECT_EQ(port.close(), returnCode::done);
-    EXPECT_EQ(send("x"), returnCode::notReady);
+    EXPECT_EQ(send("x"), return_code::notReady);
+    EXPECT_EQ(port.receive(1, data), return_code::notReady);
+    EXPECT_EQ(port.close(), return_code::notReady);
+    ASSERT_EQ(port.open({}), return_code::done);
+    EXPECT_EQ(port.close(), return_code::done);
+    EXPECT_EQ(send("x"), return_code::notReady);
 }
 
 TEST_F(SerialPortTest, loopback_gives_every_byte_back_without_the_board) {
-    ASSERT_EQ(port.open({.loopback = true}), returnCode::done);
+    ASSERT_EQ(port.open({.loopback = true}), return_code::done);
     const std::string sent("\0\0\xFFz", 4);
-    EXPECT_EQ(send(sent), returnCode::done);
+    EXPECT_EQ(send(sent), return_code::done);
     EXPECT_EQ(receive(2), std::string(2, '\0'));
     EXPECT_EQ(receive(), "\xFFz");
     EXPECT_EQ(receive(), "");
 }
 
 TEST_F(SerialPortTest, loopback_keeps_the_latest_bytes_of_too_many) {
-    ASSERT_EQ(port.open({.loopback = true}), returnCode::done);
+    ASSERT_EQ(port.open({.loopback = true}), return_code::done);
     send("first" + std::string(SerialPort::bufferSize, 'x'));
     EXPECT_EQ(receive(), std::string(SerialPort::bufferSize, 'x'));
 }
 
 TEST_F(SerialPortTest, refuses_counts_out_of_range) {
-    ASSERT_EQ(port.open({}), returnCode::done);
+    ASSERT_EQ(port.open({}), return_code::done);
     std::vector<std::uint8_t> data;
-    EXPECT_EQ(port.receive(-1, data), returnCode::badArgument);
-    EXPECT_EQ(port.receive(65537, data), returnCode::badArgument);
+    EXPECT_EQ(port.receive(-1, data), return_code::badArgument);
+    EXPECT_EQ(port.receive(65537, data), return_code::badArgument);
 }
 
 TEST_F(SerialPortTest, board_without_power_is_silent) {
-    ASSERT_EQ(port.open({}), returnCode::done);
-    EXPECT_EQ(send("help\r"), returnCode::done);
+    ASSERT_EQ(port.open({}), return_code::done);
+    EXPECT_EQ(send("help\r"), return_code::done);
     EXPECT_EQ(receive(), "");
 }
 
 TEST_F(SerialPortTest, boot_messages_come_while_the_board_boots_and_the_prompt_ends_them) {
-    ASSERT_EQ(port.open({}), returnCode::done);
+    ASSERT_EQ(port.open({}), return_code::done);
     board->setPower(true);
     advance(700'000);
     const auto early = receive();
@@ -99,7 +99,7 @@ TEST_F(SerialPortTest, boot_messages_come_while_the_board_boots_and_the_prompt_e
 TEST_F(SerialPortTest, opening_drops_what_came_before) {
     board->setPower(true);
     advance(Board::bootDuration);
-    ASSERT_EQ(port.open({}), returnCode::done);
+    ASSERT_EQ(port.open({}), return_code::done);
     EXPECT_EQ(receive(), "");
     send("\r");
     EXPECT_EQ(receive(), "\r\ntarget> ");

@@ -2,12 +2,15 @@
 
 #include <cstdint>
 
-/// The return codes of methods that all simulated objects share.
-namespace TAVO::simulator::returnCode {
+/// Return codes that the objects of this library answer with; 0 is success.
+namespace TAVO::simulator::return_code {
 
+inline constexpr std::int32_t failure = -1;
 inline constexpr std::int32_t done = 0;
 /// An argument is out of range or malformed.
 inline constexpr std::int32_t badArgument = 1;
+/// Another user has reserved the object.
+inline constexpr std::int32_t busy = 2;
 /// What was compared differs.
 inline constexpr std::int32_t mismatch = 2;
 /// The function is switched off.
@@ -15,7 +18,7 @@ inline constexpr std::int32_t disabled = 3;
 /// Nobody acknowledged.
 inline constexpr std::int32_t notAcknowledged = 4;
 inline constexpr std::int32_t timedOut = 5;
-/// No power, or not open.
+/// The board has no power, or the port is not open.
 inline constexpr std::int32_t notReady = 6;
 
-} // namespace TAVO::simulator::returnCode
+} // namespace TAVO::simulator::return_code
