@@ -182,9 +182,11 @@ nlohmann::json resultDocument(const PreparedCall& call) {
 std::string resultText(const PreparedCall& call) {
     auto text =
         printable(fmt::format("{}: return code {}\n", call.method->getFullName(), call.method->returnCode()));
-    if (hasReply(call))
-        for (const auto& member : std::get<Value::Record>(replyOf(call).data))
-            text += memberText(member);
+    if (!hasReply(call))
+        return text;
+    const auto reply = replyOf(call);
+    for (const auto& member : std::get<Value::Record>(reply.data))
+        text += memberText(member);
     return text;
 }
 

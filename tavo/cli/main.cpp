@@ -1,0 +1,3 @@
+#include <tavo/cli/tool.h>
+
+int main(int argc, char** argv) { return TAVO::cli::runTool(argc, argv); }

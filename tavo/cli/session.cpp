@@ -1,0 +1,138 @@
+#include <tavo/cli/session.h>
+
+#include <stdexcept>
+#include <string_view>
+#include <utility>
+
+#include <tavo/cli/password.h>
+#include <tavo/simulator/simulator.h>
+
+namespace TAVO::cli {
+
+namespace {
+
+constexpr const char* simulatorUser = "engineer";
+
+void registerObjects() {
+    CoreObjects::registerCoreObjects();
+    HWDebug::HwdObjects::registerCoreObjects();
+    CommonModules::CommonModulesObjects::registerCoreObjects();
+}
+
+void collect(const std::shared_ptr<Container>& node, Objects& objects) {
+    if (auto object = std::dynamic_pointer_cast<Object_v1_0>(node))
+        objects.push_back(std::move(object));
+    for (const auto& child : node->getChildren())
+        collect(child, objects);
+}
+
+/// Faults of the library's own in an exchange; every other SpecificationError there is the device's word.
+bool isOwnFault(std::string_view message) {
+    return message.starts_with("Error encoding TAVOX parameters") ||
+           message.starts_with("Error decoding TAVOX return values");
+}
+
+} // namespace
+
+Session::Session(ConnectionOptions options)
+    : options_(std::move(options)) {
+    registerObjects();
+}
+
+Session::~Session() = default;
+
+Session::Account Session::account() const {
+    if (options_.simulated && !options_.passwordFile) {
+        const auto accounts = simulator::Options().accounts;
+        const auto known = accounts.find(options_.user.value_or(simulatorUser));
+        if (known != accounts.end())
+            return {known->first, known->second};
+    }
+    if (!options_.user)
+        throw Failure(ExitCode::usage, "--user is needed: this command takes the lock of the device");
+    return {*options_.user, findPassword(options_.passwordFile, *options_.user)};
+}
+
+void Session::startSimulator() {
+    simulator::Options simulated;
+    simulated.topology = options_.topology;
+    try {
+        simulator_ = std::make_unique<simulator::Simulator>(std::move(simulated));
+    } catch (const std::invalid_argument& error) {
+        throw Failure(ExitCode::usage, error.what());
+    }
+    simulator_->start();
+    options_.host = "127.0.0.1";
+    options_.port = simulator_->port();
+}
+
+int Session::port() const {
+    return options_.port.value_or(options_.secure ? DeviceFactory::DefaultSecurePort
+                                                  : DeviceFactory::DefaultPort);
+}
+
+std::string Session::address() { return fmt::format("{}:{}", options_.host, port()); }
+
+Device& Session::device() {
+    if (device_)
+        return *device_;
+    const auto [user, password] = account();
+    if (options_.simulated)
+        startSimulator();
+    device_ = DeviceFactory::buildDevice(options_.host, port(), user, password, options_.secure);
+    return *device_;
+}
+
+Device& Session::identify(Device_Factory_Structs::TavoDeviceDescriptor& descriptor) {
+    if (options_.simulated)
+        startSimulator();
+    device_ = DeviceFactory::queryDevice(options_.host, port(), descriptor);
+    return *device_;
+}
+
+Objects Session::objects() {
+    auto& root = device();
+    Objects objects;
+    collect(root.getDevice(), objects);
+    collect(root.getSystem(), objects);
+    collect(root.getPrivate(), objects);
+    for (const auto& member : root.getChildren())
+        collect(member, objects);
+    return objects;
+}
+
+std::shared_ptr<Object_v1_0> Session::find(const std::string& fullName) {
+    std::string known;
+    for (const auto& object : objects()) {
+        if (object->getFullName() == fullName)
+            return object;
+        known += (known.empty() ? "" : ", ") + object->getFullName();
+    }
+    throw Failure(ExitCode::notFound, fmt::format("no object '{}'; there are: {}", fullName, known));
+}
+
+void Session::run(const std::vector<std::shared_ptr<Method>>& methods) {
+    const auto queue = std::make_shared<MulticallQueue>();
+    for (const auto& method : methods)
+        queue->add(method);
+    try {
+        device_->multicall(queue);
+    } catch (const SpecificationError& error) {
+        if (isOwnFault(error.what()))
+            throw;
+        throw Failure(ExitCode::refused, error.what());
+    }
+}
+
+void Session::execute(const std::shared_ptr<Method>& method) {
+    run({method});
+    requireSuccess(*method);
+}
+
+void requireSuccess(const Method& method) {
+    if (method.returnCode() != 0)
+        throw Failure(ExitCode::refused,
+                      fmt::format("{} returned code {}", method.getFullName(), method.returnCode()));
+}
+
+} // namespace TAVO::cli
