@@ -9,8 +9,6 @@ inline constexpr std::int32_t failure = -1;
 inline constexpr std::int32_t done = 0;
 /// An argument is out of range or malformed.
 inline constexpr std::int32_t badArgument = 1;
-/// Another user has reserved the object.
-inline constexpr std::int32_t busy = 2;
 /// What was compared differs.
 inline constexpr std::int32_t mismatch = 2;
 /// The function is switched off.
@@ -20,5 +18,9 @@ inline constexpr std::int32_t notAcknowledged = 4;
 inline constexpr std::int32_t timedOut = 5;
 /// The board has no power, or the port is not open.
 inline constexpr std::int32_t notReady = 6;
+/// Another user has reserved the object, or an update of it still runs.
+inline constexpr std::int32_t busy = 7;
+
+constexpr std::int32_t badUnless(bool accepted) { return accepted ? done : badArgument; }
 
 } // namespace TAVO::simulator::return_code

@@ -5,6 +5,8 @@
 #include <map>
 #include <memory>
 #include <span>
+#include <stdexcept>
+#include <string>
 #include <vector>
 
 #include <tavo/client/export.h>
@@ -39,6 +41,7 @@ public:
     static constexpr std::int32_t largestRetryLimit = 1000;
     static constexpr std::int32_t slowest = 1'000;
     static constexpr std::int32_t fastest = 1'000'000;
+    static constexpr std::int32_t defaultFrequency = 100'000;
     static constexpr std::uint32_t baseFrequency = 48'000'000;
 
     struct Outcome {
@@ -62,6 +65,17 @@ public:
 
     /// @throws std::invalid_argument for an address above 0x7F or one that is taken.
     void attach(std::uint8_t address, std::shared_ptr<I2cDevice> device);
+
+    /// The device at that address as its own class.
+    /// @throws std::out_of_range when there is none of that class.
+    template <class Device = I2cDevice>
+    Device& at(std::uint8_t address) const {
+        const auto found = devices_.find(address);
+        if (found != devices_.end())
+            if (auto* device = dynamic_cast<Device*>(found->second.get()))
+                return *device;
+        throw std::out_of_range("no such device at I2C address " + std::to_string(address));
+    }
 
     /// Reads `count` bytes. Without `start` the transfer under way goes on, whatever the address.
     /// @param wait lets simulated time pass, 9 clocks for each time that the address is sent.
@@ -92,7 +106,7 @@ private:
     std::shared_ptr<I2cDevice> selected_;
     I2cDevice::Direction direction_ = I2cDevice::Direction::write;
     Options options_;
-    std::uint32_t divider_ = 480;
+    std::uint32_t divider_ = baseFrequency / defaultFrequency;
 };
 
 } // namespace TAVO::simulator

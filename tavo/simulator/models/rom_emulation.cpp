@@ -53,6 +53,13 @@ void RomEmulation::setEnabled(bool enabled) {
     enabled_ = enabled;
 }
 
+void RomEmulation::reset() {
+    board_->settle();
+    written_.clear();
+    romType_ = lpc;
+    enabled_ = false;
+}
+
 bool RomEmulation::servesBoot() const {
     return enabled_ &&
            std::any_of(written_.begin(), written_.end(), [](std::uint8_t byte) { return byte != erased; });

@@ -33,6 +33,8 @@ public:
 
     bool enabled() const noexcept { return enabled_; }
     void setEnabled(bool enabled);
+    /// Erased, disabled, of the first kind.
+    void reset();
     /// Whether a board that boots now runs the firmware in this memory.
     bool servesBoot() const;
 

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <tavo/client/export.h>
+#include <tavo/simulator/models/board.h>
+
+namespace TAVO::simulator {
+
+/// The debug headers of one module: names on the appliance's side, and those on the board that its cable
+/// leads to.
+class TAVO_API HeaderStatus {
+public:
+    struct Header {
+        std::string name;
+        /// The board behind it has power.
+        bool connected = false;
+        /// The board was switched on since the last clear().
+        bool changed = false;
+        bool error = false;
+        bool operator==(const Header&) const = default;
+    };
+
+    HeaderStatus(std::shared_ptr<Board> board, std::vector<std::string> hostSide,
+                 std::vector<std::string> targetSide);
+
+    /// One for each name of the appliance's side.
+    std::vector<Header> headers() const;
+    const std::vector<std::string>& hostSide() const noexcept { return hostSide_; }
+    const std::vector<std::string>& targetSide() const noexcept { return targetSide_; }
+    /// Forgets changes and errors.
+    void clear();
+    /// Marks all headers until clear(), for tests.
+    void setError() noexcept { error_ = true; }
+
+private:
+    std::shared_ptr<Board> board_;
+    std::vector<std::string> hostSide_;
+    std::vector<std::string> targetSide_;
+    std::uint32_t seenPowerOns_ = 0;
+    bool error_ = false;
+};
+
+} // namespace TAVO::simulator

@@ -1,0 +1,36 @@
+#include <tavo/simulator/objects/com.h>
+
+#include <utility>
+
+#include <tavo/client/commonmodules/com_records.h>
+
+namespace TAVO::simulator {
+
+using namespace dto::com;
+
+namespace {
+
+SerialPort::Settings settingsOf(const OpenRequest& request) {
+    return {request.value1, request.value2, request.flag1, request.flag2, request.value3,
+            request.flag3,  request.flag4,  request.flag5, request.flag6};
+}
+
+} // namespace
+
+Com::Com(std::shared_ptr<SerialConsole> console)
+    : SimulatedObject("com", "1.0")
+    , port_(std::move(console)) {
+    on<OpenRequest, None>("open",
+                          [this](const OpenRequest& request) { return port_.open(settingsOf(request)); });
+    on<None, None>("close", [this] { return port_.close(); });
+    on<SendRequest, None>("send", [this](const SendRequest& request) { return port_.send(request.data); });
+    on<RecvRequest, RecvReply>("recv", [this](const RecvRequest& request) {
+        Answer<RecvReply> answer;
+        answer.code = port_.receive(request.value, answer.reply.data);
+        return answer;
+    });
+}
+
+void Com::reset() { port_.close(); }
+
+} // namespace TAVO::simulator

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <memory>
+
+#include <tavo/client/export.h>
+#include <tavo/simulator/models/serial_port.h>
+#include <tavo/simulator/simulated_object.h>
+
+namespace TAVO::simulator {
+
+/// A "com": the serial port, wired to the board's console.
+class TAVO_API Com : public SimulatedObject {
+public:
+    explicit Com(std::shared_ptr<SerialConsole> console);
+    /// Closed.
+    void reset() override;
+
+    SerialPort& port() { return port_; }
+
+private:
+    SerialPort port_;
+};
+
+} // namespace TAVO::simulator

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <tavo/simulator/models/header_status.h>
+#include <tavo/simulator/simulated_object.h>
+
+namespace TAVO::simulator {
+
+/// Serves "headerStatusGet" of `object`. @param status lives as long as the object.
+void serveHeaderStatusGet(SimulatedObject& object, const HeaderStatus& status);
+/// Serves "headerStatusGet" and "headerStatusClear" of `object`. @param status lives as long as the object.
+void serveHeaderStatus(SimulatedObject& object, HeaderStatus& status);
+
+} // namespace TAVO::simulator

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include <tavo/client/export.h>
+#include <tavo/simulator/models/post_codes.h>
+#include <tavo/simulator/models/rom_emulation.h>
+#include <tavo/simulator/simulated_object.h>
+
+namespace TAVO::simulator {
+
+/// An "lpc": tells which of its connectors lead to a board with power. Its members are the "lpcPostCode" and
+/// the "lpcRomEmulation", which are of use without it too.
+class TAVO_API Lpc : public SimulatedObject {
+public:
+    explicit Lpc(std::shared_ptr<Board> board);
+};
+
+/// An "lpcRomEmulation".
+class TAVO_API LpcRomEmulation : public SimulatedObject {
+public:
+    explicit LpcRomEmulation(std::shared_ptr<Board> board);
+    /// Erased and disabled.
+    void reset() override;
+
+    RomEmulation& rom() { return *rom_; }
+    const std::shared_ptr<RomEmulation>& sharedRom() const { return rom_; }
+
+private:
+    std::shared_ptr<RomEmulation> rom_;
+};
+
+/// An "lpcPostCode".
+class TAVO_API LpcPostCode : public SimulatedObject {
+public:
+    /// @param rom what the board boots from when it serves; may be null.
+    LpcPostCode(std::shared_ptr<Board> board, std::shared_ptr<const RomEmulation> rom);
+    /// Empty, enabled, with the options of the beginning.
+    void reset() override;
+
+    PostCodes& postCodes() { return postCodes_; }
+
+private:
+    void serveFifo();
+    void serveOptions();
+    template <class GetReply, class SetRequest>
+    void serveOption(const char* get, const char* set, std::uint8_t GetReply::*told,
+                     std::uint8_t SetRequest::*wanted, bool PostCodes::Options::*option);
+
+    PostCodes postCodes_;
+};
+
+} // namespace TAVO::simulator
