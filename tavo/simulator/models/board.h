@@ -68,6 +68,10 @@ public:
     /// Whether the current boot found its settings cleared.
     bool bootFoundClearedCmos();
 
+    /// How warm it is, in degrees Celsius.
+    double temperature() const noexcept { return temperature_; }
+    void setTemperature(double celsius) noexcept { temperature_ = celsius; }
+
     /// Applies what is due, the end of a pulse, at its own time. Every question does so by itself; a model
     /// that the board's next boot looks at does it before it changes.
     void settle();
@@ -91,6 +95,7 @@ private:
     std::uint32_t cmosClearCount_ = 0;
     bool cmosCleared_ = false;
     bool bootFoundClearedCmos_ = false;
+    double temperature_ = 36.5;
 };
 
 /// A model with a state of its own that follows the board.

@@ -20,10 +20,10 @@ constexpr std::array<std::uint8_t, 60> bootCodes = {
 
 } // namespace
 
-PostCodes::PostCodes(std::shared_ptr<Board> board, std::shared_ptr<const RomEmulation> rom,
+PostCodes::PostCodes(std::shared_ptr<Board> board, std::function<bool()> fromEmulatedRom,
                      std::size_t capacity)
     : BoardObserver(std::move(board))
-    , rom_(std::move(rom))
+    , fromEmulatedRom_(std::move(fromEmulatedRom))
     , capacity_(capacity) {
     boardChanged();
 }
@@ -81,7 +81,7 @@ void PostCodes::boardChanged() {
         last_ = -1;
         return;
     }
-    steps_ = bootSteps(rom_ && rom_->servesBoot(), board().bootFoundClearedCmos());
+    steps_ = bootSteps(fromEmulatedRom_ && fromEmulatedRom_(), board().bootFoundClearedCmos());
     bootTime_ = *boot;
     if (std::exchange(powerOns_, board().powerOnCount()) == powerOns_)
         return;

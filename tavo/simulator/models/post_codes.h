@@ -3,12 +3,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <vector>
 
 #include <tavo/client/export.h>
 #include <tavo/simulator/models/board.h>
-#include <tavo/simulator/models/rom_emulation.h>
 
 namespace TAVO::simulator {
 
@@ -44,8 +44,8 @@ public:
     /// Shown by a boot that found its settings cleared.
     static constexpr std::uint8_t cmosCleared = 0x0C;
 
-    /// @param rom what the board boots from when it serves; may be null.
-    PostCodes(std::shared_ptr<Board> board, std::shared_ptr<const RomEmulation> rom,
+    /// @param fromEmulatedRom whether a boot that begins now runs from an emulated ROM; empty for never.
+    PostCodes(std::shared_ptr<Board> board, std::function<bool()> fromEmulatedRom,
               std::size_t capacity = 1024);
 
     /// The code captured last since the board was switched on; -1 when there is none.
@@ -78,7 +78,7 @@ private:
     void store(const Entry& entry);
     static std::vector<Step> bootSteps(bool fromEmulatedRom, bool cmosWasCleared);
 
-    std::shared_ptr<const RomEmulation> rom_;
+    std::function<bool()> fromEmulatedRom_;
     std::size_t capacity_;
     std::deque<Entry> fifo_;
     Options options_;

@@ -38,9 +38,8 @@ std::string formatted(const char* format, Values... values) {
 
 } // namespace
 
-SerialConsole::SerialConsole(std::shared_ptr<Board> board, Sources sources)
-    : BoardObserver(std::move(board))
-    , sources_(std::move(sources)) {
+SerialConsole::SerialConsole(std::shared_ptr<Board> board)
+    : BoardObserver(std::move(board)) {
     SerialConsole::boardChanged();
 }
 
@@ -126,7 +125,7 @@ void SerialConsole::run(const std::string& line) {
     if (command == "help")
         print("help          this list\r\n"
               "version       the firmware's version\r\n"
-              "status        power, boots and POST code\r\n"
+              "status        power, boots and settings\r\n"
               "echo TEXT     says it again\r\n"
               "temp          the board's temperature\r\n"
               "reboot        boots again\r\n");
@@ -137,7 +136,7 @@ void SerialConsole::run(const std::string& line) {
     else if (command == "echo")
         print(line.substr(std::min(end + 1, line.size())) + "\r\n");
     else if (command == "temp")
-        showTemperature();
+        print(formatted("%.1f C\r\n", board().temperature()));
     else if (command == "reboot")
         board().reboot();
     else
@@ -148,17 +147,7 @@ void SerialConsole::showStatus() {
     const auto seconds = static_cast<double>(board().sincePowerOn().value_or(0)) / 1e6;
     print(formatted("power on for %.1f s\r\n", seconds));
     print(formatted("power-ons %u, boots %u\r\n", board().powerOnCount(), board().bootCount()));
-    if (const int code = sources_.lastPostCode ? sources_.lastPostCode() : -1; code >= 0)
-        print(formatted("POST code %02X\r\n", static_cast<unsigned>(code)));
-    else
-        print("POST code not captured\r\n");
-}
-
-void SerialConsole::showTemperature() {
-    if (sources_.temperature)
-        print(formatted("%.1f C\r\n", sources_.temperature()));
-    else
-        print("no sensor\r\n");
+    print(board().bootFoundClearedCmos() ? "settings were cleared\r\n" : "settings kept\r\n");
 }
 
 } // namespace TAVO::simulator

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -23,13 +22,7 @@ public:
     static constexpr std::size_t longestLine = 256;
     static constexpr std::string_view prompt = "target> ";
 
-    /// What the commands report. Empty functions make their command say that there is nothing.
-    struct Sources {
-        std::function<double()> temperature;
-        std::function<int()> lastPostCode;
-    };
-
-    SerialConsole(std::shared_ptr<Board> board, Sources sources);
+    explicit SerialConsole(std::shared_ptr<Board> board);
 
     /// Types one byte.
     void type(std::uint8_t byte);
@@ -48,9 +41,7 @@ private:
     void endLine();
     void run(const std::string& line);
     void showStatus();
-    void showTemperature();
 
-    Sources sources_;
     std::string output_;
     std::string line_;
     bool afterCarriageReturn_ = false;

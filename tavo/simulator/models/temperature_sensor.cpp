@@ -63,7 +63,7 @@ void TemperatureSensor::stop() {}
 
 void TemperatureSensor::measure() {
     if ((registers_[configuration] & stopsMeasuring) == 0)
-        registers_[measured] = registerValue(temperature_);
+        registers_[measured] = registerValue(board_->temperature());
 }
 
 } // namespace TAVO::simulator

@@ -15,15 +15,11 @@ namespace TAVO::simulator {
 /// 2 hysteresis, 3 limit. Temperatures are two bytes, 9 bits in steps of half a degree from the highest bit
 /// on.
 ///
-/// Bit 0 of the configuration stops measuring. Without power it does not answer and forgets its settings.
+/// Beyond -55 to 125 degrees it tells the nearest of these. Bit 0 of the configuration stops measuring.
+/// Without power it does not answer and forgets its settings.
 class TAVO_API TemperatureSensor : public I2cDevice {
 public:
     explicit TemperatureSensor(std::shared_ptr<Board> board);
-
-    /// In degrees Celsius.
-    double temperature() const noexcept { return temperature_; }
-    /// What it measures from now on; beyond -55 to 125 degrees it tells the nearest of these.
-    void setTemperature(double celsius) noexcept { temperature_ = celsius; }
 
     bool address(Direction direction) override;
     bool write(std::uint8_t byte) override;
@@ -34,7 +30,6 @@ private:
     void measure();
 
     std::shared_ptr<Board> board_;
-    double temperature_ = 36.5;
     std::uint32_t powerOns_ = 0;
     std::size_t pointer_ = 0;
     std::size_t position_ = 0;

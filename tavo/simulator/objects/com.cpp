@@ -17,9 +17,9 @@ SerialPort::Settings settingsOf(const OpenRequest& request) {
 
 } // namespace
 
-Com::Com(std::shared_ptr<SerialConsole> console)
+Com::Com(std::shared_ptr<Board> board)
     : SimulatedObject("com", "1.0")
-    , port_(std::move(console)) {
+    , port_(std::make_shared<SerialConsole>(std::move(board))) {
     on<OpenRequest, None>("open",
                           [this](const OpenRequest& request) { return port_.open(settingsOf(request)); });
     on<None, None>("close", [this] { return port_.close(); });

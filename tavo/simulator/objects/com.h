@@ -11,7 +11,7 @@ namespace TAVO::simulator {
 /// A "com": the serial port, wired to the board's console.
 class TAVO_API Com : public SimulatedObject {
 public:
-    explicit Com(std::shared_ptr<SerialConsole> console);
+    explicit Com(std::shared_ptr<Board> board);
     /// Closed.
     void reset() override;
 

@@ -43,14 +43,14 @@ Lpc::Lpc(std::shared_ptr<Board> board)
 
 LpcRomEmulation::LpcRomEmulation(std::shared_ptr<Board> board)
     : SimulatedObject("lpcRomEmulation", "1.0")
-    , rom_(std::make_shared<RomEmulation>(std::move(board))) {
+    , rom_(std::move(board)) {
     on<None, SramSizeGetReply>("sramSizeGet", [] {
         SramSizeGetReply reply;
         reply.size = static_cast<std::int32_t>(RomEmulation::size);
         return reply;
     });
     on<SramGetRequest, SramGetReply>("sramGet", [this](const SramGetRequest& request) {
-        auto data = rom_->read(request.offset, request.length);
+        auto data = rom_.read(request.offset, request.length);
         if (!data)
             throw Refusal(return_code::badArgument);
         SramGetReply reply;
@@ -58,24 +58,24 @@ LpcRomEmulation::LpcRomEmulation(std::shared_ptr<Board> board)
         return reply;
     });
     on<SramSetRequest, None>("sramSet", [this](const SramSetRequest& request) {
-        return return_code::badUnless(rom_->write(request.offset, request.data));
+        return return_code::badUnless(rom_.write(request.offset, request.data));
     });
     on<None, OptionRomTypeGetReply>("optionRomTypeGet", [this] {
         OptionRomTypeGetReply reply;
-        reply.romType = rom_->romType();
+        reply.romType = rom_.romType();
         return reply;
     });
     on<OptionRomTypeSetRequest, None>("optionRomTypeSet", [this](const OptionRomTypeSetRequest& request) {
-        return return_code::badUnless(rom_->setRomType(request.romType));
+        return return_code::badUnless(rom_.setRomType(request.romType));
     });
-    serveEnable(*this, *rom_);
+    serveEnable(*this, rom_);
 }
 
-void LpcRomEmulation::reset() { rom_->reset(); }
+void LpcRomEmulation::reset() { rom_.reset(); }
 
-LpcPostCode::LpcPostCode(std::shared_ptr<Board> board, std::shared_ptr<const RomEmulation> rom)
+LpcPostCode::LpcPostCode(std::shared_ptr<Board> board, std::function<bool()> fromEmulatedRom)
     : SimulatedObject("lpcPostCode", "1.0")
-    , postCodes_(std::move(board), std::move(rom)) {
+    , postCodes_(std::move(board), std::move(fromEmulatedRom)) {
     serveFifo();
     serveOptions();
     serveEnable(*this, postCodes_);

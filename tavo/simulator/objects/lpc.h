@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 
 #include <tavo/client/export.h>
@@ -24,18 +25,17 @@ public:
     /// Erased and disabled.
     void reset() override;
 
-    RomEmulation& rom() { return *rom_; }
-    const std::shared_ptr<RomEmulation>& sharedRom() const { return rom_; }
+    RomEmulation& rom() { return rom_; }
 
 private:
-    std::shared_ptr<RomEmulation> rom_;
+    RomEmulation rom_;
 };
 
 /// An "lpcPostCode".
 class TAVO_API LpcPostCode : public SimulatedObject {
 public:
-    /// @param rom what the board boots from when it serves; may be null.
-    LpcPostCode(std::shared_ptr<Board> board, std::shared_ptr<const RomEmulation> rom);
+    /// @param fromEmulatedRom as for PostCodes.
+    LpcPostCode(std::shared_ptr<Board> board, std::function<bool()> fromEmulatedRom);
     /// Empty, enabled, with the options of the beginning.
     void reset() override;
 

@@ -208,9 +208,9 @@ TEST_F(I2cBusTest, devices_of_the_board_answer_only_with_power) {
 TEST_F(I2cBusTest, sensor_tells_temperatures_in_half_degrees) {
     board->setPower(true);
     EXPECT_EQ(get(0x48, {0}, 2), (Bytes{0x24, 0x80}));
-    sensor->setTemperature(-10.0);
+    board->setTemperature(-10.0);
     EXPECT_EQ(get(0x48, {0}, 2), (Bytes{0xF6, 0x00}));
-    sensor->setTemperature(300.0);
+    board->setTemperature(300.0);
     EXPECT_EQ(get(0x48, {0}, 2), (Bytes{0x7D, 0x00}));
 }
 
@@ -230,7 +230,7 @@ TEST_F(I2cBusTest, sensor_keeps_its_limits_until_power_goes) {
 TEST_F(I2cBusTest, sensor_that_is_shut_down_keeps_its_last_measurement) {
     board->setPower(true);
     EXPECT_EQ(put(0x48, {1, 1}), return_code::done);
-    sensor->setTemperature(50);
+    board->setTemperature(50);
     EXPECT_EQ(get(0x48, {1}, 1), Bytes{1});
     EXPECT_EQ(get(0x48, {0}, 2), (Bytes{0x24, 0x80}));
     EXPECT_EQ(put(0x48, {1, 0}), return_code::done);

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <tavo/simulator/models/post_codes.h>
+#include <tavo/simulator/models/rom_emulation.h>
 #include <tests/simulator/models/hand_clock.h>
 
 namespace {
@@ -10,8 +11,9 @@ using namespace TAVO::simulator;
 using Entry = PostCodes::Entry;
 
 struct PostCodesTest : testing::Test, tests::HandClock {
-    std::shared_ptr<RomEmulation> rom = std::make_shared<RomEmulation>(board);
-    PostCodes codes{board, rom};
+    RomEmulation rom{board};
+    std::function<bool()> fromRom = [this] { return rom.servesBoot(); };
+    PostCodes codes{board, fromRom};
 
     void bootWith(PostCodes& observed, PostCodes::Options options) {
         observed.setOptions(options);
@@ -53,7 +55,7 @@ TEST_F(PostCodesTest, follow_a_boot_in_order_of_time_to_its_end) {
 }
 
 TEST_F(PostCodesTest, are_the_same_whether_watched_or_read_at_the_end) {
-    PostCodes watched{board, rom};
+    PostCodes watched{board, fromRom};
     board->setPower(true);
     for (int i = 0; i < 400; ++i) {
         advance(10'000);
@@ -80,7 +82,7 @@ TEST_F(PostCodesTest, of_a_pulse_that_nobody_watched_belong_to_their_own_boot) {
 }
 
 TEST_F(PostCodesTest, are_lost_when_the_fifo_is_full_and_not_circular) {
-    PostCodes few{board, rom, 4};
+    PostCodes few{board, fromRom, 4};
     bootWith(few, {});
     EXPECT_EQ(codesOf(few.entries()), (std::vector<int>{0x01, 0x02, 0x03, 0x04}));
     EXPECT_TRUE(few.overflow());
@@ -91,14 +93,14 @@ TEST_F(PostCodesTest, are_lost_when_the_fifo_is_full_and_not_circular) {
 }
 
 TEST_F(PostCodesTest, push_out_the_oldest_of_a_circular_fifo) {
-    PostCodes few{board, rom, 3};
+    PostCodes few{board, fromRom, 3};
     bootWith(few, {.circular = true});
     EXPECT_EQ(codesOf(few.entries()), (std::vector<int>{0xA2, 0xAD, 0xAA}));
     EXPECT_TRUE(few.overflow());
 }
 
 TEST_F(PostCodesTest, that_repeat_are_stored_once_when_asked) {
-    PostCodes all{board, rom};
+    PostCodes all{board, fromRom};
     bootWith(codes, {.discardRepeated = true});
     const auto found = codesOf(codes.entries());
     EXPECT_EQ(std::adjacent_find(found.begin(), found.end()), found.end());
@@ -108,7 +110,7 @@ TEST_F(PostCodesTest, that_repeat_are_stored_once_when_asked) {
 }
 
 TEST_F(PostCodesTest, of_two_boots_queue_up_unless_power_on_empties_the_fifo) {
-    PostCodes fresh{board, rom};
+    PostCodes fresh{board, fromRom};
     bootWith(fresh, {.resetAtPowerOn = true});
     const auto once = codes.entries();
     board->setPower(false);
@@ -128,7 +130,7 @@ TEST_F(PostCodesTest, of_a_reboot_count_their_time_from_power_on) {
 }
 
 TEST_F(PostCodesTest, of_another_port_or_while_disabled_are_not_captured) {
-    PostCodes disabled{board, rom};
+    PostCodes disabled{board, fromRom};
     disabled.setEnabled(false);
     bootWith(codes, {.port = 0x84});
     EXPECT_TRUE(codes.entries().empty());
@@ -148,19 +150,19 @@ TEST_F(PostCodesTest, tell_of_cleared_settings) {
 
 TEST_F(PostCodesTest, begin_with_a_mark_when_the_emulated_rom_serves_the_boot) {
     const std::uint8_t image[] = {0xEA, 0x5B, 0xE0, 0x00, 0xF0};
-    ASSERT_TRUE(rom->write(RomEmulation::size - 16, image));
-    rom->setEnabled(true);
+    ASSERT_TRUE(rom.write(RomEmulation::size - 16, image));
+    rom.setEnabled(true);
     bootWith(codes, {});
     EXPECT_EQ(codes.entries().front().code, PostCodes::emulatedRom);
 }
 
 TEST_F(PostCodesTest, do_not_tell_of_a_rom_that_was_enabled_after_the_boot_began) {
     const std::uint8_t image[] = {0x00};
-    ASSERT_TRUE(rom->write(0, image));
+    ASSERT_TRUE(rom.write(0, image));
     board->setPower(true);
     board->pulsePower(false, 1'000);
     advance(2'000);
-    rom->setEnabled(true);
+    rom.setEnabled(true);
     advance(Board::bootDuration);
     EXPECT_EQ(codes.entries().front().code, 0x01);
 }
