@@ -34,8 +34,8 @@ Value callByName(TAVO::Device& device, const Object_v1_0& object, const std::str
     TAVO::dto::Params params;
     if (row.request) {
         params.request = row.request->create();
-        row.request->fromValue(Value(arguments),
-                               *params.request); // std::invalid_argument names a wrong field
+        // Throws std::invalid_argument, which names a field that is wrong.
+        row.request->fromValue(Value(arguments), *params.request);
     }
     const auto method = std::make_shared<TAVO::Method>(name, object, params);
     device.call(method);

@@ -96,11 +96,14 @@ void theDeviceIsReleased() {
 
 } // namespace
 
-int main() {
+int main() try {
     TAVO::CoreObjects::registerCoreObjects();
     CommonModules::CommonModulesObjects::registerCoreObjects();
     boardsAreRestarted();
     failuresAreMet();
     theDeviceIsReleased();
     return failures == 0 ? 0 : 1;
+} catch (const std::exception& failure) {
+    std::cerr << failure.what() << '\n';
+    return 1;
 }

@@ -107,7 +107,7 @@ private:
 
 } // namespace lab
 
-int main() {
+int main() try {
     TAVO::CoreObjects::registerCoreObjects();
     static lab::ThermometerFactory factory;
 
@@ -119,6 +119,8 @@ int main() {
     const auto device =
         TAVO::DeviceFactory::buildDevice("127.0.0.1", simulator.port(), "engineer", "tavo", false);
     const auto probe = std::dynamic_pointer_cast<lab::Thermometer>(device->getChild("probe"));
+    if (!probe)
+        throw std::runtime_error("the device has no thermometer named probe");
     for (const int limit : {50, 40}) {
         const auto read = probe->getReadMethod();
         const auto batch = std::make_shared<TAVO::MulticallQueue>();
@@ -127,4 +129,7 @@ int main() {
         device->multicall(batch);
         std::cout << "limit " << limit << ": " << read->value().text << '\n';
     }
+} catch (const std::exception& failure) {
+    std::cerr << failure.what() << '\n';
+    return 1;
 }

@@ -1,8 +1,8 @@
 #include <algorithm>
+#include <cctype>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <map>
 #include <regex>
 #include <sstream>
 #include <string>
@@ -43,29 +43,61 @@ Lines withoutCommonIndentation(Lines lines) {
 
 struct Block {
     std::size_t line; // of its first line of code, counted from 1
+    std::string language;
     Lines code;
 };
 
-std::vector<Block> codeBlocksOf(const fs::path& document) {
+struct Paper {
+    Lines prose;
     std::vector<Block> blocks;
+};
+
+Paper read(const fs::path& document) {
+    static const std::string fence = "```";
+    Paper paper;
     bool inside = false;
     std::size_t number = 0;
     for (const auto& line : linesOf(document)) {
         ++number;
-        const auto start = line.find_first_not_of(' ');
-        const auto text = start == std::string::npos ? "" : line.substr(start);
-        if (!inside && text == "```cpp") {
-            inside = true;
-            blocks.push_back({number + 1, {}});
-        } else if (inside && text == "```") {
-            inside = false;
+        const auto text = line.substr(std::min(line.find_first_not_of(' '), line.size()));
+        if (text.rfind(fence, 0) == 0) {
+            inside = !inside;
+            if (inside)
+                paper.blocks.push_back({number + 1, text.substr(fence.size()), {}});
         } else if (inside) {
-            blocks.back().code.push_back(line);
+            paper.blocks.back().code.push_back(line);
+        } else {
+            paper.prose.push_back(line);
         }
     }
-    for (auto& block : blocks)
+    for (auto& block : paper.blocks)
         block.code = withoutCommonIndentation(block.code);
+    return paper;
+}
+
+std::vector<Block> programsOf(const fs::path& document) {
+    auto blocks = read(document).blocks;
+    std::erase_if(blocks, [](const Block& block) { return block.language != "cpp"; });
     return blocks;
+}
+
+// The name under which a heading can be linked to: its words in lower case, joined by hyphens.
+std::string anchorOf(const std::string& heading) {
+    std::string anchor;
+    for (const char c : heading.substr(heading.find_first_not_of("# "))) {
+        if (std::isalnum(static_cast<unsigned char>(c)) || c == '_' || c == '-')
+            anchor += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+        else if (c == ' ')
+            anchor += '-';
+    }
+    return anchor;
+}
+
+bool hasHeading(const fs::path& document, const std::string& anchor) {
+    const auto prose = read(document).prose;
+    return std::any_of(prose.begin(), prose.end(), [&](const std::string& line) {
+        return line.rfind('#', 0) == 0 && anchorOf(line) == anchor;
+    });
 }
 
 bool containsAt(const Lines& source, std::size_t place, const Lines& code) {
@@ -118,7 +150,7 @@ std::string nameOf(const testing::TestParamInfo<fs::path>& document) {
 class Document : public testing::TestWithParam<fs::path> {};
 
 TEST_P(Document, ShowsOnlyCodeThatIsCompiled) {
-    for (const auto& block : codeBlocksOf(GetParam())) {
+    for (const auto& block : programsOf(GetParam())) {
         EXPECT_FALSE(block.code.empty()) << GetParam() << ":" << block.line;
         const auto& sources = compiledSources();
         EXPECT_TRUE(std::any_of(sources.begin(), sources.end(),
@@ -128,14 +160,21 @@ TEST_P(Document, ShowsOnlyCodeThatIsCompiled) {
     }
 }
 
-TEST_P(Document, LinksOnlyToFilesThatExist) {
-    static const std::regex link(R"(\]\(([^)#]+)[^)]*\))");
-    const auto text = contentOf(GetParam());
-    for (std::sregex_iterator match(text.begin(), text.end(), link), end; match != end; ++match) {
-        const auto target = (*match)[1].str();
-        if (target.find("://") == std::string::npos) {
-            EXPECT_TRUE(fs::exists(GetParam().parent_path() / target))
-                << GetParam() << " links to " << target;
+TEST_P(Document, LinksOnlyToFilesAndHeadingsThatExist) {
+    static const std::regex link(R"(\]\(([^)#]*)#?([^)]*)\))");
+    const auto& document = GetParam();
+    const auto prose = read(document).prose;
+    ASSERT_FALSE(prose.empty()) << document;
+    for (const auto& line : prose) {
+        for (std::sregex_iterator match(line.begin(), line.end(), link), end; match != end; ++match) {
+            const auto file = (*match)[1].str();
+            const auto anchor = (*match)[2].str();
+            if (file.find("://") != std::string::npos)
+                continue;
+            const auto target = file.empty() ? document : document.parent_path() / file;
+            EXPECT_TRUE(fs::exists(target)) << document << " links to " << target;
+            EXPECT_TRUE(anchor.empty() || hasHeading(target, anchor))
+                << document << " links to #" << anchor << " of " << target;
         }
     }
 }
@@ -143,7 +182,7 @@ TEST_P(Document, LinksOnlyToFilesThatExist) {
 INSTANTIATE_TEST_SUITE_P(Repository, Document, testing::ValuesIn(documents()), nameOf);
 
 TEST(Readme, ShowsTheWholeFirstProgram) {
-    const auto blocks = codeBlocksOf(root / "README.md");
+    const auto blocks = programsOf(root / "README.md");
     ASSERT_FALSE(blocks.empty());
     EXPECT_EQ(blocks.front().code, linesOf(root / "examples/readme.cpp"));
 }
