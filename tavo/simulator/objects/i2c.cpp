@@ -4,10 +4,10 @@
 #include <utility>
 
 #include <tavo/client/hwdebug/i2c_records.h>
-#include <tavo/client/hwdebug/jtag_records.h>
 #include <tavo/simulator/models/eeprom.h>
 #include <tavo/simulator/models/spd_image.h>
 #include <tavo/simulator/models/temperature_sensor.h>
+#include <tavo/simulator/objects/frequency_methods.h>
 #include <tavo/simulator/objects/header_status_methods.h>
 
 namespace TAVO::simulator {
@@ -71,16 +71,7 @@ void I2c::serveTransfers() {
 }
 
 void I2c::serveOptions() {
-    on<None, dto::Base::FrequencyGetReply>("optionSclFrequencyGet", [this] {
-        dto::Base::FrequencyGetReply reply;
-        reply.frequency = bus_.frequency();
-        reply.value = static_cast<std::int32_t>(bus_.divider());
-        return reply;
-    });
-    using FrequencyRequest = dto::Jtag::OptionTckFrequencySetRequest;
-    on<FrequencyRequest, None>("optionSclFrequencySet", [this](const FrequencyRequest& request) {
-        return return_code::badUnless(bus_.setFrequency(request.frequency));
-    });
+    serveFrequency(*this, "optionSclFrequencyGet", "optionSclFrequencySet", bus_);
     on<None, OptionAddressRetryLimitGetReply>("optionAddressRetryLimitGet", [this] {
         OptionAddressRetryLimitGetReply reply;
         reply.limit = bus_.options().addressRetryLimit;

@@ -6,7 +6,7 @@
 #include <tavo/client/hwdebug/lpc_post_code_records.h>
 #include <tavo/client/hwdebug/lpc_records.h>
 #include <tavo/client/hwdebug/lpc_rom_emulation_records.h>
-#include <tavo/client/transcode/header_records.h>
+#include <tavo/simulator/objects/enable_methods.h>
 
 namespace TAVO::simulator {
 
@@ -14,21 +14,8 @@ namespace {
 
 using namespace dto::lpcPostCode;
 using namespace dto::lpcRomEmulation;
-using dto::Header::EnableGetReply;
-using dto::Header::EnableSetRequest;
 
 std::uint8_t asByte(bool flag) { return flag ? 1 : 0; }
-
-template <class Model>
-void serveEnable(SimulatedObject& object, Model& model) {
-    object.on<None, EnableGetReply>("enableGet", [&model] {
-        EnableGetReply reply;
-        reply.enable = model.enabled();
-        return reply;
-    });
-    object.on<EnableSetRequest, None>(
-        "enableSet", [&model](const EnableSetRequest& request) { model.setEnabled(request.enable); });
-}
 
 } // namespace
 

@@ -1,0 +1,186 @@
+#include <tavo/simulator/models/jtag_port.h>
+
+#include <utility>
+
+#include <tavo/simulator/return_codes.h>
+
+namespace TAVO::simulator {
+
+namespace {
+
+constexpr std::int32_t mostCount = 1000;
+// What one call may shift at most, all rounds together, so that a call ends in good time.
+constexpr std::int64_t mostShiftedBits = 20'000'000;
+
+std::size_t bytesFor(std::int32_t bits) { return (static_cast<std::size_t>(bits) + 7) / 8; }
+
+bool isResting(std::int32_t state) {
+    return state >= 0 && state <= static_cast<std::int32_t>(TapState::updateIr) &&
+           simulator::isResting(static_cast<TapState>(state));
+}
+
+bool accepted(std::int32_t count) { return count >= 0 && count <= mostCount; }
+
+bool accepted(const JtagPort::Expectation& expectation) {
+    if (expectation.bits < 0 || expectation.bits > JtagPort::mostBits)
+        return false;
+    const auto bytes = bytesFor(expectation.bits);
+    return expectation.expected.size() == bytes && expectation.mask.size() == bytes;
+}
+
+bool bitOf(std::span<const std::uint8_t> bytes, std::size_t bit) {
+    return (bytes[bit / 8] >> bit % 8 & 1) != 0;
+}
+
+bool matches(const JtagPort::Expectation& expectation, std::span<const std::uint8_t> captured) {
+    for (std::size_t bit = 0; bit < static_cast<std::size_t>(expectation.bits); ++bit)
+        if (bitOf(expectation.mask, bit) && bitOf(expectation.expected, bit) != bitOf(captured, bit))
+            return false;
+    return true;
+}
+
+} // namespace
+
+JtagPort::JtagPort(std::shared_ptr<Board> board, std::vector<TapDescription> taps)
+    : board_(std::move(board))
+    , chain_(std::move(taps)) {}
+
+JtagChain& JtagPort::chain() {
+    if (!board_->powered() || board_->powerOnCount() != powerOnCount_)
+        chain_.losePower();
+    powerOnCount_ = board_->powerOnCount();
+    return chain_;
+}
+
+bool JtagPort::follow(TapState target) {
+    if (!board_->powered())
+        return false;
+    for (const bool tms : shortestPath(chain().state(), target))
+        chain_.clock(tms, true);
+    return true;
+}
+
+std::vector<std::uint8_t> JtagPort::shiftOnce(Register target, std::int32_t bits,
+                                              std::span<const std::uint8_t> data) {
+    const auto& options = this->options(target);
+    const auto termination = static_cast<TapState>(options.terminationState);
+    std::vector<std::uint8_t> captured(bytesFor(bits));
+    const auto capture = [&](std::int32_t bit, bool level) {
+        captured[static_cast<std::size_t>(bit) / 8] |= static_cast<std::uint8_t>(unsigned{level} << bit % 8);
+    };
+    if (!board_->powered()) {
+        for (std::int32_t bit = 0; bit < bits; ++bit)
+            capture(bit, true);
+        return captured;
+    }
+
+    if (options.preTck > 0) {
+        follow(TapState::runTestIdle);
+        for (std::int32_t clock = 0; clock < options.preTck; ++clock)
+            chain_.clock(false, true);
+    }
+    if (bits > 0) {
+        follow(target == Register::instruction ? TapState::shiftIr : TapState::shiftDr);
+        for (std::int32_t bit = 0; bit < bits; ++bit)
+            capture(bit, chain_.clock(bit + 1 == bits, bitOf(data, static_cast<std::size_t>(bit))));
+    }
+    follow(termination);
+    if (termination == TapState::runTestIdle)
+        for (std::int32_t clock = 0; clock < options.postTck; ++clock)
+            chain_.clock(false, true);
+    return captured;
+}
+
+JtagPort::Outcome JtagPort::shift(Register target, std::int32_t bits, std::span<const std::uint8_t> data) {
+    if (!enabled_)
+        return {return_code::disabled, {}};
+    if (bits < 0 || bits > mostBits || data.size() != bytesFor(bits))
+        return {return_code::badArgument, {}};
+    const auto& options = this->options(target);
+    const bool compared = bits > 0 && options.expectation.bits == bits;
+    const auto rounds = [](const Count& more) { return 1 + (more.enable ? std::int64_t{more.count} : 0); };
+    if (bits * rounds(options.repeat) * (compared ? rounds(options.retry) : 1) > mostShiftedBits)
+        return {return_code::badArgument, {}};
+    Outcome outcome;
+    for (auto round = rounds(options.repeat); round > 0; --round) {
+        bool met = false;
+        for (auto attempt = rounds(options.retry); !met && attempt > 0; --attempt) {
+            outcome.captured = shiftOnce(target, bits, data);
+            met = !compared || matches(options.expectation, outcome.captured);
+        }
+        if (!met) {
+            outcome.code = return_code::mismatch;
+            break;
+        }
+    }
+    return outcome;
+}
+
+std::int32_t JtagPort::state() { return static_cast<std::int32_t>(chain().state()); }
+
+std::int32_t JtagPort::moveTo(std::int32_t state) {
+    if (!enabled_)
+        return return_code::disabled;
+    if (!isResting(state))
+        return return_code::badArgument;
+    follow(static_cast<TapState>(state));
+    return return_code::done;
+}
+
+std::int32_t JtagPort::sleep(bool clocked) {
+    if (!enabled_)
+        return return_code::disabled;
+    // However long TCK runs with TMS 0: one clock leaves Test-Logic-Reset, and the other resting states stay.
+    if (clocked && board_->powered())
+        chain().clock(false, true);
+    return return_code::done;
+}
+
+std::int32_t JtagPort::setOptions(Register target, const ShiftOptions& options) {
+    const bool good = accepted(options.expectation) && accepted(options.retry.count) &&
+                      accepted(options.repeat.count) && isResting(options.terminationState) &&
+                      accepted(options.preTck) && accepted(options.postTck);
+    if (good)
+        options_[static_cast<std::size_t>(target)] = options;
+    return return_code::badUnless(good);
+}
+
+bool JtagPort::setFrequency(std::int32_t frequency) {
+    if (frequency < slowest || frequency > fastest)
+        return false;
+    divider_ = static_cast<std::uint32_t>((fastest + frequency - 1) / frequency);
+    return true;
+}
+
+bool JtagPort::level(Pin pin) const {
+    const auto drive = this->pin(pin);
+    return !drive.driven || drive.level;
+}
+
+std::int32_t JtagPort::setPin(Pin pin, Drive drive) {
+    if (!enabled_)
+        return return_code::disabled;
+    const bool before = level(pin);
+    pins_[static_cast<std::size_t>(pin)] = drive;
+    if (!board_->powered())
+        return return_code::done;
+    auto& wired = chain();
+    if (!level(Pin::trst))
+        wired.reset();
+    else if (pin == Pin::tck && level(Pin::tck) != before)
+        before ? wired.fall() : wired.rise(level(Pin::tms), level(Pin::tdi));
+    return return_code::done;
+}
+
+bool JtagPort::tdo() { return chain().tdo(); }
+
+void JtagPort::reset() {
+    for (auto& options : options_)
+        options = {};
+    for (auto& pin : pins_)
+        pin = {};
+    divider_ = fastest / defaultFrequency;
+    enabled_ = true;
+}
+
+} // namespace TAVO::simulator

@@ -1,0 +1,119 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include <tavo/client/export.h>
+#include <tavo/simulator/models/board.h>
+#include <tavo/simulator/models/jtag_chain.h>
+
+namespace TAVO::simulator {
+
+/// The appliance's end of a JTAG connector: shifts, moves and single pins, all on the same chain.
+///
+/// Bit strings are packed with bit i at bit i%8 of byte i/8; bit 0 goes first. While the board has no power
+/// the chain stays in Test-Logic-Reset and TDO reads 1.
+class TAVO_API JtagPort {
+public:
+    static constexpr std::int32_t mostBits = 1'000'000;
+    static constexpr std::int32_t slowest = 1'000;
+    static constexpr std::int32_t fastest = 50'000'000;
+    static constexpr std::int32_t defaultFrequency = 1'000'000;
+
+    enum class Register { instruction, data };
+
+    /// What is compared with the captured bits of shifts of that many bits; 0 compares nothing.
+    struct Expectation {
+        std::int32_t bits = 0;
+        std::vector<std::uint8_t> expected;
+        std::vector<std::uint8_t> mask;
+        bool operator==(const Expectation&) const = default;
+    };
+
+    struct Count {
+        std::int32_t count = 0;
+        bool enable = false;
+        bool operator==(const Count&) const = default;
+    };
+
+    /// The options of one register.
+    struct ShiftOptions {
+        Expectation expectation;
+        /// How often a shift whose bits are not the expected ones is tried again.
+        Count retry;
+        /// How often a shift is done again.
+        Count repeat;
+        std::int32_t terminationState = static_cast<std::int32_t>(TapState::runTestIdle);
+        /// Clocks in Run-Test/Idle before the shift, and after it where it ends there.
+        std::int32_t preTck = 0;
+        std::int32_t postTck = 0;
+        bool operator==(const ShiftOptions&) const = default;
+    };
+
+    enum class Pin { tck, tms, tdi, trst };
+
+    /// The appliance's side of a pin: whether it drives it, and with which level. A pin that is not driven is
+    /// pulled up.
+    struct Drive {
+        bool driven = false;
+        bool level = true;
+        bool operator==(const Drive&) const = default;
+    };
+
+    struct Outcome {
+        /// One of return_code.
+        std::int32_t code = 0;
+        std::vector<std::uint8_t> captured;
+    };
+
+    JtagPort(std::shared_ptr<Board> board, std::vector<TapDescription> taps);
+
+    /// The chain as the board's power leaves it.
+    JtagChain& chain();
+
+    Outcome shift(Register target, std::int32_t bits, std::span<const std::uint8_t> data);
+    std::int32_t state();
+    /// Moves to a resting state. Returns a return_code.
+    std::int32_t moveTo(std::int32_t state);
+    /// Time passes, with TCK running or not. Returns a return_code.
+    std::int32_t sleep(bool clocked);
+
+    const ShiftOptions& options(Register target) const { return options_[static_cast<std::size_t>(target)]; }
+    /// Returns a return_code; nothing changes unless it is done.
+    std::int32_t setOptions(Register target, const ShiftOptions& options);
+
+    /// False for a frequency out of range. The actual one is the nearest not above it that the divider
+    /// reaches.
+    bool setFrequency(std::int32_t frequency);
+    std::uint32_t frequency() const noexcept { return static_cast<std::uint32_t>(fastest) / divider_; }
+    std::uint32_t divider() const noexcept { return divider_; }
+
+    Drive pin(Pin pin) const { return pins_[static_cast<std::size_t>(pin)]; }
+    std::int32_t setPin(Pin pin, Drive drive);
+    bool tdo();
+
+    bool enabled() const noexcept { return enabled_; }
+    void setEnabled(bool enabled) noexcept { enabled_ = enabled; }
+
+    /// The options, pins and the enable as after power-on of the appliance. The chain is the board's and
+    /// stays.
+    void reset();
+
+private:
+    bool level(Pin pin) const;
+    bool follow(TapState target);
+    std::vector<std::uint8_t> shiftOnce(Register target, std::int32_t bits,
+                                        std::span<const std::uint8_t> data);
+
+    std::shared_ptr<Board> board_;
+    JtagChain chain_;
+    std::uint32_t powerOnCount_ = 0;
+    ShiftOptions options_[2];
+    Drive pins_[4];
+    std::uint32_t divider_ = fastest / defaultFrequency;
+    bool enabled_ = true;
+};
+
+} // namespace TAVO::simulator

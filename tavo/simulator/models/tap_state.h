@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include <tavo/client/export.h>
+
+namespace TAVO::simulator {
+
+/// The sixteen states of a test access port's controller (IEEE 1149.1), in the numbering of the appliance.
+enum class TapState : std::uint8_t {
+    testLogicReset,
+    runTestIdle,
+    selectDrScan,
+    captureDr,
+    shiftDr,
+    exit1Dr,
+    pauseDr,
+    exit2Dr,
+    updateDr,
+    selectIrScan,
+    captureIr,
+    shiftIr,
+    exit1Ir,
+    pauseIr,
+    exit2Ir,
+    updateIr
+};
+
+/// The state after a rising edge of TCK.
+TAVO_API TapState nextState(TapState state, bool tms) noexcept;
+
+/// The values of TMS that lead from one state to another in the fewest clocks; none when it is there already.
+TAVO_API std::vector<bool> shortestPath(TapState from, TapState to);
+
+/// Whether the controller can stay there with TCK running and no register moving: Test-Logic-Reset,
+/// Run-Test/Idle and the two pauses.
+TAVO_API bool isResting(TapState state) noexcept;
+
+} // namespace TAVO::simulator

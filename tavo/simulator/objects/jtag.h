@@ -1,0 +1,49 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <tavo/client/export.h>
+#include <tavo/simulator/models/header_status.h>
+#include <tavo/simulator/models/jtag_port.h>
+#include <tavo/simulator/simulated_object.h>
+
+namespace TAVO::simulator {
+
+/// The chain of the standard board, the first one next to TDO: "cpu" (IR 8), "chipset" (IR 5), "cpld" (IR
+/// 10).
+TAVO_API std::vector<TapDescription> standardTaps();
+
+/// A "jtag" of version "1.0" or "1.1": a port with a chain behind it. Version 1.0 has one set of retry,
+/// repeat and comparison for both registers.
+class TAVO_API Jtag : public SimulatedObject {
+public:
+    Jtag(std::string version, std::shared_ptr<Board> board,
+         std::vector<TapDescription> taps = standardTaps());
+    /// Options and pins are as at first; the chain belongs to the board and stays.
+    void reset() override;
+
+    JtagPort& port() { return port_; }
+    HeaderStatus& headerStatus() { return headerStatus_; }
+
+private:
+    void serveShifts();
+    void servePins();
+    void serveOptions_v1_0();
+    void serveOptions_v1_1();
+
+    template <class Request, class Change>
+    void onOptionsSet(const std::string& method, Change change);
+
+    JtagPort port_;
+    HeaderStatus headerStatus_;
+};
+
+/// A "csJtag": a chip-select wrapper. Its client needs a Jtag of version 1.1 named "jtag" below it.
+class TAVO_API CsJtag : public SimulatedObject {
+public:
+    CsJtag();
+};
+
+} // namespace TAVO::simulator
