@@ -36,6 +36,10 @@ public:
     Object& add(const std::string& name, Arguments&&... arguments) {
         return root_->add<Object>(name, std::forward<Arguments>(arguments)...);
     }
+    /// Adds an object that was made before to the root members. @throws as SimulatedObject::add.
+    SimulatedObject& add(const std::string& name, std::unique_ptr<SimulatedObject> object) {
+        return root_->add(name, std::move(object));
+    }
     const std::vector<std::unique_ptr<SimulatedObject>>& rootMembers() const { return root_->members(); }
 
     /// The object with that instance id, or a null pointer.

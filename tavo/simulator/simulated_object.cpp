@@ -47,6 +47,14 @@ SimulatedObject::SimulatedObject(std::string type, std::string version)
 
 SimulatedObject::~SimulatedObject() = default;
 
+void SimulatedObject::setVersion(const std::string& text) { version_ = wireVersion(text); }
+
+SimulatedObject& SimulatedObject::add(const std::string& name, std::unique_ptr<SimulatedObject> object) {
+    auto& added = *object;
+    adopt(name, std::move(object));
+    return added;
+}
+
 std::string SimulatedObject::fullName() const {
     const auto parent = parent_ ? parent_->fullName() : std::string();
     return parent.empty() ? name_ : parent + "." + name_;

@@ -77,6 +77,8 @@ public:
     /// What the object tells of its version. Setting it does not change the methods.
     const dto::Base::Version& version() const { return version_; }
     void setVersion(const dto::Base::Version& version) { version_ = version; }
+    /// @param text as for the constructor. @throws SpecificationError when it is no version.
+    void setVersion(const std::string& text);
     const std::string& name() const { return name_; }
     /// The names from the root to this object, joined with dots: "bench.lamp".
     std::string fullName() const;
@@ -95,6 +97,8 @@ public:
         adopt(name, std::move(object));
         return added;
     }
+    /// Adds an object that was made before. @throws as the other add().
+    SimulatedObject& add(const std::string& name, std::unique_ptr<SimulatedObject> object);
     const std::vector<std::unique_ptr<SimulatedObject>>& members() const { return members_; }
 
     /// Gives the named method its handler, or another one.

@@ -24,7 +24,7 @@ struct Options {
     std::string host = "127.0.0.1";
     /// 0 lets the system choose a free port.
     std::uint16_t port = 0;
-    /// A name of topologies().
+    /// A name of topologies(), or the path of a file that ends in ".json".
     std::string topology = "standard";
     /// Who may take the lock and log in: user names and passwords.
     std::map<std::string, std::string> accounts = {{"engineer", "tavo"}, {"guest", "tavo"}};
@@ -74,7 +74,7 @@ struct TAVO_API CallRecord {
 class TAVO_API Simulator {
 public:
     /// Makes the appliance; listens to nothing and starts no thread.
-    /// @throws std::invalid_argument for an unknown topology or key index.
+    /// @throws std::invalid_argument for an unknown topology, a mistake in its file, or an unknown key index.
     explicit Simulator(Options options = {});
     /// Stops.
     ~Simulator();

@@ -1,57 +1,93 @@
 #include <tavo/simulator/topology.h>
 
 #include <stdexcept>
+#include <utility>
 
-#include <tavo/simulator/appliance.h>
-#include <tavo/simulator/objects/relay.h>
+#include <tavo/simulator/internal/object_description.h>
 
 namespace TAVO::simulator {
 
 namespace {
 
-/// A group of a type that no client knows: it keeps its members together and blinks on request.
-class Rack : public SimulatedObject {
-public:
-    Rack()
-        : SimulatedObject("rack", "3.1.4") {
-        addMethod(identifyRow);
-        on<None, None>("identify", [] {});
-    }
+using Objects = std::vector<ObjectDescription>;
 
-private:
-    static constexpr auto identifyRow = TAVOXTranscode::row<None, None>("identify");
-};
+ObjectDescription powerRelay() {
+    return {.name = "power", .type = "relay", .options = {{"drives", "power"}}};
+}
 
-void buildStandard(Appliance& appliance) {
-    appliance.add<Relay>("power");
-    appliance.add<CmosRelay>("cmos");
-    auto& bench = appliance.add<Rack>("bench");
-    bench.add<Relay>("lamp");
-    bench.add<Relay>("fan");
-    auto& drawer = bench.add<Rack>("drawer");
-    drawer.add<Relay>("left");
-    drawer.add<Relay>("right");
+Objects standard() {
+    const Objects drawer{{"left", "relay"}, {"right", "relay"}};
+    return {
+        powerRelay(),
+        {"cmos", "cmosRelay"},
+        {"i2c", "i2c"},
+        {"lpc", "lpc", "1.0", {{"lpcPostCode", "lpcPostCode"}, {"lpcRomEmulation", "lpcRomEmulation"}}},
+        {"com", "com"},
+        {"lcd", "cfa633"},
+        {"bench",
+         "rack",
+         "3.1.4",
+         {{"lamp", "relay"}, {"fan", "relay"}, {"drawer", "rack", "3.1.4", drawer}}},
+    };
+}
+
+Objects legacy() {
+    return {
+        powerRelay(),          {"jtag", "jtag", "1.0"},
+        {"hdt", "hdt", "1.0"}, {"cpu", "cpuDebug", "1.0", {{"jtag", "jtag", "1.0"}, {"hdt", "hdt", "1.0"}}},
+        {"i2c", "i2c", "1.0"},
+    };
+}
+
+Objects alone(ObjectDescription broken) { return {powerRelay(), std::move(broken)}; }
+
+Topology named(std::string name, std::string description, Objects objects) {
+    for (auto& object : objects)
+        object.place = name + ": " + object.name;
+    return {std::move(name), std::move(description),
+            [objects = std::move(objects)](Appliance& appliance) { addObjects(appliance, objects); }};
 }
 
 } // namespace
 
 const std::vector<Topology>& topologies() {
     static const std::vector<Topology> all{
-        {"standard", "relays power and cmos, and a bench of an unknown type with nested relays",
-         buildStandard},
-        {"bare", "device, system and private alone", [](Appliance&) {}},
+        named("standard", "one of every module, all on one board that relay power switches", standard()),
+        named("bare", "device, system and private alone", {}),
+        named("legacy", "debug objects of version 1.0", legacy()),
+        named("broken-cpudebug-no-jtag", "a cpuDebug without its child jtag",
+              alone({"cpu", "cpuDebug", "1.1", {{"hdt", "hdt", "1.1"}}})),
+        named("broken-cpudebug-no-hdt", "a cpuDebug without its child hdt",
+              alone({"cpu", "cpuDebug", "1.1", {{"jtag", "jtag", "1.1"}}})),
+        named("broken-cpudebug-old-jtag", "a cpuDebug 1.1 whose child jtag is 1.0",
+              alone({"cpu", "cpuDebug", "1.1", {{"jtag", "jtag", "1.0"}, {"hdt", "hdt", "1.1"}}})),
+        named("broken-gpudebug-no-gpuscan", "a gpuDebug without its child gpuScan",
+              alone({"gpu", "gpuDebug", "1.0", {{"jtag", "jtag", "1.1"}, {"i2c", "i2c"}}})),
+        named("broken-lpc-no-rom", "an lpc without its child lpcRomEmulation",
+              alone({"lpc", "lpc", "1.0", {{"lpcPostCode", "lpcPostCode"}}})),
+        named("broken-lpc-no-postcode", "an lpc without its child lpcPostCode",
+              alone({"lpc", "lpc", "1.0", {{"lpcRomEmulation", "lpcRomEmulation"}}})),
+        named("broken-versions", "a relay of a newer version, which works, and an lpc of one, which does not",
+              {{"lamp", "relay", "2.0"},
+               {"lpc",
+                "lpc",
+                "1.1",
+                {{"lpcPostCode", "lpcPostCode"}, {"lpcRomEmulation", "lpcRomEmulation"}}}}),
     };
     return all;
 }
 
-const Topology& topologyNamed(const std::string& name) {
+Topology topologyNamed(const std::string& name) {
+    if (name.ends_with(".json"))
+        return loadTopology(name);
     std::string known;
     for (const auto& topology : topologies()) {
         if (topology.name == name)
             return topology;
         known += (known.empty() ? "" : ", ") + topology.name;
     }
-    throw std::invalid_argument("there is no topology '" + name + "', only " + known);
+    throw std::invalid_argument("there is no topology '" + name + "', only " + known +
+                                ", or the path of a .json file");
 }
 
 } // namespace TAVO::simulator

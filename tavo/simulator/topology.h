@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <string>
 #include <vector>
@@ -15,13 +16,33 @@ struct Topology {
     std::string name;
     /// One line for help texts.
     std::string description;
+    /// Throws std::invalid_argument where the description of an object, which came from a file, cannot be
+    /// followed.
     std::function<void(Appliance&)> build;
 };
 
-/// All topologies, the first being the default.
+/// All topologies that have a name of their own, the first being the default.
 TAVO_API const std::vector<Topology>& topologies();
 
-/// @throws std::invalid_argument that names the topology and those that there are.
-TAVO_API const Topology& topologyNamed(const std::string& name);
+/// Reads a topology from a JSON file:
+///
+/// @code{.json}
+/// {
+///   "name": "bench",
+///   "objects": [
+///     {"name": "bus0", "type": "i2c", "version": "1.0"},
+///     {"name": "rack", "type": "rack", "members": [{"name": "power", "type": "relay"}]}
+///   ]
+/// }
+/// @endcode
+///
+/// Every type and every version is accepted. A type that has no model gets the eight methods of every object
+/// alone.
+/// @throws std::invalid_argument that names the file, the place in it and what is wrong.
+TAVO_API Topology loadTopology(const std::filesystem::path& file);
+
+/// The topology of that name, or the one in the file of that path when it ends in ".json".
+/// @throws std::invalid_argument that names the topology and those that there are; or as loadTopology.
+TAVO_API Topology topologyNamed(const std::string& name);
 
 } // namespace TAVO::simulator

@@ -33,7 +33,10 @@ void describe(CLI::App& app, Arguments& arguments) {
     app.add_option("--host", options.host, "Address to listen on")->capture_default_str();
     app.add_option("--port", options.port, "Port to listen on; 0 lets the system choose one")
         ->capture_default_str();
-    app.add_option("--topology", options.topology, "Which objects the appliance has")->capture_default_str();
+    app.add_option("--topology", options.topology,
+                   "Which objects the appliance has: a name, or a file of your own")
+        ->type_name("NAME|FILE.json")
+        ->capture_default_str();
     app.add_flag("--list-topologies", arguments.listTopologies, "List the topologies and end");
     app.add_option("--fault", arguments.faults, "Let a request go wrong (repeatable, see below)")
         ->type_name("REQUEST:FAULT")
@@ -122,7 +125,7 @@ int main(int argc, char** argv) {
     }
     if (arguments.listTopologies) {
         for (const auto& topology : simulator::topologies())
-            fmt::print("{:<12} {}\n", topology.name, topology.description);
+            fmt::print("{:<28} {}\n", topology.name, topology.description);
         return 0;
     }
     try {

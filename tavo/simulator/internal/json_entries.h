@@ -1,0 +1,65 @@
+#pragma once
+
+#include <set>
+#include <stdexcept>
+#include <string>
+
+#include <nlohmann/json.hpp>
+
+namespace TAVO::simulator {
+
+/// Takes the entries of a JSON object one by one, and complains about those that nobody took.
+class JsonEntries {
+public:
+    /// @throws std::invalid_argument when it is no JSON object.
+    explicit JsonEntries(const nlohmann::json& source)
+        : source_(source) {
+        if (!source_.is_object())
+            throw std::invalid_argument("expected {...}");
+    }
+
+    /// The entry of that name, or `otherwise`. @param expected what it must be, for the message.
+    template <class T>
+    T take(const std::string& name, const char* expected, T otherwise) {
+        const auto* entry = find(name);
+        return entry ? converted<T>(*entry, name, expected) : otherwise;
+    }
+    template <class T>
+    T require(const std::string& name, const char* expected) {
+        const auto* entry = find(name);
+        if (!entry)
+            throw std::invalid_argument("'" + name + "' is missing: expected " + expected);
+        return converted<T>(*entry, name, expected);
+    }
+    /// A null pointer when there is none.
+    const nlohmann::json* find(const std::string& name) {
+        taken_.insert(name);
+        const auto found = source_.find(name);
+        return found == source_.end() ? nullptr : &*found;
+    }
+
+    /// @throws std::invalid_argument that names the first entry that nobody took.
+    void finish() const {
+        for (const auto& [name, entry] : source_.items())
+            if (!taken_.contains(name))
+                throw std::invalid_argument("'" + name + "' is not known here");
+    }
+
+private:
+    template <class T>
+    static T converted(const nlohmann::json& entry, const std::string& name, const char* expected) {
+        try {
+            if constexpr (std::is_same_v<T, bool> || std::is_same_v<T, std::string>)
+                return entry.get<T>();
+            else if (entry.is_number_integer())
+                return entry.get<T>();
+        } catch (const nlohmann::json::exception&) {
+        }
+        throw std::invalid_argument("'" + name + "' is " + entry.dump() + ": expected " + expected);
+    }
+
+    const nlohmann::json& source_;
+    std::set<std::string> taken_;
+};
+
+} // namespace TAVO::simulator

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <tavo/client/export.h>
+#include <tavo/simulator/simulated_object.h>
+
+namespace TAVO::simulator {
+
+/// A group of a type that no client knows: it keeps its members together, and blinks on "identify".
+class TAVO_API Rack : public SimulatedObject {
+public:
+    Rack();
+
+private:
+    static constexpr auto identifyRow = TAVOXTranscode::row<None, None>("identify");
+};
+
+} // namespace TAVO::simulator
