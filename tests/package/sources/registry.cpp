@@ -11,7 +11,12 @@ int main() {
     TAVO::HWDebug::HwdObjects::registerCoreObjects();
     CommonModules::CommonModulesObjects::registerCoreObjects();
 
-    const std::vector<std::string> expected = {"cmosRelay", "device", "private", "relay", "system"};
+    const std::vector<std::string> expected = {
+        "cfa633",       "cmosRelay", "com",         "cpuDebug",
+        "csJtag",       "device",    "gpuDebug",    "gpuScan",
+        "hdt",          "i2c",       "jtag",        "kelvorGpuDebugMux",
+        "kelvorUvdMux", "lpc",       "lpcPostCode", "lpcRomEmulation",
+        "private",      "relay",     "system"};
     auto registered = TAVO::ObjectFactory::registeredTypes();
     std::sort(registered.begin(), registered.end());
     if (registered != expected) {
