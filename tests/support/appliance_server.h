@@ -118,6 +118,7 @@ private:
             else
                 connection.write(reply);
         }
+        connection.close();
         open_ = false;
     }
 

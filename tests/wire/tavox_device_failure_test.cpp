@@ -29,7 +29,7 @@ class TavoxDeviceFault : public testing::Test {
 protected:
     TavoxDeviceFault() {
         TAVO::CoreObjects::registerCoreObjects();
-        support::addFixedObjects(appliance);
+        server.change(support::addFixedObjects);
         device = TAVO::DeviceFactory::buildDevice("127.0.0.1", server.port(), "alice", "secret", true);
     }
 
@@ -100,7 +100,7 @@ TEST_F(TavoxDeviceFault, OfAReplyCutAtAnyByteIsReportedOnce) {
     }
 }
 
-TEST_F(TavoxDeviceFault, OfAPeerThatIsGoneLeavesADeviceThatConnectsWhenItIsBack) {
+TEST_F(TavoxDeviceFault, OfAPeerThatIsGoneIsReportedByEveryCall) {
     server.stop();
     const auto refused = failureOf<NetworkError>([&] { type(); });
     EXPECT_NE(refused.find("Connection refused"), std::string::npos) << refused;

@@ -34,7 +34,7 @@ class TavoxDevice : public testing::Test {
 protected:
     TavoxDevice() {
         TAVO::CoreObjects::registerCoreObjects();
-        support::addFixedObjects(appliance);
+        server.change(support::addFixedObjects);
         device = std::make_shared<TAVOXDevice>("127.0.0.1", server.port(), "alice", "secret", false);
         device->setDevice(std::dynamic_pointer_cast<TAVO::Device_v1_0>(
             TAVO::ObjectFactory::buildObject(device, "device", DeviceFactory::DeviceInstanceID, nullptr)));
