@@ -1,5 +1,7 @@
 #include <tavo/simulator/clock.h>
 
+#include <algorithm>
+
 namespace TAVO::simulator {
 
 namespace {
@@ -28,9 +30,20 @@ void Clock::setTime(std::int64_t time) {
 }
 
 std::int64_t Clock::elapsed() const {
-    return microseconds(std::chrono::steady_clock::now() - start_) + advanced_;
+    const auto real = frozen_ ? 0 : microseconds(std::chrono::steady_clock::now() - start_);
+    return std::max(real + advanced_, heldAt_);
 }
 
-void Clock::advance(std::chrono::microseconds duration) { advanced_ += duration.count(); }
+void Clock::advance(std::chrono::microseconds duration) {
+    advanced_ += duration.count();
+    heldAt_ += duration.count();
+}
+
+void Clock::holdAt(std::int64_t elapsed) { heldAt_ = std::max(heldAt_, elapsed); }
+
+void Clock::freeze() {
+    advanced_ = elapsed();
+    frozen_ = true;
+}
 
 } // namespace TAVO::simulator

@@ -7,8 +7,8 @@
 
 namespace TAVO::simulator {
 
-/// The appliance's time. It runs with real time, can be moved on by hand, and tells two things: the time of
-/// day, which can be set, and the time since the clock was made, which cannot.
+/// The appliance's time. It runs with real time until it is frozen, can be moved on by hand, and tells two
+/// things: the time of day, which can be set, and the time since the clock was made, which cannot.
 class TAVO_API Clock {
 public:
     /// The time of day is the computer's.
@@ -21,10 +21,18 @@ public:
     std::int64_t elapsed() const;
     /// Both times move on.
     void advance(std::chrono::microseconds duration);
+    /// Both times stand at this elapsed time until real time has caught up with it: for what was told to
+    /// happen in time that has still to pass. Does nothing when that time is gone.
+    void holdAt(std::int64_t elapsed);
+    /// From now on time moves by advance() alone, and by what clients let the appliance sleep.
+    void freeze();
+    bool isFrozen() const { return frozen_; }
 
 private:
     std::chrono::steady_clock::time_point start_;
+    bool frozen_ = false;
     std::int64_t advanced_ = 0;
+    std::int64_t heldAt_ = 0;
     std::int64_t timeAtStart_;
 };
 

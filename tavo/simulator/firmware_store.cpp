@@ -16,9 +16,14 @@ std::int64_t writingTime(std::size_t bytes) {
     return std::min(10 * second, second + static_cast<std::int64_t>(bytes) * second / (4 << 20));
 }
 
-bool isBad(const std::vector<std::uint8_t>& image) {
-    constexpr std::string_view mark = "BAD";
-    return image.size() >= mark.size() && std::equal(mark.begin(), mark.end(), image.begin());
+/// How far the writing of an image comes.
+std::uint32_t reach(const std::vector<std::uint8_t>& image) {
+    constexpr std::string_view badMark = "BAD";
+    if (image.empty())
+        return 0;
+    const bool bad =
+        image.size() >= badMark.size() && std::equal(badMark.begin(), badMark.end(), image.begin());
+    return bad ? 50 : 100;
 }
 
 } // namespace
@@ -30,8 +35,6 @@ void FirmwareStore::update(const std::string& name, std::vector<std::uint8_t> im
     at(name, now);
     if (running_.contains(name))
         throw Refusal(return_code::busy);
-    if (image.empty())
-        throw Refusal(return_code::badArgument);
     const auto end = now + writingTime(image.size());
     running_.emplace(name, Update{std::move(image), now, end});
     progress(now);
@@ -57,9 +60,9 @@ void FirmwareStore::progress(std::int64_t now) {
         firmware.state = State::writing;
         firmware.percent = static_cast<std::uint32_t>(
             std::clamp<std::int64_t>(100 * (now - update.begin) / (update.end - update.begin), 0, 100));
-        if (isBad(update.image) && firmware.percent >= 50) {
+        if (const auto end = reach(update.image); end < 100 && firmware.percent >= end) {
             firmware.state = State::failed;
-            firmware.percent = 50;
+            firmware.percent = end;
         } else if (firmware.percent == 100) {
             firmware.state = State::done;
             firmware.image = std::move(update.image);

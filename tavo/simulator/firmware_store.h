@@ -13,8 +13,8 @@ namespace TAVO::simulator {
 /// The appliance's firmware images, by name, and the progress of their updates.
 ///
 /// An update takes one second and one more for every 4 MiB, ten at most, of simulated time. An image that
-/// begins with the bytes "BAD" fails half-way. A successful update raises the last part of the version by
-/// one.
+/// begins with the bytes "BAD" fails half-way, an empty one at once. A successful update raises the last part
+/// of the version by one.
 class TAVO_API FirmwareStore {
 public:
     enum class State : std::uint32_t { idle = 0, writing = 1, done = 2, failed = 3 };
@@ -33,8 +33,8 @@ public:
 
     /// Starts an update.
     /// @param now simulated microseconds, CallContext::elapsed().
-    /// @throws DeviceFault device_error::configuration for an unknown name; Refusal for an empty image
-    ///         (badArgument) and while an update of that firmware runs (busy).
+    /// @throws DeviceFault device_error::configuration for an unknown name; Refusal (busy) while an update of
+    ///         that firmware runs.
     void update(const std::string& name, std::vector<std::uint8_t> image, std::int64_t now);
     /// The firmware as it is at that time.
     /// @throws DeviceFault as update().

@@ -55,10 +55,19 @@ struct Simulator::State : RequestHandler {
     Response handle(std::uint64_t connection, const std::vector<std::uint8_t>& request) override {
         const std::lock_guard guard(mutex);
         auto response = runner(connection)->run(request);
-        const auto held = std::min(response.delay, options.longestDelay);
-        appliance.clock().advance(response.delay - held);
-        response.delay = held;
+        if (response.delay.count() > 0)
+            passTime(response.delay);
         return response;
+    }
+
+    /// Lets simulated time pass at once as far as the client does not have to wait for it.
+    void passTime(std::chrono::microseconds& delay) {
+        auto& clock = appliance.clock();
+        const auto end = clock.elapsed() + delay.count();
+        const auto held = std::min(delay, options.longestDelay);
+        clock.advance(clock.isFrozen() ? delay : delay - held);
+        clock.holdAt(end);
+        delay = held;
     }
 
     Response refuse(std::uint64_t connection) override {
