@@ -86,7 +86,8 @@ TEST(Encoders, RefuseTheRecordOfAnotherMethodAndWriteNothing) {
 TEST(Encoders, OfEveryMethodRefuseMissingAndForeignRecords) {
     forEveryRow(hasRequest, [](const MethodRow& row) {
         const auto packet = row.request->create();
-        const auto& desired = typeid(*packet);
+        const auto& record = *packet;
+        const auto& desired = typeid(record);
         expectRefusal(row.encoder, Params{}, desired);
         expectRefusal(row.encoder, Params{std::make_shared<ForeignRequest>()}, desired);
     });
