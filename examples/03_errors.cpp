@@ -53,11 +53,12 @@ void run(const std::string& host, int port) {
             [&] { device->call(device->getSystem()->getFirmwareStatusMethod("toaster")); });
 
     // Not every failure is an exception: a method has a return code of its own, 0 for success.
-    const auto update = device->getSystem()->getFirmwareUpdateMethod("main", {}); // an empty image
-    std::cout << "Update with an empty image:\n  return code " << update->returnCode()
+    const auto sleep =
+        device->getSystem()->getUSleepMethod(-1); // the device judges the values, not the library
+    std::cout << "Sleep for less than no time:\n  return code " << sleep->returnCode()
               << " before the call\n";
-    device->call(update);
-    std::cout << "  return code " << update->returnCode() << " after it\n";
+    device->call(sleep);
+    std::cout << "  return code " << sleep->returnCode() << " after it\n";
 }
 
 } // namespace
