@@ -1,13 +1,14 @@
 # run_example.sh SIMULATOR EXAMPLE EXPECTED: the example finishes its work against a simulated appliance and
-# prints the lines of the file EXPECTED, in which * stands for any text.
+# prints the lines of the file EXPECTED, in which * stands for any text and a line of ... for any lines.
 set -euo pipefail
 . "$(dirname "$0")/../../scripts/lib/simulator.sh"
 start_simulator "$1"
 output=$("$2" 127.0.0.1 "$simulator_port")
 printf '%s\n' "$output"
 
-pattern=$(sed 's/[][\\.^$+?(){}|]/\\&/g; s/\*/[^\n]*/g' "$3")
-if ! [[ $output =~ ^$pattern$ ]]; then
+pattern=$(sed 's/[][\\.^$+?(){}|]/\\&/g; s/\*/[^\n]*/g' "$3" |
+    sed -z 's/\(^\|\n\)\\\.\\\.\\\.\n/\1(.*\n)?/g' && printf .)
+if ! [[ $output$'\n' =~ ^${pattern%.}$ ]]; then
     printf '\nExpected was, by %s:\n%s\n' "$3" "$(cat "$3")" >&2
     exit 1
 fi
