@@ -15,11 +15,21 @@ ObjectDescription powerRelay() {
     return {.name = "power", .type = "relay", .options = {{"drives", "power"}}};
 }
 
+ObjectDescription gpuBus() {
+    const nlohmann::json eeprom{{"address", 0x50}, {"kind", "eeprom256"}};
+    return {.name = "i2c", .type = "i2c", .options = {{"devices", nlohmann::json::array({eeprom})}}};
+}
+
 Objects standard() {
     const Objects drawer{{"left", "relay"}, {"right", "relay"}};
     return {
         powerRelay(),
         {"cmos", "cmosRelay"},
+        {"cpu0", "cpuDebug", "1.1", {{"jtag", "jtag", "1.1"}, {"hdt", "hdt", "1.1"}}},
+        {"csJtag", "csJtag", "1.0", {{"jtag", "jtag", "1.1"}}},
+        {"gpu0", "gpuDebug", "1.0", {{"jtag", "jtag", "1.1"}, {"gpuScan", "gpuScan"}, gpuBus()}},
+        {"gpuMux", "kelvorGpuDebugMux"},
+        {"uvdMux", "kelvorUvdMux"},
         {"i2c", "i2c"},
         {"lpc", "lpc", "1.0", {{"lpcPostCode", "lpcPostCode"}, {"lpcRomEmulation", "lpcRomEmulation"}}},
         {"com", "com"},

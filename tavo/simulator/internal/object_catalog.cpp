@@ -2,6 +2,7 @@
 #include <string_view>
 #include <utility>
 
+#include <tavo/client/object/version.h>
 #include <tavo/simulator/internal/json_entries.h>
 #include <tavo/simulator/internal/object_description.h>
 #include <tavo/simulator/models/eeprom.h>
@@ -9,7 +10,10 @@
 #include <tavo/simulator/models/temperature_sensor.h>
 #include <tavo/simulator/objects/cfa633.h>
 #include <tavo/simulator/objects/com.h>
+#include <tavo/simulator/objects/gpu.h>
+#include <tavo/simulator/objects/hdt.h>
 #include <tavo/simulator/objects/i2c.h>
+#include <tavo/simulator/objects/jtag.h>
 #include <tavo/simulator/objects/lpc.h>
 #include <tavo/simulator/objects/rack.h>
 #include <tavo/simulator/objects/relay.h>
@@ -128,6 +132,15 @@ Made makeAlone(Request&) {
     return std::make_unique<Object>();
 }
 
+/// For objects that exist in the versions 1.0 and 1.1: the same choice as the client's factories make.
+template <class Object, bool olderIsFirst>
+Made makeVersioned(Request& request) {
+    const Version version(request.version);
+    const bool isFirst =
+        olderIsFirst ? version <= Version("1.0") : version != Version("1.1") && version == Version("1.0");
+    return std::make_unique<Object>(isFirst ? "1.0" : "1.1", request.appliance.board());
+}
+
 using Builder = Made (*)(Request&);
 
 const std::map<std::string_view, Builder>& builders() {
@@ -135,7 +148,14 @@ const std::map<std::string_view, Builder>& builders() {
         {"cfa633", makeAlone<Cfa633>},
         {"cmosRelay", makeCmosRelay},
         {"com", makeOnBoard<Com>},
+        {"cpuDebug", makeVersioned<CpuDebug, false>},
+        {"csJtag", makeAlone<CsJtag>},
+        {"gpuDebug", makeOnBoard<GpuDebug>},
+        {"gpuScan", makeOnBoard<GpuScan>},
+        {"hdt", makeVersioned<Hdt, true>},
         {"i2c", makeI2c},
+        {"jtag", makeVersioned<Jtag, false>},
+        {"kelvorGpuDebugMux", makeAlone<KelvorGpuDebugMux>},
         {"lpc", makeOnBoard<Lpc>},
         {"lpcPostCode", makePostCode},
         {"lpcRomEmulation", makeOnBoard<LpcRomEmulation>},
