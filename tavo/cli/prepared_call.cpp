@@ -109,17 +109,17 @@ dto::Params makeParams(const std::string& fullName, const MethodRow& row,
     return {std::move(request)};
 }
 
-std::string elementText(const Value& element) { return "    - " + element.toString() + "\n"; }
-
 std::string memberText(const Value::Member& member) {
     const auto* list = std::get_if<Value::List>(&member.value.data);
     const bool hasRecords =
         list && !list->empty() && std::holds_alternative<Value::Record>(list->front().data);
+    if (std::holds_alternative<Value::Record>(member.value.data))
+        return fmt::format("  {} = {{{}}}\n", member.name, member.value.toString());
     if (!hasRecords)
         return fmt::format("  {} = {}\n", member.name, member.value.toString());
     auto text = fmt::format("  {}:\n", member.name);
     for (const auto& element : *list)
-        text += elementText(element);
+        text += fmt::format("    - {}\n", element.toString());
     return text;
 }
 
