@@ -14,21 +14,6 @@
 
 namespace support {
 
-/// Reads one request and yields its bytes.
-inline Bytes readRequest(RawConnection& connection) {
-    const auto number = [](const Bytes& bytes, std::size_t at) {
-        return std::uint32_t{bytes[at]} << 24 | std::uint32_t{bytes[at + 1]} << 16 |
-               std::uint32_t{bytes[at + 2]} << 8 | std::uint32_t{bytes[at + 3]};
-    };
-    auto request = connection.read(8);
-    const auto count = number(request, 4);
-    for (std::uint32_t i = 0; i < count; ++i) {
-        const auto head = connection.read(12);
-        request = joined({request, head, connection.read(number(head, 8))});
-    }
-    return request;
-}
-
 /// Serves an appliance in memory on a real socket, one connection after the other, from construction to
 /// destruction. The appliance is reached through change() meanwhile.
 class ApplianceServer {
@@ -111,7 +96,7 @@ private:
                 continue;
             if (connection.atEnd())
                 break;
-            const auto request = readRequest(connection);
+            const auto request = connection.readRequest();
             const auto [reply, fault] = answer(request);
             if (fault)
                 fault(connection, reply);

@@ -2,26 +2,16 @@
 
 #include <chrono>
 #include <condition_variable>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <mutex>
 #include <thread>
 
+#include <tavo/simulator/internal/thread_without_signals.h>
+
 namespace support {
 
-/// Starts a thread that receives no signals, so that those of a test reach the thread that they are meant
-/// for.
-template <class Function>
-std::thread threadWithoutSignals(Function function) {
-    sigset_t all;
-    sigset_t before;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before);
-    std::thread thread(std::move(function));
-    pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    return thread;
-}
+using TAVO::simulator::threadWithoutSignals;
 
 /// Ends the test program when it is not destroyed in time: the calls under test wait without a limit.
 class HangGuard {

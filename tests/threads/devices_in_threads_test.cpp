@@ -81,7 +81,7 @@ TEST(DevicesInThreads, FailAtOnceEachWithItsOwnText) {
     std::vector<std::thread> threads;
     for (int i = 0; i < 4; ++i)
         threads.emplace_back([&right] {
-            support::RawListener listener;
+            support::GuardedListener listener;
             listener.stop();
             for (int round = 0; round < rounds; ++round) {
                 try {

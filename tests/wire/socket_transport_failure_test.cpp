@@ -19,6 +19,7 @@ using support::Bytes;
 using support::bytesOf;
 using support::pattern;
 using support::RawConnection;
+using support::GuardedListener;
 using support::RawListener;
 using support::ScriptedServer;
 using TAVO::SocketTransport;
@@ -62,13 +63,13 @@ TEST(SocketTransportFailure, NamesHostPortAndResolverTextOfAHostThatDoesNotResol
 }
 
 TEST(SocketTransportFailure, NamesHostPortAndSystemTextOfAPortThatRefuses) {
-    RawListener listener;
+    GuardedListener listener;
     listener.stop();
     EXPECT_EQ(networkErrorOf([&] { SocketTransport("127.0.0.1", listener.portText()); }), refusal(listener));
 }
 
 TEST(SocketTransportFailure, ReportsThatNoSocketCanBeCreated) {
-    RawListener listener;
+    GuardedListener listener;
     SocketTransport transport("127.0.0.1", listener.portText());
     rlimit before{};
     getrlimit(RLIMIT_NOFILE, &before);
@@ -88,7 +89,7 @@ TEST(SocketTransportFailure, ReportsThatNoSocketCanBeCreated) {
 }
 
 TEST(SocketTransportFailure, ReconnectsSilentlyWhenThePeerHasClosed) {
-    RawListener listener;
+    GuardedListener listener;
     SocketTransport transport("127.0.0.1", listener.portText());
     listener.accept().close();
 
@@ -101,7 +102,7 @@ TEST(SocketTransportFailure, ReconnectsSilentlyWhenThePeerHasClosed) {
 }
 
 TEST(SocketTransportFailure, ReconnectsSilentlyWhenThePeerHasReset) {
-    RawListener listener;
+    GuardedListener listener;
     SocketTransport transport("127.0.0.1", listener.portText());
     listener.accept().reset();
 
@@ -110,7 +111,7 @@ TEST(SocketTransportFailure, ReconnectsSilentlyWhenThePeerHasReset) {
 }
 
 TEST(SocketTransportFailure, ReconnectsAsOftenAsThePeerCloses) {
-    RawListener listener;
+    GuardedListener listener;
     SocketTransport transport("127.0.0.1", listener.portText());
     for (int i = 0; i < 5; ++i) {
         listener.accept().close();
@@ -121,7 +122,7 @@ TEST(SocketTransportFailure, ReconnectsAsOftenAsThePeerCloses) {
 }
 
 TEST(SocketTransportFailure, DropsReadAheadBytesWhenItConnectsAnew) {
-    RawListener listener;
+    GuardedListener listener;
     SocketTransport transport("127.0.0.1", listener.portText());
     auto first = listener.accept();
     first.write(bytesOf("answer and more"));
@@ -136,7 +137,7 @@ TEST(SocketTransportFailure, DropsReadAheadBytesWhenItConnectsAnew) {
 }
 
 TEST(SocketTransportFailure, ConnectsFirstWhenASendFindsItClosed) {
-    RawListener listener;
+    GuardedListener listener;
     SocketTransport transport("127.0.0.1", listener.portText());
     auto first = listener.accept();
     first.write(bytesOf("answer and more"));
@@ -152,7 +153,7 @@ TEST(SocketTransportFailure, ConnectsFirstWhenASendFindsItClosed) {
 }
 
 TEST(SocketTransportFailure, FailsToReceiveWhenClosed) {
-    RawListener listener;
+    GuardedListener listener;
     SocketTransport transport("127.0.0.1", listener.portText());
     transport.close();
     EXPECT_EQ(networkErrorOf([&] { receive(transport, 1); }),
@@ -160,7 +161,7 @@ TEST(SocketTransportFailure, FailsToReceiveWhenClosed) {
 }
 
 TEST(SocketTransportFailure, StaysClosedAfterAFailedReconnectUntilASendSucceeds) {
-    RawListener listener;
+    GuardedListener listener;
     SocketTransport transport("127.0.0.1", listener.portText());
     listener.accept().close();
     listener.stop();
@@ -175,7 +176,7 @@ TEST(SocketTransportFailure, StaysClosedAfterAFailedReconnectUntilASendSucceeds)
 }
 
 TEST(SocketTransportFailure, ReportsAPeerThatClosesBeforeAllBytesHaveCome) {
-    RawListener listener;
+    GuardedListener listener;
     SocketTransport transport("127.0.0.1", listener.portText());
     auto peer = listener.accept();
     peer.write(bytesOf("ans"));
@@ -202,7 +203,7 @@ TEST(SocketTransportFailure, ReportsAPeerThatResetsWhileItIsWaitedFor) {
 }
 
 TEST(SocketTransportFailure, ConnectsAnewAfterAReceiveHasFailed) {
-    RawListener listener;
+    GuardedListener listener;
     SocketTransport transport("127.0.0.1", listener.portText());
     listener.accept().close();
     EXPECT_THROW(receive(transport, 1), TAVO::NetworkError);
@@ -322,7 +323,7 @@ TEST(SocketTransportFailure, WorksWithADescriptorAbove1023) {
     if (before.rlim_max < 1100 || setrlimit(RLIMIT_NOFILE, &enough) != 0)
         GTEST_SKIP() << "no more than " << before.rlim_max << " descriptors are allowed";
 
-    RawListener listener;
+    GuardedListener listener;
     std::vector<support::Descriptor> occupied;
     do {
         occupied.emplace_back(::open("/dev/null", O_RDONLY | O_CLOEXEC));

@@ -15,6 +15,7 @@ namespace {
 using support::Bytes;
 using support::bytesOf;
 using support::pattern;
+using support::GuardedListener;
 using support::RawListener;
 using support::ScriptedServer;
 using TAVO::SocketTransport;
@@ -34,13 +35,13 @@ Bytes receive(SocketTransport& transport, std::size_t count) {
 /// A connected pair, both ends in this thread.
 class SocketTransportPair : public testing::Test {
 protected:
-    RawListener listener;
+    GuardedListener listener;
     SocketTransport transport{"127.0.0.1", listener.portText()};
     support::RawConnection peer{listener.accept()};
 };
 
 TEST(SocketTransport, IsConnectedOnceConstructed) {
-    RawListener listener;
+    GuardedListener listener;
     const SocketTransport transport("127.0.0.1", listener.portText());
     EXPECT_TRUE(listener.hasWaitingClient());
     EXPECT_EQ(transport.counters().connects, 1u);
@@ -48,7 +49,7 @@ TEST(SocketTransport, IsConnectedOnceConstructed) {
 }
 
 TEST(SocketTransport, ResolvesHostNames) {
-    RawListener listener;
+    GuardedListener listener;
     try {
         const SocketTransport transport("localhost", listener.portText());
         EXPECT_TRUE(listener.hasWaitingClient());

@@ -72,13 +72,13 @@ protected:
 const Bytes credentials = joined({text("alice"), text("secret")});
 
 TEST(TavoxDeviceConnection, IsMadeByTheConstructor) {
-    support::RawListener listener;
+    support::GuardedListener listener;
     const TAVOXDevice device("127.0.0.1", listener.port(), "", "", true);
     EXPECT_TRUE(listener.hasWaitingClient());
 }
 
 TEST(TavoxDeviceConnection, IsReportedWhenItCannotBeMade) {
-    support::RawListener listener;
+    support::GuardedListener listener;
     listener.stop();
     EXPECT_EQ(
         failureOf<TAVO::NetworkError>([&] { TAVOXDevice("127.0.0.1", listener.port(), "", "", false); }),
@@ -91,7 +91,7 @@ TEST(TavoxDeviceConnection, IsReportedWhenItCannotBeMade) {
 }
 
 TEST(TavoxDeviceConnection, NeedsTheDeviceObjectForWhatItAsks) {
-    support::RawListener listener;
+    support::GuardedListener listener;
     TAVOXDevice device("127.0.0.1", listener.port(), "", "", false);
     const std::string missing = "device object not found.";
     EXPECT_EQ(failureOf<TAVO::SpecificationError>([&] { device.getKey(); }), missing);

@@ -1,12 +1,12 @@
 #include <tavo/simulator/internal/server.h>
 
-#include <csignal>
 #include <stdexcept>
 #include <utility>
 
 #include <asio/post.hpp>
 
 #include <tavo/simulator/internal/session.h>
+#include <tavo/simulator/internal/thread_without_signals.h>
 
 namespace TAVO::simulator {
 
@@ -14,18 +14,6 @@ namespace {
 
 // How long to wait for a connection to end when there are no descriptors left for another one.
 constexpr std::chrono::milliseconds shortagePause{50};
-
-/// Signals belong to the threads of the program that embeds the simulator.
-template <class Function>
-std::thread threadWithoutSignals(Function function) {
-    sigset_t all;
-    sigset_t before;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before);
-    std::thread thread(std::move(function));
-    pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    return thread;
-}
 
 } // namespace
 
