@@ -1,6 +1,8 @@
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <random>
+#include <set>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -100,6 +102,18 @@ TEST(topology_file, builds_the_tree_that_it_describes) {
     const auto read = i2c->getTransferMethod(81, 0, {0}, 3);
     device->call(read);
     EXPECT_EQ(read->value().data, (std::vector<std::uint8_t>{0x0A, 0x0B, 0xFF}));
+}
+
+TEST(topology_file, shown_in_the_documents_builds_what_it_shows) {
+    std::ifstream document(TAVO_SOURCE_DIR "/docs/simulator-topologies.md");
+    const std::string text{std::istreambuf_iterator<char>(document), {}};
+    const auto begin = text.find("```json") + 7;
+    const TopologyFile file(text.substr(begin, text.find("```", begin) - begin));
+    Opened opened(file.path.string());
+    const auto device = opened.open();
+    Opened::object<TAVO::HWDebug::I2c_v1_0>(device, "rack.bus0");
+    Opened::object<CommonModules::Com_v1_0>(device, "rack.console");
+    EXPECT_EQ(Opened::object(device, "mystery")->version().text, "7");
 }
 
 TEST(topology_file, lets_versions_be_refused_and_children_be_missed) {
