@@ -63,7 +63,8 @@ std::vector<std::string> slipsIn(const std::vector<CallWords::Assignment>& assig
                                  const std::vector<FieldDescription>& fields) {
     std::vector<std::string> slips;
     std::vector<std::string> seen;
-    for (const auto& [name, text] : assignments) {
+    for (const auto& assignment : assignments) {
+        const auto& name = assignment.field;
         const auto isNamed = [&](const auto& field) { return field.name == name; };
         if (std::none_of(fields.begin(), fields.end(), isNamed))
             slips.push_back(fmt::format("there is no field '{}'", name));
