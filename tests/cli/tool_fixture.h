@@ -53,24 +53,11 @@ private:
         TAVO::TAVOXTranscode::row<TAVO::TAVOXTranscode::None, TAVO::TAVOXTranscode::None>("identify");
 };
 
-/// The tool against a simulated device in the test's own process, as its user engineer. The device has relays
-/// "power" and "cmos" and a rack "bench", which holds the relays "fan" and "lamp" and a rack "drawer" with
-/// the relays "left" and "right".
-class ToolTest : public testing::Test {
+/// The tool against a simulated device in the test's own process, as its user engineer.
+class SimulatedTool : public testing::Test {
 protected:
-    ToolTest()
-        : simulator({.topology = "bare"}) {
-        simulator.inspect([](TAVO::simulator::Appliance& appliance) {
-            using TAVO::simulator::Relay;
-            appliance.add<Relay>("power");
-            appliance.add<TAVO::simulator::CmosRelay>("cmos");
-            auto& bench = appliance.add<Rack>("bench");
-            bench.add<Relay>("lamp");
-            bench.add<Relay>("fan");
-            auto& drawer = bench.add<Rack>("drawer");
-            drawer.add<Relay>("left");
-            drawer.add<Relay>("right");
-        });
+    explicit SimulatedTool(const std::string& topology = "standard")
+        : simulator({.topology = topology}) {
         simulator.start();
     }
 
@@ -105,6 +92,26 @@ protected:
     }
 
     TAVO::simulator::Simulator simulator;
+};
+
+/// The tool against a device that has relays "power" and "cmos" and a rack "bench", which holds the relays
+/// "fan" and "lamp" and a rack "drawer" with the relays "left" and "right".
+class ToolTest : public SimulatedTool {
+protected:
+    ToolTest()
+        : SimulatedTool("bare") {
+        simulator.inspect([](TAVO::simulator::Appliance& appliance) {
+            using TAVO::simulator::Relay;
+            appliance.add<Relay>("power");
+            appliance.add<TAVO::simulator::CmosRelay>("cmos");
+            auto& bench = appliance.add<Rack>("bench");
+            bench.add<Relay>("lamp");
+            bench.add<Relay>("fan");
+            auto& drawer = bench.add<Rack>("drawer");
+            drawer.add<Relay>("left");
+            drawer.add<Relay>("right");
+        });
+    }
 };
 
 } // namespace tool_test

@@ -1,0 +1,38 @@
+#include <tavo/cli/object_choice.h>
+
+namespace TAVO::cli {
+
+std::shared_ptr<Object_v1_0> chooseObject(Session& session, const std::string& fullName, const char* kind,
+                                          const std::function<bool(const Object_v1_0&)>& suits) {
+    if (!fullName.empty()) {
+        auto named = session.find(fullName);
+        if (!suits(*named))
+            throw Failure(ExitCode::notFound, fmt::format("'{}' is no {}", fullName, kind));
+        return named;
+    }
+    std::shared_ptr<Object_v1_0> chosen;
+    std::string candidates;
+    for (const auto& object : session.objects())
+        if (suits(*object)) {
+            candidates += (chosen ? ", " : "") + object->getFullName();
+            chosen = object;
+        }
+    if (!chosen)
+        throw Failure(ExitCode::notFound, fmt::format("the device has no {}", kind));
+    if (candidates != chosen->getFullName())
+        throw Failure(ExitCode::notFound,
+                      fmt::format("which {}? --object NAME chooses one of: {}", kind, candidates));
+    return chosen;
+}
+
+bool offers(const Object_v1_0& object, const std::string& method) {
+    try {
+        static_cast<void>(object.getMethodID(method));
+        static_cast<void>(object.getEncoder(method));
+        return true;
+    } catch (const SpecificationError&) {
+        return false;
+    }
+}
+
+} // namespace TAVO::cli
