@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <chrono>
 #include <exception>
 
@@ -18,22 +19,27 @@ public:
     int signal;
 };
 
-/// While one exists, SIGINT and SIGTERM become Interrupted at the next pause(). For commands that wait in
-/// loops; there is one at a time.
+/// While one exists, SIGINT, SIGTERM and SIGHUP, unless they are ignored, become Interrupted at the next
+/// wait. A second one ends the process at once: the first may have come while the device does not answer. For
+/// commands that wait in loops; there is one at a time.
 class InterruptWatch {
 public:
-    InterruptWatch();
+    /// @param lastWill what has to be done before the process ends at once; it runs in a signal handler.
+    explicit InterruptWatch(void (*lastWill)() = nullptr);
     InterruptWatch(const InterruptWatch&) = delete;
     InterruptWatch& operator=(const InterruptWatch&) = delete;
     ~InterruptWatch();
 
     /// Sleeps for that long.
     /// @throws Interrupted at once when a signal comes or came.
-    void pause(std::chrono::milliseconds time);
+    void pause(std::chrono::milliseconds time) { waitForInput(-1, time); }
+    /// Waits no longer than that for something to read, or the end, from `descriptor`.
+    /// @return whether there is. @throws as pause().
+    bool waitForInput(int descriptor, std::chrono::milliseconds time);
 
 private:
-    struct sigaction beforeInt_ {};
-    struct sigaction beforeTerm_ {};
+    static constexpr std::array signals_ = {SIGINT, SIGTERM, SIGHUP};
+    std::array<struct sigaction, signals_.size()> before_{};
 };
 
 /// Ends the process by the signal's own effect.

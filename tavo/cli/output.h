@@ -26,7 +26,7 @@ public:
     /// Tells a failure on the standard error stream.
     void tell(const FailureReport& report);
 
-    /// Call it last: makes sure that everything has arrived.
+    /// Call it last, and after what has to be seen at once: makes sure that everything has arrived.
     /// @throws Failure when the standard output cannot take what was written.
     void finish();
 

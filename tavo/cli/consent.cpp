@@ -1,0 +1,26 @@
+#include <tavo/cli/consent.h>
+
+#include <cstdio>
+#include <iostream>
+
+#include <unistd.h>
+
+#include <tavo/cli/failure.h>
+#include <tavo/cli/output.h>
+
+namespace TAVO::cli {
+
+void requireConsent(const std::string& question, bool given) {
+    if (given)
+        return;
+    if (::isatty(STDIN_FILENO) != 1)
+        throw Failure(ExitCode::usage, "--yes is needed, for there is no terminal to ask at");
+    std::fputs((printable(question) + " [y/N] ").c_str(), stderr);
+    std::fflush(stderr);
+    std::string answer;
+    std::getline(std::cin, answer);
+    if (answer != "y" && answer != "Y" && answer != "yes")
+        throw Failure(ExitCode::usage, "nothing was done, for the answer was not yes");
+}
+
+} // namespace TAVO::cli
