@@ -135,6 +135,11 @@ TEST_F(TavoxDevice, RefusesNullMethods) {
     EXPECT_NO_THROW(device->callMethods({}));
 }
 
+TEST_F(TavoxDevice, RefusesAnEmptyPointerToAQueue) {
+    EXPECT_EQ(failureOf<TAVO::Error>([&] { device->multicall(nullptr); }), "NULL multicall queue");
+    EXPECT_TRUE(calls().empty());
+}
+
 // The lock.
 
 TEST_F(TavoxDevice, SendsItsCredentialsAndThenTheLockIdWithEveryRequest) {

@@ -7,8 +7,8 @@
 
 #include <tavo/client/device/device_v1_0.h>
 #include <tavo/client/device/server_keys.h>
-#include <tavo/client/wire/error.h>
 #include <tavo/client/wire/call_exchange.h>
+#include <tavo/client/wire/error.h>
 #include <tavo/client/wire/socket_transport.h>
 
 namespace TAVO {
@@ -43,7 +43,11 @@ void TAVOXDevice::call(std::shared_ptr<Method> method) {
     connection_->exchange.run(lockId_, std::span(&method, 1));
 }
 
-void TAVOXDevice::multicall(std::shared_ptr<MulticallQueue> queue) { callMethods(queue->getMethods()); }
+void TAVOXDevice::multicall(std::shared_ptr<MulticallQueue> queue) {
+    if (!queue)
+        throw Error("NULL multicall queue");
+    callMethods(queue->getMethods());
+}
 
 void TAVOXDevice::callMethods(std::deque<std::shared_ptr<Method>> methods) {
     const std::vector<std::shared_ptr<Method>> batch(std::make_move_iterator(methods.begin()),
