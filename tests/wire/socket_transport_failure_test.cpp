@@ -17,9 +17,9 @@ namespace {
 
 using support::Bytes;
 using support::bytesOf;
+using support::GuardedListener;
 using support::pattern;
 using support::RawConnection;
-using support::GuardedListener;
 using support::RawListener;
 using support::ScriptedServer;
 using TAVO::SocketTransport;

@@ -14,8 +14,8 @@ namespace {
 
 using support::Bytes;
 using support::bytesOf;
-using support::pattern;
 using support::GuardedListener;
+using support::pattern;
 using support::RawListener;
 using support::ScriptedServer;
 using TAVO::SocketTransport;
