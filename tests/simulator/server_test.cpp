@@ -29,6 +29,14 @@ protected:
             request.insert(request.end(), call.begin(), call.end());
         return request;
     }
+    /// A connection that is closed before the simulator has accepted it, or read all of it, is reset.
+    static bool hasEnded(RawClient& client) {
+        try {
+            return client.receive().empty();
+        } catch (const std::runtime_error& failure) {
+            return std::string(failure.what()) == "reset";
+        }
+    }
     bool works() { return answerTo(requestBytes(0, {call("power", "get")})) == replyWith({{0, 0, 0, 0, 0}}); }
 };
 
@@ -156,9 +164,9 @@ TEST_F(Server, stopsWhileClientsAreConnected) {
     half.send({0, 0, 0});
     ASSERT_TRUE(soon([&] { return simulator.requestCount() == 1; }));
     simulator.stop();
-    EXPECT_EQ(idle.receive(), Bytes{});
     EXPECT_EQ(sleeper.receive(), Bytes{});
-    EXPECT_EQ(half.receive(), Bytes{});
+    EXPECT_TRUE(hasEnded(idle));
+    EXPECT_TRUE(hasEnded(half));
     EXPECT_THROW(RawClient(simulator.port()), std::runtime_error);
     EXPECT_EQ(simulator.openConnections(), 0u);
 }
