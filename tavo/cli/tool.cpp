@@ -60,6 +60,15 @@ void describe(CLI::App& tool, Program& program) {
     addRelay(tool, program);
     addTime(tool, program);
     addFirmware(tool, program);
+    addHeader(tool, program);
+    addJtag(tool, program);
+    addHdt(tool, program);
+    addGpu(tool, program);
+    addI2c(tool, program);
+    addPost(tool, program);
+    addRom(tool, program);
+    addSerial(tool, program);
+    addLcd(tool, program);
 }
 
 /// Sets the program's action, or writes the help that was asked for and leaves it empty.

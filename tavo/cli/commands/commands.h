@@ -15,5 +15,14 @@ void addBatch(CLI::App& tool, Program& program);
 void addRelay(CLI::App& tool, Program& program);
 void addTime(CLI::App& tool, Program& program);
 void addFirmware(CLI::App& tool, Program& program);
+void addHeader(CLI::App& tool, Program& program);
+void addJtag(CLI::App& tool, Program& program);
+void addHdt(CLI::App& tool, Program& program);
+void addGpu(CLI::App& tool, Program& program);
+void addI2c(CLI::App& tool, Program& program);
+void addPost(CLI::App& tool, Program& program);
+void addRom(CLI::App& tool, Program& program);
+void addSerial(CLI::App& tool, Program& program);
+void addLcd(CLI::App& tool, Program& program);
 
 } // namespace TAVO::cli

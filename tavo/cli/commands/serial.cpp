@@ -1,0 +1,196 @@
+#include <tavo/cli/commands/commands.h>
+
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <tavo/cli/interrupt.h>
+#include <tavo/cli/json_value.h>
+#include <tavo/cli/object_choice.h>
+#include <tavo/cli/raw_terminal.h>
+#include <tavo/cli/serial_link.h>
+
+namespace TAVO::cli {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using Seconds = std::chrono::duration<double>;
+
+constexpr char leaveKey = 0x1d; // Ctrl-]
+constexpr std::chrono::milliseconds lookInterval(40);
+
+struct Arguments {
+    std::string object;
+    int baud = 115200;
+    int dataBits = 8;
+    std::string parity = "none";
+    int stopBits = 1;
+    bool rtsCts = false;
+    bool dtrDsr = false;
+    bool xonXoff = false;
+    bool loopback = false;
+    double wait = 1;
+    std::string until;
+
+    dto::com::OpenRequest settings() const {
+        dto::com::OpenRequest request;
+        request.value1 = baud;
+        request.value2 = dataBits;
+        request.flag1 = parity != "none";
+        request.flag2 = parity == "even";
+        request.value3 = stopBits;
+        request.flag3 = rtsCts;
+        request.flag4 = dtrDsr;
+        request.flag5 = xonXoff;
+        request.flag6 = loopback;
+        return request;
+    }
+};
+
+/// What the user types or pipes in.
+class Input {
+public:
+    Input()
+        : terminal_(::isatty(STDIN_FILENO) == 1) {}
+
+    bool isTerminal() const { return terminal_; }
+    bool ended() const { return ended_; }
+
+    /// What there is, waiting no longer than `time` for it.
+    std::string take(InterruptWatch& watch, std::chrono::milliseconds time) {
+        if (ended_) {
+            watch.pause(time);
+            return {};
+        }
+        if (!watch.waitForInput(STDIN_FILENO, time))
+            return {};
+        std::array<char, 4096> part{};
+        const auto got = ::read(STDIN_FILENO, part.data(), part.size());
+        if (got < 0 && (errno == EINTR || errno == EAGAIN))
+            return {};
+        std::string bytes(part.data(), static_cast<std::size_t>(got < 0 ? 0 : got));
+        const auto leave = terminal_ ? bytes.find(leaveKey) : std::string::npos;
+        ended_ = got <= 0 || leave != std::string::npos;
+        bytes.resize(std::min(leave, bytes.size()));
+        return bytes;
+    }
+
+private:
+    bool terminal_;
+    bool ended_ = false;
+};
+
+class Console {
+public:
+    Console(SerialLink& link, Output& output, const Arguments& arguments)
+        : link_(link)
+        , output_(output)
+        , wait_(arguments.wait)
+        , text_(arguments.until) {}
+
+    /// Returns whether the wanted text came.
+    bool run(Input& input) {
+        InterruptWatch watch(RawTerminal::restore);
+        const RawTerminal terminal(STDIN_FILENO);
+        auto end = Clock::time_point::max();
+        auto pause = std::chrono::milliseconds(0);
+        for (;;) {
+            const bool last = Clock::now() >= end;
+            const auto typed = input.take(watch, pause);
+            const auto received = link_.exchange(typed);
+            if (takes(received))
+                return true;
+            if (last || (input.ended() && input.isTerminal()))
+                return false;
+            if (input.ended() && end == Clock::time_point::max())
+                end = Clock::now() + std::chrono::duration_cast<Clock::duration>(wait_);
+            pause = typed.empty() && received.empty() ? lookInterval : std::chrono::milliseconds(0);
+        }
+    }
+
+    const std::string& received() const { return received_; }
+
+private:
+    bool takes(const std::string& received) {
+        if (output_.isJson()) {
+            received_ += received;
+        } else if (!received.empty()) {
+            output_.write(received);
+            output_.finish();
+        }
+        return text_.sees(received);
+    }
+
+    SerialLink& link_;
+    Output& output_;
+    Seconds wait_;
+    TextWatch text_;
+    std::string received_;
+};
+
+void talk(Session& session, Output& output, const Arguments& arguments) {
+    Input input;
+    if (input.isTerminal() && output.isJson())
+        throw Failure(ExitCode::usage, "--json is not for a console on the terminal");
+    const auto port = chooseObject<CommonModules::Com_v1_0>(session, arguments.object, "serial port");
+    SerialLink link(session, port, arguments.settings());
+    if (input.isTerminal())
+        std::fputs(fmt::format("{}: Ctrl-] leaves\n", port->getFullName()).c_str(), stderr);
+    Console console(link, output, arguments);
+    const bool reached = console.run(input);
+    link.close();
+
+    nlohmann::json document = {{"object", port->getFullName()},
+                               {"received", toJson(Value(console.received()))}};
+    if (!arguments.until.empty())
+        document["reached"] = reached;
+    output.show(document, "");
+    if (input.isTerminal())
+        std::fputs("\n", stderr);
+    if (!arguments.until.empty() && !reached && !input.isTerminal())
+        throw Failure(ExitCode::refused, fmt::format("'{}' did not come", arguments.until));
+}
+
+} // namespace
+
+void addSerial(CLI::App& tool, Program& program) {
+    auto* serial = tool.add_subcommand("serial", "A console on the serial port: Ctrl-] leaves");
+    const auto arguments = std::make_shared<Arguments>();
+    serial->callback([&program, arguments] {
+        program.action = [arguments](Session& session, Output& output) { talk(session, output, *arguments); };
+    });
+    serial->add_option("--object", arguments->object,
+                       "Full name of the port; not needed where there is only one");
+
+    const auto line = "Line";
+    serial->add_option("--baud", arguments->baud, "Bits per second")->capture_default_str()->group(line);
+    serial->add_option("--bits", arguments->dataBits, "Data bits")->capture_default_str()->group(line);
+    serial->add_option("--parity", arguments->parity, "none, even or odd")
+        ->check(CLI::IsMember({"none", "even", "odd"}))
+        ->capture_default_str()
+        ->group(line);
+    serial->add_option("--stop", arguments->stopBits, "Stop bits")->capture_default_str()->group(line);
+    serial->add_flag("--rtscts", arguments->rtsCts, "RTS/CTS handshake")->group(line);
+    serial->add_flag("--dtrdsr", arguments->dtrDsr, "DTR/DSR handshake")->group(line);
+    serial->add_flag("--xonxoff", arguments->xonXoff, "XON/XOFF handshake")->group(line);
+    serial->add_flag("--loopback", arguments->loopback, "What is sent comes back")->group(line);
+
+    serial
+        ->add_option("--wait", arguments->wait,
+                     "How many seconds to listen after the end of an input that is no terminal")
+        ->check(CLI::Range(0.0, 1e6))
+        ->capture_default_str();
+    serial->add_option(
+        "--until", arguments->until,
+        "A text that ends it; with an input that is no terminal it is a failure when it does not come");
+}
+
+} // namespace TAVO::cli
