@@ -35,4 +35,15 @@ bool offers(const Object_v1_0& object, const std::string& method) {
     }
 }
 
+void requireOffer(const Object_v1_0& object, const std::string& method) {
+    if (!offers(object, method))
+        throw Failure(ExitCode::notFound, fmt::format("{} has no method '{}'", object.getFullName(), method));
+}
+
+std::shared_ptr<Method> callOf(const Object_v1_0& object, const std::string& method,
+                               const dto::Params& params) {
+    requireOffer(object, method);
+    return std::make_shared<Method>(method, object, params);
+}
+
 } // namespace TAVO::cli

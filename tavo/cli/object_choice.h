@@ -30,11 +30,17 @@ auto chooseObject(Session& session, const std::string& fullName, const char* kin
 
 /// Whether the device lists the method and the client knows its records.
 bool offers(const Object_v1_0& object, const std::string& method);
+/// @throws Failure (not found) otherwise.
+void requireOffer(const Object_v1_0& object, const std::string& method);
 
 /// A call by name, for methods that no operation of a proxy makes.
+/// @throws Failure (not found) when the object does not offer it.
+std::shared_ptr<Method> callOf(const Object_v1_0& object, const std::string& method,
+                               const dto::Params& params = {});
 template <class Result>
 std::shared_ptr<BoundMethod<Result>> callOf(const Object_v1_0& object, const std::string& method,
                                             const dto::Params& params = {}) {
+    requireOffer(object, method);
     return std::make_shared<BoundMethod<Result>>(method, object, params);
 }
 

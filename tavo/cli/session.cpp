@@ -124,10 +124,13 @@ void Session::run(const std::vector<std::shared_ptr<Method>>& methods) {
     }
 }
 
-void Session::execute(const std::shared_ptr<Method>& method) {
-    run({method});
-    requireSuccess(*method);
+void Session::runAll(const std::vector<std::shared_ptr<Method>>& methods) {
+    run(methods);
+    for (const auto& method : methods)
+        requireSuccess(*method);
 }
+
+void Session::execute(const std::shared_ptr<Method>& method) { runAll({method}); }
 
 void requireSuccess(const Method& method) {
     if (method.returnCode() != 0)

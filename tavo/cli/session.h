@@ -60,6 +60,8 @@ public:
     /// @throws Failure (refused) for device errors that the library has under the name of its own faults,
     ///         otherwise what Device::multicall throws.
     void run(const std::vector<std::shared_ptr<Method>>& methods);
+    /// The same, and insists on the success of every call.
+    void runAll(const std::vector<std::shared_ptr<Method>>& methods);
     /// Executes one call and insists on its success.
     void execute(const std::shared_ptr<Method>& method);
     template <class Result>

@@ -1,0 +1,243 @@
+#include <tavo/cli/commands/commands.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <tavo/cli/command_group.h>
+#include <tavo/cli/object_choice.h>
+
+namespace TAVO::cli {
+
+namespace {
+
+using HWDebug::Hdt;
+using HWDebug::Hdt_v1_1;
+using nlohmann::json;
+
+struct Arguments {
+    std::string object;
+    std::string state;
+    std::vector<bool> mask;
+    std::int32_t trigger = 0;
+};
+
+std::shared_ptr<Hdt> chooseHdt(Session& session, const Arguments& arguments) {
+    return chooseObject<Hdt>(session, arguments.object, "hdt");
+}
+
+std::shared_ptr<Hdt_v1_1> chooseNewerHdt(Session& session, const Arguments& arguments) {
+    return chooseObject<Hdt_v1_1>(session, arguments.object, "hdt above version 1.0");
+}
+
+/// Calls of one exchange, with what is made of each one's result.
+class StatusReading {
+public:
+    template <class Result, class Show>
+    void add(const char* key, std::shared_ptr<BoundMethod<Result>> method, Show show) {
+        methods_.push_back(method);
+        entries_.push_back({key, [method, show = std::move(show)] { return show(method->value()); }});
+    }
+
+    void run(Session& session) { session.runAll(methods_); }
+    void fill(json& document) const {
+        for (const auto& [key, value] : entries_)
+            document[key] = value();
+    }
+
+private:
+    std::vector<std::shared_ptr<Method>> methods_;
+    std::vector<std::pair<const char*, std::function<json()>>> entries_;
+};
+
+json levelOf(const dto::Header::iGetReply& reply) { return reply.level; }
+json linesOf(const std::vector<bool>& lines) { return lines; }
+json linesOfBytes(const dto::hdt::OptionDbrdyMaskGetReply& reply) {
+    std::vector<bool> lines;
+    for (const auto byte : reply.mask)
+        lines.push_back(byte != 0);
+    return lines;
+}
+json enableOf(const dto::Header::EnableGetReply& reply) { return reply.enable; }
+json frequencyOf(const dto::hdt::FrequencyGetReply& reply) { return reply.frequency; }
+
+void addNewer(StatusReading& reading, const Hdt_v1_1& hdt) {
+    reading.add("dbrdyMask", hdt.getOptionDbrdyMaskGetMethod(), linesOfBytes);
+    reading.add("dbreqSource", hdt.getIoDbreqSourceSnapshotGetMethod(),
+                [](const auto& reply) { return json(reply.source); });
+    reading.add("dbreqOnTrigger", hdt.getOptionDbreqOnTriggerGetMethod(), [](const auto& reply) {
+        return json::array({{{"enable", reply.flag1}, {"trigger", reply.value1}},
+                            {{"enable", reply.flag2}, {"trigger", reply.value2}}});
+    });
+    reading.add("frequency", hdt.getOptionFrequencyGetMethod(), frequencyOf);
+}
+
+json readStatus(Session& session, const Hdt& hdt) {
+    StatusReading reading;
+    reading.add("enable", hdt.getEnableGetMethod(), enableOf);
+    reading.add("dbreq", hdt.getIoDbreqGetMethod(), levelOf);
+    reading.add("dbrdy", hdt.getIoDbrdyGetMethod(), linesOf);
+    reading.add("dbrdySnapshot", hdt.getIoDbrdySnapShotGetMethod(), linesOf);
+    reading.add("reset", hdt.getIoResetGetMethod(), levelOf);
+    reading.add("pwrok", hdt.getIoPwrokGetMethod(), levelOf);
+    const auto option = [](const auto& reply) { return json(reply.enable); };
+    reading.add("dbreqOnDbrdy", hdt.getOptionDbreqOnDbrdyGetMethod(), option);
+    reading.add("dbreqOnReset", hdt.getOptionDbreqOnResetGetMethod(), option);
+    reading.add("dbreqPulseWidth", hdt.getOptionDbreqPulseWidthGetMethod(),
+                [](const auto& reply) { return json(reply.pulseWidth); });
+    if (const auto* newer = dynamic_cast<const Hdt_v1_1*>(&hdt))
+        addNewer(reading, *newer);
+    else
+        reading.add("frequency", callOf<dto::hdt::FrequencyGetReply>(hdt, "frequencyGet"), frequencyOf);
+    reading.run(session);
+    json status{{"object", hdt.getFullName()}};
+    reading.fill(status);
+    return status;
+}
+
+int bit(const json& flag) { return flag.get<bool>() ? 1 : 0; }
+const char* onOff(const json& flag) { return flag.get<bool>() ? "on" : "off"; }
+
+std::string linesText(const json& lines) {
+    std::vector<int> bits;
+    for (const auto& line : lines)
+        bits.push_back(bit(line));
+    return fmt::format("{}", fmt::join(bits, " "));
+}
+
+std::string sourceText(std::int32_t source) {
+    static constexpr const char* names[] = {"none", "command", "DBRDY", "reset", "trigger"};
+    const bool known = source >= 0 && source < static_cast<std::int32_t>(std::size(names));
+    return known ? fmt::format("{} {}", source, names[source]) : fmt::format("{}", source);
+}
+
+std::string statusText(const json& status) {
+    std::string text;
+    const auto line = [&text](const char* name, const std::string& value) {
+        text += fmt::format("{:<15}  {}\n", name, value);
+    };
+    line("power good", status["pwrok"].get<bool>() ? "yes" : "no");
+    line("in reset", status["reset"].get<bool>() ? "yes" : "no");
+    line("DBREQ", fmt::format("{}", bit(status["dbreq"])));
+    line("DBRDY", linesText(status["dbrdy"]));
+    line("DBRDY snapshot", linesText(status["dbrdySnapshot"]));
+    if (status.contains("dbrdyMask")) {
+        line("DBRDY mask", linesText(status["dbrdyMask"]));
+        line("DBREQ source", sourceText(status["dbreqSource"].get<std::int32_t>()));
+    }
+    line("enable", onOff(status["enable"]));
+    line("DBREQ on DBRDY", onOff(status["dbreqOnDbrdy"]));
+    line("DBREQ on reset", onOff(status["dbreqOnReset"]));
+    if (status.contains("dbreqOnTrigger"))
+        for (const auto& choice : status["dbreqOnTrigger"])
+            line("DBREQ on trigger",
+                 fmt::format("{}: {}", choice["trigger"].get<std::int32_t>(), onOff(choice["enable"])));
+    line("DBREQ pulse", fmt::format("{} ns", status["dbreqPulseWidth"].get<std::int32_t>()));
+    line("frequency", fmt::format("{} Hz", status["frequency"].get<std::uint64_t>()));
+    return text;
+}
+
+void showStatus(Session& session, Output& output, const Arguments& arguments) {
+    const auto hdt = chooseHdt(session, arguments);
+    const auto status = readStatus(session, *hdt);
+    output.show(status, statusText(status));
+}
+
+void showDone(Output& output, const Object_v1_0& object) {
+    output.show({{"object", object.getFullName()}, {"returnCode", 0}}, "");
+}
+
+void setRequest(Session& session, Output& output, const Arguments& arguments) {
+    const auto hdt = chooseHdt(session, arguments);
+    session.execute(hdt->getIoDbreqSetMethod(arguments.state == "on"));
+    showDone(output, *hdt);
+}
+
+void clearSnapshots(Session& session, Output& output, const Arguments& arguments) {
+    const auto hdt = chooseHdt(session, arguments);
+    std::vector<std::shared_ptr<Method>> batch{hdt->getIoDbrdySnapshotClearMethod()};
+    if (const auto newer = std::dynamic_pointer_cast<Hdt_v1_1>(hdt))
+        batch.push_back(newer->getIoDbreqSourceSnapshotClearMethod());
+    session.runAll(batch);
+    showDone(output, *hdt);
+}
+
+void setOrShowMask(Session& session, Output& output, const Arguments& arguments) {
+    const auto hdt = chooseNewerHdt(session, arguments);
+    const auto get = hdt->getOptionDbrdyMaskGetMethod();
+    std::vector<std::shared_ptr<Method>> batch;
+    if (!arguments.mask.empty())
+        batch.push_back(hdt->getOptionDbrdyMaskSet(arguments.mask));
+    batch.push_back(get);
+    session.runAll(batch);
+    const auto mask = linesOfBytes(get->value());
+    output.show({{"object", hdt->getFullName()}, {"dbrdyMask", mask}}, linesText(mask) + "\n");
+}
+
+void showTrigger(Session& session, Output& output, const Arguments& arguments) {
+    const auto hdt = chooseNewerHdt(session, arguments);
+    const auto level = hdt->getIoTriggerGetMethod(arguments.trigger);
+    const auto setup = hdt->getOptionTriggerSetupGetMethod(arguments.trigger);
+    session.runAll({level, setup});
+    const bool now = level->value().level;
+    const auto values = setup->value();
+    output.show(
+        {{"object", hdt->getFullName()},
+         {"trigger", arguments.trigger},
+         {"level", now},
+         {"setup",
+          {{"mode", values.value1},
+           {"edge", values.value2},
+           {"pulseWidth", values.value3},
+           {"count", values.value4},
+           {"delay", values.value5},
+           {"invert", values.value6},
+           {"source", values.value7}}}},
+        fmt::format("level {}\nmode {}, edge {}, pulse width {} ns, count {}, delay {} ns, invert {}, "
+                    "source {}\n",
+                    now ? 1 : 0, values.value1, values.value2, values.value3, values.value4, values.value5,
+                    values.value6, values.value7));
+}
+
+void setTrigger(Session& session, Output& output, const Arguments& arguments) {
+    const auto hdt = chooseNewerHdt(session, arguments);
+    session.execute(hdt->getIoTriggerSetMethod(arguments.trigger, arguments.state == "on"));
+    showDone(output, *hdt);
+}
+
+CLI::Option* addState(CLI::App* command, Arguments& arguments) {
+    return command->add_option("state", arguments.state, "on or off")
+        ->required()
+        ->check(CLI::IsMember({"on", "off"}));
+}
+
+} // namespace
+
+void addHdt(CLI::App& tool, Program& program) {
+    CommandGroup<Arguments> hdt(tool, program, "hdt", "Look at a processor's debug signals and drive them");
+    auto& arguments = hdt.arguments();
+    hdt.group().add_option("--object", arguments.object,
+                           "Full name of the hdt object; needed when there are several");
+    hdt.add("status", "All signals, snapshots and options", showStatus);
+    addState(hdt.add("request", "Assert DBREQ (on) or release it (off)", setRequest), arguments);
+    hdt.nested("snapshot", "The snapshots of DBRDY and of the source of DBREQ")
+        .add("clear", "Forget both", clearSnapshots);
+    hdt.add("mask", "Tell which DBRDY lines take part, or set it", setOrShowMask)
+        ->add_option("lines", arguments.mask, "0 or 1 for each line");
+    auto trigger = hdt.nested("trigger", "The trigger lines");
+    const auto addIndex = [&](CLI::App* command) {
+        command->add_option("index", arguments.trigger, "Which trigger")->required();
+        return command;
+    };
+    addIndex(trigger.add("get", "The level of a trigger, and its setup", showTrigger));
+    addState(addIndex(trigger.add("set", "Drive a trigger", setTrigger)), arguments);
+}
+
+} // namespace TAVO::cli

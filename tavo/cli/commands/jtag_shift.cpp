@@ -1,0 +1,91 @@
+#include <tavo/cli/commands/jtag.h>
+
+#include <charconv>
+#include <stdexcept>
+
+#include <fmt/format.h>
+
+namespace TAVO::cli {
+
+namespace {
+
+struct Shift {
+    JtagRegister target;
+    BitString bits;
+};
+
+[[noreturn]] void refuse(const std::string& problem) {
+    throw Failure(ExitCode::usage, problem + "; each shift is ir|dr BITS HEX");
+}
+
+JtagRegister parseTarget(const std::string& word) {
+    if (word == "ir")
+        return JtagRegister::instruction;
+    if (word == "dr")
+        return JtagRegister::data;
+    refuse(fmt::format("'{}' is neither ir nor dr", word));
+}
+
+std::size_t parseCount(const std::string& word) {
+    std::uint32_t count = 0;
+    const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), count);
+    if (error != std::errc() || end != word.data() + word.size() || count > 0x7FFFFFFF)
+        refuse(fmt::format("'{}' is no number of bits", word));
+    return count;
+}
+
+std::vector<Shift> parseShifts(const std::vector<std::string>& words, BitNotation notation) {
+    if (words.size() % 3 != 0)
+        refuse(fmt::format("{} words are no whole shifts", words.size()));
+    std::vector<Shift> shifts;
+    for (std::size_t word = 0; word < words.size(); word += 3)
+        try {
+            const auto target = parseTarget(words[word]);
+            shifts.push_back({target, parseBits(parseCount(words[word + 1]), words[word + 2], notation)});
+        } catch (const std::invalid_argument& error) {
+            refuse(error.what());
+        }
+    return shifts;
+}
+
+const char* nameOf(JtagRegister target) { return target == JtagRegister::instruction ? "ir" : "dr"; }
+
+std::string shown(const BitString& bits, BitNotation notation) {
+    const auto text = bitsText(bits, notation);
+    return text.empty() ? "-" : text;
+}
+
+} // namespace
+
+void shiftBits(Session& session, Output& output, const JtagArguments& arguments) {
+    const auto notation = arguments.bytes ? BitNotation::bytes : BitNotation::number;
+    const auto shifts = parseShifts(arguments.shifts, notation);
+    const auto jtag = chooseJtag(session, arguments);
+    std::vector<ShiftCall> calls;
+    for (const auto& shift : shifts)
+        calls.push_back(shiftCall(*jtag, shift.target, shift.bits));
+    session.run({calls.begin(), calls.end()});
+
+    auto documents = nlohmann::json::array();
+    auto text = fmt::format("{}\n", arguments.bytes ? "bytes in the order of shifting"
+                                                    : "numbers, the lowest bit is shifted first");
+    for (std::size_t i = 0; i < calls.size(); ++i) {
+        const auto& [target, bits] = shifts[i];
+        const auto captured = capturedBy(calls[i]);
+        documents.push_back({{"register", nameOf(target)},
+                             {"bits", bits.size()},
+                             {"in", bitsText(bits, notation)},
+                             {"out", bitsText(captured, notation)},
+                             {"returnCode", calls[i]->returnCode()}});
+        text += fmt::format("{} {}  in {}  out {}\n", nameOf(target), bits.size(), shown(bits, notation),
+                            shown(captured, notation));
+    }
+    output.show({{"object", jtag->getFullName()},
+                 {"notation", arguments.bytes ? "bytes" : "number"},
+                 {"shifts", documents}},
+                text);
+    for (const auto& call : calls)
+        requireSuccess(*call);
+}
+
+} // namespace TAVO::cli
