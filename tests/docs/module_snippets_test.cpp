@@ -1,0 +1,247 @@
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <tests/simulator/simulator_fixture.h>
+
+// The code that the pages of docs/modules show, one test for each page.
+namespace {
+
+using namespace CommonModules;
+using namespace TAVO::HWDebug;
+using testing::ElementsAre;
+using Bytes = std::vector<std::uint8_t>;
+
+struct ModulePages : SimulatorFixture {
+    ModulePages() {
+        simulator.inspect([](Appliance& appliance) {
+            appliance.board()->setPower(true);
+            appliance.clock().advance(std::chrono::seconds(4));
+        });
+    }
+
+    std::shared_ptr<TAVO::Device> device = open();
+};
+
+TEST_F(ModulePages, jtag) {
+    const auto jtag = std::dynamic_pointer_cast<CpuDebug_v1_1>(device->getChild("cpu0"))->getJtag();
+    const auto idcode = jtag->getShiftDRMethod(32, {0, 0, 0, 0});
+    const auto queue = std::make_shared<TAVO::MulticallQueue>();
+    queue->add(jtag->getTapStateSetMethod(0)); // Test-Logic-Reset selects the IDCODE registers
+    queue->add(idcode);
+    device->multicall(queue);
+    const auto captured = idcode->value().data; // the bit that came first is the lowest of the first byte
+
+    EXPECT_EQ(captured, (Bytes{0xC3, 0xD0, 0x45, 0x2A}));
+}
+
+TEST_F(ModulePages, cs_jtag) {
+    const auto csJtag = std::dynamic_pointer_cast<CsJtag_v1_0>(device->getChild("csJtag"));
+    const auto state = csJtag->getJtag()->tapStateGetMethod();
+    device->call(state);
+    const bool isReset = state->value().state == 0;
+
+    EXPECT_TRUE(isReset);
+}
+
+TEST_F(ModulePages, hdt) {
+    const auto hdt = std::dynamic_pointer_cast<CpuDebug_v1_1>(device->getChild("cpu0"))->getHdt();
+    const auto halted = hdt->getIoDbrdyGetMethod();
+    const auto queue = std::make_shared<TAVO::MulticallQueue>();
+    queue->add(hdt->getIoDbreqSetMethod(true));
+    queue->add(device->getSystem()->getUSleepMethod(100));
+    queue->add(halted);
+    device->multicall(queue);
+    const std::vector<bool> cores = halted->value();
+
+    EXPECT_THAT(cores, ElementsAre(true, true, true, true));
+
+    const auto request = std::make_shared<TAVO::dto::hdt::ioDbrdyWaitRequest>();
+    request->lines = {1, 1, 0, 0};
+    request->timeout = 1000;
+    const auto wait = std::make_shared<TAVO::Method>("ioDbrdyWait", *hdt, TAVO::dto::Params{request});
+    device->call(wait);
+
+    EXPECT_EQ(wait->returnCode(), 0);
+}
+
+TEST_F(ModulePages, cpu_debug) {
+    const auto cpu = std::dynamic_pointer_cast<CpuDebug_v1_1>(device->getChild("cpu0"));
+    const auto status = cpu->getheaderStatusGetMethod();
+    const auto powerGood = cpu->getHdt()->getIoPwrokGetMethod();
+    const auto state = cpu->getJtag()->tapStateGetMethod();
+    const auto queue = std::make_shared<TAVO::MulticallQueue>();
+    queue->add(status);
+    queue->add(powerGood);
+    queue->add(state);
+    device->multicall(queue);
+
+    EXPECT_FALSE(status->value().headers.empty());
+    EXPECT_TRUE(powerGood->value().level);
+    EXPECT_EQ(state->returnCode(), 0);
+}
+
+TEST_F(ModulePages, i2c) {
+    const auto i2c = std::dynamic_pointer_cast<I2c_v1_0>(device->getChild("i2c"));
+    const auto temperature = i2c->getTransferMethod(0x48, 0, {0x00}, 2); // register 0, two bytes
+    device->call(temperature);
+    if (temperature->returnCode() != 0)
+        throw std::runtime_error("the sensor does not answer");
+    const int degrees = temperature->value().data.at(0);
+
+    EXPECT_EQ(degrees, 36);
+}
+
+TEST_F(ModulePages, gpu_scan) {
+    const auto scan = std::dynamic_pointer_cast<GpuDebug_v1_0>(device->getChild("gpu0"))->getGpuScan();
+    const auto bits = scan->getScanMethod(64);
+    device->call(bits);
+    const auto bytes = bits->value().data;
+
+    EXPECT_EQ(bytes, (Bytes{0xEF, 0xCD, 0xAB, 0x89, 0x67, 0x45, 0x23, 0x01}));
+}
+
+TEST_F(ModulePages, gpu_debug) {
+    const auto gpu = std::dynamic_pointer_cast<GpuDebug_v1_0>(device->getChild("gpu0"));
+    std::vector<std::uint8_t> content;
+    if (const auto i2c = gpu->getI2c()) { // the only child that may be missing
+        const auto read = i2c->getTransferMethod(0x50, 0, {0}, 8);
+        device->call(gpu->getHeaderModeSetMethod(3));
+        device->call(read);
+        content = read->value().data;
+    }
+
+    EXPECT_EQ(content, Bytes(8, 0xFF));
+}
+
+TEST_F(ModulePages, kelvor_mux) {
+    const auto mux = std::dynamic_pointer_cast<KelvorGpuDebugMux_v1_0>(device->getChild("gpuMux"));
+    const auto mode = mux->getHeaderModeGetMethod();
+    device->call(mux->getHeaderModeSetMethod(2));
+    device->call(mode);
+
+    EXPECT_EQ(mode->value().mode, 2);
+
+    const auto uvdMux = std::dynamic_pointer_cast<KelvorUvdMux_v1_0>(device->getChild("uvdMux"));
+    const auto available = uvdMux->getAvailableMethod();
+    device->call(available);
+
+    EXPECT_TRUE(available->value().available);
+}
+
+TEST_F(ModulePages, lpc) {
+    const auto lpc = std::dynamic_pointer_cast<Lpc_v1_0>(device->getChild("lpc"));
+    const auto headers = lpc->getHeaderConnectGetMethod();
+    device->call(headers);
+    std::string connected;
+    for (const auto& header : headers->value().connections)
+        if (header.connected)
+            connected += header.name + ' ';
+
+    EXPECT_EQ(connected, "LPC ");
+}
+
+TEST_F(ModulePages, lpc_post_code) {
+    using TAVO::dto::lpcPostCode::PostCodeGetReply;
+    const auto postCode = std::dynamic_pointer_cast<Lpc_v1_0>(device->getChild("lpc"))->getLpcPostCode();
+    const auto last =
+        std::make_shared<TAVO::BoundMethod<PostCodeGetReply>>("postCodeGet", *postCode, TAVO::dto::Params{});
+    device->call(last);
+
+    EXPECT_EQ(last->value().postCode, 0xAA);
+
+    const auto request = std::make_shared<TAVO::dto::lpcPostCode::OptionFifoCircularSetRequest>();
+    request->circular = 1;
+    const auto circular =
+        std::make_shared<TAVO::Method>("optionFifoCircularSet", *postCode, TAVO::dto::Params{request});
+    device->call(circular);
+
+    EXPECT_EQ(circular->returnCode(), 0);
+}
+
+TEST_F(ModulePages, lpc_rom_emulation) {
+    const auto rom = std::dynamic_pointer_cast<Lpc_v1_0>(device->getChild("lpc"))->getLpcRomEmulation();
+    const std::vector<std::uint8_t> image = {0xEA, 0x5B, 0xE0, 0x00, 0xF0};
+    const auto readBack = rom->getSramGetMethod(0x7FFFF0, 5);
+    const auto queue = std::make_shared<TAVO::MulticallQueue>();
+    queue->add(rom->getSramSetMethod(0x7FFFF0, image));
+    queue->add(readBack);
+    queue->add(rom->getEnableSetMethod(true));
+    device->multicall(queue);
+    const bool loaded = readBack->value().data == image;
+
+    EXPECT_TRUE(loaded);
+}
+
+TEST_F(ModulePages, relay) {
+    const auto power = std::dynamic_pointer_cast<Relay_v1_0>(device->getChild("power"));
+    const auto state = power->getGetMethod();
+    const auto queue = std::make_shared<TAVO::MulticallQueue>();
+    queue->add(power->getSetMethod(false));
+    queue->add(device->getSystem()->getUSleepMethod(1000));
+    queue->add(power->getSetMethod(true));
+    queue->add(state);
+    device->multicall(queue);
+    const bool isOn = state->value().state != 0;
+
+    EXPECT_TRUE(isOn);
+}
+
+TEST_F(ModulePages, cmos_relay) {
+    const auto cmos = std::dynamic_pointer_cast<CmosRelay_v1_0>(device->getChild("cmos"));
+    const auto clear = cmos->getCmosClearMethod(100);
+    device->call(clear);
+
+    EXPECT_EQ(clear->returnCode(), 0);
+    EXPECT_EQ(simulator.inspect([](Appliance& appliance) { return appliance.board()->cmosClearCount(); }),
+              1u);
+}
+
+TEST_F(ModulePages, com) {
+    const auto com = std::dynamic_pointer_cast<Com_v1_0>(device->getChild("com"));
+    const auto received = com->getRecvMethod(4096);
+    const auto queue = std::make_shared<TAVO::MulticallQueue>();
+    queue->add(com->getOpenMethod(115200, 8, false, false, 1, false, false, false, false));
+    queue->add(com->getSendMethod(0, {'t', 'e', 'm', 'p', '\r'}));
+    queue->add(device->getSystem()->getUSleepMethod(1000));
+    queue->add(received);
+    device->multicall(queue);
+    const auto bytes = received->value(); // one integer for each byte
+    const std::string text(bytes.begin(), bytes.end());
+
+    EXPECT_THAT(text, testing::StartsWith("temp\r\n36.5"));
+}
+
+TEST_F(ModulePages, cfa633) {
+    const auto lcd = std::dynamic_pointer_cast<Cfa633_v1_0>(device->getChild("lcd"));
+    const auto queue = std::make_shared<TAVO::MulticallQueue>();
+    queue->add(lcd->getLcdClearMethod());
+    queue->add(lcd->getLcdPrintMethod(1, 4, "ready"));
+    queue->add(lcd->getLcdBackLightMethod(50));
+    device->multicall(queue);
+
+    const auto display = called(device, lcd->getAvailableMethod());
+    EXPECT_EQ(display->value().info, "                \n"
+                                     "    ready       \n"
+                                     "backlight=50");
+}
+
+TEST_F(ModulePages, header_status) {
+    const auto i2c = std::dynamic_pointer_cast<I2c_v1_0>(device->getChild("i2c"));
+    const auto status = i2c->getHeaderStatusGetMethod();
+    device->call(status);
+    std::string names;
+    for (const auto& header : status->value().headers)
+        names += header.name + ' ';
+    device->call(i2c->getHeaderStatusClearMethod());
+
+    EXPECT_FALSE(names.empty());
+}
+
+} // namespace
