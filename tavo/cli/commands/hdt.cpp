@@ -121,7 +121,7 @@ std::string sourceText(std::int32_t source) {
 std::string statusText(const json& status) {
     std::string text;
     const auto line = [&text](const char* name, const std::string& value) {
-        text += fmt::format("{:<15}  {}\n", name, value);
+        text += fmt::format("{:<16}  {}\n", name, value);
     };
     line("power good", status["pwrok"].get<bool>() ? "yes" : "no");
     line("in reset", status["reset"].get<bool>() ? "yes" : "no");
@@ -230,7 +230,8 @@ void addHdt(CLI::App& tool, Program& program) {
     hdt.nested("snapshot", "The snapshots of DBRDY and of the source of DBREQ")
         .add("clear", "Forget both", clearSnapshots);
     hdt.add("mask", "Tell which DBRDY lines take part, or set it", setOrShowMask)
-        ->add_option("lines", arguments.mask, "0 or 1 for each line");
+        ->add_option("lines", arguments.mask, "0 or 1 for each line")
+        ->check(CLI::IsMember({"0", "1"}));
     auto trigger = hdt.nested("trigger", "The trigger lines");
     const auto addIndex = [&](CLI::App* command) {
         command->add_option("index", arguments.trigger, "Which trigger")->required();
