@@ -114,7 +114,8 @@ TEST_F(DeviceRoot, ReadsTheIdentityOfADevice) {
     appliance.object(0).method("info", result(0, joined({text("bench"), u32(1), u32(2), u32(0xFFFFFFFF),
                                                          u32(1), text("boot"), u32(3), u32(4), u32(5), u32(1),
                                                          text("a"), text("b"), text("c"), text("d")})));
-    const auto method = deviceObject()->getInfoMethod();
+    const auto object = deviceObject();
+    const auto method = object->getInfoMethod();
     root->call(method);
     const TAVO::DeviceInfo info(method->value());
     EXPECT_EQ(info.name, "bench");
@@ -172,10 +173,11 @@ TEST_F(DeviceRoot, ReadsTheAnswersOfTheSystemMethods) {
     appliance.object(1)
         .method("timeGet", result(0, {0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFE}))
         .method("firmwareStatus", result(0, joined({u32(3), u32(0xFFFFFFFF)})));
-    const auto time = systemObject()->getTimeGetMethod();
+    const auto object = systemObject();
+    const auto time = object->getTimeGetMethod();
     root->call(time);
     EXPECT_EQ(time->value(), -2);
-    const auto status = systemObject()->getFirmwareStatusMethod("boot");
+    const auto status = object->getFirmwareStatusMethod("boot");
     EXPECT_EQ(sentBy(status), text("boot"));
     EXPECT_EQ(status->value().first, 3u);
     EXPECT_EQ(status->value().second, 0xFFFFFFFFu);
