@@ -50,7 +50,10 @@ public:
     class EmptyRegistry {
     public:
         EmptyRegistry() { std::swap(kept_, m_factoryMap); }
-        ~EmptyRegistry() { std::swap(kept_, m_factoryMap); }
+        ~EmptyRegistry() {
+            delete m_factoryMap;
+            m_factoryMap = kept_;
+        }
 
     private:
         FactoryMap* kept_ = nullptr;
