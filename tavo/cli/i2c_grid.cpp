@@ -17,9 +17,10 @@ constexpr std::uint32_t columns = 16;
 std::optional<std::uint32_t> parseNumber(std::string_view text) {
     const bool hexadecimal = text.starts_with("0x") || text.starts_with("0X");
     text.remove_prefix(hexadecimal ? 2 : 0);
+    const int base = hexadecimal ? 16 : text.starts_with('0') ? 8 : 10;
     std::uint32_t number = 0;
     const auto* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, number, hexadecimal ? 16 : 10);
+    const auto [stop, error] = std::from_chars(text.data(), end, number, base);
     if (error != std::errc() || stop != end)
         return std::nullopt;
     return number;
@@ -58,7 +59,7 @@ NumberRange parseRange(const std::string& text, std::uint32_t highest) {
 }
 
 std::string detectGrid(NumberRange range, const std::vector<std::uint32_t>& found) {
-    auto text = "    " + columnNumbers("{:3x}") + "\n";
+    auto text = "   " + columnNumbers("{:3x}") + "\n";
     forRows({0, 0x7f}, [&](std::uint32_t start) {
         text += fmt::format("{:02x}: ", start);
         for (auto address = start; address < start + columns; ++address) {
@@ -77,7 +78,7 @@ std::string detectGrid(NumberRange range, const std::vector<std::uint32_t>& foun
 std::string dumpGrid(std::uint32_t first, std::span<const RegisterByte> bytes, bool wide) {
     const auto digits = wide ? 4 : 2;
     auto text =
-        std::string(wide ? 6 : 4, ' ') + columnNumbers("{:3x}") + "    " + columnNumbers("{:x}") + "\n";
+        std::string(wide ? 5 : 3, ' ') + columnNumbers("{:3x}") + "    " + columnNumbers("{:x}") + "\n";
     if (bytes.empty())
         return text;
     const NumberRange range{first, first + static_cast<std::uint32_t>(bytes.size()) - 1};

@@ -17,7 +17,7 @@ struct NumberRange {
     bool operator==(const NumberRange&) const = default;
 };
 
-/// `A-B`, each decimal, or hexadecimal after 0x.
+/// `A-B`, each decimal, hexadecimal after 0x, or octal after 0.
 /// @throws Failure (usage) unless both are numbers up to `highest` and A is not above B.
 NumberRange parseRange(const std::string& text, std::uint32_t highest);
 

@@ -97,6 +97,8 @@ Process::Process(const ProcessSetup& setup) {
     else
         posix_spawn_file_actions_adddup2(&actions, output[1], 1);
     posix_spawn_file_actions_adddup2(&actions, errors[1], 2);
+    // Else a server of the test would go on listening in the process after it was stopped.
+    posix_spawn_file_actions_addclosefrom_np(&actions, 3);
 
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);

@@ -1,0 +1,208 @@
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <tavo/simulator/models/eeprom.h>
+#include <tavo/simulator/objects/i2c.h>
+#include <tests/cli/tool_fixture.h>
+
+namespace tool_test {
+namespace {
+
+using namespace TAVO::simulator;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+class I2cCommand : public SimulatedTool {
+protected:
+    I2cCommand() {
+        simulator.inspect([](Appliance& appliance) { appliance.get<Relay>("power").set(true); });
+    }
+
+    support::ProcessOutcome i2c(const Words& arguments) const {
+        return tool(Words{"i2c", "--object", "i2c"} + arguments);
+    }
+    I2cBus::Options options() {
+        return simulator.inspect(
+            [](Appliance& appliance) { return appliance.get<I2c>("i2c").bus().options(); });
+    }
+    std::vector<std::uint8_t> content(std::uint8_t address) {
+        return simulator.inspect([address](Appliance& appliance) {
+            return appliance.get<I2c>("i2c").bus().at<Eeprom>(address).content();
+        });
+    }
+    std::size_t exchangesWith(std::string_view method) const {
+        std::set<std::uint64_t> requests;
+        for (const auto& call : callsOf("i2c", method))
+            requests.insert(call.request);
+        return requests.size();
+    }
+};
+
+TEST_F(I2cCommand, DetectFindsTheDevicesInOneExchangeWithoutWriting) {
+    const auto run = i2c({"detect"});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_THAT(run.output, HasSubstr("\n40: -- -- -- -- -- -- -- -- 48 -- -- -- -- -- -- -- \n"
+                                      "50: 50 -- -- -- 54 -- -- -- -- -- -- -- -- -- -- -- \n"));
+    EXPECT_EQ(callsOf("i2c", "read").size(), 0x70u);
+    EXPECT_EQ(exchangesWith("read"), 1u);
+    EXPECT_THAT(callsOf("i2c", "write"), IsEmpty());
+}
+
+TEST_F(I2cCommand, DetectLooksAtTheAddressesThatAreGiven) {
+    const auto document = jsonOf(i2c({"detect", "0x49", "84", "--json"}).output);
+    EXPECT_EQ(document["object"], "i2c");
+    EXPECT_EQ(document["first"], 0x49);
+    EXPECT_EQ(document["last"], 84);
+    EXPECT_EQ(document["found"], nlohmann::json({0x50, 0x54}));
+    for (const auto& wrong : {Words{"0x49"}, Words{"5", "4"}, Words{"0", "0x80"}, Words{"x", "y"}})
+        EXPECT_EQ(i2c(Words{"detect"} + wrong).exitCode, 2);
+}
+
+TEST_F(I2cCommand, DetectFailsWhenTheBusItselfDoes) {
+    simulator.failNext(faults::ReturnCode{6},
+                       requestsUntil("i2c", "read", {"i2c", "--object", "i2c", "detect", "3", "3"}));
+    const auto run = i2c({"detect", "3", "3"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_THAT(run.output, IsEmpty());
+    EXPECT_THAT(run.errors, HasSubstr("i2c.read returned code 6"));
+}
+
+TEST_F(I2cCommand, WithoutAnObjectNeedsADeviceWithOneBus) {
+    const auto run = tool({"i2c", "detect"});
+    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_THAT(run.errors, HasSubstr("gpu0.i2c"));
+    EXPECT_EQ(tool({"i2c", "--object", "power", "detect"}).exitCode, 3);
+    EXPECT_EQ(runTool({"--sim", "--topology", "legacy", "i2c", "detect"}).exitCode, 0);
+}
+
+TEST_F(I2cCommand, DumpShowsAllRegistersInOneExchange) {
+    const auto run = i2c({"dump", "0x50"});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_THAT(run.output, HasSubstr("\n00: 92 11 0b 02 03 19 00 01 03 11 01 08 0c 00 3c 00    ????"));
+    EXPECT_THAT(run.output,
+                HasSubstr("\n80: 53 49 4d 2d 32 30 34 38 2d 31 33 33 33 2d 55 20    SIM-2048-1333-U \n"));
+    EXPECT_EQ(std::count(run.output.begin(), run.output.end(), '\n'), 17);
+    EXPECT_EQ(exchangesWith("transfer"), 1u);
+}
+
+TEST_F(I2cCommand, DumpTakesARangeAndWideRegisterNumbers) {
+    simulator.inspect([](Appliance& appliance) {
+        std::vector<std::uint8_t> bytes(0x1234, 0);
+        bytes.insert(bytes.end(), {0x68, 0x69});
+        appliance.get<I2c>("i2c").bus().at<Eeprom>(0x54).setContent(bytes);
+    });
+    const auto run = i2c({"dump", "0x54", "--word-address", "--range", "0x1234-0x1236"});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_THAT(run.output,
+                HasSubstr("\n1230:             68 69 ff                                   hi.         \n"));
+
+    const auto whole = jsonOf(i2c({"--json", "dump", "0x54", "--word-address"}).output);
+    EXPECT_EQ(whole["values"].size(), 65536u);
+    EXPECT_EQ(whole["values"][0x1235], 0x69);
+    EXPECT_LE(exchangesWith("transfer"), 5u);
+}
+
+TEST_F(I2cCommand, DumpOfAnAbsentDeviceFails) {
+    const auto run = i2c({"dump", "0x51"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_THAT(run.output, IsEmpty());
+    EXPECT_EQ(run.errors, "tavo: i2c: address 0x51 does not acknowledge\n");
+}
+
+TEST_F(I2cCommand, GetReadsRegisters) {
+    EXPECT_EQ(i2c({"get", "0x50", "0x80"}).output, "0x53\n");
+    EXPECT_EQ(i2c({"get", "80", "128", "3"}).output, "0x53 0x49 0x4d\n");
+    EXPECT_EQ(i2c({"get", "0x50"}).output, "0x2d\n"); // behind the three that were read
+    const auto document = jsonOf(i2c({"get", "0x50", "0", "2", "--json"}).output);
+    EXPECT_EQ(document,
+              nlohmann::json({{"object", "i2c"}, {"address", 0x50}, {"first", 0}, {"values", {0x92, 0x11}}}));
+    EXPECT_EQ(i2c({"get", "0x51", "0"}).exitCode, 1);
+    for (const auto& wrong : {Words{"0x80", "0"}, Words{"0x50", "0x100"}, Words{"0x50", "0xff", "2"},
+                              Words{"0x50", "0", "0"}, Words{}})
+        EXPECT_EQ(i2c(Words{"get"} + wrong).exitCode, 2);
+}
+
+TEST_F(I2cCommand, SetWritesPageByPageAndWaitsForEachInOneExchange) {
+    Words values;
+    std::vector<std::uint8_t> written;
+    for (std::uint8_t i = 0; i < 20; ++i) {
+        values.push_back(std::to_string(i + 100));
+        written.push_back(static_cast<std::uint8_t>(i + 100));
+    }
+    const auto run = i2c(Words{"set", "0x50", "0xb5"} + values + Words{"--verify", "-y"});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_THAT(run.output, IsEmpty());
+    const auto bytes = content(0x50);
+    EXPECT_EQ(std::vector(bytes.begin() + 0xb5, bytes.begin() + 0xb5 + 20), written);
+    EXPECT_EQ(callsOf("i2c", "write").size(), 4u); // 3 registers to the page's end, 8, 8, 1
+    EXPECT_EQ(exchangesWith("write"), 1u);
+    EXPECT_EQ(options().addressRetryLimit, 0);
+}
+
+TEST_F(I2cCommand, SetWritesDevicesWithWideRegisterNumbers) {
+    const auto run = i2c({"set", "0x54", "0x01fe", "1", "0x02", "3", "--word-address", "--yes", "--json"});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_EQ(jsonOf(run.output), nlohmann::json({{"object", "i2c"},
+                                                  {"address", 0x54},
+                                                  {"first", 0x1fe},
+                                                  {"values", {1, 2, 3}},
+                                                  {"verified", false}}));
+    const auto bytes = content(0x54);
+    EXPECT_THAT(std::vector(bytes.begin() + 0x1fd, bytes.begin() + 0x202), ElementsAre(0xff, 1, 2, 3, 0xff));
+    EXPECT_EQ(i2c({"get", "0x54", "0x1fe", "3", "--word-address"}).output, "0x01 0x02 0x03\n");
+}
+
+TEST_F(I2cCommand, SetRestoresTheRetryLimitWhenTheDeviceIsAbsent) {
+    simulator.inspect(
+        [](Appliance& appliance) { appliance.get<I2c>("i2c").bus().setOptions({.addressRetryLimit = 7}); });
+    const auto run = i2c({"set", "0x51", "0", "1", "-y"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.errors, "tavo: i2c: address 0x51 does not acknowledge\n");
+    EXPECT_EQ(options().addressRetryLimit, 7);
+}
+
+TEST_F(I2cCommand, SetTellsTheFirstRegisterThatReadsBackOtherwise) {
+    // The sensor's first register takes no writes.
+    const auto run = i2c({"set", "0x48", "0", "0x7f", "--verify", "-y"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_THAT(run.errors, StartsWith("tavo: register 0x00 reads back 0x"));
+}
+
+TEST_F(I2cCommand, SetWithoutTerminalAndConsentSendsNothing) {
+    const auto run = i2c({"set", "0x54", "0", "1"});
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.errors, "tavo: --yes is needed, for there is no terminal to ask at\n");
+    EXPECT_EQ(simulator.connectionCount(), 0u);
+    for (const auto& wrong : {Words{"0x100"}, Words{"-1"}, Words{"x"}, Words{}})
+        EXPECT_EQ(i2c(Words{"set", "0x54", "0", "-y"} + wrong).exitCode, 2);
+    EXPECT_EQ(i2c({"set", "0x50", "0xff", "1", "2", "-y"}).exitCode, 2);
+    EXPECT_THAT(callsOf("i2c", "write"), IsEmpty());
+}
+
+TEST_F(I2cCommand, SetAsksAtTheTerminal) {
+    for (const auto* answer : {"y\n", "n\n", "\n", "\x04"}) {
+        support::PseudoTerminal terminal;
+        auto setup = setupOf({"i2c", "--object", "i2c", "set", "0x50", "0xff", "0x5a"});
+        setup.terminal = terminal.name();
+        terminal.type(answer);
+        const auto run = support::runProcess(setup);
+        EXPECT_THAT(run.errors,
+                    StartsWith("Write 1 bytes to I2C address 0x50 from register 0xff on? [y/N] "));
+        const bool yes = *answer == 'y';
+        EXPECT_EQ(run.exitCode, yes ? 0 : 2) << answer;
+        EXPECT_EQ(callsOf("i2c", "write").size(), 1u);
+    }
+    EXPECT_EQ(content(0x50)[0xff], 0x5a);
+}
+
+} // namespace
+} // namespace tool_test

@@ -1,0 +1,188 @@
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <tavo/simulator/objects/lpc.h>
+#include <tests/cli/tool_fixture.h>
+
+namespace tool_test {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace TAVO::simulator;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr const char* object = "lpc.lpcRomEmulation";
+constexpr std::size_t romSize = 8 * 1024 * 1024;
+
+std::string patternOf(std::size_t length) {
+    std::string bytes(length, '\0');
+    std::uint32_t state = 12345;
+    for (auto& byte : bytes) {
+        state = state * 1664525 + 1013904223;
+        byte = static_cast<char>(state >> 24);
+    }
+    return bytes;
+}
+
+class RomCommand : public SimulatedTool {
+protected:
+    RomCommand()
+        : folder(fs::path(testing::TempDir()) / ("tool_rom_" + std::to_string(simulator.port()))) {
+        fs::create_directory(folder);
+    }
+    ~RomCommand() override { fs::remove_all(folder); }
+
+    std::string pathOf(const std::string& name) const { return (folder / name).string(); }
+    std::string fileWith(const std::string& content) const {
+        const auto path = pathOf("image");
+        std::ofstream(path, std::ios::binary) << content;
+        return path;
+    }
+    static std::string contentOf(const std::string& path) {
+        std::ifstream in(path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), {}};
+    }
+    RomEmulation& romOf(Appliance& appliance) { return appliance.get<LpcRomEmulation>(object).rom(); }
+    std::string memory(std::size_t offset, std::size_t length) {
+        const auto bytes = simulator.inspect([&](Appliance& appliance) {
+            return *romOf(appliance).read(static_cast<std::int64_t>(offset),
+                                          static_cast<std::int64_t>(length));
+        });
+        return {bytes.begin(), bytes.end()};
+    }
+    void fill(std::size_t offset, const std::string& bytes) {
+        simulator.inspect([&](Appliance& appliance) {
+            return romOf(appliance).write(static_cast<std::int64_t>(offset),
+                                          std::vector<std::uint8_t>(bytes.begin(), bytes.end()));
+        });
+    }
+    bool enabled() {
+        return simulator.inspect([this](Appliance& appliance) { return romOf(appliance).enabled(); });
+    }
+    std::size_t exchangesWith(std::string_view method) const {
+        std::set<std::uint64_t> requests;
+        for (const auto& call : callsOf(object, method))
+            requests.insert(call.request);
+        return requests.size();
+    }
+
+    fs::path folder;
+};
+
+TEST_F(RomCommand, LoadWritesTheWholeMemoryInFewExchangesAndReadsItBack) {
+    const auto image = patternOf(romSize);
+    const auto run = tool({"rom", "load", fileWith(image), "-y"});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_EQ(run.output, "8388608 bytes loaded, verified\n");
+    EXPECT_THAT(run.errors, IsEmpty());
+    EXPECT_TRUE(memory(0, romSize) == image);
+    EXPECT_EQ(exchangesWith("sramSet"), 4u);
+    EXPECT_EQ(exchangesWith("sramGet"), 4u);
+    EXPECT_FALSE(enabled());
+}
+
+TEST_F(RomCommand, LoadPutsTheImageWhereItIsToldAndLeavesTheRest) {
+    const auto image = patternOf(1024 * 1024 + 7);
+    const auto run = tool(
+        {"rom", "load", "-", "--offset", "0x100001", "--enable", "--yes", "--json", "--no-verify"}, image);
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_EQ(jsonOf(run.output), nlohmann::json({{"object", object},
+                                                  {"file", "-"},
+                                                  {"offset", 0x100001},
+                                                  {"bytes", image.size()},
+                                                  {"verified", false},
+                                                  {"enabled", true}}));
+    EXPECT_TRUE(memory(0x100000, image.size() + 2) == "\xff" + image + "\xff");
+    EXPECT_THAT(callsOf(object, "sramGet"), IsEmpty());
+    EXPECT_TRUE(enabled());
+}
+
+TEST_F(RomCommand, LoadRefusesAnImageThatDoesNotFitBeforeAnyOfItIsSent) {
+    const auto run = tool({"rom", "load", fileWith("12345"), "--offset", std::to_string(romSize - 4), "-y"});
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.errors, "tavo: 5 bytes at offset 8388604 do not fit in the ROM's 8388608 bytes\n");
+    EXPECT_THAT(callsOf(object, "sramSet"), IsEmpty());
+    EXPECT_EQ(tool({"rom", "load", fileWith(""), "-y"}).exitCode, 2);
+    EXPECT_EQ(tool({"rom", "load", pathOf("absent"), "-y"}).exitCode, 2);
+}
+
+TEST_F(RomCommand, LoadWithoutTerminalAndConsentSendsNothing) {
+    const auto run = tool({"rom", "load", fileWith("x")});
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_THAT(run.errors, HasSubstr("--yes is needed"));
+    EXPECT_EQ(simulator.connectionCount(), 0u);
+}
+
+TEST_F(RomCommand, LoadEndsWithTheWriteThatIsRefused) {
+    const auto file = fileWith("12345");
+    const Words arguments{"rom", "load", file, "-y", "--enable"};
+    simulator.failNext(faults::ReturnCode{1}, requestsUntil(object, "sramSet", arguments));
+    const auto before = simulator.inspect([this](Appliance& appliance) {
+        romOf(appliance).setEnabled(false);
+        return true;
+    });
+    EXPECT_TRUE(before);
+    const auto run = tool(arguments);
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_THAT(run.errors, HasSubstr("lpc.lpcRomEmulation.sramSet returned code 1"));
+    EXPECT_FALSE(enabled());
+}
+
+TEST_F(RomCommand, VerifyNamesTheFirstDifference) {
+    auto image = patternOf(3 * 1024 * 1024);
+    fill(0x1000, image);
+    const auto same = tool({"rom", "verify", fileWith(image), "--offset", "0x1000"});
+    EXPECT_EQ(same.exitCode, 0) << same.errors;
+    EXPECT_EQ(same.output, "3145728 bytes verified\n");
+
+    const char was = image[0x234567];
+    image[0x234567] = static_cast<char>(~was);
+    image.back() = static_cast<char>(~image.back());
+    const auto file = fileWith(image);
+    const auto other = tool({"rom", "verify", file, "--offset", "0x1000"});
+    EXPECT_EQ(other.exitCode, 1);
+    EXPECT_THAT(other.output, IsEmpty());
+    EXPECT_THAT(other.errors, HasSubstr("first difference at offset 0x235567: the device has 0x"));
+    EXPECT_THAT(other.errors, HasSubstr(" at 0x234567\n"));
+}
+
+TEST_F(RomCommand, SaveGivesBackWhatWasLoaded) {
+    const auto image = contentOf("/usr/share/seabios/bios-256k.bin");
+    if (image.empty())
+        GTEST_SKIP() << "needs the package seabios";
+    EXPECT_EQ(tool({"rom", "load", fileWith(image), "--offset", "0x7c0000", "-y"}).exitCode, 0);
+    const auto run = tool({"rom", "save", pathOf("saved"), "--offset", "0x7c0000"});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_EQ(run.output, "262144 bytes saved\n");
+    EXPECT_TRUE(contentOf(pathOf("saved")) == image);
+}
+
+TEST_F(RomCommand, SaveReplacesTheFileOnlyWhenAllWasRead) {
+    const auto file = pathOf("image");
+    const Words arguments{"rom", "save", file, "--length", "4"};
+    fill(0, "new!");
+    std::ofstream(file) << "old";
+    simulator.failNext(faults::Close{}, requestsUntil(object, "sramGet", arguments));
+    EXPECT_EQ(contentOf(file), "new!");
+    std::ofstream(file) << "old";
+    EXPECT_EQ(tool(arguments).exitCode, 5);
+    EXPECT_EQ(contentOf(file), "old");
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 1);
+
+    EXPECT_EQ(tool({"rom", "save", file, "--offset", "1", "--length", std::to_string(romSize)}).exitCode, 2);
+    EXPECT_EQ(tool({"rom", "save", pathOf("no/such/folder")}).exitCode, 2);
+    EXPECT_EQ(tool({"rom", "save", folder.string()}).exitCode, 2);
+    EXPECT_EQ(tool({"rom", "save", "-"}).exitCode, 2);
+    EXPECT_EQ(contentOf(file), "old");
+}
+
+} // namespace
+} // namespace tool_test

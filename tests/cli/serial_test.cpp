@@ -1,0 +1,181 @@
+#include <chrono>
+#include <csignal>
+#include <optional>
+#include <string>
+#include <thread>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <tavo/simulator/objects/com.h>
+#include <tests/cli/tool_fixture.h>
+
+namespace tool_test {
+namespace {
+
+using namespace TAVO::simulator;
+using namespace std::chrono_literals;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+constexpr const char* leave = "\x1d"; // Ctrl-]
+
+class SerialCommand : public SimulatedTool {
+protected:
+    void bootBoard() {
+        simulator.inspect([](Appliance& appliance) {
+            appliance.get<Relay>("power").set(true);
+            appliance.clock().advance(5s);
+        });
+    }
+    bool portIsOpen() {
+        return simulator.inspect(
+            [](Appliance& appliance) { return appliance.get<Com>("com").port().settings().has_value(); });
+    }
+    std::optional<SerialPort::Settings> settings() {
+        return simulator.inspect(
+            [](Appliance& appliance) { return appliance.get<Com>("com").port().settings(); });
+    }
+    void expectAllGivenBack(const support::PseudoTerminal& terminal) {
+        EXPECT_TRUE(terminal.echoes());
+        EXPECT_FALSE(portIsOpen());
+        EXPECT_FALSE(simulator.lockHolder());
+    }
+};
+
+/// The console on a terminal, when it is ready for keys.
+class ConsoleOnTerminal {
+public:
+    explicit ConsoleOnTerminal(support::ProcessSetup setup)
+        : process(onTerminal(std::move(setup), terminal)) {
+        const auto deadline = std::chrono::steady_clock::now() + support::processPatience;
+        while (terminal.echoes()) {
+            if (std::chrono::steady_clock::now() > deadline)
+                throw std::runtime_error("The terminal does not become raw: " + process.wait().errors);
+            std::this_thread::sleep_for(2ms);
+        }
+    }
+
+    support::PseudoTerminal terminal;
+    support::Process process;
+
+private:
+    static support::ProcessSetup onTerminal(support::ProcessSetup setup,
+                                            const support::PseudoTerminal& terminal) {
+        setup.terminal = terminal.name();
+        return setup;
+    }
+};
+
+TEST_F(SerialCommand, TalksToTheConsoleThroughPipes) {
+    bootBoard();
+    const auto run = tool({"serial", "--until", "target> ", "--wait", "30"}, "version\r");
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_EQ(run.output, "version\r\nTarget firmware 1.0\r\ntarget> ");
+    EXPECT_THAT(run.errors, IsEmpty());
+    EXPECT_FALSE(portIsOpen());
+}
+
+TEST_F(SerialCommand, SendsAndReceivesExactlyTheBytes) {
+    std::string bytes;
+    for (int round = 0; round < 40; ++round)
+        for (int byte = 0; byte < 256; ++byte)
+            bytes += static_cast<char>(byte);
+    const auto run = tool({"serial", "--loopback", "--wait", "0"}, bytes);
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_TRUE(run.output == bytes);
+    EXPECT_LE(callsOf("com", "send").size(), 3u);
+}
+
+TEST_F(SerialCommand, GivesOneDocumentAsJson) {
+    const auto text = jsonOf(tool({"serial", "--loopback", "--wait", "0", "--json"}, "hello").output);
+    EXPECT_EQ(text, nlohmann::json({{"object", "com"}, {"received", "hello"}}));
+    const auto bytes = jsonOf(tool({"serial", "--loopback", "--json", "--until", "\n"}, "\xff\n").output);
+    EXPECT_EQ(bytes["received"], nlohmann::json({{"hex-text", "ff0a"}}));
+    EXPECT_EQ(bytes["reached"], true);
+}
+
+TEST_F(SerialCommand, FailsWhenTheWantedTextDoesNotCome) {
+    const auto run = tool({"serial", "--loopback", "--until", "login:", "--wait", "0.1"}, "hello");
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.output, "hello");
+    EXPECT_EQ(run.errors, "tavo: 'login:' did not come\n");
+}
+
+TEST_F(SerialCommand, OpensThePortAsTold) {
+    const auto opened = [this](const Words& options) {
+        simulator.clearCalls();
+        EXPECT_EQ(tool(Words{"serial", "--wait", "0"} + options).exitCode, 0);
+        return callsOf("com", "open").at(0).toString();
+    };
+    EXPECT_THAT(opened({}), HasSubstr("value1=115200 value2=8 flag1=false flag2=false value3=1 flag3=false "
+                                      "flag4=false flag5=false flag6=false"));
+    EXPECT_THAT(opened({"--baud", "9600", "--bits", "7", "--parity", "even", "--stop", "2", "--rtscts"}),
+                HasSubstr("value1=9600 value2=7 flag1=true flag2=true value3=2 flag3=true flag4=false "
+                          "flag5=false flag6=false"));
+    EXPECT_THAT(opened({"--parity", "odd", "--dtrdsr", "--xonxoff", "--loopback"}),
+                HasSubstr("flag1=true flag2=false value3=1 flag3=false flag4=true flag5=true flag6=true"));
+    EXPECT_EQ(tool({"serial", "--baud", "12345"}).exitCode, 1);
+    EXPECT_EQ(tool({"serial", "--parity", "some"}).exitCode, 2);
+}
+
+TEST_F(SerialCommand, IsAConsoleOnATerminalUntilTheKeyThatLeaves) {
+    ConsoleOnTerminal console(setupOf({"serial", "--loopback", "--parity", "even"}));
+    EXPECT_TRUE(settings() && settings()->parityEven);
+    console.terminal.type("\x03\x1a\x04 all keys\n"); // Ctrl-C, Ctrl-Z, Ctrl-D
+    EXPECT_EQ(console.process.firstLine(), "\x03\x1a\x04 all keys");
+    console.terminal.type(std::string("bye") + leave + "lost");
+    const auto run = console.process.wait();
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_EQ(run.output, "\x03\x1a\x04 all keys\nbye");
+    EXPECT_THAT(run.errors, StartsWith("com: Ctrl-] leaves\n"));
+    expectAllGivenBack(console.terminal);
+}
+
+TEST_F(SerialCommand, GivesTheTerminalBackWhenASignalEndsIt) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        ConsoleOnTerminal console(setupOf({"serial"}));
+        console.process.signal(signal);
+        EXPECT_EQ(console.process.wait().signal, signal);
+        expectAllGivenBack(console.terminal);
+    }
+}
+
+TEST_F(SerialCommand, GivesTheTerminalBackWhenASecondSignalEndsItBeforeASilentDevice) {
+    ConsoleOnTerminal console(setupOf({"serial"}));
+    simulator.failNext(faults::Silent{});
+    std::this_thread::sleep_for(200ms);
+    console.process.signal(SIGTERM);
+    std::this_thread::sleep_for(200ms);
+    console.process.signal(SIGTERM);
+    EXPECT_EQ(console.process.wait().signal, SIGTERM);
+    EXPECT_TRUE(console.terminal.echoes());
+}
+
+TEST_F(SerialCommand, GivesTheTerminalBackWhenTheDeviceIsGone) {
+    ConsoleOnTerminal console(setupOf({"serial"}));
+    simulator.stop();
+    EXPECT_EQ(console.process.wait().exitCode, 5);
+    EXPECT_TRUE(console.terminal.echoes());
+}
+
+TEST_F(SerialCommand, GivesTheTerminalBackWhenTheDeviceRefuses) {
+    ConsoleOnTerminal console(setupOf({"serial"}));
+    simulator.failNext(faults::DeviceError{1006, 0, "no more"});
+    const auto run = console.process.wait();
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_THAT(run.errors, HasSubstr("no more"));
+    expectAllGivenBack(console.terminal);
+}
+
+TEST_F(SerialCommand, HasNoJsonOnATerminal) {
+    support::PseudoTerminal terminal;
+    auto setup = setupOf({"serial", "--json"});
+    setup.terminal = terminal.name();
+    EXPECT_EQ(support::runProcess(setup).exitCode, 2);
+    EXPECT_EQ(simulator.connectionCount(), 0u);
+}
+
+} // namespace
+} // namespace tool_test
