@@ -123,7 +123,8 @@ TEST_F(Opening, BuildsTheFixedObjectsAndTheTree) {
     EXPECT_EQ(power->getParent(), nullptr);
     const auto group = opened->getChild("group");
     ASSERT_NE(group, nullptr);
-    EXPECT_EQ(typeid(*group), typeid(TAVO::Object_v1_0));
+    const auto& groupObject = *group;
+    EXPECT_EQ(typeid(groupObject), typeid(TAVO::Object_v1_0));
     const auto inner = group->getChild("inner");
     EXPECT_NE(std::dynamic_pointer_cast<CommonModules::CmosRelay_v1_0>(inner), nullptr);
     EXPECT_EQ(inner->getFullName(), "group.inner");

@@ -103,7 +103,8 @@ TEST_F(ObjectFactoryTest, MakesAPlainObjectOfATypeThatNoFactoryKnows) {
     appliance.add(5, "novelty");
     const auto built = build(5);
     ASSERT_NE(built, nullptr);
-    EXPECT_EQ(typeid(*built), typeid(TAVO::Object_v1_0));
+    const auto& builtObject = *built;
+    EXPECT_EQ(typeid(builtObject), typeid(TAVO::Object_v1_0));
     EXPECT_EQ(appliance.callNames(), (Names{"5.methods", "5.type", "5.methods", "5.members"}));
     EXPECT_EQ(appliance.exchanges(), 4u);
 }
