@@ -254,6 +254,15 @@ TEST_F(ObjectFactoryTest, RefusesATreeThatIsNestedTooDeeply) {
     EXPECT_EQ(appliance.exchanges(), 64u * 4u);
 }
 
+TEST_F(ObjectFactoryTest, RefusesATreeOfTooManyObjects) {
+    auto& wide = appliance.add(5, "novelty");
+    for (int member = 1; member <= 10'000; ++member)
+        wide.member("m" + std::to_string(member), 6);
+    appliance.add(6, "novelty");
+    EXPECT_EQ(failureOf<TAVO::Error>([&] { build(5); }), "Object tree has too many objects: top.m10000");
+    EXPECT_EQ(appliance.exchanges(), 10'000u * 4u);
+}
+
 TEST_F(ObjectFactoryTest, BuildsATreeOfSixtyFourLevels) {
     for (std::uint32_t level = 1; level < 64; ++level)
         appliance.add(level, "novelty").member("in", level + 1);

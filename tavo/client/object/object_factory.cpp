@@ -10,8 +10,9 @@ namespace TAVO {
 
 namespace {
 
-// A device whose objects contain each other without end must not exhaust the stack.
+// A device whose objects contain each other without end must exhaust neither the stack nor the memory.
 constexpr unsigned deepestLevel = 64;
+constexpr unsigned mostObjects = 10'000;
 
 std::string typeOf(Device& device, const Object_v1_0& probe) {
     const auto method = probe.getTypeMethod();
@@ -59,16 +60,21 @@ void ObjectFactory::requireAtMostOneZero(const std::string& type, const Version&
 std::shared_ptr<Container> ObjectFactory::buildObject(std::shared_ptr<Device> device, const std::string& name,
                                                       std::uint32_t instanceId,
                                                       std::shared_ptr<Container> parent) {
-    return buildSubtree(device, name, instanceId, parent, 1);
+    unsigned objects = 0;
+    return buildSubtree(device, name, instanceId, parent, 1, objects);
 }
 
 std::shared_ptr<Container> ObjectFactory::buildSubtree(const std::shared_ptr<Device>& device,
                                                        const std::string& name, std::uint32_t instanceId,
                                                        const std::shared_ptr<Container>& parent,
-                                                       unsigned depth) {
+                                                       unsigned depth, unsigned& objects) {
+    const auto refuse = [&](const char* fault) {
+        throw Error(fault + (parent ? parent->getFullName() + Container::SEPARATOR : std::string()) + name);
+    };
     if (depth > deepestLevel)
-        throw Error("Object tree is nested too deeply: " +
-                    (parent ? parent->getFullName() + Container::SEPARATOR : std::string()) + name);
+        refuse("Object tree is nested too deeply: ");
+    if (++objects > mostObjects)
+        refuse("Object tree has too many objects: ");
 
     namespace base = TAVOXTranscode::base_v1_0;
     const auto makePlain = [&] {
@@ -85,7 +91,7 @@ std::shared_ptr<Container> ObjectFactory::buildSubtree(const std::shared_ptr<Dev
                                        : factory->second->build(device, parent, name, instanceId, probe);
     if (const auto object = std::dynamic_pointer_cast<Object_v1_0>(built))
         for (const auto& member : object->members())
-            built->addChild(buildSubtree(device, member.name, member.id, built, depth + 1));
+            built->addChild(buildSubtree(device, member.name, member.id, built, depth + 1, objects));
     built->initalize();
     return built;
 }

@@ -26,11 +26,12 @@ public:
 
     /// Builds the proxy of a remote object and, below it, those of its members and theirs. At least four
     /// exchanges for each object. An object of a type without factory becomes a plain Object_v1_0.
-    /// @throws Error "Error executing type() method on " name ": " code when the device fails the type call;
-    /// Error
-    ///         "No Object types registered in ObjectFactory"; Error "Object tree is nested too deeply: " name
-    ///         beyond 64 levels; what the factories, the hooks and Device::call throw. All of the subtree is
-    ///         abandoned then.
+    /// @throws Error
+    ///         - "Error executing type() method on " name ": " code, when the device fails the type call;
+    ///         - "No Object types registered in ObjectFactory";
+    ///         - "Object tree is nested too deeply: " name, beyond 64 levels;
+    ///         - "Object tree has too many objects: " name, beyond 10000 of them;
+    ///         and what the factories, the hooks and Device::call throw. The whole subtree is abandoned then.
     static std::shared_ptr<Container> buildObject(std::shared_ptr<Device> device, const std::string& name,
                                                   std::uint32_t instanceId,
                                                   std::shared_ptr<Container> parent);
@@ -77,7 +78,8 @@ protected:
 private:
     static std::shared_ptr<Container> buildSubtree(const std::shared_ptr<Device>& device,
                                                    const std::string& name, std::uint32_t instanceId,
-                                                   const std::shared_ptr<Container>& parent, unsigned depth);
+                                                   const std::shared_ptr<Container>& parent, unsigned depth,
+                                                   unsigned& objects);
 
     std::atomic<bool> registered_ = false;
 };
