@@ -1,4 +1,5 @@
 #include <memory>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -232,6 +233,8 @@ struct Step {
     std::string name;
     support::ApplianceServer::Fault fault;
 };
+
+void PrintTo(const Step& step, std::ostream* out) { *out << step.name; }
 
 class OpeningThatFails : public Opening, public testing::WithParamInterface<Step> {};
 

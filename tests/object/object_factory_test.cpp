@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <locale>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -279,6 +280,10 @@ struct VersionRule {
     bool accepted;
     std::string printed;
 };
+
+void PrintTo(const VersionRule& rule, std::ostream* out) {
+    *out << rule.major << '.' << rule.minor << '.' << rule.bugfix;
+}
 
 class CoreVersions : public ObjectFactoryTest, public testing::WithParamInterface<VersionRule> {
 protected:

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -161,6 +162,10 @@ struct Blame {
     std::uint32_t results;
     std::size_t position;
 };
+
+void PrintTo(const Blame& blame, std::ostream* out) {
+    *out << blame.results << " results blame " << blame.position;
+}
 
 class FailedExecution : public CallExchangeFailure, public testing::WithParamInterface<Blame> {};
 
