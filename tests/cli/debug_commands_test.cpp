@@ -45,7 +45,7 @@ TEST_F(DebugTool, HdtStatusShowsSignalsSnapshotsAndOptionsFromOneExchange) {
     EXPECT_EQ(run.output, "power good        yes\nin reset          no\nDBREQ             0\n"
                           "DBRDY             0 0 0 0\nDBRDY snapshot    0 0 0 0\nDBRDY mask        1 1 1 1\n"
                           "DBREQ source      0 none\nenable            on\nDBREQ on DBRDY    off\n"
-                          "DBREQ on reset    off\nDBREQ on trigger  0: off\nDBREQ on trigger  0: off\n"
+                          "DBREQ on reset    off\nDBREQ on trigger  off\nDBREQ on trigger  off\n"
                           "DBREQ pulse       0 ns\nfrequency         100000000 Hz\n");
     EXPECT_EQ(callsOf("cpu0.hdt", "ioDbreqGet").at(0).request,
               callsOf("cpu0.hdt", "optionFrequencyGet").at(0).request);

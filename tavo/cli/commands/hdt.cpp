@@ -138,7 +138,9 @@ std::string statusText(const json& status) {
     if (status.contains("dbreqOnTrigger"))
         for (const auto& choice : status["dbreqOnTrigger"])
             line("DBREQ on trigger",
-                 fmt::format("{}: {}", choice["trigger"].get<std::int32_t>(), onOff(choice["enable"])));
+                 choice["enable"].get<bool>()
+                     ? fmt::format("on, trigger {}", choice["trigger"].get<std::int32_t>())
+                     : "off");
     line("DBREQ pulse", fmt::format("{} ns", status["dbreqPulseWidth"].get<std::int32_t>()));
     line("frequency", fmt::format("{} Hz", status["frequency"].get<std::uint64_t>()));
     return text;
