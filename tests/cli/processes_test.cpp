@@ -1,10 +1,11 @@
-#include <chrono>
 #include <csignal>
 #include <string>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <tavo/client/device/core_objects.h>
+#include <tavo/client/device/device_factory.h>
 #include <tests/cli/tool_fixture.h>
 
 namespace tool_test {
@@ -51,15 +52,14 @@ TEST_F(TwoPrograms, WorkTogetherUntilTheDeviceIsSwitchedOff) {
 }
 
 TEST_F(TwoPrograms, KeepUsersApartByTheLock) {
-    support::Process holder(setup("engineer", {"call", "system.usleep", "microseconds=10000000"}));
-    support::ProcessOutcome other;
-    const auto deadline = std::chrono::steady_clock::now() + support::processPatience;
-    do {
-        other = support::runProcess(setup("guest", {"relay", "list"}));
-    } while (other.exitCode == 0 && std::chrono::steady_clock::now() < deadline);
+    TAVO::CoreObjects::registerCoreObjects();
+    auto holder = TAVO::DeviceFactory::buildDevice("127.0.0.1", std::stoi(port_), "engineer", "tavo");
+    const auto other = support::runProcess(setup("guest", {"relay", "list"}));
     EXPECT_EQ(other.exitCode, 4);
     EXPECT_THAT(other.errors, HasSubstr("The device is locked by engineer"));
     EXPECT_EQ(support::runProcess(setup("guest", {"info"})).exitCode, 0);
+    holder.reset();
+    EXPECT_EQ(support::runProcess(setup("guest", {"relay", "list"})).exitCode, 0);
 }
 
 } // namespace

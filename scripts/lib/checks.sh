@@ -1,0 +1,60 @@
+# Sourced by scripts/test, for the files of its kinds.
+
+passed=()
+failed_checks=()
+failed=()
+cases=
+
+# step NAME COMMAND ...: runs it, keeps its output in a log, and tells how it went; shows the log when it fails.
+step() {
+    local name=$1 start=$SECONDS
+    shift
+    printf '%-34s ' "$name"
+    if "$@" >"$results/logs/$name.log" 2>&1 </dev/null; then
+        took=$((SECONDS - start))
+        echo "ok ($took s)"
+    else
+        took=$((SECONDS - start))
+        echo "FAILED ($took s)"
+        tail -n 100 "$results/logs/$name.log"
+        failed+=("$name")
+        return 1
+    fi
+}
+
+# check NAME COMMAND ...: a step that is one case among the results.
+check() {
+    local name=$1
+    if step "$@"; then
+        passed+=("$name")
+        cases+="  <testcase name=\"$name\" classname=\"checks\" time=\"$took\"/>"$'\n'
+    else
+        failed_checks+=("$name")
+        cases+="  <testcase name=\"$name\" classname=\"checks\" time=\"$took\"><failure/></testcase>"$'\n'
+        return 1
+    fi
+}
+
+write_checks() {
+    {
+        echo '<?xml version="1.0" encoding="UTF-8"?>'
+        echo "<testsuite name=\"checks\" tests=\"$((${#passed[@]} + ${#failed_checks[@]}))\" failures=\"${#failed_checks[@]}\" disabled=\"0\" skipped=\"0\">"
+        printf '%s' "$cases"
+        echo '</testsuite>'
+    } >"$results/checks.xml"
+}
+
+# configure_and_build PRESET [TARGET ...]
+configure_and_build() {
+    local preset=$1
+    shift
+    cmake --preset "$preset" && cmake --build "build/$preset" -j "$jobs" --target "${@:-all}"
+}
+
+# ctest_in NAME PRESET [ARGUMENT ...]: the tests of that build, each a case of tests-NAME.xml.
+ctest_in() {
+    local name=$1 preset=$2
+    shift 2
+    step "$name" ctest --test-dir "build/$preset" -j "$jobs" --output-on-failure --no-tests=error \
+        --output-junit "$results/tests-$name.xml" "$@"
+}
