@@ -53,7 +53,7 @@ TEST_F(TwoPrograms, WorkTogetherUntilTheDeviceIsSwitchedOff) {
 
 TEST_F(TwoPrograms, KeepUsersApartByTheLock) {
     TAVO::CoreObjects::registerCoreObjects();
-    auto holder = TAVO::DeviceFactory::buildDevice("127.0.0.1", std::stoi(port_), "engineer", "tavo");
+    auto holder = TAVO::DeviceFactory::buildDevice("127.0.0.1", std::stoi(port_), "engineer", "tavo", false);
     const auto other = support::runProcess(setup("guest", {"relay", "list"}));
     EXPECT_EQ(other.exitCode, 4);
     EXPECT_THAT(other.errors, HasSubstr("The device is locked by engineer"));
