@@ -1,0 +1,2 @@
+include(HostHeaders)
+tavo_take_host_headers(Asio Asio::asio HEADERS asio asio.hpp DEFINITIONS ASIO_STANDALONE)

@@ -1,0 +1,2 @@
+include(HostHeaders)
+tavo_find_or_take_host_headers(nlohmann_json nlohmann_json::nlohmann_json HEADERS nlohmann)
