@@ -49,6 +49,7 @@
 #include <tavo/client/wire/call_exchange.h>
 #include <tavo/client/wire/error.h>
 #include <tavo/client/wire/input_stream.h>
+#include <tavo/client/wire/interrupter.h>
 #include <tavo/client/wire/output_stream.h>
 #include <tavo/client/wire/socket_transport.h>
 #include <tavo/client/wire/tavox_device.h>

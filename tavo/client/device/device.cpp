@@ -16,6 +16,8 @@ void Device::initalize() {}
 
 void Device::relock() { lock(); }
 
+void Device::interrupt() noexcept {}
+
 void Device::setDevice(std::shared_ptr<Device_v1_0> object) { device_ = std::move(object); }
 void Device::setSystem(std::shared_ptr<System_v1_0> object) { system_ = std::move(object); }
 void Device::setPrivate(std::shared_ptr<Private_v1_0> object) { private_ = std::move(object); }

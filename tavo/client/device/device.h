@@ -17,8 +17,9 @@ class Private_v1_0;
 /// The connection to one device, and the root of its object tree. Its children are the device's root members;
 /// the three fixed objects are reached through their getters.
 ///
-/// DeviceFactory makes devices. A device, its tree and its Methods belong to one thread at a time; different
-/// devices may be used by different threads at once. Calls block for as long as the device takes.
+/// DeviceFactory makes devices. A device, its tree and its Methods belong to one thread at a time, but for
+/// interrupt(); different devices may be used by different threads at once. Calls block for as long as the
+/// device takes.
 class TAVO_API Device : public Container {
 public:
     /// An empty name, no parent, no children, no proxies.
@@ -57,6 +58,15 @@ protected:
     virtual bool login(const std::string& user, const std::string& password) = 0;
 
 public:
+    /// Ends an exchange of this device that waits, within 100 ms: NetworkError "Call to device interrupted."
+    /// leaves the call, the connection is closed, and the next call connects anew; lock id and credentials
+    /// stay. When no exchange runs, the connection is closed all the same. See Interrupter for all of it, and
+    /// for openings.
+    ///
+    /// The one operation that another thread or a signal handler may call; the device must not be destroyed
+    /// meanwhile. Does nothing for a class of devices that knows no better.
+    virtual void interrupt() noexcept;
+
     /// The "device" object; empty until it is set.
     std::shared_ptr<Device_v1_0> getDevice() const { return device_; }
     /// The "system" object; empty until it is set.

@@ -5,6 +5,7 @@
 #include <tavo/client/device/system_v1_0.h>
 #include <tavo/client/object/object_factory.h>
 #include <tavo/client/wire/error.h>
+#include <tavo/client/wire/interrupter.h>
 #include <tavo/client/wire/tavox_device.h>
 
 namespace TAVO {
@@ -43,7 +44,17 @@ void DeviceFactory::buildTree(const std::shared_ptr<Device>& device) {
 
 std::shared_ptr<Device> DeviceFactory::buildDevice(const std::string& host, int port, const std::string& user,
                                                    const std::string& password, bool secure) {
-    const std::shared_ptr<Device> device = std::make_shared<TAVOXDevice>(host, port, user, password, secure);
+    return buildDevice(host, port, user, password, secure, nullptr);
+}
+
+std::shared_ptr<Device> DeviceFactory::buildDevice(const std::string& host, int port, const std::string& user,
+                                                   const std::string& password, bool secure,
+                                                   const std::shared_ptr<Interrupter>& interrupter) {
+    const auto used = interrupter ? interrupter : std::make_shared<Interrupter>();
+    std::shared_ptr<Device> device;
+    // Ends before the device of a failed opening, which is still to be unlocked.
+    const Interrupter::Operation opening(*used);
+    device = std::make_shared<TAVOXDevice>(host, port, user, password, secure, used);
     buildDeviceObject(device);
     if (bool first = false, second = false; secure && !keyIsKnown(*device, first, second))
         throw TAVOKeyError("TAVO authentication key not matched!");
@@ -59,9 +70,18 @@ std::shared_ptr<Device> DeviceFactory::buildDevice(const std::string& host, cons
 
 std::shared_ptr<Device> DeviceFactory::queryDevice(const std::string& host, int port,
                                                    Device_Factory_Structs::TavoDeviceDescriptor& descriptor) {
+    return queryDevice(host, port, descriptor, nullptr);
+}
+
+std::shared_ptr<Device> DeviceFactory::queryDevice(const std::string& host, int port,
+                                                   Device_Factory_Structs::TavoDeviceDescriptor& descriptor,
+                                                   const std::shared_ptr<Interrupter>& interrupter) {
     const bool chosen = port >= 1 && port != DefaultPort;
     const int usedPort = chosen ? port : DefaultPort;
-    const std::shared_ptr<Device> device = std::make_shared<TAVOXDevice>(host, usedPort, "", "", chosen);
+    const auto used = interrupter ? interrupter : std::make_shared<Interrupter>();
+    const Interrupter::Operation opening(*used);
+    const std::shared_ptr<Device> device =
+        std::make_shared<TAVOXDevice>(host, usedPort, "", "", chosen, used);
     buildDeviceObject(device);
     bool first = false, second = false;
     if (!keyIsKnown(*device, first, second))

@@ -9,6 +9,8 @@
 
 namespace TAVO {
 
+class Interrupter;
+
 namespace Device_Factory_Structs {
 
 /// What DeviceFactory::queryDevice learned about a device.
@@ -32,6 +34,9 @@ struct TAVO_API TavoDeviceDescriptor {
 /// ObjectFactory::buildObject throws for an object tree that cannot be built; SpecificationError "device
 /// object not found.", "private object not found." or "system object not found." when a fixed object is of
 /// another type.
+///
+/// An Interrupter that is handed over can end an opening from another thread or a signal handler, with
+/// NetworkError "Call to device interrupted."; it can interrupt the device as long as it lives.
 class TAVO_API DeviceFactory {
 public:
     static constexpr int DefaultPort = 6123;
@@ -46,6 +51,9 @@ public:
     /// lock.
     static std::shared_ptr<Device> buildDevice(const std::string& host, int port, const std::string& user,
                                                const std::string& password, bool secure);
+    static std::shared_ptr<Device> buildDevice(const std::string& host, int port, const std::string& user,
+                                               const std::string& password, bool secure,
+                                               const std::shared_ptr<Interrupter>& interrupter);
     /// The same on DefaultSecurePort when `secure`, else on DefaultPort.
     static std::shared_ptr<Device> buildDevice(const std::string& host, const std::string& user,
                                                const std::string& password, bool secure);
@@ -55,8 +63,12 @@ public:
     /// @throws TAVOKeyError "Target is not a recognized TAVO server!"
     static std::shared_ptr<Device> queryDevice(const std::string& host, int port,
                                                Device_Factory_Structs::TavoDeviceDescriptor& descriptor);
+    static std::shared_ptr<Device> queryDevice(const std::string& host, int port,
+                                               Device_Factory_Structs::TavoDeviceDescriptor& descriptor,
+                                               const std::shared_ptr<Interrupter>& interrupter);
     /// Takes the lock of a device from queryDevice() and builds the rest of its tree. An empty pointer is
-    /// returned as it is.
+    /// returned as it is. With an Interrupter of one's own, an Interrupter::Operation around the call makes
+    /// the opening one operation.
     static std::shared_ptr<Device> openDevice(std::shared_ptr<Device> device, const std::string& user,
                                               const std::string& password);
 

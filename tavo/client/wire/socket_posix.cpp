@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include <fcntl.h>
 #include <netdb.h>
 #include <netinet/in.h>
 #include <poll.h>
@@ -25,30 +26,37 @@ std::string formatted(int code, const char* text) {
 [[maybe_unused]] const char* reentrantText(const char* text, const char*) noexcept { return text; }
 [[maybe_unused]] const char* reentrantText(int, const char* buffer) noexcept { return buffer; }
 
-bool waitFor(Handle socket, short events, int timeOut) noexcept {
+/// As poll(): how many are ready, 0 when the time is over, negative with an error code.
+int waitFor(Handle socket, short events, int timeOut) noexcept {
     pollfd entry{descriptor(socket), events, 0};
     int ready = 0;
     do {
         ready = ::poll(&entry, 1, timeOut);
     } while (ready < 0 && errno == EINTR);
-    return ready > 0;
+    return ready;
 }
 
-// An interrupted connect goes on without us; asking again would only yield EALREADY.
-ErrorCode finishInterruptedConnect(Handle socket) noexcept {
-    if (!waitFor(socket, POLLOUT, -1))
-        return errno;
+constexpr int pauseOfConnect = 20;
+
+// A connect that waits could not be ended from elsewhere; a poll that waits in steps can.
+std::optional<ErrorCode> connectTo(Handle socket, const addrinfo& address,
+                                   const std::function<bool()>& givesUp) {
+    const int flags = ::fcntl(descriptor(socket), F_GETFL);
+    ::fcntl(descriptor(socket), F_SETFL, flags | O_NONBLOCK);
     ErrorCode outcome = 0;
-    socklen_t length = sizeof outcome;
-    if (::getsockopt(descriptor(socket), SOL_SOCKET, SO_ERROR, &outcome, &length) != 0)
-        return errno;
+    if (::connect(descriptor(socket), address.ai_addr, address.ai_addrlen) != 0)
+        outcome = errno;
+    if (outcome == EINPROGRESS || outcome == EINTR) {
+        int ready = 0;
+        while ((ready = waitFor(socket, POLLOUT, pauseOfConnect)) == 0)
+            if (givesUp())
+                return std::nullopt;
+        socklen_t length = sizeof outcome;
+        if (ready < 0 || ::getsockopt(descriptor(socket), SOL_SOCKET, SO_ERROR, &outcome, &length) != 0)
+            outcome = errno;
+    }
+    ::fcntl(descriptor(socket), F_SETFL, flags);
     return outcome;
-}
-
-ErrorCode connectTo(Handle socket, const addrinfo& address) noexcept {
-    if (::connect(descriptor(socket), address.ai_addr, address.ai_addrlen) == 0)
-        return 0;
-    return errno == EINTR ? finishInterruptedConnect(socket) : errno;
 }
 
 template <class Call>
@@ -74,7 +82,8 @@ ErrorCode notConnected() noexcept { return ENOTCONN; }
 
 bool startUp() noexcept { return true; }
 
-std::optional<ConnectFailure> connect(const std::string& host, const std::string& port, Handle& socket) {
+std::optional<ConnectFailure> connect(const std::string& host, const std::string& port, Handle& socket,
+                                      const std::function<bool()>& givesUp) {
     socket = closedHandle;
 
     addrinfo hints{};
@@ -92,8 +101,9 @@ std::optional<ConnectFailure> connect(const std::string& host, const std::string
     if (socket == closedHandle) {
         error = errno;
     } else {
-        step = ConnectStep::connect;
-        error = connectTo(socket, *addresses);
+        const auto outcome = connectTo(socket, *addresses, givesUp);
+        step = outcome ? ConnectStep::connect : ConnectStep::givenUp;
+        error = outcome.value_or(EINTR);
     }
     ::freeaddrinfo(addresses);
 
@@ -107,7 +117,13 @@ std::optional<ConnectFailure> connect(const std::string& host, const std::string
 
 void close(Handle socket) noexcept { ::close(descriptor(socket)); }
 
-bool pollReadable(Handle socket) noexcept { return waitFor(socket, POLLIN, 0); }
+void shutDown(Handle socket) noexcept {
+    const int before = errno;
+    ::shutdown(descriptor(socket), SHUT_RDWR);
+    errno = before;
+}
+
+bool pollReadable(Handle socket) noexcept { return waitFor(socket, POLLIN, 0) > 0; }
 
 Transfer sendGathered(Handle socket, std::span<const Run> runs) noexcept {
     std::array<iovec, maximumRuns> vectors;

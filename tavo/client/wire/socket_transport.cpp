@@ -4,6 +4,7 @@
 #include <array>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 #include <tavo/client/wire/error.h>
 #include <tavo/client/wire/internal/socket.h>
@@ -21,24 +22,24 @@ const char* introduction(sockets::ConnectStep step) {
     case sockets::ConnectStep::createSocket:
         return "Could not create socket to: ";
     case sockets::ConnectStep::connect:
+    case sockets::ConnectStep::givenUp:
         break;
     }
     return "Could not connect to socket to: ";
 }
 
-[[noreturn]] void throwClosedUnexpectedly(sockets::ErrorCode error) {
-    throw NetworkError("Connection to device closed unexpectedly." + sockets::errorText(error));
-}
-
 } // namespace
 
-SocketTransport::SocketTransport(const std::string& host, const std::string& port)
+SocketTransport::SocketTransport(const std::string& host, const std::string& port,
+                                 std::shared_ptr<Interrupter> interrupter)
     : host_(host)
     , port_(port)
+    , interrupter_(interrupter ? std::move(interrupter) : std::make_shared<Interrupter>())
     , socket_(sockets::closedHandle)
     , readAhead_(std::make_unique_for_overwrite<std::uint8_t[]>(readAheadCapacity)) {
     if (!sockets::startUp())
         throw NetworkError("Could not initialize WinSock library");
+    interrupter_->beginExchange();
     connect();
 }
 
@@ -48,19 +49,41 @@ bool SocketTransport::isOpen() const noexcept { return socket_ != sockets::close
 
 void SocketTransport::close() noexcept {
     readAheadBegin_ = readAheadEnd_ = 0;
-    if (isOpen())
-        sockets::close(socket_);
+    if (!isOpen())
+        return;
+    interrupter_->withdraw();
+    sockets::close(socket_);
     socket_ = sockets::closedHandle;
+}
+
+void SocketTransport::interrupt() noexcept { interrupter_->interrupt(); }
+
+void SocketTransport::endInterrupted() {
+    close();
+    throw NetworkError("Call to device interrupted.");
+}
+
+void SocketTransport::failReceive(sockets::ErrorCode error) {
+    if (interrupter_->isInterrupted())
+        endInterrupted();
+    throw NetworkError("Connection to device closed unexpectedly." + sockets::errorText(error));
 }
 
 void SocketTransport::connect() {
     close();
     ++counters_.connects;
-    if (const auto failure = sockets::connect(host_, port_, socket_))
+    const auto givesUp = [this] { return interrupter_->isInterrupted(); };
+    const auto failure = givesUp() ? std::nullopt : sockets::connect(host_, port_, socket_, givesUp);
+    if (isOpen())
+        interrupter_->publish(socket_);
+    if (givesUp())
+        endInterrupted();
+    if (failure)
         throw NetworkError(introduction(failure->step) + host_ + " port " + port_ + failure->errorText);
 }
 
 void SocketTransport::prepareToSend() {
+    interrupter_->beginExchange();
     if (!isOpen()) {
         connect();
         return;
@@ -98,8 +121,11 @@ void SocketTransport::sendRuns(RunIterator run, RunIterator end) {
 
         ++counters_.sends;
         const auto sent = sockets::sendGathered(socket_, std::span(batch).first(runs));
-        if (sent.error != 0)
+        if (sent.error != 0) {
+            if (interrupter_->isInterrupted())
+                endInterrupted();
             throw NetworkError("Error transmitting message call to device." + sockets::errorText(sent.error));
+        }
 
         sentOfFirst += sent.bytes;
         while (run != end && sentOfFirst >= (*run).size()) {
@@ -135,9 +161,9 @@ std::size_t SocketTransport::receiveSome(std::uint8_t* destination, std::uint64_
         static_cast<std::size_t>(std::min<std::uint64_t>(length, std::numeric_limits<std::size_t>::max()));
     const auto received = sockets::receiveOnce(socket_, destination, limit);
     if (received.error != 0)
-        throwClosedUnexpectedly(received.error);
+        failReceive(received.error);
     if (received.bytes == 0)
-        throwClosedUnexpectedly(sockets::connectionReset());
+        failReceive(sockets::connectionReset());
     return received.bytes;
 }
 
@@ -145,7 +171,7 @@ void SocketTransport::receiveAll(std::uint8_t* buffer, std::uint64_t length) {
     if (length == 0)
         return;
     if (!isOpen())
-        throwClosedUnexpectedly(sockets::notConnected());
+        failReceive(sockets::notConnected());
     while (true) {
         const auto taken = takeReadAhead(buffer, length);
         buffer += taken;

@@ -6,6 +6,7 @@
 #include <string>
 
 #include <tavo/client/export.h>
+#include <tavo/client/wire/interrupter.h>
 #include <tavo/client/wire/transport.h>
 
 namespace TAVO {
@@ -31,19 +32,23 @@ struct TransportCounters {
 ///    is sent.
 ///  - a send or a receive fails: the connection is not closed here. The next send finds it broken and
 ///    connects anew without a word.
+///  - interrupt() ends a call: the transport is closed; the next send connects first.
 ///
 /// A new connection is a bare one: nothing that was said on the former one (login, lock) is repeated.
 ///
-/// One thread at a time may use a transport; different transports are independent of each other.
+/// One thread at a time may use a transport, but for interrupt(); different transports are independent of
+/// each other.
 class TAVO_API SocketTransport final : public Transport {
 public:
     /// Connects to the first address that `host` and `port` resolve to.
     /// @param host name or address of the device.
     /// @param port the port number in decimal.
+    /// @param interrupter can interrupt this transport, the connecting included, until it is destroyed; when
+    ///        empty, interrupt() alone can.
     /// @throws NetworkError as connect() does, and "Could not initialize WinSock library" where the system
-    /// has
-    ///         a socket library that must be started first and that does not start.
-    SocketTransport(const std::string& host, const std::string& port);
+    ///         has a socket library that must be started first and that does not start.
+    SocketTransport(const std::string& host, const std::string& port,
+                    std::shared_ptr<Interrupter> interrupter = nullptr);
     /// Closes the connection.
     ~SocketTransport() override;
 
@@ -71,10 +76,16 @@ public:
     /// Closes the connection and drops what was received but not asked for. Does nothing when closed.
     void close() noexcept;
 
+    /// Ends a call that waits, see Interrupter: NetworkError "Call to device interrupted." leaves it within
+    /// 100 ms. For other threads and signal handlers.
+    void interrupt() noexcept;
+
     const TransportCounters& counters() const noexcept { return counters_; }
 
 private:
     bool isOpen() const noexcept;
+    [[noreturn]] void endInterrupted();
+    [[noreturn]] void failReceive(int error);
     std::size_t takeReadAhead(std::uint8_t* destination, std::uint64_t length) noexcept;
     std::size_t receiveSome(std::uint8_t* destination, std::uint64_t length);
     void prepareToSend();
@@ -83,6 +94,7 @@ private:
 
     std::string host_;
     std::string port_;
+    std::shared_ptr<Interrupter> interrupter_;
     std::intptr_t socket_;
     std::unique_ptr<std::uint8_t[]> readAhead_;
     std::size_t readAheadBegin_ = 0;

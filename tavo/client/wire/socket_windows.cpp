@@ -30,6 +30,35 @@ std::string systemText(ErrorCode code) {
     return copy;
 }
 
+constexpr long pauseOfConnect = 20 * 1000;
+
+// A connect that waits could not be ended from elsewhere; a select that waits in steps can.
+std::optional<ErrorCode> connectTo(SOCKET socket, const addrinfo& address,
+                                   const std::function<bool()>& givesUp) {
+    u_long enabled = 1;
+    ::ioctlsocket(socket, static_cast<long>(FIONBIO), &enabled);
+    ErrorCode outcome = 0;
+    if (::connect(socket, address.ai_addr, static_cast<int>(address.ai_addrlen)) != 0)
+        outcome = ::WSAGetLastError();
+    if (outcome == WSAEWOULDBLOCK) {
+        while (true) {
+            fd_set connected{1, {socket}};
+            fd_set failed{1, {socket}};
+            timeval pause{0, pauseOfConnect};
+            if (::select(0, nullptr, &connected, &failed, &pause) != 0)
+                break;
+            if (givesUp())
+                return std::nullopt;
+        }
+        int length = sizeof outcome;
+        if (::getsockopt(socket, SOL_SOCKET, SO_ERROR, reinterpret_cast<char*>(&outcome), &length) != 0)
+            outcome = ::WSAGetLastError();
+    }
+    u_long disabled = 0;
+    ::ioctlsocket(socket, static_cast<long>(FIONBIO), &disabled);
+    return outcome;
+}
+
 } // namespace
 
 std::string errorText(ErrorCode code) {
@@ -50,7 +79,8 @@ bool startUp() noexcept {
     return started;
 }
 
-std::optional<ConnectFailure> connect(const std::string& host, const std::string& port, Handle& socket) {
+std::optional<ConnectFailure> connect(const std::string& host, const std::string& port, Handle& socket,
+                                      const std::function<bool()>& givesUp) {
     socket = closedHandle;
 
     addrinfo hints{};
@@ -68,9 +98,9 @@ std::optional<ConnectFailure> connect(const std::string& host, const std::string
     if (created == INVALID_SOCKET) {
         error = ::WSAGetLastError();
     } else {
-        step = ConnectStep::connect;
-        if (::connect(created, addresses->ai_addr, static_cast<int>(addresses->ai_addrlen)) != 0)
-            error = ::WSAGetLastError();
+        const auto outcome = connectTo(created, *addresses, givesUp);
+        step = outcome ? ConnectStep::connect : ConnectStep::givenUp;
+        error = outcome.value_or(WSAEINTR);
     }
     ::freeaddrinfo(addresses);
 
@@ -83,6 +113,14 @@ std::optional<ConnectFailure> connect(const std::string& host, const std::string
 }
 
 void close(Handle socket) noexcept { ::closesocket(system(socket)); }
+
+void shutDown(Handle socket) noexcept {
+    const int before = ::WSAGetLastError();
+    // The one for calls that come later, the other for the call that waits already.
+    ::shutdown(system(socket), SD_BOTH);
+    ::CancelIoEx(reinterpret_cast<HANDLE>(system(socket)), nullptr);
+    ::WSASetLastError(before);
+}
 
 bool pollReadable(Handle socket) noexcept {
     fd_set readable{};

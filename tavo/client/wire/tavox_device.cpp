@@ -14,8 +14,8 @@
 namespace TAVO {
 
 struct TAVOXDevice::Connection {
-    Connection(const std::string& host, const std::string& port)
-        : transport(host, port)
+    Connection(const std::string& host, const std::string& port, std::shared_ptr<Interrupter> interrupter)
+        : transport(host, port, std::move(interrupter))
         , exchange(transport) {}
 
     SocketTransport transport;
@@ -23,12 +23,12 @@ struct TAVOXDevice::Connection {
 };
 
 TAVOXDevice::TAVOXDevice(const std::string& host, int port, const std::string& user,
-                         const std::string& password, bool)
+                         const std::string& password, bool, std::shared_ptr<Interrupter> interrupter)
     : host_(host)
     , port_(port)
     , lockUser_(user)
     , lockPassword_(password)
-    , connection_(std::make_unique<Connection>(host_, std::to_string(port_))) {}
+    , connection_(std::make_unique<Connection>(host_, std::to_string(port_), std::move(interrupter))) {}
 
 TAVOXDevice::~TAVOXDevice() {
     try {
@@ -48,6 +48,8 @@ void TAVOXDevice::multicall(std::shared_ptr<MulticallQueue> queue) {
         throw Error("NULL multicall queue");
     callMethods(queue->getMethods());
 }
+
+void TAVOXDevice::interrupt() noexcept { connection_->transport.interrupt(); }
 
 void TAVOXDevice::callMethods(std::deque<std::shared_ptr<Method>> methods) {
     const std::vector<std::shared_ptr<Method>> batch(std::make_move_iterator(methods.begin()),

@@ -12,6 +12,8 @@
 
 namespace TAVO {
 
+class Interrupter;
+
 /// A device on the far end of a TCP connection: owns the connection, runs the exchanges, and keeps the lock
 /// id and the credentials. Applications get one from DeviceFactory and use it as a Device.
 ///
@@ -23,9 +25,10 @@ class TAVO_API TAVOXDevice : public Device {
 public:
     /// Connects at once.
     /// @param user, password the lock credentials. @param secure is not used by the device itself.
-    /// @throws NetworkError
+    /// @param interrupter can interrupt the device from here to its end, this connecting included; may be
+    ///        empty. @throws NetworkError
     TAVOXDevice(const std::string& host, int port, const std::string& user, const std::string& password,
-                bool secure);
+                bool secure, std::shared_ptr<Interrupter> interrupter = nullptr);
     /// Unlocks, whatever comes of it, and closes the connection. Blocks for as long as the device takes.
     ~TAVOXDevice() override;
     TAVOXDevice(const TAVOXDevice&) = delete;
@@ -50,6 +53,8 @@ protected:
     bool login(const std::string& user, const std::string& password) override;
 
 public:
+    void interrupt() noexcept override;
+
     /// Executes the batch in one exchange and stores each result in its Method.
     ///
     /// Results that were read before a failure stay in their Methods, the others keep what they had.

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -10,8 +11,7 @@
 /// options. socket_posix.cpp and socket_windows.cpp implement it, each on its own system, and nothing else in
 /// the library sees a system header.
 ///
-/// No call keeps state of its own, so a handle may be shut down from elsewhere while a call waits on it.
-/// Interrupted calls are resumed inside.
+/// No call keeps state of its own. Calls that a signal interrupts are resumed inside.
 namespace TAVO::sockets {
 
 /// A socket as the system numbers it.
@@ -32,18 +32,23 @@ ErrorCode notConnected() noexcept;
 /// False when it cannot be started.
 bool startUp() noexcept;
 
-enum class ConnectStep { resolve, createSocket, connect };
+enum class ConnectStep { resolve, createSocket, connect, givenUp };
 
 struct ConnectFailure {
     ConnectStep step;
     std::string errorText;
 };
 
-/// Connects to the first address that host and port resolve to, and to no other.
-/// `socket` names the socket from its creation on, and is closedHandle after a failure.
-std::optional<ConnectFailure> connect(const std::string& host, const std::string& port, Handle& socket);
+/// Connects to the first address that host and port resolve to, and to no other. `givesUp` is asked every
+/// 20 ms while the peer does not answer. `socket` is closedHandle after a failure.
+std::optional<ConnectFailure> connect(const std::string& host, const std::string& port, Handle& socket,
+                                      const std::function<bool()>& givesUp);
 
 void close(Handle socket) noexcept;
+
+/// Ends the connection of a socket that a send or a receive may wait on in another thread, which ends that
+/// wait. May be called in a signal handler; leaves the thread's error code as it is.
+void shutDown(Handle socket) noexcept;
 
 /// True when a receive would not wait: there are bytes, or the connection has ended.
 bool pollReadable(Handle socket) noexcept;
