@@ -86,9 +86,9 @@ std::shared_ptr<Container> ObjectFactory::buildSubtree(const std::shared_ptr<Dev
     if (!m_factoryMap)
         throw Error("No Object types registered in ObjectFactory");
     const auto factory = m_factoryMap->find(type);
-    const std::shared_ptr<Container> built =
-        factory == m_factoryMap->end() ? makePlain()
-                                       : factory->second->build(device, parent, name, instanceId, probe);
+    std::shared_ptr<Container> built = factory == m_factoryMap->end()
+                                           ? makePlain()
+                                           : factory->second->build(device, parent, name, instanceId, probe);
     if (const auto object = std::dynamic_pointer_cast<Object_v1_0>(built))
         for (const auto& member : object->members())
             built->addChild(buildSubtree(device, member.name, member.id, built, depth + 1, objects));

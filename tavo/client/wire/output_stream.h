@@ -73,7 +73,8 @@ public:
         const Chunk* first_;
     };
 
-    OutputStream() noexcept {} // not defaulted: `OutputStream out{}` must not clear the first chunk
+    // Not defaulted: `OutputStream out{}` must not clear the first chunk.
+    OutputStream() noexcept {} // NOLINT(modernize-use-equals-default)
     OutputStream(const OutputStream&) = delete;
     OutputStream& operator=(const OutputStream&) = delete;
     ~OutputStream();
@@ -104,7 +105,7 @@ public:
     Chunks chunks() const noexcept { return Chunks(&first_); }
 
 private:
-    struct Chunk {
+    struct Chunk { // NOLINT(cppcoreguidelines-pro-type-member-init): clearing `data` would cost each call
         std::unique_ptr<Chunk> next;
         std::size_t used = 0;
         std::array<std::uint8_t, chunkCapacity> data;
