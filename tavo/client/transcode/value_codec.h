@@ -32,7 +32,7 @@ std::string typeText() {
     if constexpr (std::same_as<T, bool>)
         return "bool";
     else if constexpr (std::is_arithmetic_v<T>)
-        return (std::is_signed_v<T> ? "i" : "u") + std::to_string(8 * sizeof(T));
+        return std::string(std::is_signed_v<T> ? "i" : "u") + std::to_string(8 * sizeof(T));
     else if constexpr (std::same_as<T, std::string>)
         return "text";
     else if constexpr (std::same_as<T, Bytes>)
