@@ -52,8 +52,8 @@ bool InterruptWatch::waitForInput(int descriptor, std::chrono::milliseconds time
         constexpr std::chrono::milliseconds step(50);
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
         pollfd watched{descriptor, POLLIN, 0};
-        const auto pause = std::clamp(left, std::chrono::milliseconds(0), step).count();
-        readable = caught == 0 && ::poll(&watched, 1, static_cast<int>(pause)) > 0;
+        const auto slice = std::clamp(left, std::chrono::milliseconds(0), step).count();
+        readable = caught == 0 && ::poll(&watched, 1, static_cast<int>(slice)) > 0;
     } while (caught == 0 && !readable && Clock::now() < end);
     if (caught != 0)
         throw Interrupted(caught);

@@ -31,12 +31,12 @@ mode_t permissionsOf(const std::string& path) {
         return existing.st_mode & mode_t{07777};
     const auto mask = ::umask(0);
     ::umask(mask);
-    return mode_t{0666} & ~mask;
+    return 0666U & ~mask;
 }
 
 } // namespace
 
-NewFile::NewFile(std::string path)
+NewFile::NewFile(const std::string& path)
     : path_(targetOf(path))
     , temporary_(path_ + ".XXXXXX") {
     std::error_code unknown;

@@ -12,7 +12,7 @@ class NewFile {
 public:
     /// @throws Failure (usage), as the others do, when the file cannot be made, or when something that is no
     ///         regular file has its name.
-    explicit NewFile(std::string path);
+    explicit NewFile(const std::string& path);
     NewFile(const NewFile&) = delete;
     NewFile& operator=(const NewFile&) = delete;
     ~NewFile();
