@@ -82,6 +82,14 @@ must_refuse(long_key ":1: the key has 33 hexadecimal digits, expected 32" "0 0 $
 must_refuse(not_hexadecimal ":1: the key has a character that is not a hexadecimal digit"
   "0 0 0011223344556677889900112233445g\n${second}${third}${fourth}")
 
+# CMake cannot write a zero byte itself.
+file(WRITE "${WORK}/lines" "${first}${second}${third}1 1 ${key}")
+execute_process(COMMAND sh -c "{ cat lines; printf '\\000behind it\\n'; } >zero_byte" WORKING_DIRECTORY "${WORK}")
+read_keys("${WORK}/zero_byte")
+if(status EQUAL 0 OR NOT errors MATCHES "zero_byte: holds a zero byte, so it is no text")
+  message(SEND_ERROR "A file with a zero byte was not refused: ${errors}")
+endif()
+
 read_keys("${WORK}/absent")
 if(status EQUAL 0 OR NOT errors MATCHES "absent: no such file of server keys")
   message(SEND_ERROR "An absent file was not refused: ${errors}")
