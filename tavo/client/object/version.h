@@ -22,11 +22,9 @@ public:
     Version();
     /// Parses the text, see initFromString().
     /// @throws SpecificationError "Could not parse version string: " and the text.
-    // NOLINTNEXTLINE(google-explicit-constructor): a version is given as its text
     Version(const std::string& text);
     /// The numbers of a reply, as they are; the text is made from them and ends before the first part that is
     /// DontCare (0xFFFFFFFF on the wire): 1, 1, DontCare is "1.1".
-    // NOLINTNEXTLINE(google-explicit-constructor): a reply converts to its version
     Version(const dto::Base::Version& version);
 
     /// Parses `text` again: a number, then up to twice a separator (white space, or any one character) and a
@@ -35,7 +33,6 @@ public:
     void initFromString();
 
     /// The text as it was given.
-    // NOLINTNEXTLINE(google-explicit-constructor): a version is shown as its text
     operator std::string() const { return text; }
 
     bool operator==(const Version& other) const;
