@@ -22,6 +22,17 @@ function(tavo_target_settings target)
   endif()
 endfunction()
 
+# Leaves out of a list of sources those that end in _posix or _windows and are for another system.
+function(tavo_keep_sources_of_this_system list)
+  set(sources ${${list}})
+  if(WIN32)
+    list(FILTER sources EXCLUDE REGEX "_posix(_test)?\\.cpp$")
+  else()
+    list(FILTER sources EXCLUDE REGEX "_windows(_test)?\\.cpp$")
+  endif()
+  set(${list} "${sources}" PARENT_SCOPE)
+endfunction()
+
 # A library of this project: its sources, and as public headers those outside of "internal" folders.
 function(tavo_add_library target)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "EXPORT_NAME" "SOURCES;HEADERS")

@@ -1,2 +1,3 @@
 include(HostHeaders)
-tavo_take_host_headers(Asio Asio::asio HEADERS asio asio.hpp DEFINITIONS ASIO_STANDALONE)
+tavo_link_host_headers(Asio Asio_INCLUDE_DIR asio asio.hpp)
+include("${CMAKE_CURRENT_LIST_DIR}/../FindAsio.cmake")

@@ -2,98 +2,55 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
-#include <cstring>
 #include <stdexcept>
 #include <utility>
 
-#include <netinet/in.h>
-#include <poll.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include <tavo/client/wire/byte_order.h>
+#include <tavo/simulator/internal/peer_socket.h>
 #include <tavo/simulator/internal/thread_without_signals.h>
 
 namespace TAVO::simulator {
 
 namespace {
 
+using peer_sockets::Event;
+using peer_sockets::Following;
+using peer_sockets::noSocket;
 using Bytes = std::vector<std::uint8_t>;
 using Moment = std::chrono::steady_clock::time_point;
 
-[[noreturn]] void throwSystemError(const std::string& what) {
-    throw std::runtime_error(what + ": " + std::strerror(errno)); // NOLINT(concurrency-mt-unsafe)
-}
-
 Moment after(std::chrono::milliseconds patience) { return std::chrono::steady_clock::now() + patience; }
 
-void awaitEvent(int descriptor, short events, Moment deadline, const char* what) {
-    pollfd entry{descriptor, events, 0};
+void awaitEvent(peer_sockets::Handle socket, Event event, Moment deadline, const char* what) {
     while (true) {
         const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
             deadline - std::chrono::steady_clock::now());
         if (left.count() <= 0)
             throw std::runtime_error(std::string("waited too long to ") + what);
-        if (::poll(&entry, 1, static_cast<int>(left.count())) > 0)
+        if (peer_sockets::waitFor(socket, event, left))
             return;
     }
 }
 
-bool hasEvent(int descriptor, std::chrono::milliseconds wait) {
-    pollfd entry{descriptor, POLLIN, 0};
-    return ::poll(&entry, 1, static_cast<int>(wait.count())) > 0;
-}
-
-void closeDescriptor(int& descriptor) {
-    if (descriptor >= 0)
-        ::close(descriptor);
-    descriptor = -1;
-}
-
-bool triesAgain() { return errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR; }
-
-int boundSocket(std::uint16_t port) {
-    int made = ::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-    if (made < 0)
-        throwSystemError("socket");
-    const int yes = 1;
-    ::setsockopt(made, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(port);
-    if (::bind(made, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
-        const int reason = errno;
-        closeDescriptor(made);
-        errno = reason;
-        throwSystemError("bind");
-    }
-    return made;
-}
-
-std::uint16_t portOf(int descriptor) {
-    sockaddr_in address{};
-    socklen_t length = sizeof address;
-    if (::getsockname(descriptor, reinterpret_cast<sockaddr*>(&address), &length) != 0)
-        throwSystemError("getsockname");
-    return ntohs(address.sin_port);
+void closeSocket(peer_sockets::Handle& socket) {
+    if (socket != noSocket)
+        peer_sockets::close(std::exchange(socket, noSocket));
 }
 
 void append(Bytes& bytes, const Bytes& more) { bytes.insert(bytes.end(), more.begin(), more.end()); }
 
 } // namespace
 
-PeerConnection::PeerConnection(int descriptor, std::chrono::milliseconds patience)
-    : descriptor_(descriptor)
+PeerConnection::PeerConnection(std::intptr_t socket, std::chrono::milliseconds patience)
+    : socket_(socket)
     , patience_(patience) {}
 
 PeerConnection::PeerConnection(PeerConnection&& other) noexcept
-    : descriptor_(std::exchange(other.descriptor_, -1))
+    : socket_(std::exchange(other.socket_, noSocket))
     , patience_(other.patience_) {}
 
 PeerConnection& PeerConnection::operator=(PeerConnection&& other) noexcept {
-    std::swap(descriptor_, other.descriptor_);
+    std::swap(socket_, other.socket_);
     std::swap(patience_, other.patience_);
     return *this;
 }
@@ -103,12 +60,9 @@ PeerConnection::~PeerConnection() { close(); }
 std::size_t PeerConnection::receive(std::uint8_t* bytes, std::size_t count, Moment deadline,
                                     const char* what) {
     while (true) {
-        awaitEvent(descriptor_, POLLIN, deadline, what);
-        const auto got = ::recv(descriptor_, bytes, count, 0);
-        if (got >= 0)
-            return static_cast<std::size_t>(got);
-        if (!triesAgain())
-            throwSystemError(what);
+        awaitEvent(socket_, Event::input, deadline, what);
+        if (const auto got = peer_sockets::receive(socket_, bytes, count))
+            return *got;
     }
 }
 
@@ -149,74 +103,75 @@ Bytes PeerConnection::readToEnd() {
     return bytes;
 }
 
-void PeerConnection::write(const Bytes& bytes) {
+void PeerConnection::send(const Bytes& bytes, bool endFollows) {
     const auto deadline = after(patience_);
     for (std::size_t done = 0; done < bytes.size();) {
-        awaitEvent(descriptor_, POLLOUT, deadline, "write");
-        const auto sent = ::send(descriptor_, bytes.data() + done, bytes.size() - done, MSG_NOSIGNAL);
-        if (sent >= 0)
-            done += static_cast<std::size_t>(sent);
-        else if (!triesAgain())
-            throwSystemError("write");
+        awaitEvent(socket_, Event::room, deadline, "write");
+        done += peer_sockets::send(socket_, bytes.data() + done, bytes.size() - done,
+                                   endFollows ? Following::end : Following::nothing)
+                    .value_or(0);
     }
 }
 
-void PeerConnection::finishWriting() { ::shutdown(descriptor_, SHUT_WR); }
+void PeerConnection::write(const Bytes& bytes) { send(bytes, false); }
 
-void PeerConnection::close() { closeDescriptor(descriptor_); }
+void PeerConnection::finishWith(const Bytes& bytes) {
+    send(bytes, true);
+    finishWriting();
+}
+
+void PeerConnection::finishWriting() { peer_sockets::finishSending(socket_); }
+
+void PeerConnection::close() { closeSocket(socket_); }
 
 void PeerConnection::reset() {
-    const linger now{1, 0};
-    ::setsockopt(descriptor_, SOL_SOCKET, SO_LINGER, &now, sizeof now);
-    close();
+    if (isOpen())
+        peer_sockets::closeWithReset(std::exchange(socket_, noSocket));
 }
 
-bool PeerConnection::hasInput(std::chrono::milliseconds wait) const { return hasEvent(descriptor_, wait); }
-
-bool PeerConnection::atEnd() const {
-    std::uint8_t next = 0;
-    return ::recv(descriptor_, &next, 1, MSG_PEEK) <= 0;
+bool PeerConnection::hasInput(std::chrono::milliseconds wait) const {
+    return peer_sockets::waitFor(socket_, Event::input, wait);
 }
+
+bool PeerConnection::atEnd() const { return peer_sockets::isAtEnd(socket_); }
 
 PeerListener::PeerListener(int backlog, std::chrono::milliseconds patience)
     : patience_(patience)
-    , reservation_(boundSocket(0)) {
+    , reservation_(peer_sockets::makeBound(0)) {
     try {
-        port_ = portOf(reservation_);
+        port_ = peer_sockets::portOf(reservation_);
         listen(backlog);
     } catch (const std::exception&) {
-        closeDescriptor(reservation_);
-        closeDescriptor(listening_);
+        closeSocket(reservation_);
+        closeSocket(listening_);
         throw;
     }
 }
 
 PeerListener::~PeerListener() {
-    closeDescriptor(listening_);
-    closeDescriptor(reservation_);
+    closeSocket(listening_);
+    closeSocket(reservation_);
 }
 
 PeerConnection PeerListener::accept() {
     const auto deadline = after(patience_);
     while (true) {
-        awaitEvent(listening_, POLLIN, deadline, "accept");
-        const int accepted = ::accept4(listening_, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
-        if (accepted >= 0)
-            return PeerConnection(accepted, patience_);
-        if (!triesAgain() && errno != ECONNABORTED)
-            throwSystemError("accept");
+        awaitEvent(listening_, Event::input, deadline, "accept");
+        if (const auto accepted = peer_sockets::accept(listening_))
+            return PeerConnection(*accepted, patience_);
     }
 }
 
-bool PeerListener::hasWaitingClient() const { return hasEvent(listening_, std::chrono::milliseconds(0)); }
+bool PeerListener::hasWaitingClient() const {
+    return peer_sockets::waitFor(listening_, Event::input, std::chrono::milliseconds(0));
+}
 
-void PeerListener::stop() { closeDescriptor(listening_); }
+void PeerListener::stop() { closeSocket(listening_); }
 
 void PeerListener::listen(int backlog) {
-    closeDescriptor(listening_);
-    listening_ = boundSocket(port_);
-    if (::listen(listening_, backlog) != 0)
-        throwSystemError("listen");
+    closeSocket(listening_);
+    listening_ = peer_sockets::makeBound(port_);
+    peer_sockets::listen(listening_, backlog);
 }
 
 ScriptedPeer::ScriptedPeer(Script script, int backlog, std::chrono::milliseconds patience)

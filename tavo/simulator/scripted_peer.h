@@ -22,8 +22,8 @@ inline constexpr std::chrono::seconds peerPatience{20};
 /// std::runtime_error that names what it waited for. One thread at a time.
 class TAVO_API PeerConnection {
 public:
-    /// @param descriptor an accepted socket that does not block; closed by this object.
-    explicit PeerConnection(int descriptor, std::chrono::milliseconds patience = peerPatience);
+    /// @param socket an accepted socket that does not block, as the system numbers it; closed by this object.
+    explicit PeerConnection(std::intptr_t socket, std::chrono::milliseconds patience = peerPatience);
     PeerConnection(PeerConnection&& other) noexcept;
     PeerConnection& operator=(PeerConnection&& other) noexcept;
     ~PeerConnection();
@@ -39,10 +39,13 @@ public:
 
     /// Tells the client that nothing more comes, and goes on reading.
     void finishWriting();
+    /// The same behind these bytes, in one piece: a client that has received the bytes also finds the end. On
+    /// Windows, where a piece cannot wait for the end, it may find the end a moment later.
+    void finishWith(const std::vector<std::uint8_t>& bytes);
     void close();
     /// Cuts the connection: the client sees it reset.
     void reset();
-    bool isOpen() const { return descriptor_ >= 0; }
+    bool isOpen() const { return socket_ != noSocket; }
 
     /// Waits this long at most for bytes or the end of what the client sends.
     bool hasInput(std::chrono::milliseconds wait) const;
@@ -50,10 +53,14 @@ public:
     bool atEnd() const;
 
 private:
+    friend class PeerListener;
+    static constexpr std::intptr_t noSocket = -1;
+
     std::size_t receive(std::uint8_t* bytes, std::size_t count,
                         std::chrono::steady_clock::time_point deadline, const char* what);
+    void send(const std::vector<std::uint8_t>& bytes, bool endFollows);
 
-    int descriptor_;
+    std::intptr_t socket_;
     std::chrono::milliseconds patience_;
 };
 
@@ -85,8 +92,8 @@ public:
 
 private:
     std::chrono::milliseconds patience_;
-    int reservation_ = -1;
-    int listening_ = -1;
+    std::intptr_t reservation_ = PeerConnection::noSocket;
+    std::intptr_t listening_ = PeerConnection::noSocket;
     std::uint16_t port_ = 0;
 };
 

@@ -47,13 +47,21 @@ std::vector<ObjectDescription> readObjects(const json& list, const std::string& 
     return objects;
 }
 
+// Far deeper than any tree that a client opens; what follows goes into each level by a call of its own.
+constexpr int deepestLevel = 512;
+
 json parse(const std::filesystem::path& file) {
+    const auto refuseDepth = [&](int depth, json::parse_event_t, const json&) {
+        if (depth > deepestLevel)
+            throw std::invalid_argument(file.string() + ": is nested too deeply");
+        return true;
+    };
     std::ifstream in(file, std::ios::binary);
     if (!in)
         throw std::invalid_argument(file.string() + ": cannot be read");
     try {
-        return json::parse(in);
-    } catch (const json::parse_error& error) {
+        return json::parse(in, refuseDepth);
+    } catch (const json::exception& error) {
         const std::string text = error.what();
         throw std::invalid_argument(file.string() + ": " + text.substr(text.find("] ") + 2));
     }

@@ -5,7 +5,7 @@
 
 #include <asio/post.hpp>
 
-#include <tavo/simulator/internal/close_on_exec.h>
+#include <tavo/simulator/internal/server_socket.h>
 #include <tavo/simulator/internal/session.h>
 #include <tavo/simulator/internal/thread_without_signals.h>
 
@@ -27,8 +27,8 @@ Server::Server(const std::string& host, std::uint16_t port, RequestHandler& hand
         const auto found = resolver.resolve(host, std::to_string(port), asio::ip::tcp::resolver::passive);
         const auto endpoint = found.begin()->endpoint();
         acceptor_.open(endpoint.protocol());
-        closeOnExec(acceptor_.native_handle());
-        acceptor_.set_option(asio::socket_base::reuse_address(true));
+        keepFromStartedPrograms(acceptor_.native_handle());
+        takePortForOne(acceptor_);
         acceptor_.bind(endpoint);
         acceptor_.listen();
         port_ = acceptor_.local_endpoint().port();
@@ -62,7 +62,7 @@ void Server::accept() {
             });
             return;
         }
-        closeOnExec(socket.native_handle());
+        keepFromStartedPrograms(socket.native_handle());
         const auto number = handler_.connected();
         const auto session = std::make_shared<Session>(*this, std::move(socket), number);
         sessions_.emplace(number, session);

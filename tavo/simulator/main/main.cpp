@@ -5,6 +5,8 @@
 #include <vector>
 
 #include <CLI/CLI.hpp>
+#include <asio/io_context.hpp>
+#include <asio/signal_set.hpp>
 #include <fmt/format.h>
 
 #include <tavo/client/device/device_factory.h>
@@ -84,17 +86,10 @@ void hidePassword(simulator::CallRecord& record) {
                 parameter.value = TAVO::Value(std::string("***"));
 }
 
-sigset_t endSignals() {
-    sigset_t signals;
-    sigemptyset(&signals);
-    sigaddset(&signals, SIGINT);
-    sigaddset(&signals, SIGTERM);
-    return signals;
-}
-
 int serve(simulator::Simulator& appliance, const Arguments& arguments) {
-    const auto signals = endSignals();
-    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    asio::io_context context;
+    asio::signal_set end(context, SIGINT, SIGTERM);
+    end.async_wait([](const asio::error_code&, int) {});
     if (arguments.log)
         appliance.setObserver([](simulator::CallRecord record) {
             hidePassword(record);
@@ -103,8 +98,7 @@ int serve(simulator::Simulator& appliance, const Arguments& arguments) {
     appliance.start();
     fmt::print("listening on {}:{}\n", arguments.options.host, appliance.port());
     std::fflush(stdout);
-    int received = 0;
-    sigwait(&signals, &received);
+    context.run();
     appliance.stop();
     if (!arguments.quiet)
         fmt::print(stderr, "stopped after {} requests on {} connections\n", appliance.requestCount(),

@@ -1,0 +1,13 @@
+#include <tavo/simulator/internal/server_socket.h>
+
+#include <fcntl.h>
+
+namespace TAVO::simulator {
+
+void keepFromStartedPrograms(int socket) { ::fcntl(socket, F_SETFD, FD_CLOEXEC); }
+
+void takePortForOne(asio::ip::tcp::acceptor& acceptor) {
+    acceptor.set_option(asio::socket_base::reuse_address(true));
+}
+
+} // namespace TAVO::simulator

@@ -1,0 +1,16 @@
+#include <tavo/simulator/internal/server_socket.h>
+
+namespace TAVO::simulator {
+
+void keepFromStartedPrograms(SOCKET socket) {
+    ::SetHandleInformation(reinterpret_cast<HANDLE>(socket), HANDLE_FLAG_INHERIT, 0);
+}
+
+// The option of POSIX systems would share the port here, and what it is for works without it.
+void takePortForOne(asio::ip::tcp::acceptor& acceptor) {
+    const BOOL yes = TRUE;
+    ::setsockopt(acceptor.native_handle(), SOL_SOCKET, SO_EXCLUSIVEADDRUSE,
+                 reinterpret_cast<const char*>(&yes), sizeof yes);
+}
+
+} // namespace TAVO::simulator

@@ -1,0 +1,10 @@
+#include <tavo/simulator/internal/thread_without_signals.h>
+
+#include <utility>
+
+namespace TAVO::simulator {
+
+// The system makes a thread of its own for each signal.
+std::thread threadWithoutSignals(std::function<void()> function) { return std::thread(std::move(function)); }
+
+} // namespace TAVO::simulator
