@@ -17,6 +17,7 @@
 #include <tavo/simulator/simulator.h>
 #include <tests/support/failure_text.h>
 #include <tests/support/hang_guard.h>
+#include <tests/support/system_error.h>
 
 namespace {
 
@@ -27,8 +28,8 @@ using TAVO::SpecificationError;
 using TAVO::simulator::Fault;
 namespace faults = TAVO::simulator::faults;
 
-const std::string closedEarly =
-    "Connection to device closed unexpectedly.[ErrorCode 104:Connection reset by peer]";
+const std::string closedEarly = "Connection to device closed unexpectedly." +
+                                support::errorCodeText(support::SystemError::connectionReset);
 const std::string unexpected = "Unexpected data recieved from device.";
 
 /// An open device and what each fault of the appliance does to a call, and to the calls after it.
@@ -188,7 +189,9 @@ TEST_F(SimulatedFault, SilenceLastsUntilTheConnectionEnds) {
     simulator.stop();
     EXPECT_EQ(failure.get(), closedEarly);
     const auto refused = failureOf<NetworkError>([&] { type(); });
-    EXPECT_NE(refused.find("[ErrorCode 111:Connection refused]"), std::string::npos) << refused;
+    EXPECT_NE(refused.find(support::errorCodeText(support::SystemError::connectionRefused)),
+              std::string::npos)
+        << refused;
     simulator.start();
     expectUsableOnANewConnectionWithTheLock();
 }

@@ -1,15 +1,8 @@
 #pragma once
 
 #include <cstdint>
-#include <stdexcept>
-#include <string>
-
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <netinet/tcp.h>
-#include <sys/socket.h>
-#include <sys/time.h>
-#include <unistd.h>
+#include <initializer_list>
+#include <memory>
 
 #include <tests/support/wire_bytes.h>
 
@@ -18,66 +11,28 @@ namespace support {
 /// A client of a few bytes: a connection to 127.0.0.1. Every wait ends after 20 seconds with an exception.
 class RawClient {
 public:
-    explicit RawClient(std::uint16_t port)
-        : socket_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-        const timeval patience{20, 0};
-        ::setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
-        ::setsockopt(socket_, SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof patience);
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        address.sin_port = htons(port);
-        if (::connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
-            ::close(socket_);
-            throw std::runtime_error("cannot connect");
-        }
-    }
+    /// @throws std::runtime_error
+    explicit RawClient(std::uint16_t port);
     RawClient(const RawClient&) = delete;
     RawClient& operator=(const RawClient&) = delete;
-    ~RawClient() { ::close(socket_); }
+    ~RawClient();
 
     /// Sends what the peer takes; false when it has closed.
-    bool send(const Bytes& bytes) {
-        for (std::size_t done = 0; done < bytes.size();) {
-            const auto sent = ::send(socket_, bytes.data() + done, bytes.size() - done, MSG_NOSIGNAL);
-            if (sent <= 0)
-                return false;
-            done += static_cast<std::size_t>(sent);
-        }
-        return true;
-    }
+    bool send(const Bytes& bytes);
 
     /// What one receive brings; empty at the end of the connection.
-    Bytes receive() {
-        Bytes bytes(1 << 20);
-        const auto got = ::recv(socket_, bytes.data(), bytes.size(), 0);
-        if (got < 0)
-            throw std::runtime_error(errno == ECONNRESET ? "reset" : "nothing to receive");
-        bytes.resize(static_cast<std::size_t>(got));
-        return bytes;
-    }
-
-    Bytes receive(std::size_t count) {
-        Bytes bytes;
-        while (bytes.size() < count) {
-            const auto piece = receive();
-            if (piece.empty())
-                break;
-            bytes.insert(bytes.end(), piece.begin(), piece.end());
-        }
-        return bytes;
-    }
-
-    Bytes receiveToEnd() { return receive(SIZE_MAX); }
+    /// @throws std::runtime_error "reset" or "nothing to receive"
+    Bytes receive();
+    /// That many, or fewer when the connection ends before.
+    Bytes receive(std::size_t count);
+    Bytes receiveToEnd();
 
     /// Whether there is anything to receive now.
-    bool hasInput() {
-        std::uint8_t byte = 0;
-        return ::recv(socket_, &byte, 1, MSG_PEEK | MSG_DONTWAIT) >= 0;
-    }
+    bool hasInput();
 
 private:
-    int socket_;
+    struct Connection;
+    std::unique_ptr<Connection> connection_;
 };
 
 /// One call of a request.

@@ -1,15 +1,10 @@
 #pragma once
 
 #include <cstddef>
-#include <filesystem>
-#include <iterator>
 
 namespace support {
 
-/// Number of descriptors that this process has open.
-inline std::size_t openDescriptors() {
-    const std::filesystem::directory_iterator entries("/proc/self/fd");
-    return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
-}
+/// Number of descriptors that this process has open; on Windows, of sockets.
+std::size_t openDescriptors();
 
 } // namespace support

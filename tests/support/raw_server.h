@@ -9,8 +9,6 @@
 #include <utility>
 #include <vector>
 
-#include <unistd.h>
-
 #include <gtest/gtest.h>
 
 #include <tavo/simulator/scripted_peer.h>
@@ -33,30 +31,6 @@ inline Bytes pattern(std::size_t count) {
         bytes[i] = static_cast<std::uint8_t>(i % 251);
     return bytes;
 }
-
-/// A descriptor that closes itself.
-class Descriptor {
-public:
-    explicit Descriptor(int number)
-        : number_(number) {}
-    Descriptor(Descriptor&& other) noexcept
-        : number_(std::exchange(other.number_, -1)) {}
-    Descriptor& operator=(Descriptor&& other) noexcept {
-        std::swap(number_, other.number_);
-        return *this;
-    }
-    ~Descriptor() { close(); }
-
-    int number() const { return number_; }
-    void close() {
-        if (number_ >= 0)
-            ::close(number_);
-        number_ = -1;
-    }
-
-private:
-    int number_;
-};
 
 using RawConnection = TAVO::simulator::PeerConnection;
 using RawListener = TAVO::simulator::PeerListener;

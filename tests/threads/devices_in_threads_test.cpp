@@ -12,6 +12,7 @@
 #include <tavo/client/object/multicall_queue.h>
 #include <tavo/client/wire/error.h>
 #include <tests/support/appliance_server.h>
+#include <tests/support/system_error.h>
 
 namespace {
 
@@ -89,7 +90,7 @@ TEST(DevicesInThreads, FailAtOnceEachWithItsOwnText) {
                 } catch (const TAVO::NetworkError& failure) {
                     right += std::string(failure.what()) ==
                              "Could not connect to socket to: 127.0.0.1 port " + listener.portText() +
-                                 "[ErrorCode 111:Connection refused]";
+                                 support::errorCodeText(support::SystemError::connectionRefused);
                 }
             }
         });

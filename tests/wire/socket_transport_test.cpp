@@ -9,6 +9,7 @@
 #include <tavo/client/wire/error.h>
 #include <tavo/client/wire/socket_transport.h>
 #include <tests/support/raw_server.h>
+#include <tests/support/system_error.h>
 
 namespace {
 
@@ -55,8 +56,9 @@ TEST(SocketTransport, ResolvesHostNames) {
         EXPECT_TRUE(listener.hasWaitingClient());
     } catch (const TAVO::NetworkError& error) {
         // The first address of the name may be one that the listener does not have; no other is tried.
-        EXPECT_EQ(std::string(error.what()), "Could not connect to socket to: localhost port " +
-                                                 listener.portText() + "[ErrorCode 111:Connection refused]");
+        EXPECT_EQ(std::string(error.what()),
+                  "Could not connect to socket to: localhost port " + listener.portText() +
+                      support::errorCodeText(support::SystemError::connectionRefused));
     }
 }
 

@@ -13,6 +13,7 @@
 #include <tavo/client/wire/tavox_device.h>
 #include <tests/support/appliance_server.h>
 #include <tests/support/failure_text.h>
+#include <tests/support/system_error.h>
 
 namespace {
 
@@ -83,7 +84,7 @@ TEST(TavoxDeviceConnection, IsReportedWhenItCannotBeMade) {
     EXPECT_EQ(
         failureOf<TAVO::NetworkError>([&] { TAVOXDevice("127.0.0.1", listener.port(), "", "", false); }),
         "Could not connect to socket to: 127.0.0.1 port " + listener.portText() +
-            "[ErrorCode 111:Connection refused]");
+            support::errorCodeText(support::SystemError::connectionRefused));
     EXPECT_NE(failureOf<TAVO::NetworkError>([] {
                   TAVOXDevice("127.0.0.1", -1, "", "", false);
               }).find("127.0.0.1 port -1[ErrorCode "),
