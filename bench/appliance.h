@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <mutex>
+#include <tuple>
+#include <vector>
+
+#include <tests/support/fake_appliance.h>
+
+namespace bench {
+
+using support::Bytes;
+
+/// Bytes of a request before its calls, and of a call before its parameters.
+inline constexpr std::size_t requestHeadSize = 8;
+inline constexpr std::size_t callHeadSize = 12;
+/// Bytes of a reply without error before its results.
+inline constexpr std::size_t replyHeadSize = 12;
+
+/// What tells a request from the others. All calls of one request are alike here, so the first one is enough.
+struct RequestKey {
+    std::uint32_t count = 0;
+    std::uint32_t instanceId = 0;
+    std::uint32_t methodId = 0;
+    std::uint32_t parameterSize = 0;
+    std::uint32_t firstParameter = 0; ///< the first four bytes of the parameters, 0 when there are fewer
+    auto operator<=>(const RequestKey&) const = default;
+
+    /// As much of the request as must be there before its key and its length are known.
+    static constexpr std::size_t smallestRequest = requestHeadSize + callHeadSize;
+    static constexpr std::size_t longestKey = smallestRequest + 4;
+    /// `bytes` holds the request up to longestKey, or all of it.
+    static RequestKey of(const std::uint8_t* bytes);
+    static std::uint64_t requestLength(const std::uint8_t* bytes);
+};
+
+/// The objects of the measured device and its prepared replies: the fixed objects, and gauges in groups of
+/// ten: a root member with nine members.
+class Appliance {
+public:
+    explicit Appliance(std::size_t gauges);
+
+    std::size_t gauges() const { return gauges_; }
+    static constexpr std::uint32_t firstGauge = 16;
+    static constexpr std::uint32_t groupSize = 10;
+    static constexpr std::uint32_t lockId = 0x51; ///< what its "lock" returns
+
+    /// The request of `count` equal calls, as the library sends it.
+    Bytes request(std::uint32_t lock, std::uint32_t instanceId, const char* method,
+                  const Bytes& parameters = {}, std::uint32_t count = 1);
+    /// All requests that opening this device and locking it with these credentials takes, in order.
+    std::vector<Bytes> openingRequests(const std::string& user, const std::string& password);
+
+    /// The reply to a request; made when it is asked for the first time, and never changed then. Safe from
+    /// several threads.
+    const Bytes& reply(const RequestKey& key);
+    const Bytes& replyTo(const Bytes& request);
+
+private:
+    void addObjectRequests(std::vector<Bytes>& requests, std::uint32_t lock, std::uint32_t id,
+                           std::initializer_list<const char*> methods);
+
+    std::mutex mutex_;
+    support::FakeAppliance objects_;
+    std::size_t gauges_;
+    std::map<RequestKey, Bytes> replies_;
+};
+
+} // namespace bench

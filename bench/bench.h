@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <bench/appliance.h>
+#include <bench/gauge.h>
+#include <bench/report.h>
+#include <bench/server_process.h>
+#include <bench/sockets.h>
+
+namespace bench {
+
+/// One run of the measurements.
+struct Run {
+    Report report;
+    /// Multiplies the number of rounds.
+    double effort = 1;
+    /// Where the points of the plots are written; nowhere when empty.
+    std::string plotFolder;
+    /// The processor of this process, and another one when there is one.
+    std::vector<int> processors;
+
+    std::size_t rounds(std::size_t usual) const;
+    void writePlot(const std::string& name, const std::vector<std::vector<double>>& rows) const;
+};
+
+/// A server with an open device and a raw client.
+struct Bench {
+    explicit Bench(int processor, std::size_t gauges = Appliance::groupSize);
+
+    std::shared_ptr<TAVO::Device> openDevice() const;
+    RawClient connectRaw() const { return {server.address(), server.port()}; }
+
+    Appliance appliance;
+    ServerProcess server;
+    std::shared_ptr<TAVO::Device> device;
+    RawClient raw;
+    const Gauge& gauge;
+};
+
+const Gauge& firstGauge(const TAVO::Device& device);
+
+/// The call that most rows are about: an int32 and 16 bytes each way.
+inline constexpr std::int32_t exchangeNumber = 7;
+Bytes exchangeData();
+Bytes exchangeParameters();
+
+/// The raw side of a call: what goes and a place for what comes.
+struct RawCall {
+    RawCall(Appliance& appliance, const char* method, const Bytes& parameters, std::uint32_t count = 1);
+    void operator()(RawClient& client) { client.exchange(request, reply); }
+
+    Bytes request;
+    Bytes reply;
+};
+
+std::shared_ptr<TAVO::MulticallQueue> exchangeQueue(const Gauge& gauge, std::size_t count);
+
+/// Ends the run unless the library sends exactly the bytes of the raw side.
+void insistOnSameBytes(Appliance& appliance, const RawCall& raw, const TAVO::MulticallQueue& queue);
+
+void measureSingleCall(Run& run);
+void measureBatch(Run& run);
+void measureBuilding(Run& run);
+void measureBlobs(Run& run);
+
+/// Repeats one piece of work with the network left out, for profilers.
+void drive(const std::string& work, std::size_t iterations);
+
+} // namespace bench

@@ -1,0 +1,136 @@
+#include <bench/bench.h>
+
+#include <span>
+
+#include <benchmark/benchmark.h>
+
+#include <bench/measured_pieces.h>
+#include <bench/prepared_transport.h>
+#include <tavo/client/wire/call_exchange.h>
+#include <tavo/client/wire/socket_transport.h>
+
+namespace bench {
+
+namespace {
+
+constexpr std::uint32_t batchSize = 1000;
+
+using Batch = std::vector<std::shared_ptr<TAVO::Method>>;
+
+Batch batchOf(TAVO::MulticallQueue& queue) { return {queue.getMethods().begin(), queue.getMethods().end()}; }
+
+/// How often the system is asked in one exchange of the batch, over a connection of its own.
+void countSystemCalls(Run& run, const Bench& bench, const std::string& work, const Batch& batch,
+                      double expectedReceives) {
+    constexpr std::uint64_t exchanges = 200;
+    TAVO::SocketTransport transport(bench.server.address(), std::to_string(bench.server.port()));
+    TAVO::CallExchange exchange(transport);
+    for (std::uint64_t i = 0; i < exchanges; ++i)
+        exchange.run(Appliance::lockId, batch);
+    const auto each = [](std::uint64_t count) { return static_cast<double>(count) / exchanges; };
+    const auto& counters = transport.counters();
+    run.report.addCount(work, "polls", each(counters.polls), 1);
+    run.report.addCount(work, "sends", each(counters.sends), 1);
+    run.report.addCount(work, "receives", each(counters.receives), expectedReceives);
+}
+
+Comparison compareSingleCall(Run& run, Bench& bench) {
+    RawCall raw(bench.appliance, "exchange", exchangeParameters());
+    const auto method = bench.gauge.getExchangeMethod(exchangeNumber, exchangeData());
+    return interleaved(
+        run.rounds(2000), 20, [&] { raw(bench.raw); }, [&] { bench.device->call(method); });
+}
+
+Comparison compareBatch(Run& run, Bench& bench) {
+    RawCall raw(bench.appliance, "exchange", exchangeParameters(), batchSize);
+    const auto queue = exchangeQueue(bench.gauge, batchSize);
+    return interleaved(
+        run.rounds(600), 2, [&] { raw(bench.raw); }, [&] { bench.device->multicall(queue); });
+}
+
+} // namespace
+
+void measureSingleCall(Run& run) {
+    Bench bench(run.processors.front());
+    const auto queue = exchangeQueue(bench.gauge, 1);
+    RawCall raw(bench.appliance, "exchange", exchangeParameters());
+    insistOnSameBytes(bench.appliance, raw, *queue);
+    run.report.addRatio("single call", compareSingleCall(run, bench), 1.08);
+
+    const auto data = exchangeData();
+    const auto whole = interleaved(
+        run.rounds(1000), 20, [&] { raw(bench.raw); },
+        [&] {
+            const auto method = bench.gauge.getExchangeMethod(exchangeNumber, data);
+            bench.device->call(method);
+            benchmark::DoNotOptimize(method->value());
+        });
+    run.report.addRatio("single call, building and value included", whole, {});
+    countSystemCalls(run, bench, "single call", batchOf(*queue), 1);
+
+    if (run.processors.size() > 1) {
+        Bench other(run.processors[1]);
+        run.report.addRatio("single call, server on another processor", compareSingleCall(run, other), {});
+    }
+}
+
+void measureBatch(Run& run) {
+    Bench bench(run.processors.front());
+    const auto queue = exchangeQueue(bench.gauge, batchSize);
+    RawCall raw(bench.appliance, "exchange", exchangeParameters(), batchSize);
+    insistOnSameBytes(bench.appliance, raw, *queue);
+
+    const auto comparison = compareBatch(run, bench);
+    const auto each =
+        Measured{comparison.library.value * 1e9 / batchSize, comparison.library.noise * 1e9 / batchSize};
+    run.report.add({"batch of 1000, each call", "ns", each, 120, comparison.raw / batchSize,
+                    comparison.library.value / batchSize, ""});
+    run.report.addRatio("batch of 1000", comparison, 4);
+    const auto receives = (raw.reply.size() + 65535) / 65536;
+    countSystemCalls(run, bench, "batch of 1000", batchOf(*queue), static_cast<double>(receives));
+
+    if (run.processors.size() > 1) {
+        Bench other(run.processors[1]);
+        run.report.addRatio("batch of 1000, server on another processor", compareBatch(run, other), {});
+    }
+}
+
+void measureBuilding(Run& run) {
+    Bench bench(run.processors.front());
+    const auto data = exchangeData();
+    const auto built = measurePiece("build", run.rounds(60), [&](benchmark::State& state) {
+        for (auto _ : state) {
+            TAVO::MulticallQueue queue;
+            const auto seconds = timed([&] {
+                for (std::uint32_t i = 0; i < batchSize; ++i)
+                    queue.add(bench.gauge.getExchangeMethod(exchangeNumber, data));
+            });
+            state.SetIterationTime(seconds);
+        }
+    });
+    run.report.add({"building 1000 Methods, each",
+                    "ns",
+                    Measured{built.value * 1e9 / batchSize, built.noise * 1e9 / batchSize},
+                    250,
+                    {},
+                    {},
+                    ""});
+}
+
+void drive(const std::string& work, std::size_t iterations) {
+    Bench bench(allowedProcessors().front());
+    if (work == "build") {
+        for (std::size_t i = 0; i < iterations; ++i)
+            exchangeQueue(bench.gauge, batchSize);
+        return;
+    }
+    const std::uint32_t count = work == "batch" ? batchSize : 1;
+    const RawCall raw(bench.appliance, "exchange", exchangeParameters(), count);
+    PreparedTransport transport(bench.appliance.replyTo(raw.request), raw.request.size());
+    TAVO::CallExchange exchange(transport);
+    const auto batch = batchOf(*exchangeQueue(bench.gauge, count));
+    for (std::size_t i = 0; i < iterations; ++i)
+        exchange.run(Appliance::lockId, batch);
+}
+
+} // namespace bench

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include <tavo/client/device/core_objects.h>
+#include <tavo/client/device/device_factory.h>
+#include <tavo/client/object/object_factory.h>
+#include <tavo/client/transcode/field.h>
+
+/// The remote type whose methods are measured, defined as an application defines a type of its own.
+namespace bench {
+
+using Bytes = std::vector<std::uint8_t>;
+
+struct ExchangeRequest : TAVO::dto::request_packet {
+    std::int32_t number = 0;
+    Bytes data;
+    static constexpr auto fields() {
+        return std::tuple{TAVO::dto::Field{"number", &ExchangeRequest::number},
+                          TAVO::dto::Field{"data", &ExchangeRequest::data}};
+    }
+};
+
+struct ExchangeReply : TAVO::dto::reply_packet {
+    std::int32_t number = 0;
+    Bytes data;
+    static constexpr auto fields() {
+        return std::tuple{TAVO::dto::Field{"number", &ExchangeReply::number},
+                          TAVO::dto::Field{"data", &ExchangeReply::data}};
+    }
+};
+
+struct StoreRequest : TAVO::dto::request_packet {
+    Bytes data;
+    static constexpr auto fields() { return std::tuple{TAVO::dto::Field{"data", &StoreRequest::data}}; }
+};
+
+struct FetchRequest : TAVO::dto::request_packet {
+    std::int32_t length = 0;
+    static constexpr auto fields() { return std::tuple{TAVO::dto::Field{"length", &FetchRequest::length}}; }
+};
+
+struct FetchReply : TAVO::dto::reply_packet {
+    Bytes data;
+    static constexpr auto fields() { return std::tuple{TAVO::dto::Field{"data", &FetchReply::data}}; }
+};
+
+class Gauge : public TAVO::Object_v1_0 {
+public:
+    using Object_v1_0::Object_v1_0;
+
+    std::shared_ptr<TAVO::BoundMethod<ExchangeReply>> getExchangeMethod(std::int32_t number,
+                                                                        const Bytes& data) const;
+    std::shared_ptr<TAVO::Method> getStoreMethod(Bytes data) const;
+    std::shared_ptr<TAVO::BoundMethod<FetchReply>> getFetchMethod(std::int32_t length) const;
+};
+
+/// Makes the type known to the library; once, before a device is opened.
+void registerGauge();
+
+} // namespace bench

@@ -1,0 +1,70 @@
+#include <cstdio>
+#include <exception>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include <bench/bench.h>
+
+namespace {
+
+using Measurement = std::pair<std::string, std::function<void(bench::Run&)>>;
+
+const std::vector<Measurement> measurements{
+    {"single", bench::measureSingleCall},
+    {"batch", bench::measureBatch},
+    {"build", bench::measureBuilding},
+    {"blobs", bench::measureBlobs},
+};
+
+std::vector<std::string> names() {
+    std::vector<std::string> all;
+    for (const auto& measurement : measurements)
+        all.push_back(measurement.first);
+    return all;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    CLI::App program("Measures what the library adds to the network, as ratios to a raw client");
+    std::vector<std::string> only;
+    std::string json, driven;
+    std::size_t iterations = 1000;
+    bench::Run run;
+    program.add_option("--only", only, "Measure only these")->delimiter(',')->check(CLI::IsMember(names()));
+    program.add_option("--effort", run.effort, "Multiplies the number of rounds")->check(CLI::PositiveNumber);
+    program.add_option("--json", json, "Write the results into this file");
+    program.add_option("--plots", run.plotFolder, "Write the points of the plots into this folder");
+    program
+        .add_option("--drive", driven, "Measure nothing, repeat this work without a network, for profilers")
+        ->check(CLI::IsMember({"single", "batch", "build"}));
+    program.add_option("--iterations", iterations, "How often the driven work is repeated");
+    CLI11_PARSE(program, argc, argv);
+
+    try {
+        bench::registerGauge();
+        if (!driven.empty()) {
+            bench::drive(driven, iterations);
+            return 0;
+        }
+        run.processors = bench::allowedProcessors();
+        bench::pinTo(run.processors.front());
+        fmt::print("{:<52} {:>16} {:>8} {:>9}\n", "work", "measured", "noise", "target");
+        for (const auto& [name, measure] : measurements)
+            if (only.empty() || std::find(only.begin(), only.end(), name) != only.end())
+                measure(run);
+        if (!json.empty())
+            std::ofstream(json) << run.report.toJson().dump(2) << '\n';
+        return run.report.missed() ? 1 : 0;
+    } catch (const std::exception& failure) {
+        fmt::print(stderr, "{}: {}\n", argv[0], failure.what());
+        return 2;
+    }
+}

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include <benchmark/benchmark.h>
+
+#include <bench/rounds.h>
+
+namespace bench {
+
+/// Seconds of one iteration of a benchmark that times its iterations itself, over that many repetitions.
+Measured measurePiece(const std::string& name, std::size_t repetitions,
+                      const std::function<void(benchmark::State&)>& piece);
+
+} // namespace bench

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <iosfwd>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <bench/rounds.h>
+
+namespace bench {
+
+enum class Verdict { met, missed, withinNoise, information, notMeasured };
+
+/// One line of the table. A value above its target by no more than the run's noise is not a miss.
+struct Row {
+    std::string work;
+    std::string unit;
+    std::optional<Measured> measured;
+    std::optional<double> target;
+    std::optional<double> rawSeconds;     ///< of one piece of work
+    std::optional<double> librarySeconds; ///< of one piece of work
+    std::string remark;
+
+    Verdict verdict() const;
+};
+
+class Report {
+public:
+    /// Adds the row and prints it.
+    void add(Row row);
+    /// A ratio of two times, with both.
+    void addRatio(const std::string& work, const Comparison& comparison, std::optional<double> target);
+    /// Something counted, whose target is exact.
+    void addCount(const std::string& work, const std::string& unit, double counted, double target);
+    void addNotMeasured(const std::string& work, const std::string& reason);
+
+    bool missed() const;
+    nlohmann::json toJson() const;
+
+private:
+    std::vector<Row> rows_;
+};
+
+} // namespace bench
