@@ -34,7 +34,8 @@ public:
     /// @throws NetworkError when the connection fails; SpecificationError when parameters cannot be encoded
     /// or the
     ///         result cannot be decoded; ConfigurationError, LockError, SpecificationError, ExecutionError,
-    ///         TAVOLoginError or Error for an error that the device reports.
+    ///         TAVOLoginError or Error for an error that the device reports. Where memory runs out,
+    ///         std::bad_alloc, or SpecificationError that ends with it for a result that is decoded.
     virtual void call(std::shared_ptr<Method> method) = 0;
     /// Executes all Methods of the queue in one exchange, in order; the queue is left as it was. Results that
     /// arrived before a failure stay in their Methods.

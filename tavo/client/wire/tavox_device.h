@@ -30,6 +30,7 @@ public:
     TAVOXDevice(const std::string& host, int port, const std::string& user, const std::string& password,
                 bool secure, std::shared_ptr<Interrupter> interrupter = nullptr);
     /// Unlocks, whatever comes of it, and closes the connection. Blocks for as long as the device takes.
+    /// Without memory for the call, or behind bytes of a reply that nobody has read, the unlock is left out.
     ~TAVOXDevice() override;
     TAVOXDevice(const TAVOXDevice&) = delete;
     TAVOXDevice& operator=(const TAVOXDevice&) = delete;
@@ -60,8 +61,10 @@ public:
     /// Results that were read before a failure stay in their Methods, the others keep what they had.
     /// @throws Error for a null entry, a framing fault, a wrong count of results or an unknown device error;
     ///         SpecificationError for a Method without remote object, and for parameters or results that
-    ///         cannot be encoded or decoded; NetworkError; and the exception of the error that the device
-    ///         reports.
+    ///         cannot be encoded or decoded; NetworkError; the exception of the error that the device
+    ///         reports; and where memory runs out, std::bad_alloc, SpecificationError that ends with
+    ///         "std::bad_alloc" for a result that is decoded, and Error "Error writing to output stream for
+    ///         method: " and the full name for a large request, of which nothing was sent.
     void callMethods(std::deque<std::shared_ptr<Method>> methods);
 
 private:
