@@ -84,8 +84,16 @@ Value parseBytes(const FieldDescription& field, const std::string& text) {
     }
 }
 
+// Far deeper than any record; what follows goes into each level by a call of its own.
+constexpr int deepestLevel = 64;
+
 Value parseJson(const FieldDescription& field, const std::string& text) {
-    const auto document = nlohmann::json::parse(text, nullptr, false);
+    const auto refuseDepth = [&](int depth, nlohmann::json::parse_event_t, const nlohmann::json&) {
+        if (depth > deepestLevel)
+            throw std::invalid_argument(fmt::format("'{}' is nested too deeply", field.name));
+        return true;
+    };
+    const auto document = nlohmann::json::parse(text, refuseDepth, false);
     if (document.is_discarded())
         refuse(field, fmt::format("a {} in JSON", field.type), text);
     try {

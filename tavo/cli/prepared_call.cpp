@@ -152,7 +152,10 @@ CallWords parseCall(std::span<const std::string> words) {
 }
 
 PreparedCall prepareCall(Session& session, const CallWords& words) {
-    const auto object = session.find(words.object);
+    return prepareCall(session.find(words.object), words);
+}
+
+PreparedCall prepareCall(const std::shared_ptr<Object_v1_0>& object, const CallWords& words) {
     const auto& row = findMethod(*object, words.method);
     const auto params = makeParams(words.object + "." + words.method, row, words.assignments);
     return {object, std::make_shared<Method>(words.method, *object, params), &row};

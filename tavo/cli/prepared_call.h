@@ -37,6 +37,8 @@ struct PreparedCall {
 /// Sends nothing once the session is open.
 /// @throws Failure (not found) for unknown objects and methods, Failure (usage) for wrong fields and values.
 PreparedCall prepareCall(Session& session, const CallWords& words);
+/// The same for the object that the words mean.
+PreparedCall prepareCall(const std::shared_ptr<Object_v1_0>& object, const CallWords& words);
 
 /// The object's methods that can be called, with their records, in published order: those that both the
 /// device and this client know.

@@ -113,6 +113,17 @@ TEST(ParseField, TakesListsAndRecordsAsJson) {
     EXPECT_THROW(parseField({"f", "list of i32"}, "[1.5]"), std::invalid_argument);
 }
 
+TEST(ParseField, RefusesJsonThatIsNestedTooDeeply) {
+    const FieldDescription field{"f", "list of i32"};
+    try {
+        parseField(field, std::string(1'000'000, '['));
+        FAIL();
+    } catch (const std::invalid_argument& error) {
+        EXPECT_STREQ(error.what(), "'f' is nested too deeply");
+    }
+    EXPECT_NO_THROW(parseField(field, std::string(30, '[') + std::string(30, ']')));
+}
+
 TEST(ParseCall, SplitsAtTheLastDotAndTheFirstEqualsSign) {
     const std::vector<std::string> words = {"bench.drawer.left.set", "state=1", "text=a=b", "empty="};
     const auto call = parseCall(words);

@@ -1,52 +1,21 @@
 #include <tavo/cli/commands/commands.h>
 
 #include <memory>
-#include <sstream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include <fmt/format.h>
 
+#include <tavo/cli/batch_file.h>
 #include <tavo/cli/files.h>
-#include <tavo/cli/prepared_call.h>
-#include <tavo/cli/words.h>
 
 namespace TAVO::cli {
 
 namespace {
 
-struct Line {
-    std::string place;
-    std::size_t number = 0;
-    CallWords words;
+struct Line : BatchLine {
     PreparedCall call;
 };
-
-/// What `action` throws, with the place in the file before it.
-template <class Action>
-auto at(const std::string& place, Action action) {
-    try {
-        return action();
-    } catch (const Failure& failure) {
-        throw Failure(failure.code, place + ": " + failure.what());
-    } catch (const std::invalid_argument& error) {
-        throw Failure(ExitCode::usage, place + ": " + error.what());
-    }
-}
-
-std::vector<Line> readLines(const std::string& file) {
-    std::vector<Line> lines;
-    std::istringstream in(readFile(file));
-    std::string text;
-    for (std::size_t number = 1; std::getline(in, text); ++number) {
-        const auto place = fmt::format("{}:{}", file, number);
-        const auto words = at(place, [&] { return splitWords(text); });
-        if (!words.empty())
-            lines.push_back({place, number, at(place, [&] { return parseCall(words); }), {}});
-    }
-    return lines;
-}
 
 void showResults(Output& output, const std::vector<Line>& lines) {
     auto documents = nlohmann::json::array();
@@ -74,9 +43,9 @@ void run(Session& session, const std::vector<Line>& lines) {
 }
 
 void runBatch(Session& session, Output& output, const std::string& file) {
-    auto lines = readLines(file);
-    for (auto& line : lines)
-        line.call = at(line.place, [&] { return prepareCall(session, line.words); });
+    std::vector<Line> lines;
+    for (const auto& line : parseBatch(file, readFile(file)))
+        lines.push_back({line, at(line.place, [&] { return prepareCall(session, line.words); })});
     try {
         if (!lines.empty())
             run(session, lines);
