@@ -7,7 +7,7 @@ namespace TAVO {
 
 namespace {
 
-constexpr std::size_t smallCapacity = 64 * 1024;
+constexpr std::size_t smallCapacity = std::size_t{64} * 1024;
 
 } // namespace
 

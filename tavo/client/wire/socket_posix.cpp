@@ -126,7 +126,8 @@ void shutDown(Handle socket) noexcept {
 bool pollReadable(Handle socket) noexcept { return waitFor(socket, POLLIN, 0) > 0; }
 
 Transfer sendGathered(Handle socket, std::span<const Run> runs) noexcept {
-    std::array<iovec, maximumRuns> vectors;
+    // Only the elements of the runs are read.
+    std::array<iovec, maximumRuns> vectors; // NOLINT(cppcoreguidelines-pro-type-member-init)
     for (std::size_t i = 0; i < runs.size(); ++i)
         vectors[i] = {const_cast<std::uint8_t*>(runs[i].data()), runs[i].size()};
     msghdr message{};

@@ -13,7 +13,7 @@ namespace TAVO {
 
 namespace {
 
-constexpr std::size_t readAheadCapacity = 64 * 1024;
+constexpr std::size_t readAheadCapacity = std::size_t{64} * 1024;
 
 const char* introduction(sockets::ConnectStep step) {
     switch (step) {
