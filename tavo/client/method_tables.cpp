@@ -70,8 +70,8 @@ TAVOXTranscode::MethodRows methodRows(std::string_view type, std::string_view ve
 }
 
 const TAVOXTranscode::MethodRow& describeMethod(const Object_v1_0& object, const std::string& name) {
-    const auto encoder = object.getEncoder(name); // cppcheck-suppress constVariable ; points to a function
-    const auto decoder = object.getDecoder(name); // cppcheck-suppress constVariable ; points to a function
+    const auto encoder = object.getEncoder(name);
+    const auto decoder = object.getDecoder(name);
     for (const auto& table : objectTables())
         for (const auto& row : table.rows)
             if (row.name == name && row.encoder == encoder && row.decoder == decoder)

@@ -15,7 +15,7 @@ namespace {
 template <class Proxy>
 std::shared_ptr<Proxy> buildFixedObject(const std::shared_ptr<Device>& device, const std::string& name,
                                         std::uint32_t instanceId) {
-    const auto object =
+    auto object =
         std::dynamic_pointer_cast<Proxy>(ObjectFactory::buildObject(device, name, instanceId, nullptr));
     if (!object)
         throw SpecificationError(name + " object not found.");
@@ -80,8 +80,7 @@ std::shared_ptr<Device> DeviceFactory::queryDevice(const std::string& host, int 
     const int usedPort = chosen ? port : DefaultPort;
     const auto used = interrupter ? interrupter : std::make_shared<Interrupter>();
     const Interrupter::Operation opening(*used);
-    const std::shared_ptr<Device> device =
-        std::make_shared<TAVOXDevice>(host, usedPort, "", "", chosen, used);
+    std::shared_ptr<Device> device = std::make_shared<TAVOXDevice>(host, usedPort, "", "", chosen, used);
     buildDeviceObject(device);
     bool first = false, second = false;
     if (!keyIsKnown(*device, first, second))

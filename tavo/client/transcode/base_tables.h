@@ -25,7 +25,7 @@ public:
 
 protected:
     /// Inserts or overwrites one entry for each row.
-    void enter(MethodRows rows);
+    void enter(MethodRows methods);
 };
 
 /// Method name to decoder.
@@ -34,7 +34,7 @@ public:
     DecoderList();
 
 protected:
-    void enter(MethodRows rows);
+    void enter(MethodRows methods);
 };
 
 /// The eight methods of every object.
