@@ -35,7 +35,7 @@ std::string signatureOf(const TAVOXTranscode::MethodRow& row) {
 
 } // namespace
 
-SimulatedObject::SimulatedObject(std::string type, std::string version)
+SimulatedObject::SimulatedObject(std::string type, const std::string& version)
     : type_(std::move(type))
     , version_(wireVersion(version)) {
     for (const auto& row : TAVOXTranscode::base_v1_0::rows())
@@ -52,7 +52,7 @@ void SimulatedObject::setVersion(const std::string& text) { version_ = wireVersi
 SimulatedObject& SimulatedObject::add(const std::string& name, std::unique_ptr<SimulatedObject> object) {
     auto& added = *object;
     adopt(name, std::move(object));
-    return added;
+    return added; // cppcheck-suppress returnReference ; the tree owns it, not `object`
 }
 
 std::string SimulatedObject::fullName() const {

@@ -68,7 +68,7 @@ class TAVO_API SimulatedObject {
 public:
     /// The methods are the rows of that type and version, or none beside the eight of every object when the
     /// client library knows no such type. "1.0" is the version (1, 0, any) on the wire, "1.0.3" (1, 0, 3).
-    SimulatedObject(std::string type, std::string version);
+    SimulatedObject(std::string type, const std::string& version);
     virtual ~SimulatedObject();
     SimulatedObject(const SimulatedObject&) = delete;
     SimulatedObject& operator=(const SimulatedObject&) = delete;

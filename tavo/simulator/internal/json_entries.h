@@ -49,9 +49,8 @@ private:
     template <class T>
     static T converted(const nlohmann::json& entry, const std::string& name, const char* expected) {
         try {
-            if constexpr (std::is_same_v<T, bool> || std::is_same_v<T, std::string>)
-                return entry.get<T>();
-            else if (entry.is_number_integer())
+            constexpr bool numeric = !std::is_same_v<T, bool> && !std::is_same_v<T, std::string>;
+            if (!numeric || entry.is_number_integer())
                 return entry.get<T>();
         } catch (const nlohmann::json::exception&) {
         }

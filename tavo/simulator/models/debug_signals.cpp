@@ -13,7 +13,7 @@ constexpr std::uint64_t nanosecondsPerMicrosecond = 1000;
 
 DebugSignals::DebugSignals(std::shared_ptr<Board> board)
     : BoardObserver(std::move(board)) {
-    boardChanged();
+    DebugSignals::boardChanged();
 }
 
 DebugSignals::~DebugSignals() = default;

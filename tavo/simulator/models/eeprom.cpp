@@ -5,8 +5,8 @@
 
 namespace TAVO::simulator {
 
-Eeprom::Eeprom(Geometry geometry, std::vector<std::uint8_t> content, std::function<std::uint64_t()> now,
-               std::function<bool()> powered)
+Eeprom::Eeprom(const Geometry& geometry, const std::vector<std::uint8_t>& content,
+               std::function<std::uint64_t()> now, std::function<bool()> powered)
     : geometry_(geometry)
     , content_(geometry.size, 0xFF)
     , now_(std::move(now))

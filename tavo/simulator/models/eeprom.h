@@ -27,8 +27,8 @@ public:
 
     /// @param content its first bytes; the rest is 0xFF.
     /// @param powered whether it answers at all; empty for always.
-    Eeprom(Geometry geometry, std::vector<std::uint8_t> content, std::function<std::uint64_t()> now,
-           std::function<bool()> powered = {});
+    Eeprom(const Geometry& geometry, const std::vector<std::uint8_t>& content,
+           std::function<std::uint64_t()> now, std::function<bool()> powered = {});
 
     const std::vector<std::uint8_t>& content() const noexcept { return content_; }
     /// Replaces its first bytes at once.

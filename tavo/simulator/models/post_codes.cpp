@@ -25,7 +25,7 @@ PostCodes::PostCodes(std::shared_ptr<Board> board, std::function<bool()> fromEmu
     : BoardObserver(std::move(board))
     , fromEmulatedRom_(std::move(fromEmulatedRom))
     , capacity_(capacity) {
-    boardChanged();
+    PostCodes::boardChanged();
 }
 
 int PostCodes::last() {
@@ -124,6 +124,7 @@ std::vector<PostCodes::Step> PostCodes::bootSteps(bool fromEmulatedRom, bool cmo
     std::vector<Step> steps;
     std::uint64_t passed = 0;
     for (const auto code : bootCodes) {
+        // cppcheck-suppress zerodiv ; there is more than one code
         const auto time = firstCodeDelay + (Board::bootDuration - firstCodeDelay) * passed / weights;
         if (steps.empty() && fromEmulatedRom)
             steps.push_back({time, emulatedRom});

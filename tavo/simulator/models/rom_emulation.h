@@ -15,7 +15,7 @@ namespace TAVO::simulator {
 /// The memory that serves a board's boot ROM: 8 MiB, all 0xFF at first.
 class TAVO_API RomEmulation {
 public:
-    static constexpr std::size_t size = 8 * 1024 * 1024;
+    static constexpr std::size_t size = std::size_t{8} * 1024 * 1024;
     /// Kinds of ROM: behind the LPC bus, or a firmware hub.
     static constexpr std::uint8_t lpc = 0;
     static constexpr std::uint8_t firmwareHub = 1;

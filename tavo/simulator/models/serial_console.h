@@ -18,7 +18,7 @@ namespace TAVO::simulator {
 /// before the prompt appears is lost, and so are NUL bytes at any time.
 class TAVO_API SerialConsole : public BoardObserver {
 public:
-    static constexpr std::size_t longestBacklog = 16 * 1024;
+    static constexpr std::size_t longestBacklog = std::size_t{16} * 1024;
     static constexpr std::size_t longestLine = 256;
     static constexpr std::string_view prompt = "target> ";
 

@@ -16,7 +16,7 @@ namespace TAVO::simulator {
 /// The appliance's serial port, wired to the board's console. Receives only while it is open.
 class TAVO_API SerialPort {
 public:
-    static constexpr std::size_t bufferSize = 16 * 1024;
+    static constexpr std::size_t bufferSize = std::size_t{16} * 1024;
     static constexpr std::int32_t largestCount = 65536;
 
     struct Settings {

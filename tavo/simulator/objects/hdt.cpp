@@ -42,7 +42,7 @@ void requireEnabled(const DebugSignals& signals) {
 
 } // namespace
 
-Hdt::Hdt(std::string version, std::shared_ptr<Board> board)
+Hdt::Hdt(const std::string& version, std::shared_ptr<Board> board)
     : SimulatedObject("hdt", version)
     , board_(std::move(board))
     , signals_(board_)
@@ -223,7 +223,7 @@ void Hdt::serveMaskAndWait() {
     });
 }
 
-CpuDebug::CpuDebug(std::string version, std::shared_ptr<Board> board)
+CpuDebug::CpuDebug(const std::string& version, std::shared_ptr<Board> board)
     : SimulatedObject("cpuDebug", version)
     , headerStatus_(std::move(board), {"JTAG", "HDT"}, {"CPU0"}) {
     if (version != "1.0")

@@ -13,7 +13,7 @@ namespace TAVO::simulator {
 /// An "hdt" of version "1.0" or "1.1": the debug signals of the board's processor.
 class TAVO_API Hdt : public SimulatedObject {
 public:
-    Hdt(std::string version, std::shared_ptr<Board> board);
+    Hdt(const std::string& version, std::shared_ptr<Board> board);
     void reset() override;
 
     DebugSignals& signals() { return signals_; }
@@ -37,7 +37,7 @@ private:
 /// same version below it.
 class TAVO_API CpuDebug : public SimulatedObject {
 public:
-    CpuDebug(std::string version, std::shared_ptr<Board> board);
+    CpuDebug(const std::string& version, std::shared_ptr<Board> board);
     void reset() override;
 
 private:

@@ -26,7 +26,7 @@ std::vector<TapDescription> standardTaps() {
     };
 }
 
-Jtag::Jtag(std::string version, std::shared_ptr<Board> board, std::vector<TapDescription> taps)
+Jtag::Jtag(const std::string& version, std::shared_ptr<Board> board, std::vector<TapDescription> taps)
     : SimulatedObject("jtag", version)
     , port_(board, std::move(taps))
     , headerStatus_(std::move(board), {"JTAG"}, {"TAP"}) {

@@ -19,7 +19,7 @@ TAVO_API std::vector<TapDescription> standardTaps();
 /// repeat and comparison for both registers.
 class TAVO_API Jtag : public SimulatedObject {
 public:
-    Jtag(std::string version, std::shared_ptr<Board> board,
+    Jtag(const std::string& version, std::shared_ptr<Board> board,
          std::vector<TapDescription> taps = standardTaps());
     /// Options and pins are as at first; the chain belongs to the board and stays.
     void reset() override;
