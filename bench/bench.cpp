@@ -33,6 +33,19 @@ Bench::Bench(int processor, std::size_t gauges)
     , raw(connectRaw())
     , gauge(firstGauge(*device)) {}
 
+Bench::Bench(int processor, const std::string& address, const std::function<void()>& prepareServer,
+             const std::function<void()>& prepareClient)
+    : appliance(Appliance::groupSize)
+    , server(appliance, processor, address, prepareServer)
+    , device(openAfter(prepareClient))
+    , raw(connectRaw())
+    , gauge(firstGauge(*device)) {}
+
+std::shared_ptr<TAVO::Device> Bench::openAfter(const std::function<void()>& prepare) const {
+    prepare();
+    return openDevice();
+}
+
 std::shared_ptr<TAVO::Device> Bench::openDevice() const {
     return TAVO::DeviceFactory::buildDevice(server.address(), server.port(), "engineer", "tavo", false);
 }
@@ -48,9 +61,14 @@ Bytes exchangeParameters() {
         {support::u32(static_cast<std::uint32_t>(exchangeNumber)), support::block(exchangeData())});
 }
 
-RawCall::RawCall(Appliance& appliance, const char* method, const Bytes& parameters, std::uint32_t count)
-    : request(appliance.request(Appliance::lockId, Appliance::firstGauge, method, parameters, count))
+RawCall::RawCall(Appliance& appliance, const char* method, const Bytes& parameters, std::size_t count)
+    : request(appliance.request(Appliance::lockId, Appliance::firstGauge, method, parameters,
+                                static_cast<std::uint32_t>(count)))
     , reply(appliance.replyTo(request).size()) {}
+
+std::vector<std::shared_ptr<TAVO::Method>> batchOf(TAVO::MulticallQueue& queue) {
+    return {queue.getMethods().begin(), queue.getMethods().end()};
+}
 
 std::shared_ptr<TAVO::MulticallQueue> exchangeQueue(const Gauge& gauge, std::size_t count) {
     const auto data = exchangeData();
@@ -63,9 +81,7 @@ std::shared_ptr<TAVO::MulticallQueue> exchangeQueue(const Gauge& gauge, std::siz
 void insistOnSameBytes(Appliance& appliance, const RawCall& raw, const TAVO::MulticallQueue& queue) {
     PreparedTransport transport(appliance.replyTo(raw.request), raw.request.size());
     auto copy = queue;
-    const std::vector<std::shared_ptr<TAVO::Method>> batch(copy.getMethods().begin(),
-                                                           copy.getMethods().end());
-    TAVO::CallExchange(transport).run(Appliance::lockId, batch);
+    TAVO::CallExchange(transport).run(Appliance::lockId, batchOf(copy));
     if (transport.sent() != raw.request)
         throw std::runtime_error("the library and the raw client do not send the same bytes");
 }

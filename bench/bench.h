@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -22,18 +23,32 @@ struct Run {
     std::string plotFolder;
     /// The processor of this process, and another one when there is one.
     std::vector<int> processors;
+    /// Take the time that passes, even where processor time can be taken.
+    bool wallTime = false;
 
     std::size_t rounds(std::size_t usual) const;
+    /// For work that both processes do on one processor.
+    Clock sharedProcessor(const ServerProcess& server) const {
+        return wallTime ? Clock::wall() : Clock::processor(server.process());
+    }
     void writePlot(const std::string& name, const std::vector<std::vector<double>>& rows) const;
 };
 
 /// A server with an open device and a raw client.
 struct Bench {
     explicit Bench(int processor, std::size_t gauges = Appliance::groupSize);
+    /// In another network: `prepareServer` runs in the server's process before it listens, `prepareClient`
+    /// here before it is connected to.
+    Bench(int processor, const std::string& address, const std::function<void()>& prepareServer,
+          const std::function<void()>& prepareClient);
 
     std::shared_ptr<TAVO::Device> openDevice() const;
     RawClient connectRaw() const { return {server.address(), server.port()}; }
 
+private:
+    std::shared_ptr<TAVO::Device> openAfter(const std::function<void()>& prepare) const;
+
+public:
     Appliance appliance;
     ServerProcess server;
     std::shared_ptr<TAVO::Device> device;
@@ -48,9 +63,11 @@ inline constexpr std::int32_t exchangeNumber = 7;
 Bytes exchangeData();
 Bytes exchangeParameters();
 
+std::vector<std::shared_ptr<TAVO::Method>> batchOf(TAVO::MulticallQueue& queue);
+
 /// The raw side of a call: what goes and a place for what comes.
 struct RawCall {
-    RawCall(Appliance& appliance, const char* method, const Bytes& parameters, std::uint32_t count = 1);
+    RawCall(Appliance& appliance, const char* method, const Bytes& parameters, std::size_t count = 1);
     void operator()(RawClient& client) { client.exchange(request, reply); }
 
     Bytes request;
@@ -66,6 +83,10 @@ void measureSingleCall(Run& run);
 void measureBatch(Run& run);
 void measureBuilding(Run& run);
 void measureBlobs(Run& run);
+void measureOpening(Run& run);
+void measureRequestSizes(Run& run);
+void measureAllocations(Run& run);
+void measureGrowth(Run& run);
 
 /// Repeats one piece of work with the network left out, for profilers.
 void drive(const std::string& work, std::size_t iterations);

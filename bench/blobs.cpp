@@ -1,5 +1,7 @@
 #include <bench/bench.h>
 
+#include <algorithm>
+
 #include <benchmark/benchmark.h>
 
 namespace bench {
@@ -8,18 +10,20 @@ namespace {
 
 constexpr std::size_t mebibyte = 1024 * 1024;
 
-Comparison compareUpload(Run& run, Bench& bench, std::size_t size, std::size_t rounds, std::size_t pieces) {
+Comparison compareUpload(Run& run, Bench& bench, const Clock& clock, std::size_t size, std::size_t rounds,
+                         std::size_t pieces) {
     const Bytes data(size, 0xA5);
     RawCall raw(bench.appliance, "store", support::block(data));
     const auto method = bench.gauge.getStoreMethod(data);
     return interleaved(
-        run.rounds(rounds), pieces, [&] { raw(bench.raw); }, [&] { bench.device->call(method); });
+        clock, run.rounds(rounds), pieces, [&] { raw(bench.raw); }, [&] { bench.device->call(method); });
 }
 
-Comparison compareDownload(Run& run, Bench& bench, std::size_t size, std::size_t rounds, std::size_t pieces) {
+Comparison compareDownload(Run& run, Bench& bench, const Clock& clock, std::size_t size, std::size_t rounds,
+                           std::size_t pieces) {
     RawCall raw(bench.appliance, "fetch", support::u32(static_cast<std::uint32_t>(size)));
     return interleaved(
-        run.rounds(rounds), pieces, [&] { raw(bench.raw); },
+        clock, run.rounds(rounds), pieces, [&] { raw(bench.raw); },
         [&] {
             const auto method = bench.gauge.getFetchMethod(static_cast<std::int32_t>(size));
             bench.device->call(method);
@@ -27,20 +31,40 @@ Comparison compareDownload(Run& run, Bench& bench, std::size_t size, std::size_t
         });
 }
 
-void measureOn(Run& run, int processor, const std::string& setting, std::optional<double> target) {
-    Bench bench(processor);
+void measureLarge(Run& run, Bench& bench, const Clock& clock, const std::string& setting,
+                  std::optional<double> target) {
     constexpr auto size = 16 * mebibyte;
-    run.report.addRatio("upload of 16 MiB" + setting, compareUpload(run, bench, size, 30, 1), target);
-    run.report.addRatio("download of 16 MiB, value taken" + setting, compareDownload(run, bench, size, 30, 1),
-                        target);
+    run.report.addRatio("upload of 16 MiB" + setting, compareUpload(run, bench, clock, size, 30, 1), target);
+    run.report.addRatio("download of 16 MiB, value taken" + setting,
+                        compareDownload(run, bench, clock, size, 30, 1), target);
+}
+
+void plotSizes(Run& run) {
+    Bench bench(run.processors.front());
+    const auto clock = run.sharedProcessor(bench.server);
+    std::vector<std::vector<double>> points;
+    for (std::size_t size = 1024; size <= 16 * mebibyte; size *= 4) {
+        const auto pieces = std::clamp<std::size_t>(mebibyte / size, 1, 20);
+        const auto up = compareUpload(run, bench, clock, size, 20, pieces);
+        const auto down = compareDownload(run, bench, clock, size, 20, pieces);
+        const auto bytes = static_cast<double>(size);
+        points.push_back({bytes, bytes / up.raw / 1e6, bytes / up.library.value / 1e6, bytes / down.raw / 1e6,
+                          bytes / down.library.value / 1e6});
+    }
+    run.writePlot("blobs", points);
 }
 
 } // namespace
 
 void measureBlobs(Run& run) {
-    measureOn(run, run.processors.front(), "", 1.3);
-    if (run.processors.size() > 1)
-        measureOn(run, run.processors[1], ", server on another processor", {});
+    if (!run.plotFolder.empty())
+        plotSizes(run);
+    Bench bench(run.processors.front());
+    measureLarge(run, bench, run.sharedProcessor(bench.server), "", 1.3);
+    if (run.processors.size() > 1) {
+        Bench other(run.processors[1]);
+        measureLarge(run, other, Clock::wall(), ", server on another processor", {});
+    }
 }
 
 } // namespace bench

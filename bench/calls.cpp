@@ -13,11 +13,9 @@ namespace bench {
 
 namespace {
 
-constexpr std::uint32_t batchSize = 1000;
+constexpr std::size_t batchSize = 1000;
 
 using Batch = std::vector<std::shared_ptr<TAVO::Method>>;
-
-Batch batchOf(TAVO::MulticallQueue& queue) { return {queue.getMethods().begin(), queue.getMethods().end()}; }
 
 /// How often the system is asked in one exchange of the batch, over a connection of its own.
 void countSystemCalls(Run& run, const Bench& bench, const std::string& work, const Batch& batch,
@@ -34,32 +32,33 @@ void countSystemCalls(Run& run, const Bench& bench, const std::string& work, con
     run.report.addCount(work, "receives", each(counters.receives), expectedReceives);
 }
 
-Comparison compareSingleCall(Run& run, Bench& bench) {
+Comparison compareSingleCall(Run& run, Bench& bench, const Clock& clock) {
     RawCall raw(bench.appliance, "exchange", exchangeParameters());
     const auto method = bench.gauge.getExchangeMethod(exchangeNumber, exchangeData());
     return interleaved(
-        run.rounds(2000), 20, [&] { raw(bench.raw); }, [&] { bench.device->call(method); });
+        clock, run.rounds(2000), 20, [&] { raw(bench.raw); }, [&] { bench.device->call(method); });
 }
 
-Comparison compareBatch(Run& run, Bench& bench) {
+Comparison compareBatch(Run& run, Bench& bench, const Clock& clock) {
     RawCall raw(bench.appliance, "exchange", exchangeParameters(), batchSize);
     const auto queue = exchangeQueue(bench.gauge, batchSize);
     return interleaved(
-        run.rounds(600), 2, [&] { raw(bench.raw); }, [&] { bench.device->multicall(queue); });
+        clock, run.rounds(600), 2, [&] { raw(bench.raw); }, [&] { bench.device->multicall(queue); });
 }
 
 } // namespace
 
 void measureSingleCall(Run& run) {
     Bench bench(run.processors.front());
+    const auto clock = run.sharedProcessor(bench.server);
     const auto queue = exchangeQueue(bench.gauge, 1);
     RawCall raw(bench.appliance, "exchange", exchangeParameters());
     insistOnSameBytes(bench.appliance, raw, *queue);
-    run.report.addRatio("single call", compareSingleCall(run, bench), 1.08);
+    run.report.addRatio("single call", compareSingleCall(run, bench, clock), 1.08);
 
     const auto data = exchangeData();
     const auto whole = interleaved(
-        run.rounds(1000), 20, [&] { raw(bench.raw); },
+        clock, run.rounds(1000), 20, [&] { raw(bench.raw); },
         [&] {
             const auto method = bench.gauge.getExchangeMethod(exchangeNumber, data);
             bench.device->call(method);
@@ -70,17 +69,19 @@ void measureSingleCall(Run& run) {
 
     if (run.processors.size() > 1) {
         Bench other(run.processors[1]);
-        run.report.addRatio("single call, server on another processor", compareSingleCall(run, other), {});
+        run.report.addRatio("single call, server on another processor",
+                            compareSingleCall(run, other, Clock::wall()), {});
     }
 }
 
 void measureBatch(Run& run) {
     Bench bench(run.processors.front());
+    const auto clock = run.sharedProcessor(bench.server);
     const auto queue = exchangeQueue(bench.gauge, batchSize);
     RawCall raw(bench.appliance, "exchange", exchangeParameters(), batchSize);
     insistOnSameBytes(bench.appliance, raw, *queue);
 
-    const auto comparison = compareBatch(run, bench);
+    const auto comparison = compareBatch(run, bench, clock);
     const auto each =
         Measured{comparison.library.value * 1e9 / batchSize, comparison.library.noise * 1e9 / batchSize};
     run.report.add({"batch of 1000, each call", "ns", each, 120, comparison.raw / batchSize,
@@ -91,18 +92,20 @@ void measureBatch(Run& run) {
 
     if (run.processors.size() > 1) {
         Bench other(run.processors[1]);
-        run.report.addRatio("batch of 1000, server on another processor", compareBatch(run, other), {});
+        run.report.addRatio("batch of 1000, server on another processor",
+                            compareBatch(run, other, Clock::wall()), {});
     }
 }
 
 void measureBuilding(Run& run) {
     Bench bench(run.processors.front());
+    const auto clock = run.wallTime ? Clock::wall() : Clock::ownProcessor();
     const auto data = exchangeData();
     const auto built = measurePiece("build", run.rounds(60), [&](benchmark::State& state) {
         for (auto _ : state) {
             TAVO::MulticallQueue queue;
-            const auto seconds = timed([&] {
-                for (std::uint32_t i = 0; i < batchSize; ++i)
+            const auto seconds = clock.timed([&] {
+                for (std::size_t i = 0; i < batchSize; ++i)
                     queue.add(bench.gauge.getExchangeMethod(exchangeNumber, data));
             });
             state.SetIterationTime(seconds);
@@ -124,7 +127,7 @@ void drive(const std::string& work, std::size_t iterations) {
             exchangeQueue(bench.gauge, batchSize);
         return;
     }
-    const std::uint32_t count = work == "batch" ? batchSize : 1;
+    const std::size_t count = work == "batch" ? batchSize : 1;
     const RawCall raw(bench.appliance, "exchange", exchangeParameters(), count);
     PreparedTransport transport(bench.appliance.replyTo(raw.request), raw.request.size());
     TAVO::CallExchange exchange(transport);

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <fstream>
@@ -17,10 +18,10 @@ namespace {
 using Measurement = std::pair<std::string, std::function<void(bench::Run&)>>;
 
 const std::vector<Measurement> measurements{
-    {"single", bench::measureSingleCall},
-    {"batch", bench::measureBatch},
-    {"build", bench::measureBuilding},
-    {"blobs", bench::measureBlobs},
+    {"single", bench::measureSingleCall},       {"batch", bench::measureBatch},
+    {"build", bench::measureBuilding},          {"blobs", bench::measureBlobs},
+    {"opening", bench::measureOpening},         {"sizes", bench::measureRequestSizes},
+    {"allocations", bench::measureAllocations}, {"growth", bench::measureGrowth},
 };
 
 std::vector<std::string> names() {
@@ -40,6 +41,7 @@ int main(int argc, char** argv) {
     bench::Run run;
     program.add_option("--only", only, "Measure only these")->delimiter(',')->check(CLI::IsMember(names()));
     program.add_option("--effort", run.effort, "Multiplies the number of rounds")->check(CLI::PositiveNumber);
+    program.add_flag("--wall", run.wallTime, "Take the time that passes instead of processor time");
     program.add_option("--json", json, "Write the results into this file");
     program.add_option("--plots", run.plotFolder, "Write the points of the plots into this folder");
     program

@@ -74,6 +74,16 @@ void Report::addRatio(const std::string& work, const Comparison& comparison, std
     add({work, "x raw", comparison.ratio, target, comparison.raw, comparison.library.value, ""});
 }
 
+void Report::addGrowth(const std::string& work, const Comparison& smallToLarge) {
+    add({work,
+         "x",
+         smallToLarge.ratio,
+         1.25,
+         {},
+         {},
+         duration(smallToLarge.library.value) + " to " + duration(smallToLarge.raw)});
+}
+
 void Report::addCount(const std::string& work, const std::string& unit, double counted, double target) {
     add({work, unit, Measured{counted, 0}, target, {}, {}, ""});
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <iosfwd>
 #include <optional>
 #include <string>
 #include <vector>
@@ -32,6 +31,8 @@ public:
     void add(Row row);
     /// A ratio of two times, with both.
     void addRatio(const std::string& work, const Comparison& comparison, std::optional<double> target);
+    /// How much longer one piece of a large work takes than one of a small work: flat within a quarter.
+    void addGrowth(const std::string& work, const Comparison& smallToLarge);
     /// Something counted, whose target is exact.
     void addCount(const std::string& work, const std::string& unit, double counted, double target);
     void addNotMeasured(const std::string& work, const std::string& reason);

@@ -1,19 +1,12 @@
 #pragma once
 
-#include <chrono>
 #include <cstddef>
 #include <utility>
 #include <vector>
 
-namespace bench {
+#include <bench/clock.h>
 
-/// Seconds that the action takes.
-template <class Action>
-double timed(Action&& action) {
-    const auto start = std::chrono::steady_clock::now();
-    action();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
+namespace bench {
 
 double median(std::vector<double> values);
 
@@ -34,31 +27,38 @@ struct Comparison {
 
 Comparison compared(const std::vector<std::pair<double, double>>& rounds);
 
-/// Runs both ways in turn, `pieces` pieces of work each time, the order changing from round to round; one
-/// more round comes first and does not count.
+/// Runs both ways in turn, the order changing from round to round; one more round comes first and does not
+/// count. Each way returns the seconds that one piece of its work took.
 template <class Raw, class Library>
-Comparison interleaved(std::size_t rounds, std::size_t pieces, Raw&& raw, Library&& library) {
+Comparison interleavedTimes(std::size_t rounds, Raw&& raw, Library&& library) {
     std::vector<std::pair<double, double>> times;
-    const auto run = [&](auto& work) {
-        return timed([&] {
-                   for (std::size_t i = 0; i < pieces; ++i)
-                       work();
-               }) /
-               static_cast<double>(pieces);
-    };
     for (std::size_t round = 0; round <= rounds; ++round) {
         std::pair<double, double> time;
         if (round % 2 == 0) {
-            time.first = run(raw);
-            time.second = run(library);
+            time.first = raw();
+            time.second = library();
         } else {
-            time.second = run(library);
-            time.first = run(raw);
+            time.second = library();
+            time.first = raw();
         }
         if (round > 0)
             times.push_back(time);
     }
     return compared(times);
+}
+
+/// The same for work that is timed as a whole, `pieces` pieces of it in a round.
+template <class Raw, class Library>
+Comparison interleaved(const Clock& clock, std::size_t rounds, std::size_t pieces, Raw&& raw,
+                       Library&& library) {
+    const auto timeOf = [&clock, pieces](auto& work) {
+        return clock.timed([&] {
+            for (std::size_t i = 0; i < pieces; ++i)
+                work();
+        }) / static_cast<double>(pieces);
+    };
+    return interleavedTimes(
+        rounds, [&] { return timeOf(raw); }, [&] { return timeOf(library); });
 }
 
 } // namespace bench

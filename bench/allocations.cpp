@@ -1,0 +1,58 @@
+#include <bench/bench.h>
+
+#include <tavo/client/wire/call_exchange.h>
+#include <tavo/client/wire/socket_transport.h>
+
+#include <tests/support/allocation_meter.h>
+
+namespace bench {
+
+namespace {
+
+/// The reply's record and the memory of its data.
+constexpr std::size_t ownOfReply = 2;
+
+template <class Exchange>
+double takenBy(Exchange exchange, std::size_t calls) {
+    exchange(); // buffers that are kept for later exchanges
+    const support::AllocationMeter meter;
+    exchange();
+    return static_cast<double>(meter.count()) - static_cast<double>(calls * ownOfReply);
+}
+
+} // namespace
+
+void measureAllocations(Run& run) {
+    // Request and reply fill most of what needs no memory: one chunk of 24480 bytes, 64 KiB.
+    constexpr std::size_t large = 600;
+    Bench bench(run.processors.front());
+    const auto queue = exchangeQueue(bench.gauge, large);
+    const auto batch = batchOf(*queue);
+    const auto method = batch.front();
+    TAVO::SocketTransport transport(bench.server.address(), std::to_string(bench.server.port()));
+    TAVO::CallExchange exchange(transport);
+
+    const std::string beside = "allocations beside the replies";
+    run.report.addCount("single call", beside, takenBy([&] { bench.device->call(method); }, 1), 0);
+    run.report.addCount("exchange of 600 calls", beside,
+                        takenBy([&] { exchange.run(Appliance::lockId, batch); }, large), 0);
+    run.report.add({"multicall of 600 calls",
+                    beside,
+                    Measured{takenBy([&] { bench.device->multicall(queue); }, large), 0},
+                    {},
+                    {},
+                    {},
+                    "for its copy of the queue"});
+
+    const support::AllocationMeter meter;
+    const auto built = bench.gauge.getExchangeMethod(exchangeNumber, exchangeData());
+    run.report.add({"building a Method",
+                    "allocations",
+                    Measured{static_cast<double>(meter.count()), 0},
+                    {},
+                    {},
+                    {},
+                    ""});
+}
+
+} // namespace bench

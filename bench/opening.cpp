@@ -1,0 +1,70 @@
+#include <bench/bench.h>
+
+#include <optional>
+
+namespace bench {
+
+namespace {
+
+/// The openings of one device; closing is not timed.
+class Opening {
+public:
+    Opening(Bench& bench, const Clock& clock)
+        : bench_(bench)
+        , clock_(clock)
+        , requests_(bench.appliance.openingRequests("engineer", "tavo")) {
+        for (const auto& request : requests_)
+            replies_.emplace_back(bench.appliance.replyTo(request).size());
+    }
+
+    std::size_t exchanges() const { return requests_.size(); }
+
+    double raw() {
+        std::optional<RawClient> client;
+        return clock_.timed([&] {
+            client.emplace(bench_.connectRaw());
+            for (std::size_t i = 0; i < requests_.size(); ++i)
+                client->exchange(requests_[i], replies_[i]);
+        });
+    }
+
+    double library() {
+        std::shared_ptr<TAVO::Device> device;
+        return clock_.timed([&] { device = bench_.openDevice(); });
+    }
+
+private:
+    Bench& bench_;
+    Clock clock_;
+    std::vector<Bytes> requests_;
+    std::vector<Bytes> replies_;
+};
+
+constexpr std::size_t smallTree = 200;
+constexpr std::size_t largeTree = 1600;
+
+} // namespace
+
+void measureOpening(Run& run) {
+    Bench bench(run.processors.front(), smallTree);
+    Opening opening(bench, run.sharedProcessor(bench.server));
+
+    const auto before = bench.server.exchanges();
+    const auto another = bench.openDevice();
+    run.report.addCount("opening 200 objects", "exchanges",
+                        static_cast<double>(bench.server.exchanges() - before),
+                        static_cast<double>(opening.exchanges()));
+    run.report.addRatio("opening 200 objects",
+                        interleavedTimes(
+                            run.rounds(60), [&] { return opening.raw(); }, [&] { return opening.library(); }),
+                        1.15);
+
+    Bench largeBench(run.processors.front(), largeTree);
+    Opening large(largeBench, run.sharedProcessor(largeBench.server));
+    const auto growth = interleavedTimes(
+        run.rounds(10), [&] { return opening.library() / smallTree; },
+        [&] { return large.library() / largeTree; });
+    run.report.addGrowth("opening, each object of 1600 to each of 200", growth);
+}
+
+} // namespace bench
