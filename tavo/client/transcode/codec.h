@@ -146,10 +146,13 @@ void readList(TAVOX::InputStream& in, std::vector<Element>& list) {
 template <class Block>
 void readBlock(TAVOX::InputStream& in, Block& block) {
     const auto length = static_cast<std::uint32_t>(in.readInt32());
-    if (const auto* bytes = in.readSpan(length))
-        block.assign(bytes, bytes + length);
-    else
+    if (const auto* bytes = in.readSpan(length)) {
+        // As the block's own kind of bytes: a text would take other ones by way of a second text.
+        const auto* begin = reinterpret_cast<const typename Block::value_type*>(bytes);
+        block.assign(begin, begin + length);
+    } else {
         block.clear();
+    }
 }
 
 template <class T>
