@@ -1,9 +1,8 @@
+#include <bench/allocation_count.h>
 #include <bench/bench.h>
 
 #include <tavo/client/wire/call_exchange.h>
 #include <tavo/client/wire/socket_transport.h>
-
-#include <tests/support/allocation_meter.h>
 
 namespace bench {
 
@@ -15,9 +14,9 @@ constexpr std::size_t ownOfReply = 2;
 template <class Exchange>
 double takenBy(Exchange exchange, std::size_t calls) {
     exchange(); // buffers that are kept for later exchanges
-    const support::AllocationMeter meter;
+    const auto before = allocationCount();
     exchange();
-    return static_cast<double>(meter.count()) - static_cast<double>(calls * ownOfReply);
+    return static_cast<double>(allocationCount() - before) - static_cast<double>(calls * ownOfReply);
 }
 
 } // namespace
@@ -44,11 +43,11 @@ void measureAllocations(Run& run) {
                     {},
                     "for its copy of the queue"});
 
-    const support::AllocationMeter meter;
+    const auto before = allocationCount();
     const auto built = bench.gauge.getExchangeMethod(exchangeNumber, exchangeData());
     run.report.add({"building a Method",
                     "allocations",
-                    Measured{static_cast<double>(meter.count()), 0},
+                    Measured{static_cast<double>(allocationCount() - before), 0},
                     {},
                     {},
                     {},
