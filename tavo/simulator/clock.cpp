@@ -24,9 +24,9 @@ Clock::Clock()
 
 std::int64_t Clock::time() const { return wrappingSum(timeAtStart_, elapsed()); }
 
-void Clock::setTime(std::int64_t time) {
-    timeAtStart_ =
-        static_cast<std::int64_t>(static_cast<std::uint64_t>(time) - static_cast<std::uint64_t>(elapsed()));
+void Clock::setTime(std::int64_t microseconds) {
+    timeAtStart_ = static_cast<std::int64_t>(static_cast<std::uint64_t>(microseconds) -
+                                             static_cast<std::uint64_t>(elapsed()));
 }
 
 std::int64_t Clock::elapsed() const {

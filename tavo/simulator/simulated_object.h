@@ -137,7 +137,7 @@ private:
 
     using Call = std::function<dto::result(const dto::request_packet*, CallContext&)>;
     struct Method {
-        const TAVOXTranscode::MethodRow* row;
+        const TAVOXTranscode::MethodRow* row = nullptr;
         std::uint32_t id = 0;
         Access access = Access::locked;
         Call call;
