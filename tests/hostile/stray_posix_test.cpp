@@ -1,0 +1,42 @@
+#include <tests/hostile/hostile_test.h>
+
+namespace hostile {
+namespace {
+
+using support::joined;
+using support::RawConnection;
+
+class Stray : public HostilePlace {};
+
+TEST_P(Stray, BytesBehindTheReplyAreRefusedByTheNextCalls) {
+    for (const std::size_t count : {1u, 3u}) {
+        const auto action = [&](RawConnection& connection, const Exchange& whole) {
+            connection.readRequest();
+            connection.write(joined({whole.reply(), Bytes(count, 0xA5)}));
+        };
+        expectCase(caseName(std::to_string(count) + " bytes behind the reply"), goingOnPlan(action),
+                   afterStrayBytes(GetParam(), count));
+    }
+    expectCases(2);
+}
+
+TEST_P(Stray, BytesBeforeTheReplyShiftItAndAreReportedAsWhatTheyThenSay) {
+    const Bytes strays[]{{0}, {0, 0}, {0, 0, 0},    {0, 0, 0, 0},
+                         {1}, {0xFF}, {0, 0, 0, 1}, {0xFF, 0xFF, 0xFF, 0xFF}};
+    for (const auto& stray : strays) {
+        const auto sent = joined({stray, exchange().reply()});
+        const auto action = [&](RawConnection& connection, const Exchange&) {
+            connection.readRequest();
+            connection.finishWith(sent);
+        };
+        expectCase(caseName(std::to_string(stray.size()) + " bytes of " + std::to_string(stray.back()) +
+                            " before the reply"),
+                   lastPlan(action), afterBytes(GetParam(), sent, peer.refusal()));
+    }
+    expectCases(8);
+}
+
+INSTANTIATE_TEST_SUITE_P(Reply, Stray, testing::Range(std::size_t{0}, places), placeName);
+
+} // namespace
+} // namespace hostile
