@@ -93,6 +93,18 @@ TEST_F(InterruptedDevice, CanBeDestroyedAndUnlocks) {
     EXPECT_FALSE(simulator.lockHolder());
 }
 
+TEST_F(InterruptedDevice, CanBeGivenUpByAWatchdog) {
+    const auto device = open();
+    simulator.failNext(faults::Silent{});
+    std::jthread watchdog([&](const std::stop_token& answered) {
+        for (int tenths = 0; tenths < 5 && !answered.stop_requested(); ++tenths)
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        if (!answered.stop_requested())
+            device->interrupt();
+    });
+    EXPECT_EQ(failureOf<NetworkError>([&] { device->getDevice()->type(); }), interrupted);
+}
+
 TEST_F(InterruptedDevice, LosesOnlyItsConnectionWhenItIsIdle) {
     const auto device = open();
     const auto connections = simulator.connectionCount();
