@@ -41,7 +41,7 @@ protected:
     /// The system's text as the simulator tells it: without a line break.
     static std::string reasonOf(SystemError error) {
         const auto text = systemText(error);
-        return text.substr(0, text.find_last_not_of("\r\n") + 1);
+        return text.empty() ? "asio.system error" : text.substr(0, text.find_last_not_of("\r\n") + 1);
     }
     bool works() { return answerTo(requestBytes(0, {call("power", "get")})) == replyWith({{0, 0, 0, 0, 0}}); }
 };

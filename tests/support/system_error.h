@@ -13,7 +13,7 @@ enum class SystemError {
     addressNotAvailable
 };
 
-/// The system's text, with the line break that ends it on Windows.
+/// The system's text, with the line break that ends it on Windows. Empty where the system has none.
 std::string systemText(SystemError error);
 
 /// "[ErrorCode <code>:<text>]"

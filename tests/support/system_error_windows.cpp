@@ -2,6 +2,7 @@
 
 #include <array>
 #include <stdexcept>
+#include <string>
 
 // The order matters: windows.h would bring in the first generation of the socket interface.
 #include <winsock2.h>
@@ -36,10 +37,7 @@ std::string systemText(SystemError error) {
     const DWORD length =
         ::FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, codeOf(error),
                          0, text.data(), static_cast<DWORD>(text.size()), nullptr);
-    const std::string found(text.data(), length);
-    if (found.size() < 3 || found.substr(found.size() - 2) != "\r\n")
-        throw std::runtime_error("the system has no text that ends with a line break, but '" + found + "'");
-    return found;
+    return {text.data(), length};
 }
 
 std::string errorCodeText(SystemError error) {

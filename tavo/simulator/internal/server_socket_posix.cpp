@@ -4,7 +4,9 @@
 
 namespace TAVO::simulator {
 
-void keepFromStartedPrograms(int socket) { ::fcntl(socket, F_SETFD, FD_CLOEXEC); }
+void keepFromStartedPrograms(asio::ip::tcp::socket::native_handle_type socket) {
+    ::fcntl(socket, F_SETFD, FD_CLOEXEC);
+}
 
 void takePortForOne(asio::ip::tcp::acceptor& acceptor) {
     acceptor.set_option(asio::socket_base::reuse_address(true));

@@ -2,8 +2,9 @@
 
 namespace TAVO::simulator {
 
-void keepFromStartedPrograms(SOCKET socket) {
-    ::SetHandleInformation(reinterpret_cast<HANDLE>(socket), HANDLE_FLAG_INHERIT, 0);
+void keepFromStartedPrograms(asio::ip::tcp::socket::native_handle_type socket) {
+    const SOCKET handle = socket;
+    ::SetHandleInformation(reinterpret_cast<HANDLE>(handle), HANDLE_FLAG_INHERIT, 0);
 }
 
 // The option of POSIX systems would share the port here, and what it is for works without it.
