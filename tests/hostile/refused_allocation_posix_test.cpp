@@ -177,6 +177,7 @@ TEST_F(RefusedAllocation, LeavesAFormerResultInItsMethod) {
 }
 
 TEST_F(RefusedAllocation, InTheErrorOfADeviceIsReportedInItsPlace) {
+    std::size_t cases = 0;
     for (const std::uint32_t code : {1000u, 1001u, 1002u, 1006u, 1010u, 1013u}) {
         SCOPED_TRACE(code);
         const auto reply = support::errorReply(code, longText, {availableResult()});
@@ -205,7 +206,9 @@ TEST_F(RefusedAllocation, InTheErrorOfADeviceIsReportedInItsPlace) {
             });
         EXPECT_TRUE(whole) << "no allocation was refused to the exception itself";
         EXPECT_GE(count, 8u);
+        cases += count;
     }
+    RecordProperty("cases", static_cast<int>(cases));
 }
 
 TEST_F(RefusedAllocation, InALargeReplyLeavesTheRestUnread) {
