@@ -19,15 +19,20 @@ Comparison compareUpload(Run& run, Bench& bench, const Clock& clock, std::size_t
         clock, run.rounds(rounds), pieces, [&] { raw(bench.raw); }, [&] { bench.device->call(method); });
 }
 
+enum class Ending { takes, copies };
+
 Comparison compareDownload(Run& run, Bench& bench, const Clock& clock, std::size_t size, std::size_t rounds,
-                           std::size_t pieces) {
+                           std::size_t pieces, Ending ending = Ending::takes) {
     RawCall raw(bench.appliance, "fetch", support::u32(static_cast<std::uint32_t>(size)));
     return interleaved(
         clock, run.rounds(rounds), pieces, [&] { raw(bench.raw); },
         [&] {
             const auto method = bench.gauge.getFetchMethod(static_cast<std::int32_t>(size));
             bench.device->call(method);
-            benchmark::DoNotOptimize(method->value());
+            if (ending == Ending::takes)
+                benchmark::DoNotOptimize(method->take());
+            else
+                benchmark::DoNotOptimize(method->value());
         });
 }
 
@@ -37,6 +42,8 @@ void measureLarge(Run& run, Bench& bench, const Clock& clock, const std::string&
     run.report.addRatio("upload of 16 MiB" + setting, compareUpload(run, bench, clock, size, 30, 1), target);
     run.report.addRatio("download of 16 MiB, value taken" + setting,
                         compareDownload(run, bench, clock, size, 30, 1), target);
+    run.report.addRatio("download of 16 MiB, value copied" + setting,
+                        compareDownload(run, bench, clock, size, 30, 1, Ending::copies), {});
 }
 
 void plotSizes(Run& run) {

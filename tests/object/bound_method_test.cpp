@@ -128,4 +128,48 @@ TEST(BoundMethod, RefusesAReplyOfAnotherTypeForUserRecordsAndPlainValues) {
     expectConstRefusal<std::vector<unsigned char>, TAVO::dto::Device::CHAPResponseReply>();
 }
 
+TEST(BoundMethod, MovesAReplyThatIsTakenOut) {
+    BoundMethod<TypeReply> method("call", container, {});
+    auto reply = std::make_shared<TypeReply>();
+    reply->type = std::string(100, 'x');
+    const auto* characters = reply->type.data();
+    method.setResult({3, std::move(reply)});
+    const auto taken = method.take();
+    EXPECT_EQ(taken.type, std::string(100, 'x'));
+    EXPECT_EQ(taken.type.data(), characters);
+    EXPECT_FALSE(method.isResultSet());
+    EXPECT_EQ(method.returnCode(), -1);
+}
+
+TEST(BoundMethod, CopiesAReplyThatIsTakenOutWhileItIsShared) {
+    BoundMethod<TypeReply> method("call", container, {});
+    const auto reply = std::make_shared<TypeReply>();
+    reply->type = "shared";
+    method.setResult({0, reply});
+    EXPECT_EQ(method.take().type, "shared");
+    EXPECT_EQ(reply->type, "shared");
+    EXPECT_FALSE(method.isResultSet());
+}
+
+TEST(BoundMethod, TakesOutWhatIsMadeOfAReply) {
+    BoundMethod<Available> method("call", container, {});
+    const auto reply = std::make_shared<AvailableReply>();
+    reply->user = "alice";
+    method.setResult({0, reply});
+    EXPECT_EQ(method.take().user, "alice");
+    EXPECT_FALSE(method.isResultSet());
+}
+
+TEST(BoundMethod, KeepsAResultThatCannotBeTakenOut) {
+    BoundMethod<TypeReply> method("call", container, {});
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(method.take(), TypeReply());
+    EXPECT_NE(testing::internal::GetCapturedStderr(), "") << "it has not been executed";
+    method.setResult({0, std::make_shared<AvailableReply>()});
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(failureOf<std::runtime_error>([&] { method.take(); }), refusal);
+    testing::internal::GetCapturedStderr();
+    EXPECT_TRUE(method.isResultSet());
+}
+
 } // namespace

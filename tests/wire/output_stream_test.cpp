@@ -328,4 +328,58 @@ TEST(OutputStream, IsNeitherCopiedNorMoved) {
     EXPECT_FALSE(std::is_move_constructible_v<OutputStream>);
 }
 
+TEST(OutputStream, CopiesLongRunsUnlessItMayBorrowThem) {
+    const Bytes run(OutputStream::shortestBorrowed, 0xAB);
+    OutputStream out;
+    out.writeBytes(run.size(), run.data());
+    EXPECT_EQ(chunkSizes(out), (std::vector<std::size_t>{capacity, capacity, 64 * 1024 + 4 - 2 * capacity}));
+}
+
+TEST(OutputStream, BorrowsLongRunsWhereTheyLie) {
+    const Bytes run(OutputStream::shortestBorrowed, 0xAB);
+    const Bytes shorter(OutputStream::shortestBorrowed - 1, 0xCD);
+    OutputStream out;
+    out.borrowLongRuns();
+    out.writeUInt32(1);
+    out.beginSizedBlock();
+    out.writeBytes(run.size(), run.data());
+    out.writeBytes(shorter.size(), shorter.data());
+    out.endSizedBlock();
+    out.writeByte(9);
+
+    EXPECT_EQ(out.chunks()[1].data(), run.data());
+    EXPECT_EQ(out.chunks()[1].size(), run.size());
+    EXPECT_EQ(chunkSizes(out), (std::vector<std::size_t>{12, 64 * 1024, capacity, capacity,
+                                                         64 * 1024 - 1 + 4 + 1 - 2 * capacity}));
+    EXPECT_EQ(out.total(), 12 + 64 * 1024 + 4 + 64 * 1024 - 1 + 1u);
+    EXPECT_EQ(out.total(), written(out).size());
+    Bytes expected{0, 0, 0, 1, 0, 2, 0, 7, 0, 1, 0, 0};
+    expected.insert(expected.end(), run.begin(), run.end());
+    expected.insert(expected.end(), {0, 0, 0xFF, 0xFF});
+    expected.insert(expected.end(), shorter.begin(), shorter.end());
+    expected.push_back(9);
+    EXPECT_EQ(written(out), expected);
+}
+
+TEST(OutputStream, BorrowsOneLongRunBehindTheOther) {
+    const Bytes run(OutputStream::shortestBorrowed, 0xAB);
+    OutputStream out;
+    out.borrowLongRuns();
+    for (int i = 0; i < 3; ++i)
+        out.writeBytes(run.size(), run.data());
+    EXPECT_EQ(chunkSizes(out), (std::vector<std::size_t>{4, 64 * 1024, 4, 64 * 1024, 4, 64 * 1024}));
+}
+
+TEST(OutputStream, FailsBehindABorrowedRunWhenThereIsNoMemory) {
+    const Bytes run(OutputStream::shortestBorrowed, 0xAB);
+    OutputStream out;
+    out.borrowLongRuns();
+    out.writeBytes(run.size(), run.data());
+    const NothrowLimit none(0);
+    out.writeByte(1);
+    EXPECT_TRUE(out.failed());
+    out.writeBytes(run.size(), run.data());
+    EXPECT_EQ(out.total(), 4 + run.size());
+}
+
 } // namespace

@@ -37,9 +37,9 @@ public:
             reportNotExecuted(*this);
             return T();
         }
-        const auto outcome = getResult();
+        const auto& outcome = storedResult();
         if constexpr (std::derived_from<T, dto::reply_packet>) {
-            if (const auto* reply = dynamic_cast<const T*>(outcome.reply.get()))
+            if (const auto* reply = dto::recordIn<T>(outcome.reply.get()))
                 return *reply;
             dto::refuseResult("Can't convert result ", typeid(T));
         } else if constexpr (std::constructible_from<T, const dto::result&>) {
@@ -47,6 +47,23 @@ public:
         } else {
             return PlainResult<T>::of(outcome);
         }
+    }
+
+    /// The same, taken out: a reply record that nothing else shares is moved instead of copied, which counts
+    /// for large ones. When it succeeds the Method is as before its execution.
+    /// @throws as value().
+    T take() {
+        if constexpr (std::derived_from<T, dto::reply_packet>) {
+            const auto& reply = storedResult().reply;
+            if (isResultSet() && reply.use_count() == 1 && dto::recordIn<T>(reply.get())) {
+                T taken = std::move(static_cast<T&>(*reply));
+                clearResult();
+                return taken;
+            }
+        }
+        T taken = value();
+        clearResult();
+        return taken;
     }
 };
 

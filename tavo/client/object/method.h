@@ -26,6 +26,7 @@ public:
     ///         "Could not find Method ID for Method: ", "Could not find Method Encoder for Method: " or
     ///         "Could not find Method Decoder for Method: ", and the name.
     Method(const std::string& name, const Container& container, const dto::Params& params);
+    Method(const std::string& name, const Object_v1_0& object, const dto::Params& params);
 
     const Container& getContainer() const { return container_; }
     std::string getName() const { return name_; }
@@ -52,7 +53,15 @@ public:
     /// exception: it is the caller's to look at.
     int returnCode() const { return result_.code; }
 
+protected:
+    const dto::result& storedResult() const { return result_; }
+    /// As before the execution.
+    void clearResult();
+
 private:
+    Method(const std::string& name, const Container& container, const Object_v1_0* object,
+           const dto::Params& params);
+
     const Container& container_;
     std::string name_;
     std::string fullName_;

@@ -11,7 +11,7 @@ namespace TAVO {
 namespace {
 
 template <class Table>
-auto lookUp(const Table& table, const std::string& name, const char* what) {
+const auto& lookUp(const Table& table, const std::string& name, const char* what) {
     const auto found = table.find(name);
     if (found == table.end())
         throw SpecificationError("Could not find Method " + std::string(what) + " for Method: " + name);
@@ -52,17 +52,24 @@ Object_v1_0::Object_v1_0(std::shared_ptr<Device> device, const std::string& name
     : Container(name, std::move(parent))
     , device_(device)
     , instanceId_(instanceId)
-    , methodIds_{{"methods", MethodsStaticID}}
     , encoders_(&encoders)
     , decoders_(&decoders) {
-    for (auto& method : methods())
-        methodIds_[std::move(method.name)] = method.id;
+    enter("methods", MethodsStaticID);
+    for (const auto& method : methods())
+        enter(method.name, method.id);
 }
 
 Object_v1_0::~Object_v1_0() = default;
 
+void Object_v1_0::enter(const std::string& name, std::uint32_t id) {
+    const auto encoder = encoders_->find(name);
+    const auto decoder = decoders_->find(name);
+    methods_[name] = {id, encoder == encoders_->end() ? nullptr : &encoder->second,
+                      decoder == decoders_->end() ? nullptr : &decoder->second};
+}
+
 std::uint32_t Object_v1_0::getMethodID(const std::string& name) const {
-    return lookUp(methodIds_, name, "ID");
+    return lookUp(methods_, name, "ID").id;
 }
 
 TAVOXTranscode::Encoder Object_v1_0::getEncoder(const std::string& name) const {
@@ -71,6 +78,12 @@ TAVOXTranscode::Encoder Object_v1_0::getEncoder(const std::string& name) const {
 
 TAVOXTranscode::Decoder Object_v1_0::getDecoder(const std::string& name) const {
     return lookUp(*decoders_, name, "Decoder");
+}
+
+Object_v1_0::RemoteMethod Object_v1_0::remoteMethod(const std::string& name) const {
+    const auto& entry = lookUp(methods_, name, "ID");
+    return {entry.id, entry.encoder ? *entry.encoder : getEncoder(name),
+            entry.decoder ? *entry.decoder : getDecoder(name)};
 }
 
 std::shared_ptr<BoundMethod<dto::Base::TypeReply>> Object_v1_0::getTypeMethod() const {

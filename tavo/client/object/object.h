@@ -1,9 +1,9 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include <tavo/client/export.h>
@@ -74,7 +74,8 @@ public:
     static constexpr std::uint32_t MethodsStaticID = 3;
 
     /// Asks the device for the object's methods, one exchange.
-    /// @param encoders, decoders the tables of the object's type; they must outlive the proxy.
+    /// @param encoders, decoders the tables of the object's type; they must outlive the proxy, and keep the
+    ///        entries that they have.
     /// @throws what Device::call throws.
     Object_v1_0(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
                 std::shared_ptr<Container> parent, const EncoderList& encoders, const DecoderList& decoders);
@@ -126,12 +127,31 @@ protected:
     }
 
 private:
+    friend class Method;
+
+    /// What a Method is bound to.
+    struct RemoteMethod {
+        std::uint32_t id;
+        TAVOXTranscode::Encoder encoder;
+        TAVOXTranscode::Decoder decoder;
+    };
+    /// @throws what getMethodID(), getEncoder() and getDecoder() throw, the first of them first.
+    RemoteMethod remoteMethod(const std::string& name) const;
+
+    /// What is known of one method; the functions are null where the tables had none when the proxy was made.
+    struct MethodEntry {
+        std::uint32_t id = 0;
+        const TAVOXTranscode::Encoder* encoder = nullptr;
+        const TAVOXTranscode::Decoder* decoder = nullptr;
+    };
+    void enter(const std::string& name, std::uint32_t id);
+
     template <class Result>
     Result execute(std::shared_ptr<BoundMethod<Result>> method) const;
 
     std::weak_ptr<Device> device_;
     std::uint32_t instanceId_;
-    std::map<std::string, std::uint32_t> methodIds_;
+    std::unordered_map<std::string, MethodEntry> methods_;
     const EncoderList* encoders_;
     const DecoderList* decoders_;
 };

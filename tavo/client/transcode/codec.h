@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <concepts>
 #include <cstdint>
 #include <memory>
@@ -130,7 +131,8 @@ template <class ElementForm, class Element>
 void readList(TAVOX::InputStream& in, std::vector<Element>& list) {
     list.clear();
     const auto count = static_cast<std::uint32_t>(in.readInt32());
-    if (count > in.remaining() / smallestSize<ElementForm>()) {
+    in.awaitRest(); // for the count bounds the list only by bytes that have really come
+    if (in.failed() || count > in.remaining() / smallestSize<ElementForm>()) {
         in.fail();
         return;
     }
@@ -143,10 +145,31 @@ void readList(TAVOX::InputStream& in, std::vector<Element>& list) {
     }
 }
 
+/// Receives a block straight into its destination, which grows with what has arrived.
+template <class Block>
+void receiveBlock(TAVOX::InputStream& in, std::size_t length, Block& block) {
+    constexpr std::size_t step = 512 * 1024; // small enough for a cache to hold what resize() clears
+    constexpr std::size_t first = 64 * 1024;
+    constexpr std::size_t growth = 16;
+    block.clear();
+    while (block.size() < length && !in.failed()) {
+        const auto before = block.size();
+        const auto part = std::min(length - before, before == 0 ? first : step);
+        if (block.capacity() - before < part)
+            block.reserve(std::min(length, std::max(before + part, growth * before)));
+        block.resize(before + part);
+        in.readRaw(reinterpret_cast<std::uint8_t*>(block.data()) + before, part);
+    }
+    if (in.failed())
+        block = {};
+}
+
 template <class Block>
 void readBlock(TAVOX::InputStream& in, Block& block) {
     const auto length = static_cast<std::uint32_t>(in.readInt32());
-    if (const auto* bytes = in.readSpan(length)) {
+    if (length > in.arrived() && length <= in.remaining()) {
+        receiveBlock(in, length, block);
+    } else if (const auto* bytes = in.readSpan(length)) {
         // As the block's own kind of bytes: a text would take other ones by way of a second text.
         const auto* begin = reinterpret_cast<const typename Block::value_type*>(bytes);
         block.assign(begin, begin + length);
@@ -198,7 +221,7 @@ void readFields(TAVOX::InputStream& in, Record& record) {
 /// The encoder of a method whose parameters are a `Request`, written in the form `Form`.
 template <class Request, class Form = Request>
 void encodeRequest(TAVOX::OutputStream& out, const dto::Params& params) {
-    const auto* request = dynamic_cast<const Request*>(params.request.get());
+    const auto* request = dto::recordIn<Request>(params.request.get());
     if (!request)
         refuseParams(typeid(Request));
     writeFields<Form>(out, *request);

@@ -1,6 +1,7 @@
 #include <tavo/client/wire/call_exchange.h>
 
 #include <algorithm>
+#include <exception>
 #include <optional>
 #include <string>
 #include <utility>
@@ -16,8 +17,6 @@ struct DeviceError {
     std::uint32_t code = 0;
     std::string message;
 };
-
-using Batch = std::span<const std::shared_ptr<Method>>;
 
 void writeCall(TAVOX::OutputStream& out, const std::shared_ptr<Method>& method) {
     if (!method)
@@ -39,7 +38,8 @@ void writeCall(TAVOX::OutputStream& out, const std::shared_ptr<Method>& method) 
         throw Error("Error writing to output stream for method: " + method->getFullName());
 }
 
-[[noreturn]] void throwDeviceError(const DeviceError& error, std::uint32_t resultCount, Batch batch) {
+template <class Batch>
+[[noreturn]] void throwDeviceError(const DeviceError& error, std::uint32_t resultCount, const Batch& batch) {
     switch (error.code) {
     case 1000:
         throw ConfigurationError(error.message);
@@ -62,6 +62,47 @@ void writeCall(TAVOX::OutputStream& out, const std::shared_ptr<Method>& method) 
         throw Error("Unknown error code: " + std::to_string(error.code) + ": " + error.message);
     }
 }
+
+/// A result that is read while it arrives, so that what it holds can be received where it belongs.
+class ArrivingResult final : public TAVOX::InputSource {
+public:
+    ArrivingResult(Transport& transport, ReplyBuffer& buffer)
+        : transport_(transport)
+        , buffer_(buffer) {}
+
+    std::span<const std::uint8_t> gather(std::span<const std::uint8_t> rest,
+                                         std::uint64_t count) noexcept override {
+        std::span<const std::uint8_t> bytes;
+        attempt([&] { bytes = buffer_.receiveBehind(rest, transport_, count); });
+        return bytes;
+    }
+    bool receive(std::uint8_t* destination, std::uint64_t count) noexcept override {
+        return attempt([&] { transport_.receiveAll(destination, count); });
+    }
+
+    /// Receives what the decoder left.
+    /// @throws what failed while it read.
+    void finish(const TAVOX::InputStream& in) {
+        if (failure_)
+            std::rethrow_exception(failure_);
+        buffer_.discard(transport_, in.remaining() - in.arrived());
+    }
+
+private:
+    template <class Action>
+    bool attempt(Action action) noexcept {
+        try {
+            action();
+        } catch (...) {
+            failure_ = std::current_exception();
+        }
+        return !failure_;
+    }
+
+    Transport& transport_;
+    ReplyBuffer& buffer_;
+    std::exception_ptr failure_;
+};
 
 /// Frames one reply.
 class Reply {
@@ -98,9 +139,22 @@ public:
 
     void result(Method& method) {
         const auto size = number("Could not read Result Size from device for method: ", &method);
+        if (size > largestWhole) {
+            arrivingResult(method, size);
+            return;
+        }
         TAVOX::InputStream in = block(size);
+        decode(method, in, [&] { return method.getDecoder()(in); });
+    }
+
+private:
+    /// Results up to this size are received as a whole before they are decoded.
+    static constexpr std::uint32_t largestWhole = 64 * 1024;
+
+    template <class Decoding>
+    static void decode(Method& method, const TAVOX::InputStream& in, Decoding decoding) {
         try {
-            auto outcome = method.getDecoder()(in);
+            auto outcome = decoding();
             if (in.failed())
                 throw Error("Could not read Result from device for method: " + method.getFullName());
             method.setResult(std::move(outcome));
@@ -110,7 +164,24 @@ public:
         }
     }
 
-private:
+    void arrivingResult(Method& method, std::uint32_t size) {
+        ArrivingResult source(transport_, buffer_);
+        TAVOX::InputStream in(source, size);
+        dto::result outcome;
+        std::exception_ptr refusal;
+        try {
+            outcome = method.getDecoder()(in);
+        } catch (...) {
+            refusal = std::current_exception();
+        }
+        source.finish(in);
+        decode(method, in, [&] {
+            if (refusal)
+                std::rethrow_exception(refusal);
+            return std::move(outcome);
+        });
+    }
+
     TAVOX::InputStream block(std::uint32_t length) {
         const auto bytes = buffer_.receive(transport_, length);
         return {bytes.data(), bytes.size()};
@@ -122,9 +193,11 @@ private:
 
 } // namespace
 
-void CallExchange::run(std::uint32_t lockId, Batch batch) {
+template <class Batch>
+void CallExchange::runBatch(std::uint32_t lockId, const Batch& batch) {
     {
         TAVOX::OutputStream request;
+        request.borrowLongRuns(); // the records, which the Methods hold, lie still until the request is sent
         request.writeUInt32(lockId);
         request.writeUInt32(static_cast<std::uint32_t>(batch.size()));
         for (const auto& method : batch)
@@ -143,10 +216,22 @@ void CallExchange::run(std::uint32_t lockId, Batch batch) {
     if (!error && resultCount != batch.size())
         throw Error("Error calling methods: received result count of " + std::to_string(resultCount) +
                     " expected count of " + std::to_string(batch.size()));
-    for (std::size_t i = 0; i < batch.size() && i < resultCount; ++i)
-        reply.result(*batch[i]);
+    auto unread = resultCount;
+    for (const auto& method : batch)
+        if (unread-- > 0)
+            reply.result(*method);
+        else
+            break;
     if (error)
         throwDeviceError(*error, resultCount, batch);
+}
+
+void CallExchange::run(std::uint32_t lockId, std::span<const std::shared_ptr<Method>> batch) {
+    runBatch(lockId, batch);
+}
+
+void CallExchange::run(std::uint32_t lockId, const std::deque<std::shared_ptr<Method>>& batch) {
+    runBatch(lockId, batch);
 }
 
 } // namespace TAVO

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <span>
 
@@ -24,8 +25,12 @@ public:
     /// @param lockId the number at the head of the request; 0 when the lock is not held.
     /// @throws what TAVOXDevice::callMethods documents.
     void run(std::uint32_t lockId, std::span<const std::shared_ptr<Method>> batch);
+    void run(std::uint32_t lockId, const std::deque<std::shared_ptr<Method>>& batch);
 
 private:
+    template <class Batch>
+    void runBatch(std::uint32_t lockId, const Batch& batch);
+
     Transport& transport_;
     ReplyBuffer buffer_;
 };

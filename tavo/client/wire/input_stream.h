@@ -3,23 +3,53 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <span>
 
+#include <tavo/client/export.h>
 #include <tavo/client/wire/byte_order.h>
 
 namespace TAVOX {
 
+/// Where the bytes of a block come from that is read while it still arrives. What fails here is kept by the
+/// source and fails the reader; nothing is thrown.
+class TAVO_API InputSource {
+public:
+    /// The next `count` bytes in one piece, of which the first are `rest`; valid until the next call. Empty
+    /// when they cannot be had.
+    virtual std::span<const std::uint8_t> gather(std::span<const std::uint8_t> rest,
+                                                 std::uint64_t count) noexcept = 0;
+    /// Stores the next `count` bytes. @return whether they could be had.
+    virtual bool receive(std::uint8_t* destination, std::uint64_t count) noexcept = 0;
+
+protected:
+    InputSource() = default;
+    InputSource(const InputSource&) = default;
+    InputSource& operator=(const InputSource&) = default;
+    ~InputSource() = default;
+};
+
 /// Reads the values of one received block, which it does not own and which must outlive it and every view
 /// that readSpan() gave out. Numbers are big-endian.
+///
+/// A large block may be read while it still arrives, from an InputSource. A view that readSpan() gave out
+/// then ends with the next read.
 ///
 /// A read that asks for more than what remains fails the reader for good: that read and every later one yield
 /// zero (or a null pointer) and consume nothing. Nothing here throws; test failed() after the reads of a
 /// record. A reader is used by one thread at a time.
-class InputStream {
+class TAVO_API InputStream {
 public:
     InputStream(const std::uint8_t* bytes, std::uint64_t length) noexcept
         : cursor_(bytes)
+        , arrived_(length)
+        , size_(length) {}
+    /// A block of `length` bytes that all have yet to come.
+    InputStream(InputSource& source, std::uint64_t length) noexcept
+        : cursor_(nullptr)
+        , arrived_(0)
         , size_(length)
-        , remaining_(length) {}
+        , outstanding_(length)
+        , source_(&source) {}
 
     /// 4 bytes; take the value as signed or unsigned as the field demands.
     std::int32_t readInt32() noexcept { return static_cast<std::int32_t>(readNumber<std::uint32_t>()); }
@@ -32,6 +62,10 @@ public:
 
     /// Copies the next `count` bytes to `destination`, or fails and copies nothing.
     void readRaw(std::uint8_t* destination, std::uint64_t count) noexcept {
+        if (count > arrived_ && !failed_ && count <= remaining()) {
+            receiveRaw(destination, count);
+            return;
+        }
         const auto* bytes = readSpan(count);
         if (bytes && count > 0)
             std::memcpy(destination, bytes, static_cast<std::size_t>(count));
@@ -39,14 +73,20 @@ public:
 
     /// The next `count` bytes inside the block, or a null pointer when there are not so many.
     const std::uint8_t* readSpan(std::uint64_t count) noexcept {
-        if (failed_ || remaining_ < count) {
+        if (failed_ || (count > arrived_ && !gather(count))) {
             failed_ = true;
             return nullptr;
         }
         const auto* bytes = cursor_;
         cursor_ += count;
-        remaining_ -= count;
+        arrived_ -= count;
         return bytes;
+    }
+
+    /// Waits until the whole rest of the block has arrived, or fails.
+    void awaitRest() noexcept {
+        if (outstanding_ > 0 && !failed_ && !gather(remaining()))
+            failed_ = true;
     }
 
     bool failed() const noexcept { return failed_; }
@@ -57,7 +97,9 @@ public:
     /// Length of the block.
     std::uint64_t size() const noexcept { return size_; }
     /// Bytes that have not been read.
-    std::uint64_t remaining() const noexcept { return remaining_; }
+    std::uint64_t remaining() const noexcept { return arrived_ + outstanding_; }
+    /// The part of remaining() that needs not to be waited for.
+    std::uint64_t arrived() const noexcept { return arrived_; }
 
 private:
     template <class Number>
@@ -66,9 +108,14 @@ private:
         return bytes ? loadBigEndian<Number>(bytes) : Number{0};
     }
 
+    bool gather(std::uint64_t count) noexcept;
+    void receiveRaw(std::uint8_t* destination, std::uint64_t count) noexcept;
+
     const std::uint8_t* cursor_;
+    std::uint64_t arrived_;
     std::uint64_t size_;
-    std::uint64_t remaining_;
+    std::uint64_t outstanding_ = 0;
+    InputSource* source_ = nullptr;
     bool failed_ = false;
 };
 

@@ -3,11 +3,13 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <iterator>
 #include <memory>
 #include <span>
 
 #include <tavo/client/export.h>
+#include <tavo/client/wire/byte_order.h>
 
 namespace TAVOX {
 
@@ -40,9 +42,13 @@ public:
             using reference = value_type;
 
             iterator() = default;
-            value_type operator*() const { return {chunk_->data.data(), chunk_->used}; }
+            value_type operator*() const {
+                return atBorrowed_ ? chunk_->borrowed : value_type(chunk_->data.data(), chunk_->used);
+            }
             iterator& operator++() {
-                chunk_ = chunk_->next.get();
+                atBorrowed_ = !atBorrowed_ && !chunk_->borrowed.empty();
+                if (!atBorrowed_)
+                    chunk_ = chunk_->next.get();
                 return *this;
             }
             iterator operator++(int) {
@@ -57,6 +63,7 @@ public:
             explicit iterator(const Chunk* chunk)
                 : chunk_(chunk) {}
             const Chunk* chunk_ = nullptr;
+            bool atBorrowed_ = false;
         };
 
         iterator begin() const { return iterator(first_); }
@@ -79,16 +86,27 @@ public:
     OutputStream& operator=(const OutputStream&) = delete;
     ~OutputStream();
 
+    /// Runs of at least `shortestBorrowed` bytes that writeBytes() is given from now on are not copied but
+    /// become part of the chain where they lie; they must stay there unchanged as long as the chain is read.
+    void borrowLongRuns() noexcept { borrows_ = true; }
+    static constexpr std::size_t shortestBorrowed = 64 * 1024;
+
     /// 4 bytes. Signed values are passed as their two's-complement bits.
-    void writeUInt32(std::uint32_t value) noexcept;
+    void writeUInt32(std::uint32_t value) noexcept { writeNumber(value); }
     /// 8 bytes.
-    void writeInt64(std::int64_t value) noexcept;
+    void writeInt64(std::int64_t value) noexcept { writeNumber(static_cast<std::uint64_t>(value)); }
     /// 1 byte.
-    void writeByte(std::uint8_t value) noexcept;
+    void writeByte(std::uint8_t value) noexcept { writeNumber(value); }
     /// 1 byte: 1 for true, 0 for false.
     void writeBool(bool value) noexcept { writeByte(value ? 1 : 0); }
     /// The low 32 bits of `length` as 4 bytes, then the `length` bytes at `data` as they stand.
-    void writeBytes(std::uint64_t length, const std::uint8_t* data) noexcept;
+    void writeBytes(std::uint64_t length, const std::uint8_t* data) noexcept {
+        writeUInt32(static_cast<std::uint32_t>(length));
+        if (length > room())
+            writeLongRun(length, data);
+        else if (length > 0)
+            std::memcpy(take(static_cast<std::size_t>(length)), data, static_cast<std::size_t>(length));
+    }
 
     /// Reserves 4 bytes for the size of what is written until endSizedBlock(). Blocks do not nest: a second
     /// begin simply starts the count anew at the new place.
@@ -100,7 +118,9 @@ public:
     /// True once memory for a chunk could not be had; the bytes are then incomplete and must not be sent.
     bool failed() const noexcept { return failed_; }
     /// Number of bytes written so far, over all chunks.
-    std::uint64_t total() const noexcept { return total_; }
+    std::uint64_t total() const noexcept {
+        return inFormerChunks_ + current_->used + current_->borrowed.size();
+    }
     /// At least one chunk, the first possibly empty.
     Chunks chunks() const noexcept { return Chunks(&first_); }
 
@@ -108,19 +128,39 @@ private:
     struct Chunk { // NOLINT(cppcoreguidelines-pro-type-member-init): clearing `data` would cost each call
         std::unique_ptr<Chunk> next;
         std::size_t used = 0;
+        std::span<const std::uint8_t> borrowed; ///< follows the chunk's own bytes and ends the chunk
         std::array<std::uint8_t, chunkCapacity> data;
     };
 
-    std::uint8_t* reserve(std::size_t count) noexcept;
-    void startChunk() noexcept;
-    void count(std::size_t bytes) noexcept;
+    std::size_t room() const noexcept { return limit_ - current_->used; }
+    /// The next bytes of the current chunk, which must have room for them.
+    std::uint8_t* take(std::size_t bytes) noexcept {
+        auto* place = current_->data.data() + current_->used;
+        current_->used += bytes;
+        return place;
+    }
+    /// The same in a chunk that has room; null when the writer has failed.
+    std::uint8_t* reserve(std::size_t bytes) noexcept {
+        return room() >= bytes || startChunk() ? take(bytes) : nullptr;
+    }
+    template <class Number>
+    void writeNumber(Number value) noexcept {
+        if (auto* place = reserve(sizeof value))
+            storeBigEndian(place, value);
+    }
+    void writeLongRun(std::uint64_t length, const std::uint8_t* data) noexcept;
+    bool startChunk() noexcept;
+    /// From now on the current chunk is full.
+    void closeChunk() noexcept { limit_ = current_->used; }
 
     Chunk first_;
     Chunk* current_ = &first_;
+    std::size_t limit_ = chunkCapacity;
     bool failed_ = false;
-    std::uint64_t total_ = 0;
+    bool borrows_ = false;
+    std::uint64_t inFormerChunks_ = 0;
     std::uint8_t* sizeField_ = nullptr;
-    std::uint64_t sizeCount_ = 0;
+    std::uint64_t sizeStart_ = 0;
 };
 
 } // namespace TAVOX

@@ -1,6 +1,7 @@
 #include <tavo/client/wire/reply_buffer.h>
 
 #include <algorithm>
+#include <cstring>
 #include <new>
 
 namespace TAVO {
@@ -21,22 +22,31 @@ void ReplyBuffer::grow(std::size_t capacity) {
     capacity_ = capacity;
 }
 
-std::span<const std::uint8_t> ReplyBuffer::receive(Transport& transport, std::uint32_t length) {
-    if (capacity_ == 0)
-        grow(smallCapacity);
-    for (std::size_t received = 0; received < length;) {
+std::span<const std::uint8_t> ReplyBuffer::receive(Transport& transport, std::uint64_t length) {
+    if (const auto* bytes = transport.receiveInPlace(length))
+        return {bytes, static_cast<std::size_t>(length)};
+    return receiveBehind({}, transport, length);
+}
+
+std::span<const std::uint8_t> ReplyBuffer::receiveBehind(std::span<const std::uint8_t> rest,
+                                                         Transport& transport, std::uint64_t length) {
+    while (capacity_ < rest.size() || capacity_ == 0)
+        grow(std::max(smallCapacity, 2 * capacity_));
+    if (!rest.empty())
+        std::memmove(bytes_.get(), rest.data(), rest.size());
+    for (std::uint64_t received = rest.size(); received < length;) {
         if (received == capacity_)
-            grow(std::min<std::size_t>(length, 2 * capacity_));
-        const auto run = std::min<std::size_t>(length, capacity_) - received;
+            grow(static_cast<std::size_t>(std::min<std::uint64_t>(length, 2 * capacity_)));
+        const auto run = std::min<std::uint64_t>(length, capacity_) - received;
         transport.receiveAll(bytes_.get() + received, run);
         received += run;
     }
-    return {bytes_.get(), length};
+    return {bytes_.get(), static_cast<std::size_t>(length)};
 }
 
-void ReplyBuffer::discard(Transport& transport, std::uint32_t length) {
+void ReplyBuffer::discard(Transport& transport, std::uint64_t length) {
     while (length > 0) {
-        const auto run = std::min<std::uint32_t>(length, smallCapacity);
+        const auto run = std::min<std::uint64_t>(length, smallCapacity);
         receive(transport, run);
         length -= run;
     }

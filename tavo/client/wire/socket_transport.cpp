@@ -36,7 +36,7 @@ SocketTransport::SocketTransport(const std::string& host, const std::string& por
     , port_(port)
     , interrupter_(interrupter ? std::move(interrupter) : std::make_shared<Interrupter>())
     , socket_(sockets::closedHandle)
-    , readAhead_(std::make_unique_for_overwrite<std::uint8_t[]>(readAheadCapacity)) {
+    , readAhead_(std::make_unique_for_overwrite<std::uint8_t[]>(2 * readAheadCapacity)) {
     if (!sockets::startUp())
         throw NetworkError("Could not initialize WinSock library");
     interrupter_->beginExchange();
@@ -64,6 +64,7 @@ void SocketTransport::endInterrupted() {
 }
 
 void SocketTransport::failReceive(sockets::ErrorCode error) {
+    readAheadBegin_ = readAheadEnd_ = 0;
     if (interrupter_->isInterrupted())
         endInterrupted();
     throw NetworkError("Connection to device closed unexpectedly." + sockets::errorText(error));
@@ -167,6 +168,35 @@ std::size_t SocketTransport::receiveSome(std::uint8_t* destination, std::uint64_
     return received.bytes;
 }
 
+void SocketTransport::readAhead() {
+    // What is left moves in front of the main part, which takes as much as ever then.
+    const auto left = readAheadEnd_ - readAheadBegin_;
+    const auto begin = readAheadCapacity - left;
+    if (left > 0)
+        std::memmove(readAhead_.get() + begin, readAhead_.get() + readAheadBegin_, left);
+    readAheadBegin_ = begin;
+    readAheadEnd_ = readAheadCapacity;
+    readAheadEnd_ += receiveSome(readAhead_.get() + readAheadEnd_, readAheadCapacity);
+}
+
+const std::uint8_t* SocketTransport::receiveInPlace(std::uint64_t length) {
+    if (length > readAheadCapacity)
+        return nullptr;
+    while (readAheadEnd_ - readAheadBegin_ < length) {
+        if (!isOpen())
+            failReceive(sockets::notConnected());
+        const auto room = 2 * readAheadCapacity - readAheadEnd_;
+        const auto missing = length - (readAheadEnd_ - readAheadBegin_);
+        if (readAheadBegin_ == readAheadEnd_ || room < missing)
+            readAhead();
+        else
+            readAheadEnd_ += receiveSome(readAhead_.get() + readAheadEnd_, room);
+    }
+    const auto* bytes = readAhead_.get() + readAheadBegin_;
+    readAheadBegin_ += static_cast<std::size_t>(length);
+    return bytes;
+}
+
 void SocketTransport::receiveAll(std::uint8_t* buffer, std::uint64_t length) {
     if (length == 0)
         return;
@@ -180,8 +210,7 @@ void SocketTransport::receiveAll(std::uint8_t* buffer, std::uint64_t length) {
             return;
 
         if (length < readAheadCapacity) {
-            readAheadBegin_ = readAheadEnd_ = 0;
-            readAheadEnd_ = receiveSome(readAhead_.get(), readAheadCapacity);
+            readAhead();
         } else {
             const auto received = receiveSome(buffer, length);
             buffer += received;

@@ -73,6 +73,9 @@ public:
     ///         before are lost, `buffer` may hold some of them.
     void receiveAll(std::uint8_t* buffer, std::uint64_t length) override;
 
+    /// Up to 64 KiB are held in one piece. @throws as receiveAll().
+    const std::uint8_t* receiveInPlace(std::uint64_t length) override;
+
     /// Closes the connection and drops what was received but not asked for. Does nothing when closed.
     void close() noexcept;
 
@@ -87,6 +90,7 @@ private:
     [[noreturn]] void endInterrupted();
     [[noreturn]] void failReceive(int error);
     std::size_t takeReadAhead(std::uint8_t* destination, std::uint64_t length) noexcept;
+    void readAhead();
     std::size_t receiveSome(std::uint8_t* destination, std::uint64_t length);
     void prepareToSend();
     template <class RunIterator>

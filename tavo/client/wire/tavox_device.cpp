@@ -46,15 +46,13 @@ void TAVOXDevice::call(std::shared_ptr<Method> method) {
 void TAVOXDevice::multicall(std::shared_ptr<MulticallQueue> queue) {
     if (!queue)
         throw Error("NULL multicall queue");
-    callMethods(queue->getMethods());
+    connection_->exchange.run(lockId_, queue->getMethods());
 }
 
 void TAVOXDevice::interrupt() noexcept { connection_->transport.interrupt(); }
 
 void TAVOXDevice::callMethods(std::deque<std::shared_ptr<Method>> methods) {
-    const std::vector<std::shared_ptr<Method>> batch(std::make_move_iterator(methods.begin()),
-                                                     std::make_move_iterator(methods.end()));
-    connection_->exchange.run(lockId_, batch);
+    connection_->exchange.run(lockId_, methods);
 }
 
 Device_v1_0& TAVOXDevice::deviceObject() const {

@@ -4,4 +4,6 @@ namespace TAVO {
 
 Transport::~Transport() = default;
 
+const std::uint8_t* Transport::receiveInPlace(std::uint64_t) { return nullptr; }
+
 } // namespace TAVO

@@ -25,6 +25,11 @@ public:
     /// There is no time-out: a call waits for the device as long as it takes.
     virtual void receiveAll(std::uint8_t* buffer, std::uint64_t length) = 0;
 
+    /// The next `length` bytes where the transport itself holds them, taken as by receiveAll(); valid until
+    /// the next receive or send. Null, and nothing is taken, when it does not hold so many in one piece: they
+    /// can be had by receiveAll(). A transport needs not to offer this.
+    virtual const std::uint8_t* receiveInPlace(std::uint64_t length);
+
 protected:
     Transport() = default;
 };
