@@ -1,5 +1,7 @@
 #include <tavo/cli/arguments.h>
 
+#include <cctype>
+#include <map>
 #include <sstream>
 #include <string>
 
@@ -18,6 +20,13 @@ std::string versionText() {
                        ClientLibraryBugfixVersion);
 }
 
+/// For a unit alone would stand for one of it.
+std::string refuseWithoutNumber(const std::string& text) {
+    return !text.empty() && std::isdigit(static_cast<unsigned char>(text.front())) != 0
+               ? ""
+               : fmt::format("'{}' does not begin with a number", text);
+}
+
 void addConnectionOptions(CLI::App& tool, ConnectionOptions& connection) {
     const auto group = "Connection";
     auto* host = tool.add_option("--host", connection.host, "The device's name or address")->group(group);
@@ -28,6 +37,16 @@ void addConnectionOptions(CLI::App& tool, ConnectionOptions& connection) {
     tool.add_option("--password-file", connection.passwordFile, "File whose first line is the password")
         ->group(group);
     tool.add_flag("--secure", connection.secure, "Insist on a known server key")->group(group);
+    tool.add_option("--timeout", connection.timeout,
+                    "How long the device may take to be opened, and to answer each exchange, such as 500ms,\n"
+                    "10s or 2m; as long as it takes unless given")
+        ->type_name("DURATION")
+        ->transform(CLI::AsNumberWithUnit(
+            std::map<std::string, double>{{"ms", 0.001}, {"s", 1}, {"m", 60}, {"h", 3600}},
+            CLI::AsNumberWithUnit::CASE_SENSITIVE))
+        ->transform(CLI::Validator(refuseWithoutNumber, ""))
+        ->check(CLI::Range(0.001, 1e6))
+        ->group(group);
     auto* simulated =
         tool.add_flag("--sim", connection.simulated, "Use a simulated device inside the tool instead")
             ->excludes(host)

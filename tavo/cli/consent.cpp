@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <tavo/cli/failure.h>
+#include <tavo/cli/interrupt.h>
 #include <tavo/cli/output.h>
 
 namespace TAVO::cli {
@@ -17,6 +18,7 @@ void requireConsent(const std::string& question, bool given) {
         throw Failure(ExitCode::usage, "--yes is needed, for there is no terminal to ask at");
     std::fputs((printable(question) + " [y/N] ").c_str(), stderr);
     std::fflush(stderr);
+    InterruptWatch::waitForInput(STDIN_FILENO, std::chrono::hours(24));
     std::string answer;
     std::getline(std::cin, answer);
     if (answer != "y" && answer != "Y" && answer != "yes")

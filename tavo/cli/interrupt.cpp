@@ -1,21 +1,23 @@
 #include <tavo/cli/interrupt.h>
 
-#include <algorithm>
 #include <csignal>
 
+#include <fmt/format.h>
 #include <poll.h>
+
+#include <tavo/cli/failure.h>
 
 namespace TAVO::cli {
 
 namespace {
 
 volatile std::sig_atomic_t caught = 0;
-void (*volatile lastWillOfWatch)() = nullptr;
+void (*volatile lastWill)() = nullptr;
 
 void remember(int signal) {
     if (caught != 0) {
-        if (lastWillOfWatch != nullptr)
-            lastWillOfWatch();
+        if (lastWill != nullptr)
+            lastWill();
         std::signal(signal, SIG_DFL);
         std::raise(signal);
     }
@@ -24,9 +26,9 @@ void remember(int signal) {
 
 } // namespace
 
-InterruptWatch::InterruptWatch(void (*lastWill)()) {
+InterruptWatch::InterruptWatch(std::optional<Milliseconds> limit)
+    : limit_(limit) {
     caught = 0;
-    lastWillOfWatch = lastWill;
     struct sigaction action {};
     action.sa_handler = remember;
     sigemptyset(&action.sa_mask);
@@ -35,30 +37,82 @@ InterruptWatch::InterruptWatch(void (*lastWill)()) {
         if (before_[i].sa_handler == SIG_IGN)
             ::sigaction(signals_[i], &before_[i], nullptr);
     }
+    thread_ = std::thread([this] { watch(); });
 }
 
 InterruptWatch::~InterruptWatch() {
+    {
+        const std::lock_guard lock(mutex_);
+        done_ = true;
+    }
+    changed_.notify_all();
+    thread_.join();
     for (std::size_t i = 0; i < signals_.size(); ++i)
         ::sigaction(signals_[i], &before_[i], nullptr);
-    lastWillOfWatch = nullptr;
 }
 
-bool InterruptWatch::waitForInput(int descriptor, std::chrono::milliseconds time) {
+void InterruptWatch::begin(std::optional<Milliseconds> limit, bool endsBySignal) {
+    const std::lock_guard lock(mutex_);
+    cause_ = Cause::none;
+    wait_ = Wait{limit ? std::optional(Clock::now() + *limit) : std::nullopt, endsBySignal};
+}
+
+void InterruptWatch::end() {
+    const std::lock_guard lock(mutex_);
+    wait_.reset();
+}
+
+void InterruptWatch::throwCause() const {
+    if (cause_ == Cause::signal)
+        throw Interrupted(caught);
+    if (cause_ == Cause::limit)
+        throw Failure(ExitCode::network, fmt::format("the device did not answer in time ({} ms)",
+                                                     limit_.value_or(longestRelease).count()));
+}
+
+void InterruptWatch::watch() {
+    constexpr Milliseconds step(20);
+    std::optional<Clock::time_point> endOfGrace;
+    std::unique_lock lock(mutex_);
+    while (!changed_.wait_for(lock, step, [this] { return done_; })) {
+        const auto now = Clock::now();
+        if (caught != 0 && !endOfGrace)
+            endOfGrace = now + grace;
+        if (!wait_)
+            continue;
+        if (wait_->endsBySignal && endOfGrace && now >= *endOfGrace)
+            cause_ = Cause::signal;
+        else if (wait_->end && now >= *wait_->end)
+            cause_ = Cause::limit;
+        // Again at every step while the wait lasts: it may not have reached the connection before.
+        if (cause_ != Cause::none)
+            interrupter_->interrupt();
+    }
+}
+
+void InterruptWatch::throwIfInterrupted() {
+    if (caught != 0)
+        throw Interrupted(caught);
+}
+
+bool InterruptWatch::waitForInput(int descriptor, Milliseconds time) {
     // In steps, for a signal may come to another thread or just before the wait.
-    using Clock = std::chrono::steady_clock;
     const auto end = Clock::now() + time;
     bool readable = false;
     do {
-        constexpr std::chrono::milliseconds step(50);
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
+        constexpr Milliseconds step(50);
+        const auto left = std::chrono::ceil<Milliseconds>(end - Clock::now());
         pollfd watched{descriptor, POLLIN, 0};
-        const auto slice = std::clamp(left, std::chrono::milliseconds(0), step).count();
-        readable = caught == 0 && ::poll(&watched, 1, static_cast<int>(slice)) > 0;
+        const auto pause = std::clamp(left, Milliseconds(0), step).count();
+        readable = caught == 0 && ::poll(&watched, 1, static_cast<int>(pause)) > 0;
     } while (caught == 0 && !readable && Clock::now() < end);
-    if (caught != 0)
-        throw Interrupted(caught);
+    throwIfInterrupted();
     return readable;
 }
+
+InterruptWatch::LastWill::LastWill(void (*will)()) { lastWill = will; }
+
+InterruptWatch::LastWill::~LastWill() { lastWill = nullptr; }
 
 void dieOf(const Interrupted& interrupted) {
     std::signal(interrupted.signal, SIG_DFL);

@@ -1,10 +1,18 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <chrono>
+#include <condition_variable>
 #include <exception>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <thread>
 
 #include <signal.h>
+
+#include <tavo/client/wire/interrupter.h>
 
 namespace TAVO::cli {
 
@@ -19,27 +27,108 @@ public:
     int signal;
 };
 
-/// While one exists, SIGINT, SIGTERM and SIGHUP, unless they are ignored, become Interrupted at the next
-/// wait. A second one ends the process at once: the first may have come while the device does not answer. For
-/// commands that wait in loops; there is one at a time.
+/// Ends what waits, for the device or for time, on a signal or when it takes too long.
+///
+/// While one exists, SIGINT, SIGTERM and SIGHUP, unless they are ignored, become Interrupted at the next wait
+/// or in the one that runs. A second one ends the process at once. There is one at a time.
 class InterruptWatch {
 public:
-    /// @param lastWill what has to be done before the process ends at once; it runs in a signal handler.
-    explicit InterruptWatch(void (*lastWill)() = nullptr);
+    using Milliseconds = std::chrono::milliseconds;
+
+    /// @param limit how long one wait for the device may take; without it, as long as the device takes.
+    explicit InterruptWatch(std::optional<Milliseconds> limit);
     InterruptWatch(const InterruptWatch&) = delete;
     InterruptWatch& operator=(const InterruptWatch&) = delete;
     ~InterruptWatch();
 
+    /// To be handed to the device's factory.
+    const std::shared_ptr<Interrupter>& interrupter() const { return interrupter_; }
+
+    /// Runs an action that waits for the device.
+    /// @throws Interrupted when a signal came before, or ended it; Failure (network) when it took too long;
+    ///         what the action throws.
+    template <class Action>
+    auto await(Action action) {
+        throwIfInterrupted();
+        return wait(limit_, true, action);
+    }
+    /// The same for what gives something back to the device: it is done after a signal too, but not for long.
+    template <class Action>
+    auto awaitRelease(Action action) {
+        return wait(std::min(limit_.value_or(longestRelease), longestRelease), false, action);
+    }
+
     /// Sleeps for that long.
     /// @throws Interrupted at once when a signal comes or came.
-    void pause(std::chrono::milliseconds time) { waitForInput(-1, time); }
+    static void pause(Milliseconds time) { waitForInput(-1, time); }
     /// Waits no longer than that for something to read, or the end, from `descriptor`.
     /// @return whether there is. @throws as pause().
-    bool waitForInput(int descriptor, std::chrono::milliseconds time);
+    static bool waitForInput(int descriptor, Milliseconds time);
+    /// @throws Interrupted when a signal came.
+    static void throwIfInterrupted();
+
+    /// What has to be done before a second signal ends the process; it runs in a signal handler.
+    class LastWill {
+    public:
+        explicit LastWill(void (*will)());
+        LastWill(const LastWill&) = delete;
+        LastWill& operator=(const LastWill&) = delete;
+        ~LastWill();
+    };
 
 private:
+    using Clock = std::chrono::steady_clock;
+    enum class Cause { none, signal, limit };
+
+    static constexpr Milliseconds longestRelease{2000};
+    /// How long a call that runs when a signal comes may go on: its reply may be all that is left of what the
+    /// device gave away.
+    static constexpr Milliseconds grace{250};
+
+    struct Wait {
+        std::optional<Clock::time_point> end;
+        bool endsBySignal = true;
+    };
+
+    template <class Action>
+    auto wait(std::optional<Milliseconds> limit, bool endsBySignal, Action action) {
+        begin(limit, endsBySignal);
+        try {
+            const EndOfWait atEnd(*this);
+            return action();
+        } catch (const std::exception&) {
+            throwCause();
+            throw;
+        }
+    }
+    class EndOfWait {
+    public:
+        explicit EndOfWait(InterruptWatch& watch)
+            : watch_(watch) {}
+        EndOfWait(const EndOfWait&) = delete;
+        EndOfWait& operator=(const EndOfWait&) = delete;
+        ~EndOfWait() { watch_.end(); }
+
+    private:
+        InterruptWatch& watch_;
+    };
+
+    void begin(std::optional<Milliseconds> limit, bool endsBySignal);
+    void end();
+    void throwCause() const;
+    void watch();
+
+    std::optional<Milliseconds> limit_;
+    std::shared_ptr<Interrupter> interrupter_ = std::make_shared<Interrupter>();
     static constexpr std::array signals_ = {SIGINT, SIGTERM, SIGHUP};
     std::array<struct sigaction, signals_.size()> before_{};
+
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::optional<Wait> wait_;
+    Cause cause_ = Cause::none;
+    bool done_ = false;
+    std::thread thread_;
 };
 
 /// Ends the process by the signal's own effect.

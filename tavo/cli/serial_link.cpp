@@ -54,7 +54,7 @@ std::string SerialLink::exchange(std::string_view bytes) {
 
 void SerialLink::close() {
     if (std::exchange(open_, false))
-        session_.execute(port_->getCloseMethod());
+        session_.release(port_->getCloseMethod());
 }
 
 bool TextWatch::sees(std::string_view bytes) {

@@ -1,5 +1,6 @@
 #include <tavo/cli/session.h>
 
+#include <cmath>
 #include <stdexcept>
 #include <string_view>
 #include <utility>
@@ -39,7 +40,19 @@ Session::Session(ConnectionOptions options)
     registerObjects();
 }
 
-Session::~Session() = default;
+Session::~Session() {
+    if (device_)
+        watch().awaitRelease([this] { device_.reset(); });
+}
+
+InterruptWatch& Session::watch() {
+    if (!watch_) {
+        using Milliseconds = InterruptWatch::Milliseconds;
+        const auto seconds = options_.timeout;
+        watch_.emplace(seconds ? std::optional(Milliseconds(std::llround(*seconds * 1000))) : std::nullopt);
+    }
+    return *watch_;
+}
 
 Session::Account Session::account() const {
     if (options_.simulated && !options_.passwordFile) {
@@ -79,14 +92,18 @@ Device& Session::device() {
     const auto [user, password] = account();
     if (options_.simulated)
         startSimulator();
-    device_ = DeviceFactory::buildDevice(options_.host, port(), user, password, options_.secure);
+    device_ = watch().await([&, &user = user, &password = password] {
+        return DeviceFactory::buildDevice(options_.host, port(), user, password, options_.secure,
+                                          watch().interrupter());
+    });
     return *device_;
 }
 
 Device& Session::identify(Device_Factory_Structs::TavoDeviceDescriptor& descriptor) {
     if (options_.simulated)
         startSimulator();
-    device_ = DeviceFactory::queryDevice(options_.host, port(), descriptor);
+    device_ = watch().await(
+        [&] { return DeviceFactory::queryDevice(options_.host, port(), descriptor, watch().interrupter()); });
     return *device_;
 }
 
@@ -111,7 +128,7 @@ std::shared_ptr<Object_v1_0> Session::find(const std::string& fullName) {
     throw Failure(ExitCode::notFound, fmt::format("no object '{}'; there are: {}", fullName, known));
 }
 
-void Session::run(const std::vector<std::shared_ptr<Method>>& methods) {
+void Session::exchange(const std::vector<std::shared_ptr<Method>>& methods) {
     const auto queue = std::make_shared<MulticallQueue>();
     for (const auto& method : methods)
         queue->add(method);
@@ -122,6 +139,15 @@ void Session::run(const std::vector<std::shared_ptr<Method>>& methods) {
             throw;
         throw Failure(ExitCode::refused, error.what());
     }
+}
+
+void Session::run(const std::vector<std::shared_ptr<Method>>& methods) {
+    watch().await([&] { exchange(methods); });
+}
+
+void Session::release(const std::shared_ptr<Method>& method) {
+    watch().awaitRelease([&] { exchange({method}); });
+    requireSuccess(*method);
 }
 
 void Session::runAll(const std::vector<std::shared_ptr<Method>>& methods) {

@@ -9,6 +9,7 @@
 #include <fmt/format.h>
 
 #include <tavo/cli/failure.h>
+#include <tavo/cli/interrupt.h>
 #include <tavo/client.h>
 
 namespace TAVO::simulator {
@@ -26,6 +27,8 @@ struct ConnectionOptions {
     bool secure = false;
     bool simulated = false;
     std::string topology = "standard";
+    /// How many seconds the device may leave a call unanswered.
+    std::optional<double> timeout;
 };
 
 using Objects = std::vector<std::shared_ptr<Object_v1_0>>;
@@ -36,7 +39,7 @@ public:
     explicit Session(ConnectionOptions options);
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
-    /// Unlocks the device and closes the connection.
+    /// Unlocks the device, if that takes no longer than a moment, and closes the connection.
     ~Session();
 
     /// The device with its lock taken and its tree built.
@@ -57,13 +60,16 @@ public:
     }
 
     /// Executes the calls in one exchange. Results that arrived before a failure stay in their Methods.
-    /// @throws Failure (refused) for device errors that the library has under the name of its own faults,
+    /// @throws Interrupted when a signal came; Failure (network) when the device does not answer in time,
+    ///         and (refused) for device errors that the library has under the name of its own faults;
     ///         otherwise what Device::multicall throws.
     void run(const std::vector<std::shared_ptr<Method>>& methods);
     /// The same, and insists on the success of every call.
     void runAll(const std::vector<std::shared_ptr<Method>>& methods);
     /// Executes one call and insists on its success.
     void execute(const std::shared_ptr<Method>& method);
+    /// The same for a call that gives something back to the device: also after a signal.
+    void release(const std::shared_ptr<Method>& method);
     template <class Result>
     Result value(const std::shared_ptr<BoundMethod<Result>>& method) {
         execute(method);
@@ -82,9 +88,12 @@ private:
     Account account() const;
     void startSimulator();
     int port() const;
+    void exchange(const std::vector<std::shared_ptr<Method>>& methods);
+    InterruptWatch& watch();
 
     ConnectionOptions options_;
     std::unique_ptr<simulator::Simulator> simulator_;
+    std::optional<InterruptWatch> watch_;
     std::shared_ptr<Device> device_;
 };
 

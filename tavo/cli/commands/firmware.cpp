@@ -33,7 +33,6 @@ Status statusOf(Session& session, const std::string& name) {
 
 /// What the two numbers mean is the device's to define, so all that can be seen is that they rest.
 Status waitUntilSettled(Session& session, const Arguments& arguments) {
-    InterruptWatch watch;
     Progress progress;
     const auto start = Clock::now();
     auto status = statusOf(session, arguments.name);
@@ -43,7 +42,7 @@ Status waitUntilSettled(Session& session, const Arguments& arguments) {
                           fmt::format("the status of firmware '{}' still changes after {} s: {} {}",
                                       arguments.name, arguments.timeout, status.first, status.second));
         progress.show(fmt::format("firmware {}: {} {}", arguments.name, status.first, status.second));
-        watch.pause(std::chrono::milliseconds(100));
+        InterruptWatch::pause(std::chrono::milliseconds(100));
         const auto next = statusOf(session, arguments.name);
         if (!(next == status))
             changed = Clock::now();

@@ -82,7 +82,6 @@ public:
 
     /// Returns whether the wanted code came.
     bool follow() {
-        InterruptWatch watch;
         const auto start = Clock::now();
         const auto ended = [&] {
             return arguments_.timeout && Clock::now() - start >= Seconds(*arguments_.timeout);
@@ -93,7 +92,7 @@ public:
                 return true;
             if (last)
                 return false;
-            watch.pause(pauseUntilNext(start));
+            InterruptWatch::pause(pauseUntilNext(start));
         }
     }
 

@@ -106,9 +106,8 @@ public:
 private:
     template <class Exchange>
     void forExchanges(std::uint32_t length, ProgressBar& bar, Exchange exchange) {
-        InterruptWatch watch;
         for (std::uint32_t done = 0; done < length;) {
-            watch.pause(std::chrono::milliseconds(0));
+            InterruptWatch::throwIfInterrupted();
             std::vector<Part> parts;
             while (parts.size() < chunksPerExchange && done < length) {
                 parts.push_back({done, std::min(chunkSize, length - done)});

@@ -65,12 +65,12 @@ public:
     bool ended() const { return ended_; }
 
     /// What there is, waiting no longer than `time` for it.
-    std::string take(InterruptWatch& watch, std::chrono::milliseconds time) {
+    std::string take(std::chrono::milliseconds time) {
         if (ended_) {
-            watch.pause(time);
+            InterruptWatch::pause(time);
             return {};
         }
-        if (!watch.waitForInput(STDIN_FILENO, time))
+        if (!InterruptWatch::waitForInput(STDIN_FILENO, time))
             return {};
         std::array<char, 4096> part{};
         const auto got = ::read(STDIN_FILENO, part.data(), part.size());
@@ -98,13 +98,13 @@ public:
 
     /// Returns whether the wanted text came.
     bool run(Input& input) {
-        InterruptWatch watch(RawTerminal::restore);
+        const InterruptWatch::LastWill lastWill(RawTerminal::restore);
         const RawTerminal terminal(STDIN_FILENO);
         auto end = Clock::time_point::max();
         auto pause = std::chrono::milliseconds(0);
         for (;;) {
             const bool last = Clock::now() >= end;
-            const auto typed = input.take(watch, pause);
+            const auto typed = input.take(pause);
             const auto received = link_.exchange(typed);
             if (takes(received))
                 return true;

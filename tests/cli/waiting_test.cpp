@@ -1,0 +1,116 @@
+#include <chrono>
+#include <csignal>
+#include <thread>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <tests/cli/tool_fixture.h>
+
+namespace tool_test {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::HasSubstr;
+using testing::IsEmpty;
+namespace faults = TAVO::simulator::faults;
+
+const Words get{"call", "power.get"};
+/// As good as for ever.
+const Words sleep{"call", "system.usleep", "microseconds=1000000000"};
+
+/// How the tool waits for a device that does not answer, and what ends it.
+class Waiting : public ToolTest {
+protected:
+    void silenceFrom(std::uint64_t request, std::uint64_t count) {
+        for (std::uint64_t i = 0; i < count; ++i)
+            simulator.failNext(faults::Silent{}, request + i);
+    }
+    void awaitRequests(std::uint64_t count) const {
+        const auto deadline = std::chrono::steady_clock::now() + support::processPatience;
+        while (simulator.requestCount() < count && std::chrono::steady_clock::now() < deadline)
+            std::this_thread::sleep_for(2ms);
+        EXPECT_GE(simulator.requestCount(), count);
+    }
+};
+
+TEST_F(Waiting, EndsAfterTheTimeThatTheUserGaveAndReleasesTheLock) {
+    silenceFrom(requestsUntil("power", "get", get), 1);
+    const auto run = tool(Words{"--timeout", "200ms"} + get);
+    EXPECT_EQ(run.exitCode, 5);
+    EXPECT_THAT(run.errors, HasSubstr("the device did not answer in time (200 ms)"));
+    EXPECT_THAT(run.output, IsEmpty());
+    EXPECT_FALSE(simulator.lockHolder());
+}
+
+TEST_F(Waiting, EndsAfterThatTimeWhileTheDeviceIsOpenedOrIdentified) {
+    simulator.failNext(faults::Silent{});
+    EXPECT_EQ(tool(Words{"--timeout", "0.2"} + get).exitCode, 5);
+    simulator.failNext(faults::Silent{}, 3);
+    EXPECT_EQ(tool(Words{"--timeout", "0.2s"} + get).exitCode, 5);
+    simulator.failNext(faults::Silent{});
+    EXPECT_EQ(tool({"--timeout", "200ms", "info"}).exitCode, 5);
+}
+
+TEST_F(Waiting, EndsAlsoWhenTheDeviceIsSilentForGood) {
+    silenceFrom(requestsUntil("power", "get", get), 20);
+    const auto run = tool(Words{"--timeout", "100ms"} + get);
+    EXPECT_EQ(run.exitCode, 5);
+    EXPECT_THAT(run.errors, HasSubstr("the device did not answer in time (100 ms)"));
+}
+
+TEST_F(Waiting, DoesNotMindATimeThatIsLongEnough) {
+    EXPECT_EQ(tool(Words{"--timeout", "1m"} + get).exitCode, 0);
+    EXPECT_EQ(tool(Words{"--timeout", "1h"} + get).exitCode, 0);
+}
+
+TEST_F(Waiting, RefusesATimeThatIsNone) {
+    for (const auto* time : {"", "0", "0s", "-1", "5x", "ms", "1e9h", "nan"})
+        EXPECT_EQ(tool(Words{"--timeout", time} + get).exitCode, 2) << time;
+}
+
+TEST_F(Waiting, EndsOnASignalDuringACallAndReleasesTheLock) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        const auto before = simulator.requestCount();
+        const auto request = requestsUntil("power", "get", get) + simulator.requestCount();
+        support::Process process(setupOf(sleep));
+        awaitRequests(request);
+        process.signal(signal);
+        EXPECT_EQ(process.wait().signal, signal);
+        EXPECT_FALSE(simulator.lockHolder()) << signal;
+        EXPECT_GT(simulator.requestCount(), before);
+    }
+}
+
+TEST_F(Waiting, EndsOnASignalWhileTheDeviceIsOpened) {
+    simulator.failNext(faults::Silent{}, 2);
+    support::Process process(setupOf(get));
+    awaitRequests(2);
+    process.signal(SIGINT);
+    EXPECT_EQ(process.wait().signal, SIGINT);
+}
+
+TEST_F(Waiting, EndsOnASignalEvenWhenTheDeviceStaysSilent) {
+    const auto ahead = requestsUntil("power", "get", get);
+    const auto request = simulator.requestCount() + ahead;
+    silenceFrom(ahead, 20);
+    support::Process process(setupOf(get));
+    awaitRequests(request);
+    process.signal(SIGTERM);
+    EXPECT_EQ(process.wait().signal, SIGTERM);
+}
+
+TEST_F(Waiting, EndsAtOnceOnASecondSignal) {
+    const auto ahead = requestsUntil("power", "get", get);
+    const auto request = simulator.requestCount() + ahead;
+    silenceFrom(ahead, 20);
+    support::Process process(setupOf(get));
+    awaitRequests(request);
+    process.signal(SIGTERM);
+    std::this_thread::sleep_for(100ms);
+    process.signal(SIGTERM);
+    EXPECT_EQ(process.wait().signal, SIGTERM);
+}
+
+} // namespace
+} // namespace tool_test
