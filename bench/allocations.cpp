@@ -31,27 +31,17 @@ void measureAllocations(Run& run) {
     TAVO::SocketTransport transport(bench.server.address(), std::to_string(bench.server.port()));
     TAVO::CallExchange exchange(transport);
 
-    const std::string beside = "allocations beside the replies";
+    const std::string beside = "besides replies";
     run.report.addCount("single call", beside, takenBy([&] { bench.device->call(method); }, 1), 0);
     run.report.addCount("exchange of 600 calls", beside,
                         takenBy([&] { exchange.run(Appliance::lockId, batch); }, large), 0);
-    run.report.add({"multicall of 600 calls",
-                    beside,
-                    Measured{takenBy([&] { bench.device->multicall(queue); }, large), 0},
-                    {},
-                    {},
-                    {},
-                    "for its copy of the queue"});
+    run.report.addFigure("multicall of 600 calls", beside,
+                         takenBy([&] { bench.device->multicall(queue); }, large),
+                         "for its copy of the queue");
 
     const auto before = allocationCount();
     const auto built = bench.gauge.getExchangeMethod(exchangeNumber, exchangeData());
-    run.report.add({"building a Method",
-                    "allocations",
-                    Measured{static_cast<double>(allocationCount() - before), 0},
-                    {},
-                    {},
-                    {},
-                    ""});
+    run.report.addFigure("building a Method", "allocations", static_cast<double>(allocationCount() - before));
 }
 
 } // namespace bench

@@ -36,13 +36,14 @@ std::vector<std::string> names() {
 int main(int argc, char** argv) {
     CLI::App program("Measures what the library adds to the network, as ratios to a raw client");
     std::vector<std::string> only;
-    std::string json, driven;
+    std::string json, markdown, driven;
     std::size_t iterations = 1000;
     bench::Run run;
     program.add_option("--only", only, "Measure only these")->delimiter(',')->check(CLI::IsMember(names()));
     program.add_option("--effort", run.effort, "Multiplies the number of rounds")->check(CLI::PositiveNumber);
     program.add_flag("--wall", run.wallTime, "Take the time that passes instead of processor time");
     program.add_option("--json", json, "Write the results into this file");
+    program.add_option("--markdown", markdown, "Write the table into this file");
     program.add_option("--plots", run.plotFolder, "Write the points of the plots into this folder");
     program
         .add_option("--drive", driven, "Measure nothing, repeat this work without a network, for profilers")
@@ -58,12 +59,14 @@ int main(int argc, char** argv) {
         }
         run.processors = bench::allowedProcessors();
         bench::pinTo(run.processors.front());
-        fmt::print("{:<52} {:>16} {:>8} {:>9}\n", "work", "measured", "noise", "target");
+        fmt::print("{:<56} {:>16} {:>8} {:>9}\n", "work", "measured", "noise", "at most");
         for (const auto& [name, measure] : measurements)
             if (only.empty() || std::find(only.begin(), only.end(), name) != only.end())
                 measure(run);
         if (!json.empty())
             std::ofstream(json) << run.report.toJson().dump(2) << '\n';
+        if (!markdown.empty())
+            std::ofstream(markdown) << run.report.toMarkdown();
         return run.report.missed() ? 1 : 0;
     } catch (const std::exception& failure) {
         fmt::print(stderr, "{}: {}\n", argv[0], failure.what());

@@ -37,19 +37,29 @@ std::string duration(double seconds) {
     return seconds >= 1e-6 ? number(seconds * 1e6) + " us" : number(seconds * 1e9) + " ns";
 }
 
-void print(const Row& row) {
-    std::string value, noise, target, times = row.remark;
-    if (row.measured) {
-        value = number(row.measured->value) + " " + row.unit;
-        noise = row.measured->noise > 0 ? "+-" + number(row.measured->noise) : "";
+/// The columns of a row as texts.
+struct Line {
+    explicit Line(const Row& row)
+        : verdict(textOf(row.verdict()))
+        , remark(row.remark) {
+        if (row.measured) {
+            value = number(row.measured->value) + " " + row.unit;
+            noise = row.measured->noise > 0 ? number(row.measured->noise) : "";
+        }
+        if (row.target)
+            target = number(*row.target);
+        if (row.rawSeconds && row.librarySeconds)
+            remark = "raw " + duration(*row.rawSeconds) + ", library " + duration(*row.librarySeconds) +
+                     (remark.empty() ? "" : "; ") + remark;
     }
-    if (row.target)
-        target = "<= " + number(*row.target);
-    if (row.rawSeconds && row.librarySeconds)
-        times = "raw " + duration(*row.rawSeconds) + ", library " + duration(*row.librarySeconds) +
-                (times.empty() ? "" : "; ") + times;
-    fmt::print("{:<52} {:>16} {:>8} {:>9}  {:<17} {}\n", row.work, value, noise, target,
-               textOf(row.verdict()), times);
+
+    std::string value, noise, target, verdict, remark;
+};
+
+void print(const Row& row) {
+    const Line line(row);
+    fmt::print("{:<56} {:>16} {:>8} {:>9}  {:<17} {}\n", row.work, line.value, line.noise, line.target,
+               line.verdict, line.remark);
     std::fflush(stdout);
 }
 
@@ -88,6 +98,11 @@ void Report::addCount(const std::string& work, const std::string& unit, double c
     add({work, unit, Measured{counted, 0}, target, {}, {}, ""});
 }
 
+void Report::addFigure(const std::string& work, const std::string& unit, double value,
+                       const std::string& remark) {
+    add({work, unit, Measured{value, 0}, {}, {}, {}, remark});
+}
+
 void Report::addNotMeasured(const std::string& work, const std::string& reason) {
     add({work, "", {}, {}, {}, {}, reason});
 }
@@ -117,6 +132,16 @@ nlohmann::json Report::toJson() const {
         list.push_back(entry);
     }
     return list;
+}
+
+std::string Report::toMarkdown() const {
+    std::string table = "| Work | Measured | Noise | At most | | |\n|---|---|---|---|---|---|\n";
+    for (const auto& row : rows_) {
+        const Line line(row);
+        table += fmt::format("| {} | {} | {} | {} | {} | {} |\n", row.work, line.value, line.noise,
+                             line.target, line.verdict, line.remark);
+    }
+    return table;
 }
 
 } // namespace bench

@@ -35,10 +35,15 @@ public:
     void addGrowth(const std::string& work, const Comparison& smallToLarge);
     /// Something counted, whose target is exact.
     void addCount(const std::string& work, const std::string& unit, double counted, double target);
+    /// For information, without a target.
+    void addFigure(const std::string& work, const std::string& unit, double value,
+                   const std::string& remark = "");
     void addNotMeasured(const std::string& work, const std::string& reason);
 
     bool missed() const;
     nlohmann::json toJson() const;
+    /// The table for a document.
+    std::string toMarkdown() const;
 
 private:
     std::vector<Row> rows_;
