@@ -291,11 +291,11 @@ TEST_F(CallExchangeFailure, PassesOnTheEndOfTheReplyAtEveryByte) {
 
 // Sizes that the peer announces and does not keep.
 
-class AnnouncedSize
+class AnnouncedBlock
     : public CallExchangeFailure,
       public testing::WithParamInterface<std::tuple<std::string, std::uint32_t, std::size_t>> {};
 
-TEST_P(AnnouncedSize, TakesNoMoreMemoryThanTwiceWhatArrives) {
+TEST_P(AnnouncedBlock, TakesNoMoreMemoryThanTwiceWhatArrives) {
     const auto& [field, size, arriving] = GetParam();
     auto reply = joined({u32(size), Bytes(arriving, 0xFF)});
     if (field == "error")
@@ -315,7 +315,7 @@ TEST_P(AnnouncedSize, TakesNoMoreMemoryThanTwiceWhatArrives) {
     EXPECT_LE(room, 2 * arriving + 64 * 1024 + 16);
 }
 
-INSTANTIATE_TEST_SUITE_P(Fields, AnnouncedSize,
+INSTANTIATE_TEST_SUITE_P(Fields, AnnouncedBlock,
                          testing::Combine(testing::Values("status", "error", "result"),
                                           testing::Values(1u << 20, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu),
                                           testing::Values(std::size_t{0}, std::size_t{10},
