@@ -58,3 +58,19 @@ ctest_in() {
     step "$name" ctest --test-dir "build/$preset" -j "$jobs" --output-on-failure --no-tests=error \
         --output-junit "$results/tests-$name.xml" "$@"
 }
+
+# in_shards NAME PROGRAM [ARGUMENT ...]: the tests of a GoogleTest program, in one process for each processor; results in
+# tests-NAME-N.xml. Where starting a process takes longer than most tests, this is the way.
+in_shards() {
+    local name=$1 shard pid pids=() status=0
+    shift
+    for ((shard = 0; shard < jobs; ++shard)); do
+        GTEST_TOTAL_SHARDS=$jobs GTEST_SHARD_INDEX=$shard timeout 1200 "$@" --gtest_brief=1 \
+            "--gtest_output=xml:$results/tests-$name-$shard.xml" &
+        pids+=($!)
+    done
+    for pid in "${pids[@]}"; do
+        wait "$pid" || status=$?
+    done
+    return "$status"
+}

@@ -2,6 +2,7 @@
 
 test_asan() {
     if check asan-build configure_and_build asan; then
-        ctest_in asan asan || true
+        step asan in_shards asan build/asan/tests/tavo_tests || true
+        ctest_in asan-examples asan -R '^examples[.]' || true
     fi
 }

@@ -1,7 +1,7 @@
 # Sourced by scripts/test.
 
 test_tsan() {
-    if check tsan-build configure_and_build tsan; then
-        ctest_in tsan tsan || true
+    if check tsan-build configure_and_build tsan tavo_tests; then
+        step tsan in_shards tsan build/tsan/tests/tavo_tests || true
     fi
 }
