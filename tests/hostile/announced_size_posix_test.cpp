@@ -22,22 +22,26 @@ std::set<std::uint32_t> wrongValues(const Bytes& right) {
     return wrong;
 }
 
-// Three for each 0 among the sizes and counts of a reply, four for each 1, five for each other number.
-constexpr std::size_t wrongReplies[places] = {60, 20, 15, 60, 18, 20, 15, // device
-                                              30, 20, 30, 18,             // private
-                                              35, 20, 15, 35, 18, 24,     // system, rootMembers
-                                              60, 20, 15, 60, 18,         // uart
-                                              53, 39, 47, 15};            // calls, unlock
+// Three for each 0 among the sizes and counts of a reply, four for each 1, five for each other number; and
+// four more for each that lies within a result.
+constexpr std::size_t wrongReplies[places] = {60 + 36, 20 + 4,  15,      60 + 36, 18 + 4,
+                                              20 + 4,  15,                                // device
+                                              30 + 12, 20 + 4,  30 + 12, 18 + 4,          // private
+                                              35 + 16, 20 + 4,  15,      35 + 16, 18 + 4, // system
+                                              24 + 8,                                     // rootMembers
+                                              60 + 36, 20 + 4,  15,      60 + 36, 18 + 4, // uart
+                                              53 + 12, 39 + 12, 47 + 32, 15};             // calls, unlock
 
 struct WrongReply {
     std::string what;
     Bytes bytes;
 };
 
+bool isResultSize(const Field& field) { return field.name.starts_with("result size of "); }
+
 /// The reply with one field changed, for each size and count in it and each wrong value.
-std::vector<WrongReply> wrongRepliesAt(std::size_t place) {
+std::vector<WrongReply> wrongAlone(Layout layout) {
     std::vector<WrongReply> replies;
-    auto layout = conversation()[place].layout;
     for (auto& field : layout) {
         if (!field.announces)
             continue;
@@ -48,6 +52,38 @@ std::vector<WrongReply> wrongRepliesAt(std::size_t place) {
         }
         field.bytes = right;
     }
+    return replies;
+}
+
+/// The reply with a size or count within a result that is huge, and a result that claims to be large enough.
+std::vector<WrongReply> wrongTogether(Layout layout) {
+    std::vector<WrongReply> replies;
+    Field* size = nullptr;
+    for (auto& field : layout) {
+        if (isResultSize(field))
+            size = &field;
+        if (!field.announces || !size || size == &field)
+            continue;
+        const auto right = field.bytes;
+        const auto rightSize = size->bytes;
+        for (const std::uint32_t wrongSize : {0x7FFFFFFFu, 0xFFFFFFFFu})
+            for (const std::uint32_t wrong : {0x00FFFFFFu, 0x7FFFFF00u}) {
+                size->bytes = support::u32(wrongSize);
+                field.bytes = support::u32(wrong);
+                replies.push_back({field.name + " says " + std::to_string(wrong) + " and the " + size->name +
+                                       " says " + std::to_string(wrongSize),
+                                   bytesOf(layout)});
+            }
+        field.bytes = right;
+        size->bytes = rightSize;
+    }
+    return replies;
+}
+
+std::vector<WrongReply> wrongRepliesAt(std::size_t place) {
+    auto replies = wrongAlone(conversation()[place].layout);
+    const auto more = wrongTogether(conversation()[place].layout);
+    replies.insert(replies.end(), more.begin(), more.end());
     return replies;
 }
 
@@ -121,7 +157,7 @@ TEST(AnnouncedSizes, MakeTheProcessGrowLittle) {
     ASSERT_EQ(read(ends[0], &growth, sizeof growth), static_cast<ssize_t>(sizeof growth));
     close(ends[0]);
     close(ends[1]);
-    EXPECT_EQ(growth.cases, 780u);
+    EXPECT_EQ(growth.cases, 780u + 300u);
     EXPECT_LT(growth.kilobytes, 4u * 1024);
     RecordProperty("cases", static_cast<int>(growth.cases));
     RecordProperty("kilobytes", static_cast<int>(growth.kilobytes));

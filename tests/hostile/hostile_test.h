@@ -40,8 +40,9 @@ protected:
         RecordProperty("cases", static_cast<int>(cases));
     }
 
-    /// What one client may hold at once. It reads ahead into 64 KiB and starts a block in another 64 KiB.
-    static constexpr std::size_t mostMemory = 256 * 1024;
+    /// What one client may hold at once. It reads ahead into 128 KiB, keeps 64 KiB for what must lie
+    /// together, and begins a long text in another 64 KiB.
+    static constexpr std::size_t mostMemory = 320 * 1024;
 
     ConversationPeer peer;
     std::size_t cases = 0;
