@@ -4,13 +4,12 @@
 #include <array>
 #include <chrono>
 #include <condition_variable>
+#include <csignal>
 #include <exception>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <thread>
-
-#include <signal.h>
 
 #include <tavo/client/wire/interrupter.h>
 

@@ -148,8 +148,9 @@ void readList(TAVOX::InputStream& in, std::vector<Element>& list) {
 /// Receives a block straight into its destination, which grows with what has arrived.
 template <class Block>
 void receiveBlock(TAVOX::InputStream& in, std::size_t length, Block& block) {
-    constexpr std::size_t step = 512 * 1024; // small enough for a cache to hold what resize() clears
-    constexpr std::size_t first = 64 * 1024;
+    // Small enough for a cache to hold what resize() clears.
+    constexpr std::size_t step = std::size_t{512} * 1024;
+    constexpr std::size_t first = std::size_t{64} * 1024;
     constexpr std::size_t growth = 16;
     block.clear();
     while (block.size() < length && !in.failed()) {

@@ -89,7 +89,7 @@ public:
     /// Runs of at least `shortestBorrowed` bytes that writeBytes() is given from now on are not copied but
     /// become part of the chain where they lie; they must stay there unchanged as long as the chain is read.
     void borrowLongRuns() noexcept { borrows_ = true; }
-    static constexpr std::size_t shortestBorrowed = 64 * 1024;
+    static constexpr std::size_t shortestBorrowed = std::size_t{64} * 1024;
 
     /// 4 bytes. Signed values are passed as their two's-complement bits.
     void writeUInt32(std::uint32_t value) noexcept { writeNumber(value); }
