@@ -58,6 +58,23 @@ TEST(ScriptedPeer, reportsTheFailureOfItsScriptAndClosesThePort) {
     EXPECT_THROW(RawClient(peer.port()), std::runtime_error);
 }
 
+TEST(ScriptedPeer, endsWithItsLastBytesAndGoesOnReading) {
+    Bytes seen;
+    ScriptedPeer peer([&](PeerListener& listener) {
+        auto client = listener.accept();
+        client.finishWith({1, 2, 3});
+        seen = client.readToEnd();
+    });
+    {
+        RawClient client(peer.port());
+        EXPECT_EQ(client.receive(3), Bytes({1, 2, 3}));
+        EXPECT_EQ(client.receive(), Bytes{});
+        client.send({5});
+    }
+    peer.join();
+    EXPECT_EQ(seen, Bytes({5}));
+}
+
 TEST(ScriptedPeer, waitsNoLongerThanItsPatience) {
     ScriptedPeer peer([](PeerListener& listener) { listener.accept(); }, 16, std::chrono::milliseconds(20));
     EXPECT_EQ(failureOf(peer), "waited too long to accept");
