@@ -31,7 +31,6 @@ TEST(InterruptBySignal, EndsACallOfTheThreadThatTheSignalInterrupts) {
     deviceOfHandler = device.get();
     struct sigaction action {};
     action.sa_handler = interruptTheDevice;
-    action.sa_flags = SA_RESTART;
     struct sigaction before {};
     ASSERT_EQ(::sigaction(SIGUSR1, &action, &before), 0);
 
