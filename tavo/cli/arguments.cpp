@@ -9,6 +9,7 @@
 
 #include <tavo/cli/commands/commands.h>
 #include <tavo/cli/failure.h>
+#include <tavo/cli/number_check.h>
 #include <tavo/client/version_number.h>
 
 namespace TAVO::cli {
@@ -45,7 +46,7 @@ void addConnectionOptions(CLI::App& tool, ConnectionOptions& connection) {
             std::map<std::string, double>{{"ms", 0.001}, {"s", 1}, {"m", 60}, {"h", 3600}},
             CLI::AsNumberWithUnit::CASE_SENSITIVE))
         ->transform(CLI::Validator(refuseWithoutNumber, ""))
-        ->check(CLI::Range(0.001, 1e6))
+        ->check(numberFrom(0.001, 1e6))
         ->group(group);
     auto* simulated =
         tool.add_flag("--sim", connection.simulated, "Use a simulated device inside the tool instead")

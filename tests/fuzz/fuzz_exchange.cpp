@@ -75,7 +75,7 @@ public:
         try {
             run();
         } catch (const Ending& thrown) {
-            return {thrown.exception, thrown.text, results_};
+            return {thrown.exception, thrown.text.c_str(), results_}; // what() ends at a zero byte
         }
         return {nullptr, "", results_};
     }

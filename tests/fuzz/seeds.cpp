@@ -108,19 +108,19 @@ void addExchanges(Seeds& seeds) {
 
 void addOpenings(Seeds& seeds) {
     using Script = fuzz::OpeningScript;
-    const auto topologies = TAVO::simulator::topologies().size();
-    for (std::size_t topology = 0; topology < topologies; ++topology) {
+    const auto named = TAVO::simulator::topologies().size();
+    for (std::size_t topology = 0; topology < fuzz::topologies().size(); ++topology) {
         seeds.add("fuzz_opening", InputWriter().byte(topology).bytes);
+        if (topology < named)
+            continue;
         for (const auto step : {Script::overwritten, Script::cut})
-            for (std::size_t honest = 0; honest < 40; honest += 5)
-                seeds.add("fuzz_opening", InputWriter()
-                                              .byte(topology)
-                                              .byte(Script::honest)
-                                              .byte(honest)
-                                              .byte(step)
-                                              .word(16)
-                                              .block(Bytes{0, 0, 0, 1})
-                                              .bytes);
+            for (std::size_t honest = 0; honest < 30; honest += 7) {
+                InputWriter script;
+                script.byte(topology).byte(Script::honest).byte(honest).byte(step).word(16);
+                if (step == Script::overwritten)
+                    script.block(Bytes{0, 0, 0, 1});
+                seeds.add("fuzz_opening", script.bytes);
+            }
     }
     forEachGolden([&](const auto& file, const auto& vector) {
         if (!vector.reply || (file.type != "base" && file.type != "device"))
@@ -140,33 +140,40 @@ void addOpenings(Seeds& seeds) {
     });
 }
 
-/// The methods of every topology, by its number.
-std::vector<std::vector<fuzz::ListedMethod>> methodsOfTopologies() {
-    std::vector<std::vector<fuzz::ListedMethod>> all;
-    for (const auto& topology : TAVO::simulator::topologies()) {
-        fuzz::MemoryAppliance appliance(topology);
-        all.push_back(fuzz::listMethods(appliance));
-    }
-    return all;
+/// One call of that method, by a client that has switched on the board.
+void addRequest(Seeds& seeds, std::size_t topology, const std::vector<fuzz::ListedMethod>& methods,
+                const std::string& type, const std::string& version, const GoldenVector& vector) {
+    using Script = fuzz::RequestScript;
+    const auto number = [&](const auto& isWanted) {
+        return static_cast<std::size_t>(std::find_if(methods.begin(), methods.end(), isWanted) -
+                                        methods.begin());
+    };
+    const auto power =
+        number([](const auto& method) { return method.type == "relay" && method.name == "set"; });
+    const auto wanted = number([&](const auto& method) {
+        return method.name == vector.method && method.type == type && method.version == version;
+    });
+    if (wanted == methods.size())
+        return;
+    InputWriter script;
+    script.byte(topology).byte(Script::call).byte(Script::none).word(power).block(Bytes{1});
+    script.byte(Script::call).byte(Script::none).word(wanted).block(vector.request->bytes);
+    seeds.add("fuzz_simulator_request", script.bytes);
 }
 
 void addRequests(Seeds& seeds) {
     using Script = fuzz::RequestScript;
-    const auto topologies = methodsOfTopologies();
-    forEachGolden([&](const auto& file, const auto& vector) {
-        if (!vector.request)
-            return;
-        for (std::size_t topology = 0; topology < 3; ++topology)
-            for (std::size_t i = 0; i < topologies[topology].size(); ++i) {
-                const auto& method = topologies[topology][i];
-                const bool base = file.type == "base" && method.type == "device";
-                if (method.name != vector.method || (method.type != file.type && !base))
-                    continue;
-                InputWriter script;
-                script.byte(topology).byte(Script::call).byte(Script::none).word(i);
-                seeds.add("fuzz_simulator_request", script.block(vector.request->bytes).bytes);
-            }
-    });
+    for (auto topology = TAVO::simulator::topologies().size(); topology < fuzz::topologies().size();
+         ++topology) {
+        fuzz::MemoryAppliance appliance(fuzz::topologyNumber(topology));
+        const auto methods = fuzz::listMethods(appliance);
+        const auto& own = fuzz::topologyNumber(topology).name;
+        forEachGolden([&](const auto& file, const auto& vector) {
+            const bool fixed = own == "base" && (file.type == "device" || file.type == "system");
+            if (vector.request && (file.type == own || fixed))
+                addRequest(seeds, topology, methods, file.type, file.version, vector);
+        });
+    }
     const auto lock = support::joined(
         {support::u32(0), support::u32(1), support::u32(0), support::u32(3), support::u32(0)});
     seeds.add("fuzz_simulator_request", InputWriter().byte(0).byte(Script::raw).block(lock).bytes);

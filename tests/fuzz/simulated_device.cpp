@@ -5,6 +5,7 @@
 
 #include <tavo/client.h>
 #include <tavo/client/device/server_keys.h>
+#include <tavo/simulator/internal/object_description.h>
 #include <tavo/simulator/simulator.h>
 #include <tavo/simulator/topology.h>
 
@@ -23,6 +24,14 @@ void collect(const std::shared_ptr<TAVO::Container>& node,
         objects.push_back(std::move(object));
     for (const auto& child : node->getChildren())
         collect(child, objects);
+}
+
+TAVO::simulator::Topology topologyOf(const TAVO::ObjectTable& table) {
+    using TAVO::simulator::ObjectDescription;
+    const std::vector<ObjectDescription> objects{
+        {.name = "power", .type = "relay", .options = {{"drives", "power"}}},
+        {.name = "object", .type = std::string(table.type), .version = std::string(table.version)}};
+    return {std::string(table.type), "", [objects](auto& appliance) { addObjects(appliance, objects); }};
 }
 
 } // namespace
@@ -53,9 +62,18 @@ std::uint32_t MemoryAppliance::lockId() {
     return holder ? holder->lockId : 0;
 }
 
+const std::vector<TAVO::simulator::Topology>& topologies() {
+    static const auto all = [] {
+        auto made = TAVO::simulator::topologies();
+        for (const auto& table : TAVO::objectTables())
+            made.push_back(topologyOf(table));
+        return made;
+    }();
+    return all;
+}
+
 const TAVO::simulator::Topology& topologyNumber(std::size_t number) {
-    const auto& all = TAVO::simulator::topologies();
-    return all[number % all.size()];
+    return topologies()[number % topologies().size()];
 }
 
 void MemoryDevice::Transport::send(const TAVOX::OutputStream::Chunks& chunks) {

@@ -34,6 +34,10 @@ private:
     std::uint64_t requests_ = 0;
 };
 
+/// The topologies of the simulator, then one for each type and version, with an object of it and the relay
+/// "power" that switches the board: an appliance that is made in a fraction of the time.
+const std::vector<TAVO::simulator::Topology>& topologies();
+
 /// The topology that a number of an input stands for.
 const TAVO::simulator::Topology& topologyNumber(std::size_t number);
 

@@ -152,6 +152,16 @@ TEST(topology_file, complaints_name_the_place_and_what_is_wrong) {
               "objects[1]: there is an object 'a' already");
 }
 
+TEST(topology_file, that_is_nested_too_deeply_is_refused) {
+    EXPECT_EQ(complaintAbout(std::string(1'000'000, '[')), "is nested too deeply");
+    const std::string opening = R"({"name": "n", "objects": [{"name": "a", "type": "t", "options": )";
+    EXPECT_EQ(complaintAbout(opening + std::string(1'000'000, '[')), "is nested too deeply");
+}
+
+TEST(topology_file, with_a_number_beyond_all_bounds_is_refused) {
+    EXPECT_EQ(complaintAbout(R"({"name": 1e999})"), "number overflow parsing '1e999'");
+}
+
 TEST(topology_file, complaints_about_options_say_which) {
     const auto about = [](const std::string& type, const std::string& options) {
         return complaintAbout(R"({"name": "n", "objects": [{"name": "a", "type": ")" + type +

@@ -78,6 +78,24 @@ TEST(SocketTransportOnWindows, ReportsAPeerThatBreaksASend) {
     transport.sendAll(question.data(), question.size());
 }
 
+TEST(SocketTransportOnWindows, KeepsItsSocketFromProgramsThatTheApplicationStarts) {
+    GuardedListener listener;
+    const SocketTransport transport("127.0.0.1", listener.portText());
+    int found = 0;
+    for (SOCKET socket = 4; socket < 4096; socket += 4) {
+        sockaddr_in peer{};
+        int length = sizeof peer;
+        if (::getpeername(socket, reinterpret_cast<sockaddr*>(&peer), &length) != 0 ||
+            ntohs(peer.sin_port) != listener.port())
+            continue;
+        ++found;
+        DWORD flags = HANDLE_FLAG_INHERIT;
+        EXPECT_TRUE(::GetHandleInformation(reinterpret_cast<HANDLE>(socket), &flags));
+        EXPECT_EQ(flags & HANDLE_FLAG_INHERIT, 0u);
+    }
+    EXPECT_EQ(found, 1);
+}
+
 TEST(SocketTransportOnWindows, StartsTheSocketLibraryForThreadsThatBeginTogether) {
     constexpr int threads = 8;
     GuardedListener listener(2 * threads);

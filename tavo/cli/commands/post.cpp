@@ -12,6 +12,7 @@
 
 #include <tavo/cli/command_group.h>
 #include <tavo/cli/interrupt.h>
+#include <tavo/cli/number_check.h>
 #include <tavo/cli/object_choice.h>
 
 namespace TAVO::cli {
@@ -203,11 +204,11 @@ void addPost(CLI::App& tool, Program& program) {
     auto* following = post.add("follow", "Show codes as they come, and take them from the device", follow);
     following
         ->add_option("--timeout", arguments.timeout, "After how many seconds it ends, never unless given")
-        ->check(CLI::Range(0.0, 1e6));
+        ->check(numberFrom(0.0, 1e6));
     following->add_option("--until", arguments.until,
                           "The code, in hexadecimal, after which it ends; a time-out before is a failure");
     following->add_option("--interval", arguments.interval, "How many seconds between two looks")
-        ->check(CLI::Range(0.001, 1e6))
+        ->check(numberFrom(0.001, 1e6))
         ->capture_default_str();
 
     post.add("list", "The codes that the device holds", list);

@@ -13,6 +13,7 @@
 
 #include <tavo/cli/interrupt.h>
 #include <tavo/cli/json_value.h>
+#include <tavo/cli/number_check.h>
 #include <tavo/cli/object_choice.h>
 #include <tavo/cli/raw_terminal.h>
 #include <tavo/cli/serial_link.h>
@@ -186,7 +187,7 @@ void addSerial(CLI::App& tool, Program& program) {
     serial
         ->add_option("--wait", arguments->wait,
                      "How many seconds to listen after the end of an input that is no terminal")
-        ->check(CLI::Range(0.0, 1e6))
+        ->check(numberFrom(0.0, 1e6))
         ->capture_default_str();
     serial->add_option(
         "--until", arguments->until,

@@ -98,6 +98,8 @@ std::optional<ConnectFailure> connect(const std::string& host, const std::string
     if (created == INVALID_SOCKET) {
         error = ::WSAGetLastError();
     } else {
+        // Programs that this process starts do not get it.
+        ::SetHandleInformation(reinterpret_cast<HANDLE>(created), HANDLE_FLAG_INHERIT, 0);
         const auto outcome = connectTo(created, *addresses, givesUp);
         step = outcome ? ConnectStep::connect : ConnectStep::givenUp;
         error = outcome.value_or(WSAEINTR);

@@ -1,0 +1,42 @@
+# Sourced by scripts/test.
+
+export WINEPREFIX="$PWD/build/wine" WINEDEBUG=-all
+# Neither desktop entries nor the offer to download what the tests do not need.
+export WINEDLLOVERRIDES="winemenubuilder.exe,mscoree,mshtml="
+
+# The folder as programs in Wine name it.
+windows_path() {
+    printf 'Z:%s' "${1//\//\\}"
+}
+
+# tests_in_wine NAME PRESET: half of the tests in each of two processes.
+tests_in_wine() {
+    local name=$1 preset=$2 compiler=x86_64-w64-mingw32-g++-posix dll shard pids=() status=0
+    local program="build/$preset/tests/tavo_tests.exe" path=
+    for dll in libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll; do
+        path+="$(windows_path "$(dirname "$(realpath "$("$compiler" -print-file-name="$dll")")")");"
+    done
+    path+="$(windows_path "$PWD/build/$preset/tavo/client");$(windows_path "$PWD/build/$preset/tavo/simulator")"
+    for shard in 0 1; do
+        GTEST_TOTAL_SHARDS=2 GTEST_SHARD_INDEX=$shard WINEPATH=$path timeout 600 wine "$program" \
+            --gtest_brief=1 --gtest_output="xml:build/test/results/tests-$name-$shard.xml" &
+        pids+=($!)
+    done
+    for shard in "${pids[@]}"; do
+        wait "$shard" || status=$?
+    done
+    return "$status"
+}
+
+test_windows() {
+    # The two builds compile the tests alike: the second finds them in the cache.
+    local CCACHE_BASEDIR="$PWD/build" kind
+    export CCACHE_BASEDIR
+    check wine timeout 120 wine wineboot --init || return 0
+    for kind in static dll; do
+        if check "windows-$kind-build" configure_and_build "windows-test-$kind"; then
+            step "windows-$kind" tests_in_wine "windows-$kind" "windows-test-$kind" || true
+        fi
+    done
+    wineserver --kill || true
+}
