@@ -12,6 +12,5 @@ test_base() {
         echo "The tests cannot run: the build failed."
     fi
     check headers-stand-alone configure_and_build test all_verify_interface_header_sets || true
-    check windows-static configure_and_build windows-static tavo_client || true
     check windows-dll configure_and_build windows-dll tavo_client || true
 }
