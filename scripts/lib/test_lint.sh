@@ -6,13 +6,14 @@
 #   functionStatic               an iterator's end() is a member by habit
 #   noExplicitConstructor        replies are published to convert to the results made of them
 #   nullPointerRedundantCheck    overlooks [[noreturn]] where a macro follows it; clang-tidy checks the same better
+#   passedByValue                published signatures take texts and pointers by value
 #   shadowFunction               -Wshadow tells what matters
 #   unusedStructMember           overlooks structured bindings and constant arrays
 #   useStlAlgorithm              a loop may read better
 run_cppcheck() {
     local id suppressions=()
     for id in constParameter constVariable functionStatic noExplicitConstructor nullPointerRedundantCheck \
-        shadowFunction unusedStructMember useStlAlgorithm; do
+        passedByValue shadowFunction unusedStructMember useStlAlgorithm; do
         suppressions+=("--suppress=$id")
     done
     cppcheck -j "$jobs" --quiet --error-exitcode=1 --std=c++20 --inline-suppr -I . \

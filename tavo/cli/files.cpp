@@ -3,8 +3,8 @@
 #include <array>
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <memory>
+#include <system_error>
 
 #include <fmt/format.h>
 
@@ -15,7 +15,8 @@ namespace TAVO::cli {
 namespace {
 
 [[noreturn]] void refuse(const std::string& path) {
-    throw Failure(ExitCode::usage, fmt::format("cannot read '{}': {}", path, std::strerror(errno)));
+    throw Failure(ExitCode::usage,
+                  fmt::format("cannot read '{}': {}", path, std::generic_category().message(errno)));
 }
 
 std::string readAll(std::FILE* file, const std::string& path) {

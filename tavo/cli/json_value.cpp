@@ -88,8 +88,9 @@ Value objectAt(const std::string& path, const json& node) {
         return Value(std::string(bytes.begin(), bytes.end()));
     }
     Value::Record record;
+    const auto prefix = path.empty() ? path : path + ".";
     for (const auto& [name, member] : node.items())
-        record.push_back({name, valueAt(path.empty() ? name : path + "." + name, member)});
+        record.push_back({name, valueAt(prefix + name, member)});
     return Value(std::move(record));
 }
 

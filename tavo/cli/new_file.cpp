@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -72,7 +71,8 @@ void NewFile::complete() {
 }
 
 void NewFile::refuse() const {
-    throw Failure(ExitCode::usage, fmt::format("cannot write '{}': {}", path_, std::strerror(errno)));
+    throw Failure(ExitCode::usage,
+                  fmt::format("cannot write '{}': {}", path_, std::generic_category().message(errno)));
 }
 
 } // namespace TAVO::cli

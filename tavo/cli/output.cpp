@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <system_error>
 
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -30,7 +31,7 @@ void Output::write(std::string_view text) {
         writeError_ = errno;
 }
 
-void Output::tell(const FailureReport& report) {
+void Output::tell(const FailureReport& report) const {
     if (json_)
         writeError(dump({{"error",
                           {{"code", static_cast<int>(report.code)},
@@ -44,8 +45,8 @@ void Output::finish() {
     if (std::fflush(stdout) != 0 && writeError_ == 0)
         writeError_ = errno;
     if (writeError_ != 0)
-        throw Failure(ExitCode::protocol,
-                      fmt::format("cannot write to the standard output: {}", std::strerror(writeError_)));
+        throw Failure(ExitCode::protocol, fmt::format("cannot write to the standard output: {}",
+                                                      std::generic_category().message(writeError_)));
 }
 
 std::string printable(std::string_view text) {
@@ -60,6 +61,7 @@ std::string printable(std::string_view text) {
     return made;
 }
 
+// NOLINTNEXTLINE(concurrency-mt-unsafe): the locale is set once, before any thread is started
 bool localeIsUtf8() { return std::strcmp(nl_langinfo(CODESET), "UTF-8") == 0; }
 
 void holdStandardStreams() {

@@ -24,7 +24,7 @@ public:
     /// Text for the standard output whatever the form: help texts.
     void write(std::string_view text);
     /// Tells a failure on the standard error stream.
-    void tell(const FailureReport& report);
+    void tell(const FailureReport& report) const;
 
     /// Call it last, and after what has to be seen at once: makes sure that everything has arrived.
     /// @throws Failure when the standard output cannot take what was written.

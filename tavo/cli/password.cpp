@@ -4,7 +4,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
-#include <cstring>
+#include <system_error>
 
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -44,12 +44,13 @@ public:
         : signals_(held())
         , descriptor_(::signalfd(-1, &signals_, SFD_CLOEXEC)) {
         if (!descriptor_.isOpen())
-            throw Failure(ExitCode::protocol, fmt::format("cannot watch signals: {}", std::strerror(errno)));
-        ::sigprocmask(SIG_BLOCK, &signals_, &before_);
+            throw Failure(ExitCode::protocol,
+                          fmt::format("cannot watch signals: {}", std::generic_category().message(errno)));
+        ::pthread_sigmask(SIG_BLOCK, &signals_, &before_);
     }
     HeldSignals(const HeldSignals&) = delete;
     HeldSignals& operator=(const HeldSignals&) = delete;
-    ~HeldSignals() { ::sigprocmask(SIG_SETMASK, &before_, nullptr); }
+    ~HeldSignals() { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
 
     int descriptor() const { return descriptor_.number(); }
     int take() const {
@@ -156,6 +157,7 @@ std::string firstLine(const std::string& file) {
 std::string findPassword(const std::optional<std::string>& file, const std::string& user) {
     if (file)
         return firstLine(*file);
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): the tool never changes its environment
     if (const auto* variable = std::getenv("TAVO_PASSWORD"))
         return variable;
     return ask(user);

@@ -45,7 +45,7 @@ ExitCode attempt(Output& output, Action action) {
 
 int runTool(int argc, char** argv) {
     holdStandardStreams();
-    std::setlocale(LC_CTYPE, "");
+    std::setlocale(LC_CTYPE, ""); // NOLINT(concurrency-mt-unsafe): no other thread has been started
     std::signal(SIGPIPE, SIG_IGN);
     Output output(wantsJson(argc, argv));
     try {

@@ -37,6 +37,15 @@ void closeSocket(peer_sockets::Handle& socket) {
         peer_sockets::close(std::exchange(socket, noSocket));
 }
 
+std::size_t receive(peer_sockets::Handle socket, std::uint8_t* bytes, std::size_t count, Moment deadline,
+                    const char* what) {
+    while (true) {
+        awaitEvent(socket, Event::input, deadline, what);
+        if (const auto got = peer_sockets::receive(socket, bytes, count))
+            return *got;
+    }
+}
+
 void append(Bytes& bytes, const Bytes& more) { bytes.insert(bytes.end(), more.begin(), more.end()); }
 
 } // namespace
@@ -57,22 +66,13 @@ PeerConnection& PeerConnection::operator=(PeerConnection&& other) noexcept {
 
 PeerConnection::~PeerConnection() { close(); }
 
-std::size_t PeerConnection::receive(std::uint8_t* bytes, std::size_t count, Moment deadline,
-                                    const char* what) {
-    while (true) {
-        awaitEvent(socket_, Event::input, deadline, what);
-        if (const auto got = peer_sockets::receive(socket_, bytes, count))
-            return *got;
-    }
-}
-
 Bytes PeerConnection::read(std::size_t count) {
     Bytes bytes;
     const auto deadline = after(patience_);
-    std::array<std::uint8_t, 65536> piece;
+    std::array<std::uint8_t, 65536> piece; // NOLINT(cppcoreguidelines-pro-type-member-init)
     while (bytes.size() < count) {
         const auto got =
-            receive(piece.data(), std::min(piece.size(), count - bytes.size()), deadline, "read");
+            receive(socket_, piece.data(), std::min(piece.size(), count - bytes.size()), deadline, "read");
         if (got == 0)
             throw std::runtime_error("the client closed the connection after " +
                                      std::to_string(bytes.size()) + " of " + std::to_string(count) +
@@ -97,8 +97,8 @@ Bytes PeerConnection::readRequest() {
 Bytes PeerConnection::readToEnd() {
     Bytes bytes;
     const auto deadline = after(patience_);
-    std::array<std::uint8_t, 65536> piece;
-    while (const auto got = receive(piece.data(), piece.size(), deadline, "see the client close"))
+    std::array<std::uint8_t, 65536> piece; // NOLINT(cppcoreguidelines-pro-type-member-init)
+    while (const auto got = receive(socket_, piece.data(), piece.size(), deadline, "see the client close"))
         bytes.insert(bytes.end(), piece.begin(), piece.begin() + static_cast<std::ptrdiff_t>(got));
     return bytes;
 }
@@ -120,6 +120,7 @@ void PeerConnection::finishWith(const Bytes& bytes) {
     finishWriting();
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): it changes the connection
 void PeerConnection::finishWriting() { peer_sockets::finishSending(socket_); }
 
 void PeerConnection::close() { closeSocket(socket_); }

@@ -56,8 +56,6 @@ private:
     friend class PeerListener;
     static constexpr std::intptr_t noSocket = -1;
 
-    std::size_t receive(std::uint8_t* bytes, std::size_t count,
-                        std::chrono::steady_clock::time_point deadline, const char* what);
     void send(const std::vector<std::uint8_t>& bytes, bool endFollows);
 
     std::intptr_t socket_;

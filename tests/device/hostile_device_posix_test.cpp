@@ -16,6 +16,7 @@
 #include <tavo/client/device/device_v1_0.h>
 #include <tavo/client/wire/error.h>
 #include <tests/support/appliance_server.h>
+#include <tests/support/sanitizers.h>
 
 namespace {
 
@@ -25,12 +26,6 @@ using support::RawConnection;
 using support::u32;
 
 constexpr std::size_t mebibyte = 1024 * 1024;
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool memoryCanBeLimited = false;
-#else
-constexpr bool memoryCanBeLimited = true;
-#endif
 
 void limitMemoryTo(std::size_t more) {
     std::ifstream statm("/proc/self/statm");
@@ -83,7 +78,7 @@ class HostileBlock : public HostileDevice,
 class HostileReply : public HostileDevice, public testing::WithParamInterface<std::uint32_t> {};
 
 TEST_P(HostileBlock, CannotMakeTheClientTakeTheMemoryThatItAnnounces) {
-    if (!memoryCanBeLimited)
+    if (support::sanitizerTakesMemory)
         GTEST_SKIP() << "the sanitizer needs the address space";
     TAVO::Device_Factory_Structs::TavoDeviceDescriptor descriptor;
     const auto device = TAVO::DeviceFactory::queryDevice("127.0.0.1", server.port(), descriptor);
@@ -103,7 +98,7 @@ TEST_P(HostileBlock, CannotMakeTheClientTakeTheMemoryThatItAnnounces) {
 }
 
 TEST_P(HostileReply, CannotMakeTheClientTakeTheMemoryThatItsListAnnounces) {
-    if (!memoryCanBeLimited)
+    if (support::sanitizerTakesMemory)
         GTEST_SKIP() << "the sanitizer needs the address space";
     TAVO::Device_Factory_Structs::TavoDeviceDescriptor descriptor;
     const auto device = TAVO::DeviceFactory::queryDevice("127.0.0.1", server.port(), descriptor);

@@ -8,6 +8,7 @@
 
 #include <tavo/client/wire/byte_order.h>
 #include <tests/hostile/hostile_test.h>
+#include <tests/support/sanitizers.h>
 
 namespace hostile {
 namespace {
@@ -105,14 +106,6 @@ TEST_P(AnnouncedSize, ThatIsWrongIsReportedAsWhatTheReplyThenSays) {
 
 INSTANTIATE_TEST_SUITE_P(Reply, AnnouncedSize, testing::Range(std::size_t{0}, places), placeName);
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool sanitizerKeepsMemory = true;
-#elif defined(__has_feature)
-constexpr bool sanitizerKeepsMemory = __has_feature(address_sanitizer) || __has_feature(thread_sanitizer);
-#else
-constexpr bool sanitizerKeepsMemory = false;
-#endif
-
 /// Kilobytes of this process that are in memory.
 std::size_t residentKilobytes(const std::string& which) {
     std::ifstream status("/proc/self/status");
@@ -147,7 +140,7 @@ Growth growthOverAllWrongReplies() {
 }
 
 TEST(AnnouncedSizes, MakeTheProcessGrowLittle) {
-    if (sanitizerKeepsMemory)
+    if (support::sanitizerTakesMemory)
         GTEST_SKIP() << "the sanitizer keeps memory that was given back";
     std::array<int, 2> ends{};
     ASSERT_EQ(pipe(ends.data()), 0);

@@ -81,6 +81,16 @@ TEST(SocketTransportOnPosix, NamesHostPortAndResolverTextOfAHostThatDoesNotResol
         << text;
 }
 
+TEST(SocketTransportOnPosix, RefusesAPortThatDoesNotExistInsteadOfTakingItsLowest16Bits) {
+    GuardedListener listener;
+    for (const auto beyond : {std::uint64_t{0x10000}, std::uint64_t{1} << 32}) {
+        const auto port = std::to_string(beyond + std::stoul(listener.portText()));
+        EXPECT_EQ(networkErrorOf([&] { SocketTransport("127.0.0.1", port); }),
+                  "Could not get address info for: 127.0.0.1 port " + port +
+                      "[ErrorCode -8:Servname not supported for ai_socktype]");
+    }
+}
+
 TEST(SocketTransportOnPosix, ReportsThatNoSocketCanBeCreated) {
     GuardedListener listener;
     SocketTransport transport("127.0.0.1", listener.portText());

@@ -60,6 +60,14 @@ TEST(SocketTransportOnWindows, NamesHostPortAndSystemTextOfAHostThatDoesNotResol
         << text;
 }
 
+TEST(SocketTransportOnWindows, RefusesAPortThatDoesNotExistInsteadOfTakingItsLowest16Bits) {
+    GuardedListener listener;
+    const auto port = std::to_string(0x10000 + std::stoul(listener.portText()));
+    EXPECT_EQ(networkErrorOf([&] { SocketTransport("127.0.0.1", port); }),
+              "Could not get address info for: 127.0.0.1 port " + port +
+                  "[ErrorCode 10109:" + messageOf(10109) + "]");
+}
+
 TEST(SocketTransportOnWindows, ReportsAPeerThatBreaksASend) {
     const auto request = support::pattern(32u << 20);
     ScriptedServer server([](RawListener& listener) {

@@ -33,6 +33,7 @@ void showResults(Output& output, const std::vector<Line>& lines) {
 
 void run(Session& session, const std::vector<Line>& lines) {
     std::vector<std::shared_ptr<Method>> methods;
+    methods.reserve(lines.size());
     for (const auto& line : lines)
         methods.push_back(line.call.method);
     try {

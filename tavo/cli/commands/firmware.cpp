@@ -61,8 +61,8 @@ void showStatus(Session& session, Output& output, const Arguments& arguments) {
 void update(Session& session, Output& output, const Arguments& arguments) {
     const auto content = readFile(arguments.file);
     const std::vector<unsigned char> image(content.begin(), content.end());
-    auto& system = *session.device().getSystem();
     {
+        auto& system = *session.device().getSystem();
         Progress progress;
         progress.show(fmt::format("firmware {}: sending {} bytes", arguments.name, image.size()));
         session.execute(system.getFirmwareUpdateMethod(arguments.name, image));

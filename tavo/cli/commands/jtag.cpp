@@ -102,7 +102,7 @@ ShiftCall shiftCall(const Object_v1_0& jtag, JtagRegister target, const BitStrin
 
 BitString capturedBy(const ShiftCall& call) {
     const auto& request = dynamic_cast<const dto::Jtag::ShiftRequest&>(*call->getParams().request);
-    const BitString bits(static_cast<std::size_t>(request.bits), call->value().data);
+    BitString bits(static_cast<std::size_t>(request.bits), call->value().data);
     const auto received = call->value().data.size();
     if (call->returnCode() == 0 && received != bits.bytes().size())
         throw Failure(ExitCode::protocol, fmt::format("{} captured {} bytes for {} bits", call->getFullName(),

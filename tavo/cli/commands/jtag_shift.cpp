@@ -62,6 +62,7 @@ void shiftBits(Session& session, Output& output, const JtagArguments& arguments)
     const auto shifts = parseShifts(arguments.shifts, notation);
     const auto jtag = chooseJtag(session, arguments);
     std::vector<ShiftCall> calls;
+    calls.reserve(shifts.size());
     for (const auto& shift : shifts)
         calls.push_back(shiftCall(*jtag, shift.target, shift.bits));
     session.run({calls.begin(), calls.end()});

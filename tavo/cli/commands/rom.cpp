@@ -70,6 +70,7 @@ public:
         ProgressBar bar("writing", data.size());
         forExchanges(static_cast<std::uint32_t>(data.size()), bar, [&](const std::vector<Part>& parts) {
             std::vector<std::shared_ptr<Method>> calls;
+            calls.reserve(parts.size());
             for (const auto& part : parts) {
                 const auto chunk = data.subspan(part.offset, part.length);
                 calls.push_back(rom_->getSramSetMethod(static_cast<int>(offset + part.offset),
@@ -87,14 +88,15 @@ public:
         ProgressBar bar(what, length);
         forExchanges(length, bar, [&](const std::vector<Part>& parts) {
             using Get = decltype(rom_->getSramGetMethod(0, 0));
-            std::vector<Get> calls;
+            std::vector<Get> gets;
+            gets.reserve(parts.size());
             for (const auto& part : parts)
-                calls.push_back(rom_->getSramGetMethod(static_cast<int>(offset + part.offset),
-                                                       static_cast<int>(part.length)));
-            session_.run({calls.begin(), calls.end()});
+                gets.push_back(rom_->getSramGetMethod(static_cast<int>(offset + part.offset),
+                                                      static_cast<int>(part.length)));
+            session_.run({gets.begin(), gets.end()});
             for (std::size_t i = 0; i < parts.size(); ++i) {
-                requireSuccess(*calls[i]);
-                const auto data = calls[i]->value().data;
+                requireSuccess(*gets[i]);
+                const auto data = gets[i]->value().data;
                 if (data.size() != parts[i].length)
                     throw Failure(ExitCode::refused, fmt::format("the device gave {} bytes instead of {}",
                                                                  data.size(), parts[i].length));

@@ -149,8 +149,8 @@ void readList(TAVOX::InputStream& in, std::vector<Element>& list) {
 template <class Block>
 void receiveBlock(TAVOX::InputStream& in, std::size_t length, Block& block) {
     // Small enough for a cache to hold what resize() clears.
-    constexpr std::size_t step = std::size_t{512} * 1024;
-    constexpr std::size_t first = std::size_t{64} * 1024;
+    constexpr std::size_t step = 0x80000;
+    constexpr std::size_t first = 0x10000;
     constexpr std::size_t growth = 16;
     block.clear();
     while (block.size() < length && !in.failed()) {

@@ -22,6 +22,8 @@ std::string formatted(int code, const char* text) {
     return "[ErrorCode " + std::to_string(code) + ":" + text + "]";
 }
 
+std::string resolverText(int code) { return formatted(code, ::gai_strerror(code)); }
+
 // strerror_r() comes in two shapes: one returns the text, one a code and fills the buffer.
 [[maybe_unused]] const char* reentrantText(const char* text, const char*) noexcept { return text; }
 [[maybe_unused]] const char* reentrantText(int, const char* buffer) noexcept { return buffer; }
@@ -79,6 +81,7 @@ std::string errorText(ErrorCode code) {
 
 ErrorCode connectionReset() noexcept { return ECONNRESET; }
 ErrorCode notConnected() noexcept { return ENOTCONN; }
+std::string noSuchPortText() { return resolverText(EAI_SERVICE); }
 
 bool startUp() noexcept { return true; }
 
@@ -93,7 +96,7 @@ std::optional<ConnectFailure> connect(const std::string& host, const std::string
     addrinfo* addresses = nullptr;
     const int resolution = ::getaddrinfo(host.c_str(), port.c_str(), &hints, &addresses);
     if (resolution != 0)
-        return ConnectFailure{ConnectStep::resolve, formatted(resolution, ::gai_strerror(resolution))};
+        return ConnectFailure{ConnectStep::resolve, resolverText(resolution)};
 
     auto step = ConnectStep::createSocket;
     ErrorCode error = 0;

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstring>
 #include <limits>
+#include <system_error>
 #include <utility>
 
 #include <tavo/client/wire/error.h>
@@ -26,6 +28,14 @@ const char* introduction(sockets::ConnectStep step) {
         break;
     }
     return "Could not connect to socket to: ";
+}
+
+/// Some systems connect to what is left of such a number in 16 bits.
+bool isBeyondAllPorts(const std::string& port) {
+    std::uint64_t number = 0;
+    const auto* const textEnd = port.data() + port.size();
+    const auto [end, error] = std::from_chars(port.data(), textEnd, number);
+    return end == textEnd && (error == std::errc::result_out_of_range || number > 0xFFFF);
 }
 
 } // namespace
@@ -74,7 +84,11 @@ void SocketTransport::connect() {
     close();
     ++counters_.connects;
     const auto givesUp = [this] { return interrupter_->isInterrupted(); };
-    const auto failure = givesUp() ? std::nullopt : sockets::connect(host_, port_, socket_, givesUp);
+    std::optional<sockets::ConnectFailure> failure;
+    if (isBeyondAllPorts(port_))
+        failure = {sockets::ConnectStep::resolve, sockets::noSuchPortText()};
+    else if (!givesUp())
+        failure = sockets::connect(host_, port_, socket_, givesUp);
     if (isOpen())
         interrupter_->publish(socket_);
     if (givesUp())

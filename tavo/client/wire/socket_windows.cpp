@@ -67,6 +67,7 @@ std::string errorText(ErrorCode code) {
 
 ErrorCode connectionReset() noexcept { return WSAECONNRESET; }
 ErrorCode notConnected() noexcept { return WSAENOTCONN; }
+std::string noSuchPortText() { return errorText(WSATYPE_NOT_FOUND); }
 
 bool startUp() noexcept {
     static std::mutex mutex;

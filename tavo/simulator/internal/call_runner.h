@@ -40,13 +40,13 @@ public:
 
 private:
     struct Error {
-        std::uint32_t code;
-        std::uint32_t position;
+        std::uint32_t code = 0;
+        std::uint32_t position = 0;
         std::string message;
     };
     struct Call {
-        std::uint32_t instanceId;
-        std::uint32_t methodId;
+        std::uint32_t instanceId = 0;
+        std::uint32_t methodId = 0;
         std::span<const std::uint8_t> parameters;
     };
 

@@ -17,6 +17,7 @@ constexpr std::chrono::seconds farewell{2};
 
 } // namespace
 
+// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): clearing `received_` would cost each connection
 Session::Session(Server& server, asio::ip::tcp::socket socket, std::uint64_t number)
     : server_(server)
     , socket_(std::move(socket))

@@ -28,6 +28,9 @@ ErrorCode connectionReset() noexcept;
 /// The code for a socket that is not connected.
 ErrorCode notConnected() noexcept;
 
+/// As connect() reports a port that the system does not have.
+std::string noSuchPortText();
+
 /// Starts the system's socket library unless it runs already. Safe from several threads.
 /// False when it cannot be started.
 bool startUp() noexcept;

@@ -1,0 +1,15 @@
+#pragma once
+
+namespace support {
+
+/// Whether the address or thread sanitizer watches: memory grows and cannot be limited then.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+inline constexpr bool sanitizerTakesMemory = true;
+#elif defined(__has_feature)
+inline constexpr bool sanitizerTakesMemory =
+    __has_feature(address_sanitizer) || __has_feature(thread_sanitizer);
+#else
+inline constexpr bool sanitizerTakesMemory = false;
+#endif
+
+} // namespace support
