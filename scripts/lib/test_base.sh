@@ -13,4 +13,5 @@ test_base() {
     fi
     check headers-stand-alone configure_and_build test all_verify_interface_header_sets || true
     check windows-dll configure_and_build windows-dll tavo_client || true
+    check fuzzers scripts/fuzz --replay || true
 }

@@ -93,18 +93,6 @@ TEST_F(Faults, closeCarriesTheRequestOutAndEndsTheConnection) {
     EXPECT_EQ(simulator.calls().size(), 3u);
 }
 
-TEST_F(Faults, resetIsSeenAsReset) {
-    simulator.setFaults(FaultScript().add("1:reset"));
-    RawClient client(simulator.port());
-    client.send(request());
-    try {
-        client.receive();
-        FAIL() << "the connection was not reset";
-    } catch (const std::runtime_error& error) {
-        EXPECT_STREQ(error.what(), "reset");
-    }
-}
-
 TEST_F(Faults, countAnnouncesAnotherNumberOfResults) {
     auto expected = whole;
     expected[11] = 2;

@@ -15,9 +15,12 @@ void Interrupter::interrupt() noexcept {
     --acting_;
 }
 
-void Interrupter::beginExchange() noexcept {
+bool Interrupter::beginExchange() noexcept {
+    const auto seenBefore = seen_;
+    const std::uint32_t interrupts = interrupts_;
     if (operations_ == 0)
-        seen_ = interrupts_;
+        seen_ = interrupts;
+    return interrupts == seenBefore;
 }
 
 void Interrupter::withdraw() noexcept {

@@ -45,7 +45,8 @@ public:
 private:
     friend class SocketTransport;
 
-    void beginExchange() noexcept;
+    /// False when there was an interrupt since the last exchange began: the connection is not to be used.
+    bool beginExchange() noexcept;
     bool isInterrupted() const noexcept { return interrupts_ != seen_; }
     void publish(std::intptr_t socket) noexcept { socket_ = socket; }
     /// Afterwards no interrupt touches the socket that was published.

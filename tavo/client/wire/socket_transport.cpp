@@ -98,7 +98,8 @@ void SocketTransport::connect() {
 }
 
 void SocketTransport::prepareToSend() {
-    interrupter_->beginExchange();
+    if (!interrupter_->beginExchange())
+        close();
     if (!isOpen()) {
         connect();
         return;
