@@ -60,16 +60,6 @@ TEST_P(Cut, ByAResetAtEveryByte) {
     });
 }
 
-TEST_P(Cut, BehindTheReplyIsNoticedByNobody) {
-    const auto action = [](RawConnection& connection, const Exchange& whole) {
-        connection.readRequest();
-        connection.finishWith(whole.reply());
-    };
-    expectCase(caseName("closed behind the reply"), plan(action),
-               afterBytes(GetParam(), exchange().reply(), {}));
-    expectCases(1);
-}
-
 TEST_P(Cut, OfAReplyInSingleBytesIsNone) {
     const auto action = [](RawConnection& connection, const Exchange& whole) {
         connection.readRequest();

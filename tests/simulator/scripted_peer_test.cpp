@@ -41,12 +41,6 @@ TEST(ScriptedPeer, readsARequestAndAnswersInPieces) {
     EXPECT_EQ(seen, request);
 }
 
-TEST(ScriptedPeer, resetsAConnection) {
-    ScriptedPeer peer([](PeerListener& listener) { listener.accept().reset(); });
-    RawClient client(peer.port());
-    EXPECT_THROW(client.receive(), std::runtime_error);
-}
-
 TEST(ScriptedPeer, reportsTheFailureOfItsScriptAndClosesThePort) {
     ScriptedPeer peer([](PeerListener& listener) { listener.accept().read(4); });
     {

@@ -1,0 +1,21 @@
+#include <tests/hostile/hostile_test.h>
+
+namespace hostile {
+namespace {
+
+class EndBehindTheReply : public HostilePlace {};
+
+TEST_P(EndBehindTheReply, IsNoticedByNobody) {
+    const auto action = [](support::RawConnection& connection, const Exchange& whole) {
+        connection.readRequest();
+        connection.finishWith(whole.reply());
+    };
+    expectCase(caseName("closed behind the reply"), plan(action),
+               afterBytes(GetParam(), exchange().reply(), {}));
+    expectCases(1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Reply, EndBehindTheReply, testing::Range(std::size_t{0}, places), placeName);
+
+} // namespace
+} // namespace hostile
