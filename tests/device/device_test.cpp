@@ -183,4 +183,10 @@ TEST_F(DeviceRoot, ReadsTheAnswersOfTheSystemMethods) {
     EXPECT_EQ(status->value().second, 0xFFFFFFFFu);
 }
 
+TEST(DeviceOfAnApplication, NeedsNotToBeInterruptible) {
+    const auto device = std::make_shared<support::FakeDevice>();
+    device->interrupt();
+    EXPECT_TRUE(device->actions.empty());
+}
+
 } // namespace

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <tavo/client/method_tables.h>
 #include <tavo/client/object/method.h>
 #include <tavo/client/object/object.h>
 #include <tavo/client/wire/error.h>
@@ -131,6 +132,12 @@ TEST_F(MethodOnObject, CannotBeBuiltWithoutEncoder) {
 
 TEST_F(MethodOnObject, CannotBeBuiltWithoutDecoder) {
     EXPECT_EQ(refusalOf("onlyEncoder"), "Could not find Method Decoder for Method: onlyEncoder");
+}
+
+TEST_F(MethodOnObject, IsNotDescribedWhenOnlyAnApplicationKnowsIt) {
+    EXPECT_EQ(failureOf<SpecificationError>([&] { TAVO::describeMethod(*object, "both"); }),
+              "No description for Method: both");
+    EXPECT_EQ(TAVO::describeMethod(*object, "type").name, "type");
 }
 
 TEST_F(MethodOnObject, SendsNothingWhenItIsBuilt) {

@@ -14,6 +14,7 @@ function(configure_and_build source build)
     "-DCMAKE_CXX_COMPILER=${COMPILER}"
     "-DCMAKE_CXX_COMPILER_LAUNCHER=${LAUNCHER}"
     "-DCMAKE_CXX_FLAGS=${FLAGS}"
+    "-DCMAKE_CXX_FLAGS_DEBUG=${DEBUG_FLAGS}"
     "-DTAVO_SERVER_KEYS_FILE=${KEYS_FILE}"
     --no-warn-unused-cli
     ${ARGN})

@@ -178,4 +178,13 @@ TEST(SocketTransportFailure, ConnectsAnewAfterAReceiveHasFailed) {
     EXPECT_EQ(listener.accept().read(8), bytesOf("question"));
 }
 
+TEST(SocketTransportFailure, FailsToReceiveInPlaceWhenClosed) {
+    GuardedListener listener;
+    SocketTransport transport("127.0.0.1", listener.portText());
+    transport.close();
+    EXPECT_EQ(networkErrorOf([&] { transport.receiveInPlace(1); }),
+              "Connection to device closed unexpectedly." +
+                  support::errorCodeText(SystemError::notConnected));
+}
+
 } // namespace

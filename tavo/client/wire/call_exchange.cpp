@@ -70,10 +70,9 @@ public:
         : transport_(transport)
         , buffer_(buffer) {}
 
-    std::span<const std::uint8_t> gather(std::span<const std::uint8_t> rest,
-                                         std::uint64_t count) noexcept override {
+    std::span<const std::uint8_t> gather(std::uint64_t count) noexcept override {
         std::span<const std::uint8_t> bytes;
-        attempt([&] { bytes = buffer_.receiveBehind(rest, transport_, count); });
+        attempt([&] { bytes = buffer_.receive(transport_, count); });
         return bytes;
     }
     bool receive(std::uint8_t* destination, std::uint64_t count) noexcept override {

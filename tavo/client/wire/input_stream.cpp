@@ -3,26 +3,20 @@
 namespace TAVOX {
 
 bool InputStream::gather(std::uint64_t count) noexcept {
-    if (count > remaining())
+    if (count > outstanding_)
         return false;
-    const auto bytes = source_->gather({cursor_, static_cast<std::size_t>(arrived_)}, count);
+    const auto bytes = source_->gather(count);
     if (bytes.empty())
         return false;
-    outstanding_ -= count - arrived_;
+    outstanding_ -= count;
     arrived_ = count;
     cursor_ = bytes.data();
     return true;
 }
 
-void InputStream::receiveRaw(std::uint8_t* destination, std::uint64_t count) noexcept {
-    if (arrived_ > 0)
-        std::memcpy(destination, cursor_, static_cast<std::size_t>(arrived_));
-    const auto missing = count - arrived_;
-    cursor_ += arrived_;
-    destination += arrived_;
-    arrived_ = 0;
-    if (source_->receive(destination, missing))
-        outstanding_ -= missing;
+void InputStream::receive(std::uint8_t* destination, std::uint64_t count) noexcept {
+    if (source_->receive(destination, count))
+        outstanding_ -= count;
     else
         failed_ = true;
 }

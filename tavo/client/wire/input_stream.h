@@ -14,10 +14,8 @@ namespace TAVOX {
 /// source and fails the reader; nothing is thrown.
 class TAVO_API InputSource {
 public:
-    /// The next `count` bytes in one piece, of which the first are `rest`; valid until the next call. Empty
-    /// when they cannot be had.
-    virtual std::span<const std::uint8_t> gather(std::span<const std::uint8_t> rest,
-                                                 std::uint64_t count) noexcept = 0;
+    /// The next `count` bytes in one piece, valid until the next call. Empty when they cannot be had.
+    virtual std::span<const std::uint8_t> gather(std::uint64_t count) noexcept = 0;
     /// Stores the next `count` bytes. @return whether they could be had.
     virtual bool receive(std::uint8_t* destination, std::uint64_t count) noexcept = 0;
 
@@ -47,8 +45,8 @@ public:
     InputStream(InputSource& source, std::uint64_t length) noexcept
         : cursor_(nullptr)
         , arrived_(0)
-        , size_(length)
         , outstanding_(length)
+        , size_(length)
         , source_(&source) {}
 
     /// 4 bytes; take the value as signed or unsigned as the field demands.
@@ -62,8 +60,8 @@ public:
 
     /// Copies the next `count` bytes to `destination`, or fails and copies nothing.
     void readRaw(std::uint8_t* destination, std::uint64_t count) noexcept {
-        if (count > arrived_ && !failed_ && count <= remaining()) {
-            receiveRaw(destination, count);
+        if (count > arrived_ && !failed_ && count <= outstanding_) {
+            receive(destination, count);
             return;
         }
         const auto* bytes = readSpan(count);
@@ -109,12 +107,13 @@ private:
     }
 
     bool gather(std::uint64_t count) noexcept;
-    void receiveRaw(std::uint8_t* destination, std::uint64_t count) noexcept;
+    void receive(std::uint8_t* destination, std::uint64_t count) noexcept;
 
     const std::uint8_t* cursor_;
+    // One of these two is 0 at any time: what is gathered is read before more is.
     std::uint64_t arrived_;
-    std::uint64_t size_;
     std::uint64_t outstanding_ = 0;
+    std::uint64_t size_;
     InputSource* source_ = nullptr;
     bool failed_ = false;
 };

@@ -1,7 +1,6 @@
 #include <tavo/client/wire/reply_buffer.h>
 
 #include <algorithm>
-#include <cstring>
 #include <new>
 
 namespace TAVO {
@@ -25,16 +24,9 @@ void ReplyBuffer::grow(std::size_t capacity) {
 std::span<const std::uint8_t> ReplyBuffer::receive(Transport& transport, std::uint64_t length) {
     if (const auto* bytes = transport.receiveInPlace(length))
         return {bytes, static_cast<std::size_t>(length)};
-    return receiveBehind({}, transport, length);
-}
-
-std::span<const std::uint8_t> ReplyBuffer::receiveBehind(std::span<const std::uint8_t> rest,
-                                                         Transport& transport, std::uint64_t length) {
-    while (capacity_ < rest.size() || capacity_ == 0)
-        grow(std::max(smallCapacity, 2 * capacity_));
-    if (!rest.empty())
-        std::memmove(bytes_.get(), rest.data(), rest.size());
-    for (std::uint64_t received = rest.size(); received < length;) {
+    if (capacity_ == 0)
+        grow(smallCapacity);
+    for (std::uint64_t received = 0; received < length;) {
         if (received == capacity_)
             grow(static_cast<std::size_t>(std::min<std::uint64_t>(length, 2 * capacity_)));
         const auto run = std::min<std::uint64_t>(length, capacity_) - received;

@@ -19,9 +19,6 @@ public:
     /// them when it can give them in place.
     /// @throws NetworkError as Transport::receiveAll; std::bad_alloc.
     std::span<const std::uint8_t> receive(Transport& transport, std::uint64_t length);
-    /// The next bytes of the reply behind `rest`, `length` in all; `rest` may be of the call before.
-    std::span<const std::uint8_t> receiveBehind(std::span<const std::uint8_t> rest, Transport& transport,
-                                                std::uint64_t length);
     /// Receives the next `length` bytes and drops them.
     void discard(Transport& transport, std::uint64_t length);
     /// Gives back the memory of a large block; the small buffer is kept for the next exchange.
