@@ -95,8 +95,9 @@ public:
                                                       static_cast<int>(part.length)));
             session_.run({gets.begin(), gets.end()});
             for (std::size_t i = 0; i < parts.size(); ++i) {
-                requireSuccess(*gets[i]);
-                const auto data = gets[i]->value().data;
+                const auto& get = gets[i];
+                requireSuccess(*get);
+                const auto data = get->value().data;
                 if (data.size() != parts[i].length)
                     throw Failure(ExitCode::refused, fmt::format("the device gave {} bytes instead of {}",
                                                                  data.size(), parts[i].length));
