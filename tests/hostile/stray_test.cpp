@@ -20,22 +20,6 @@ TEST_P(Stray, BytesBehindTheReplyAreRefusedByTheNextCalls) {
     expectCases(2);
 }
 
-TEST_P(Stray, BytesBeforeTheReplyShiftItAndAreReportedAsWhatTheyThenSay) {
-    const Bytes strays[]{{0}, {0, 0}, {0, 0, 0},    {0, 0, 0, 0},
-                         {1}, {0xFF}, {0, 0, 0, 1}, {0xFF, 0xFF, 0xFF, 0xFF}};
-    for (const auto& stray : strays) {
-        const auto sent = joined({stray, exchange().reply()});
-        const auto action = [&](RawConnection& connection, const Exchange&) {
-            connection.readRequest();
-            connection.finishWith(sent);
-        };
-        expectCase(caseName(std::to_string(stray.size()) + " bytes of " + std::to_string(stray.back()) +
-                            " before the reply"),
-                   lastPlan(action), afterBytes(GetParam(), sent, peer.refusal()));
-    }
-    expectCases(8);
-}
-
 INSTANTIATE_TEST_SUITE_P(Reply, Stray, testing::Range(std::size_t{0}, places), placeName);
 
 } // namespace
