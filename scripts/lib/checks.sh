@@ -60,13 +60,14 @@ ctest_in() {
 }
 
 # in_shards NAME PROGRAM [ARGUMENT ...]: the tests of a GoogleTest program, in one process for each processor; results in
-# tests-NAME-N.xml. Where starting a process takes longer than most tests, this is the way.
+# tests-NAME-N.xml. Where starting a process takes longer than most tests, this is the way. The path of the results is
+# relative: Windows programs know no absolute one that begins like here.
 in_shards() {
     local name=$1 shard pid pids=() status=0
     shift
     for ((shard = 0; shard < jobs; ++shard)); do
         GTEST_TOTAL_SHARDS=$jobs GTEST_SHARD_INDEX=$shard timeout 1200 "$@" --gtest_brief=1 \
-            "--gtest_output=xml:$results/tests-$name-$shard.xml" &
+            "--gtest_output=xml:${results#"$PWD/"}/tests-$name-$shard.xml" &
         pids+=($!)
     done
     for pid in "${pids[@]}"; do

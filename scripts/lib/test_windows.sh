@@ -9,23 +9,15 @@ windows_path() {
     printf 'Z:%s' "${1//\//\\}"
 }
 
-# tests_in_wine NAME PRESET: half of the tests in each of two processes.
+# tests_in_wine NAME PRESET
 tests_in_wine() {
-    local name=$1 preset=$2 compiler=x86_64-w64-mingw32-g++-posix dll shard pids=() status=0
+    local name=$1 preset=$2 compiler=x86_64-w64-mingw32-g++-posix dll
     local program="build/$preset/tests/tavo_tests.exe" path=
     for dll in libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll; do
         path+="$(windows_path "$(dirname "$(realpath "$("$compiler" -print-file-name="$dll")")")");"
     done
     path+="$(windows_path "$PWD/build/$preset/tavo/client");$(windows_path "$PWD/build/$preset/tavo/simulator")"
-    for shard in 0 1; do
-        GTEST_TOTAL_SHARDS=2 GTEST_SHARD_INDEX=$shard WINEPATH=$path timeout 600 wine "$program" \
-            --gtest_brief=1 --gtest_output="xml:build/test/results/tests-$name-$shard.xml" &
-        pids+=($!)
-    done
-    for shard in "${pids[@]}"; do
-        wait "$shard" || status=$?
-    done
-    return "$status"
+    WINEPATH=$path in_shards "$name" wine "$program"
 }
 
 test_windows() {
