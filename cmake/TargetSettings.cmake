@@ -22,34 +22,56 @@ function(tavo_target_settings target)
   endif()
 endfunction()
 
+# tavo_filter_files(<list> INCLUDE|EXCLUDE <regex>): keeps, or leaves out, the files whose path matches. The path begins
+# below the project's own folder: where the checkout lies plays no part.
+function(tavo_filter_files list mode regex)
+  if(NOT mode MATCHES "^(INCLUDE|EXCLUDE)$")
+    message(FATAL_ERROR "tavo_filter_files: neither INCLUDE nor EXCLUDE: ${mode}")
+  endif()
+  set(kept "")
+  foreach(file IN LISTS ${list})
+    file(RELATIVE_PATH path "${tavo_client_SOURCE_DIR}" "${file}")
+    if((path MATCHES "${regex}" AND mode STREQUAL "INCLUDE")
+        OR (NOT path MATCHES "${regex}" AND mode STREQUAL "EXCLUDE"))
+      list(APPEND kept "${file}")
+    endif()
+  endforeach()
+  set(${list} "${kept}" PARENT_SCOPE)
+endfunction()
+
 # Leaves out of a list of sources those that end in _posix or _windows and are for another system.
 function(tavo_keep_sources_of_this_system list)
-  set(sources ${${list}})
   if(WIN32)
-    list(FILTER sources EXCLUDE REGEX "_posix(_test)?\\.cpp$")
+    tavo_filter_files(${list} EXCLUDE "_posix(_test)?\\.cpp$")
   else()
-    list(FILTER sources EXCLUDE REGEX "_windows(_test)?\\.cpp$")
+    tavo_filter_files(${list} EXCLUDE "_windows(_test)?\\.cpp$")
   endif()
-  set(${list} "${sources}" PARENT_SCOPE)
+  set(${list} "${${list}}" PARENT_SCOPE)
 endfunction()
 
 # A library of this project: its sources, and as public headers those outside of "internal" folders.
 function(tavo_add_library target)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "EXPORT_NAME" "SOURCES;HEADERS")
-  list(FILTER arg_HEADERS EXCLUDE REGEX "/internal/")
+  tavo_filter_files(arg_HEADERS EXCLUDE "/internal/")
   add_library(${target} ${arg_SOURCES})
   add_library(tavo::${arg_EXPORT_NAME} ALIAS ${target})
   tavo_target_settings(${target})
   target_sources(${target} PUBLIC FILE_SET HEADERS
     BASE_DIRS "${PROJECT_SOURCE_DIR}" FILES ${arg_HEADERS})
+  # What the library's own export macro looks for, such as TAVO_CLIENT_BUILDING_DLL.
+  string(TOUPPER "${target}_BUILDING_DLL" building_dll)
   # Position independent even when static, so that the library fits into an application's own plug-in.
   set_target_properties(${target} PROPERTIES
     EXPORT_NAME ${arg_EXPORT_NAME}
-    DEFINE_SYMBOL TAVO_CLIENT_BUILDING_DLL
+    DEFINE_SYMBOL ${building_dll}
     VERSION ${PROJECT_VERSION}
     SOVERSION ${PROJECT_VERSION_MAJOR}
     POSITION_INDEPENDENT_CODE ON
     VERIFY_INTERFACE_HEADER_SETS ON)
+  # Elsewhere both kinds of library are compiled alike, and the second finds its objects in the compiler's cache.
+  if(NOT WIN32)
+    set_target_properties(${target} PROPERTIES DEFINE_SYMBOL "")
+  endif()
 endfunction()
 
 # Installed programs find a shared library beside them, wherever the installation is moved to.

@@ -45,6 +45,7 @@
 #include <tavo/client/object/version.h>
 #include <tavo/client/transcode/header_status_tables.h>
 #include <tavo/client/transcode/value.h>
+#include <tavo/client/transcode/value_view.h>
 #include <tavo/client/version_number.h>
 #include <tavo/client/wire/call_exchange.h>
 #include <tavo/client/wire/error.h>

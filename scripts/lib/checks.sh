@@ -1,5 +1,7 @@
 # Sourced by scripts/test, for the files of its kinds.
 
+. scripts/lib/progress.sh
+
 passed=()
 failed_checks=()
 failed=()
@@ -9,13 +11,12 @@ cases=
 step() {
     local name=$1 start=$SECONDS
     shift
-    printf '%-34s ' "$name"
-    if "$@" >"$results/logs/$name.log" 2>&1 </dev/null; then
+    if with_progress "$name" "$results/logs/$name.log" "$@"; then
         took=$((SECONDS - start))
-        echo "ok ($took s)"
+        printf '%-34s ok (%d s)\n' "$name" "$took"
     else
         took=$((SECONDS - start))
-        echo "FAILED ($took s)"
+        printf '%-34s FAILED (%d s)\n' "$name" "$took"
         tail -n 100 "$results/logs/$name.log"
         failed+=("$name")
         return 1
@@ -59,19 +60,33 @@ ctest_in() {
         --output-junit "$results/tests-$name.xml" "$@"
 }
 
-# in_shards NAME PROGRAM [ARGUMENT ...]: the tests of a GoogleTest program, in one process for each processor; results in
+# in_shards NAME COMMAND ...: the tests of a GoogleTest program, in one process for each processor; results in
 # tests-NAME-N.xml. Where starting a process takes longer than most tests, this is the way. The path of the results is
 # relative: Windows programs know no absolute one that begins like here.
 in_shards() {
     local name=$1 shard pid pids=() status=0
     shift
     for ((shard = 0; shard < jobs; ++shard)); do
-        GTEST_TOTAL_SHARDS=$jobs GTEST_SHARD_INDEX=$shard timeout 1200 "$@" --gtest_brief=1 \
-            "--gtest_output=xml:${results#"$PWD/"}/tests-$name-$shard.xml" &
+        GTEST_TOTAL_SHARDS=$jobs GTEST_SHARD_INDEX=$shard "$@" \
+            "--gtest_output=xml:${results#"$PWD/"}/tests-$name-$shard.xml" >"$results/logs/$name.log.$shard" 2>&1 &
         pids+=($!)
     done
     for pid in "${pids[@]}"; do
         wait "$pid" || status=$?
     done
+    for ((shard = 0; shard < jobs; ++shard)); do
+        failures_of "$results/logs/$name.log.$shard"
+    done
     return "$status"
+}
+
+# failures_of LOG: what a GoogleTest program wrote within tests that failed or did not end, and outside of tests.
+failures_of() {
+    tr -d '\r' <"$1" | awk '
+        /^\[ RUN      \]/ { inside = 1; test = "" }
+        inside { test = test $0 "\n" }
+        !inside && !/^(\[|Note: )/ && NF { print }
+        /^\[ +(OK|SKIPPED) +\] .*\([0-9]+ ms\)$/ { inside = 0; test = "" }
+        /^\[  FAILED  \] .*\([0-9]+ ms\)$/ { printf "%s", test; inside = 0; test = "" }
+        END { printf "%s", test }'
 }

@@ -1,25 +1,24 @@
 # Sourced by scripts/test.
 
 run_s390x() {
-    timeout 300 qemu-s390x "$@"
+    timeout 600 qemu-s390x "$@"
 }
 
 # Most kernels run such programs themselves. Emulated, a signal for a thread that waits breaks the thread library.
 run_i686() {
     if "$1" --gtest_list_tests >/dev/null 2>&1; then
-        timeout 300 "$@"
+        timeout 600 "$@"
     else
-        timeout 300 qemu-i386 "$@" '--gtest_filter=-SocketTransportOnPosix.*Signal*'
+        timeout 600 qemu-i386 "$@" '--gtest_filter=-SocketTransportOnPosix.*Signal*'
     fi
 }
 
-# foreign NAME: builds the tests of bytes for that machine and runs them as one program. A program that dies before it
-# has written its results fails the step, and with it the whole run.
+# foreign NAME: builds the tests of bytes for that machine and runs them. A program that dies before it has written its
+# results fails the step, and with it the whole run.
 foreign() {
     local name=$1
     if check "foreign-$name-build" configure_and_build "foreign-$name" tavo_tests; then
-        step "foreign-$name" "run_$name" "build/foreign-$name/tests/tavo_tests" --gtest_brief=1 \
-            --gtest_output="xml:$results/tests-foreign-$name.xml" || true
+        step "foreign-$name" in_shards "foreign-$name" "run_$name" "build/foreign-$name/tests/tavo_tests" || true
     fi
 }
 

@@ -16,13 +16,15 @@ run_cppcheck() {
         passedByValue shadowFunction unusedStructMember useStlAlgorithm; do
         suppressions+=("--suppress=$id")
     done
-    cppcheck -j "$jobs" --quiet --error-exitcode=1 --std=c++20 --inline-suppr -I . \
+    cppcheck -j "$jobs" --error-exitcode=1 --std=c++20 --inline-suppr -I . \
         --enable=warning,performance,portability,style "${suppressions[@]}" tavo
 }
 
 # The compile commands of build/test, and what its configuration generates, are enough: nothing is built.
 run_clang_tidy() {
-    cmake --preset test && run-clang-tidy-14 -p build/test -quiet -j "$jobs" "^$PWD/(build/test/)?tavo/.*\.cpp$"
+    local here
+    here=$(printf '%s' "$PWD" | sed 's/[^A-Za-z0-9_/ -]/\\&/g')
+    cmake --preset test && run-clang-tidy-14 -p build/test -quiet -j "$jobs" "^$here/(build/test/)?tavo/.*\.cpp$"
 }
 
 test_lint() {

@@ -37,6 +37,13 @@ void addConnectionOptions(CLI::App& tool, ConnectionOptions& connection) {
     tool.add_option("--user", connection.user, "In whose name the lock is taken")->group(group);
     tool.add_option("--password-file", connection.passwordFile, "File whose first line is the password")
         ->group(group);
+    auto* via =
+        tool.add_option("--via", connection.via,
+                        "Reach the device through a command of the shell, %h being the host and %p the\n"
+                        "port, such as 'ssh gateway -W %h:%p'")
+            ->type_name("COMMAND")
+            ->needs(host)
+            ->group(group);
     tool.add_flag("--secure", connection.secure, "Insist on a known server key")->group(group);
     tool.add_option("--timeout", connection.timeout,
                     "How long the device may take to be opened, and to answer each exchange, such as 500ms,\n"
@@ -52,6 +59,7 @@ void addConnectionOptions(CLI::App& tool, ConnectionOptions& connection) {
         tool.add_flag("--sim", connection.simulated, "Use a simulated device inside the tool instead")
             ->excludes(host)
             ->excludes(port)
+            ->excludes(via)
             ->group(group);
     tool.add_option("--topology", connection.topology, "Which simulated device")
         ->needs(simulated)

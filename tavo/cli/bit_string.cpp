@@ -12,8 +12,6 @@ namespace TAVO::cli {
 
 namespace {
 
-std::size_t bytesFor(std::size_t bits) { return (bits + 7) / 8; }
-
 std::vector<std::uint8_t> bytesOfNumber(std::size_t size, std::string_view text) {
     if (text.starts_with("0x") || text.starts_with("0X"))
         text.remove_prefix(2);
@@ -24,29 +22,29 @@ std::vector<std::uint8_t> bytesOfNumber(std::size_t size, std::string_view text)
         digits.insert(0, "0");
     auto bytes = bytesFromHex(digits);
     std::reverse(bytes.begin(), bytes.end());
-    if (bytes.size() > bytesFor(size))
+    if (bytes.size() > BitString::bytesFor(size))
         throw std::invalid_argument(fmt::format("0x{} has more than {} bits", text, size));
-    bytes.resize(bytesFor(size));
+    bytes.resize(BitString::bytesFor(size));
     return bytes;
 }
 
 std::vector<std::uint8_t> bytesInOrder(std::size_t size, std::string_view text) {
     auto bytes = bytesFromHex(text);
-    if (bytes.size() != bytesFor(size))
+    if (bytes.size() != BitString::bytesFor(size))
         throw std::invalid_argument(
-            fmt::format("{} bits are {} bytes, not {}", size, bytesFor(size), bytes.size()));
+            fmt::format("{} bits are {} bytes, not {}", size, BitString::bytesFor(size), bytes.size()));
     return bytes;
 }
 
 } // namespace
 
 BitString::BitString(std::size_t size, bool level)
-    : BitString(size, std::vector<std::uint8_t>(bytesFor(size), level ? 0xFF : 0x00)) {}
+    : BitString(size, std::vector<std::uint8_t>(BitString::bytesFor(size), level ? 0xFF : 0x00)) {}
 
 BitString::BitString(std::size_t size, std::vector<std::uint8_t> bytes)
     : size_(size)
     , bytes_(std::move(bytes)) {
-    bytes_.resize(bytesFor(size));
+    bytes_.resize(BitString::bytesFor(size));
     if (size % 8 != 0)
         bytes_.back() = static_cast<std::uint8_t>(bytes_.back() & ((1u << size % 8) - 1));
 }

@@ -12,6 +12,8 @@ namespace TAVO::cli {
 /// bits of the last byte are 0.
 class BitString {
 public:
+    static constexpr std::size_t bytesFor(std::size_t bits) { return bits / 8 + (bits % 8 != 0 ? 1 : 0); }
+
     BitString() = default;
     /// That many bits of one level.
     BitString(std::size_t size, bool level);

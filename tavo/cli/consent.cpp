@@ -7,7 +7,7 @@
 
 #include <tavo/cli/failure.h>
 #include <tavo/cli/interrupt.h>
-#include <tavo/cli/output.h>
+#include <tavo/cli/visible_text.h>
 
 namespace TAVO::cli {
 
@@ -16,7 +16,7 @@ void requireConsent(const std::string& question, bool given) {
         return;
     if (::isatty(STDIN_FILENO) != 1)
         throw Failure(ExitCode::usage, "--yes is needed, for there is no terminal to ask at");
-    std::fputs((printable(question) + " [y/N] ").c_str(), stderr);
+    std::fputs((visible(question) + " [y/N] ").c_str(), stderr);
     std::fflush(stderr);
     InterruptWatch::waitForInput(STDIN_FILENO, std::chrono::hours(24));
     std::string answer;

@@ -59,7 +59,7 @@ void append(const Read& read, std::uint32_t count, std::vector<RegisterByte>& by
         bytes.insert(bytes.end(), count, std::nullopt);
         return;
     }
-    const auto data = read->value().data;
+    const auto data = read->take().data;
     if (data.size() != count)
         throw Failure(ExitCode::refused,
                       fmt::format("{} read {} bytes instead of {}", read->getFullName(), data.size(), count));
@@ -169,12 +169,12 @@ std::vector<std::uint8_t> readRun(Session& session, const I2cTarget& target,
         const auto read = reading(target, *first, count);
         session.run({read});
         check(*read);
-        return read->value().data;
+        return read->take().data;
     }
     const auto read = target.bus.getReadMethod(addressOf(target), true, true, static_cast<int>(count));
     session.run({read});
     check(*read);
-    return read->value().data;
+    return read->take().data;
 }
 
 void writePages(Session& session, const I2cTarget& target, std::uint32_t first,

@@ -1,6 +1,7 @@
 #include <tavo/cli/interrupt.h>
 
 #include <csignal>
+#include <utility>
 
 #include <fmt/format.h>
 #include <poll.h>
@@ -37,7 +38,15 @@ InterruptWatch::InterruptWatch(std::optional<Milliseconds> limit)
         if (before_[i].sa_handler == SIG_IGN)
             ::sigaction(signals_[i], &before_[i], nullptr);
     }
+    // What stops and continues the process concerns the terminal, which is the first thread's.
+    sigset_t stopping;
+    sigset_t mask;
+    sigemptyset(&stopping);
+    sigaddset(&stopping, SIGTSTP);
+    sigaddset(&stopping, SIGCONT);
+    ::pthread_sigmask(SIG_BLOCK, &stopping, &mask);
     thread_ = std::thread([this] { watch(); });
+    ::pthread_sigmask(SIG_SETMASK, &mask, nullptr);
 }
 
 InterruptWatch::~InterruptWatch() {
@@ -55,6 +64,11 @@ void InterruptWatch::begin(std::optional<Milliseconds> limit, bool endsBySignal)
     const std::lock_guard lock(mutex_);
     cause_ = Cause::none;
     wait_ = Wait{limit ? std::optional(Clock::now() + *limit) : std::nullopt, endsBySignal};
+}
+
+void InterruptWatch::alsoInterrupt(std::function<void()> action) {
+    const std::lock_guard lock(mutex_);
+    alsoInterrupt_ = std::move(action);
 }
 
 void InterruptWatch::end() {
@@ -85,8 +99,11 @@ void InterruptWatch::watch() {
         else if (wait_->end && now >= *wait_->end)
             cause_ = Cause::limit;
         // Again at every step while the wait lasts: it may not have reached the connection before.
-        if (cause_ != Cause::none)
-            interrupter_->interrupt();
+        if (cause_ == Cause::none)
+            continue;
+        interrupter_->interrupt();
+        if (alsoInterrupt_)
+            alsoInterrupt_();
     }
 }
 

@@ -6,6 +6,7 @@
 #include <condition_variable>
 #include <csignal>
 #include <exception>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -28,8 +29,8 @@ public:
 
 /// Ends what waits, for the device or for time, on a signal or when it takes too long.
 ///
-/// While one exists, SIGINT, SIGTERM and SIGHUP, unless they are ignored, become Interrupted at the next wait
-/// or in the one that runs. A second one ends the process at once. There is one at a time.
+/// While one exists, SIGINT, SIGTERM, SIGHUP and SIGQUIT, unless they are ignored, become Interrupted at the
+/// next wait or in the one that runs. A second one ends the process at once. There is one at a time.
 class InterruptWatch {
 public:
     using Milliseconds = std::chrono::milliseconds;
@@ -42,6 +43,10 @@ public:
 
     /// To be handed to the device's factory.
     const std::shared_ptr<Interrupter>& interrupter() const { return interrupter_; }
+
+    /// What else ends a wait, beside the interrupter. It is called by another thread, for as long as this
+    /// exists, again and again until the wait has ended.
+    void alsoInterrupt(std::function<void()> action);
 
     /// Runs an action that waits for the device.
     /// @throws Interrupted when a signal came before, or ended it; Failure (network) when it took too long;
@@ -119,11 +124,12 @@ private:
 
     std::optional<Milliseconds> limit_;
     std::shared_ptr<Interrupter> interrupter_ = std::make_shared<Interrupter>();
-    static constexpr std::array signals_ = {SIGINT, SIGTERM, SIGHUP};
+    static constexpr std::array signals_ = {SIGINT, SIGTERM, SIGHUP, SIGQUIT};
     std::array<struct sigaction, signals_.size()> before_{};
 
     std::mutex mutex_;
     std::condition_variable changed_;
+    std::function<void()> alsoInterrupt_;
     std::optional<Wait> wait_;
     Cause cause_ = Cause::none;
     bool done_ = false;

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
+#include <optional>
 #include <system_error>
 #include <utility>
 
@@ -17,32 +18,64 @@ namespace TAVO::cli {
 
 namespace {
 
-/// A link stays one: what it leads to is replaced.
-std::string targetOf(const std::string& path) {
-    std::error_code unresolved;
-    const auto target = std::filesystem::canonical(path, unresolved);
-    return unresolved ? path : target.string();
+[[noreturn]] void refusePath(const std::string& path, const std::string& reason) {
+    throw Failure(ExitCode::usage, fmt::format("cannot write '{}': {}", path, reason));
 }
 
-mode_t permissionsOf(const std::string& path) {
-    struct stat existing {};
-    if (::stat(path.c_str(), &existing) == 0)
-        return existing.st_mode & mode_t{07777};
+/// What has that name, a link being looked at and not followed; nothing when there is none.
+std::optional<struct stat> lookAt(const std::string& path) {
+    struct stat found {};
+    if (::lstat(path.c_str(), &found) == 0)
+        return found;
+    if (errno != ENOENT)
+        refusePath(path, std::generic_category().message(errno));
+    return std::nullopt;
+}
+
+/// Where the links at the end of the path lead.
+std::string targetOf(const std::string& path) {
+    constexpr int mostLinks = 40;
+    std::filesystem::path target = path;
+    for (int links = 0; links < mostLinks; ++links) {
+        const auto found = lookAt(target);
+        if (!found || !S_ISLNK(found->st_mode))
+            return target;
+        if (found->st_uid != ::geteuid() && found->st_uid != 0)
+            refusePath(target, "it is a link that belongs to another user");
+        std::error_code unread;
+        const auto next = std::filesystem::read_symlink(target, unread);
+        if (unread)
+            refusePath(target, unread.message());
+        target = target.parent_path() / next;
+    }
+    refusePath(path, std::generic_category().message(ELOOP));
+}
+
+mode_t newPermissions() {
     const auto mask = ::umask(0);
     ::umask(mask);
     return 0666U & ~mask;
+}
+
+/// The permissions of what is replaced, else those that a new file gets.
+mode_t permissionsAt(const std::string& path) {
+    const auto existing = lookAt(path);
+    if (!existing)
+        return newPermissions();
+    if (!S_ISREG(existing->st_mode))
+        refusePath(path, "it is no regular file");
+    if (existing->st_uid != ::geteuid())
+        refusePath(path, "it belongs to another user");
+    return existing->st_mode & mode_t{0777};
 }
 
 } // namespace
 
 NewFile::NewFile(const std::string& path)
     : path_(targetOf(path))
-    , temporary_(path_ + ".XXXXXX") {
-    std::error_code unknown;
-    const auto status = std::filesystem::status(path_, unknown);
-    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
-        throw Failure(ExitCode::usage, fmt::format("cannot write '{}': it is no regular file", path_));
-    file_ = ::mkostemp(temporary_.data(), O_CLOEXEC);
+    , permissions_(permissionsAt(path_))
+    , temporary_(path_ + ".XXXXXX")
+    , file_(::mkostemp(temporary_.data(), O_CLOEXEC)) {
     if (file_ < 0)
         refuse();
 }
@@ -64,15 +97,12 @@ void NewFile::write(std::span<const std::uint8_t> bytes) {
 }
 
 void NewFile::complete() {
-    if (::fchmod(file_, permissionsOf(path_)) != 0 || ::fsync(file_) != 0 ||
+    if (::fchmod(file_, permissions_) != 0 || ::fsync(file_) != 0 ||
         std::rename(temporary_.c_str(), path_.c_str()) != 0)
         refuse();
     ::close(std::exchange(file_, -1));
 }
 
-void NewFile::refuse() const {
-    throw Failure(ExitCode::usage,
-                  fmt::format("cannot write '{}': {}", path_, std::generic_category().message(errno)));
-}
+void NewFile::refuse() const { refusePath(path_, std::generic_category().message(errno)); }
 
 } // namespace TAVO::cli

@@ -1,5 +1,7 @@
 #include <tavo/cli/object_choice.h>
 
+#include <tavo/cli/name_list.h>
+
 namespace TAVO::cli {
 
 std::shared_ptr<Object_v1_0> chooseObject(Session& session, const std::string& fullName, const char* kind,
@@ -11,17 +13,17 @@ std::shared_ptr<Object_v1_0> chooseObject(Session& session, const std::string& f
         return named;
     }
     std::shared_ptr<Object_v1_0> chosen;
-    std::string candidates;
+    NameList candidates;
     for (const auto& object : session.objects())
         if (suits(*object)) {
-            candidates += (chosen ? ", " : "") + object->getFullName();
+            candidates.add(object->getFullName());
             chosen = object;
         }
     if (!chosen)
         throw Failure(ExitCode::notFound, fmt::format("the device has no {}", kind));
-    if (candidates != chosen->getFullName())
+    if (candidates.count() > 1)
         throw Failure(ExitCode::notFound,
-                      fmt::format("which {}? --object NAME chooses one of: {}", kind, candidates));
+                      fmt::format("which {}? --object NAME chooses one of: {}", kind, candidates.text()));
     return chosen;
 }
 

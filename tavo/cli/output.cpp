@@ -1,7 +1,6 @@
 #include <tavo/cli/output.h>
 
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <system_error>
 
@@ -12,53 +11,66 @@
 
 namespace TAVO::cli {
 
-namespace {
+Output::Output(bool json)
+    : json_(json)
+    , output_(STDOUT_FILENO)
+    , errors_(STDERR_FILENO) {}
 
-std::string dump(const nlohmann::json& document) {
-    return document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+void Output::show(const Document& document, const Text& text) {
+    if (!json_) {
+        print(text);
+        return;
+    }
+    JsonWriter writer(output_);
+    document(writer);
+    output_.write("\n");
 }
 
-void writeError(std::string_view text) { std::fwrite(text.data(), 1, text.size(), stderr); }
-
-} // namespace
-
-void Output::show(const nlohmann::json& document, std::string_view text) {
-    write(json_ ? dump(document) : text);
+void Output::show(const nlohmann::json& document, const Text& text) {
+    show([&](JsonWriter& json) { json.write(document); }, text);
 }
 
-void Output::write(std::string_view text) {
-    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() && writeError_ == 0)
-        writeError_ = errno;
+void Output::show(const nlohmann::json& document) {
+    show(document, [](TextWriter&) {});
 }
 
-void Output::tell(const FailureReport& report) const {
-    if (json_)
-        writeError(dump({{"error",
-                          {{"code", static_cast<int>(report.code)},
-                           {"kind", report.kind},
-                           {"message", report.message}}}}));
-    else
-        writeError("tavo: " + printable(report.message) + "\n");
+void Output::print(const Text& text) {
+    TextWriter writer(output_);
+    text(writer);
+}
+
+void Output::tell(const FailureReport& report) {
+    say("error", report.message, [&](JsonWriter& json) {
+        json.key("code").number(static_cast<int>(report.code));
+        json.key("kind").text(report.kind);
+    });
+}
+
+void Output::warn(std::string_view message) {
+    say("warning", message, [](JsonWriter&) {});
+}
+
+void Output::say(std::string_view kind, std::string_view message, const Document& more) {
+    if (json_) {
+        JsonWriter json(errors_);
+        json.object([&] {
+            json.key(kind).object([&] {
+                more(json);
+                json.key("message").text(message);
+            });
+        });
+        errors_.write("\n");
+    } else {
+        TextWriter(errors_).print("tavo: {}{}\n", kind == "warning" ? "warning: " : "", message);
+    }
+    errors_.flush();
 }
 
 void Output::finish() {
-    if (std::fflush(stdout) != 0 && writeError_ == 0)
-        writeError_ = errno;
-    if (writeError_ != 0)
+    output_.flush();
+    if (output_.error() != 0)
         throw Failure(ExitCode::protocol, fmt::format("cannot write to the standard output: {}",
-                                                      std::generic_category().message(writeError_)));
-}
-
-std::string printable(std::string_view text) {
-    std::string made;
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if ((byte < 0x20 && c != '\n') || byte == 0x7f)
-            made += fmt::format("\\x{:02x}", byte);
-        else
-            made += c;
-    }
-    return made;
+                                                      std::generic_category().message(output_.error())));
 }
 
 // NOLINTNEXTLINE(concurrency-mt-unsafe): the locale is set once, before any thread is started

@@ -1,41 +1,25 @@
 #include <tavo/cli/password.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <cstring>
 #include <system_error>
 
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <poll.h>
 #include <sys/signalfd.h>
+#include <sys/stat.h>
 #include <termios.h>
 #include <unistd.h>
 
+#include <tavo/cli/descriptor.h>
 #include <tavo/cli/failure.h>
-#include <tavo/cli/files.h>
 
 namespace TAVO::cli {
 
 namespace {
-
-class Descriptor {
-public:
-    explicit Descriptor(int number)
-        : number_(number) {}
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() {
-        if (number_ >= 0)
-            ::close(number_);
-    }
-    int number() const { return number_; }
-    bool isOpen() const { return number_ >= 0; }
-
-private:
-    int number_;
-};
 
 /// Holds back the signals that would end or stop the process and makes them readable instead.
 class HeldSignals {
@@ -94,7 +78,7 @@ private:
 };
 
 struct Answer {
-    std::string line;
+    Secret line;
     int signal = 0;
 };
 
@@ -118,7 +102,7 @@ Answer readLine(int terminal, const HeldSignals& signals) {
             throw Failure(ExitCode::usage, "no password was typed");
         if (c == '\n')
             return answer;
-        answer.line += c;
+        answer.line.append(c);
     }
 }
 
@@ -130,7 +114,7 @@ Answer askOnce(int terminal, const std::string& prompt) {
     return readLine(terminal, signals);
 }
 
-std::string ask(const std::string& user) {
+Secret ask(const std::string& user) {
     const Descriptor terminal(::open("/dev/tty", O_RDWR | O_CLOEXEC));
     if (!terminal.isOpen())
         throw Failure(ExitCode::usage, "no password: there is no terminal to ask at; use --password-file or "
@@ -144,22 +128,64 @@ std::string ask(const std::string& user) {
     }
 }
 
-std::string firstLine(const std::string& file) {
-    auto line = readFile(file);
-    line.resize(std::min(line.find('\n'), line.size()));
-    if (line.ends_with('\r'))
-        line.pop_back();
+[[noreturn]] void refuseFile(const std::string& path) {
+    throw Failure(ExitCode::usage,
+                  fmt::format("cannot read '{}': {}", path, std::generic_category().message(errno)));
+}
+
+/// Byte by byte, so that no buffer keeps any of it.
+Secret firstLine(int file, const std::string& path) {
+    Secret line;
+    for (;;) {
+        char c = 0;
+        const auto got = ::read(file, &c, 1);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0)
+            refuseFile(path);
+        if (got == 0 || c == '\n')
+            break;
+        line.append(c);
+    }
+    if (line.text().ends_with('\r'))
+        line.removeLast();
     return line;
+}
+
+Secret passwordIn(const std::string& path, const std::function<void(std::string_view)>& warn) {
+    const bool isInput = path == "-";
+    const Descriptor opened(isInput ? -1 : ::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    const int file = isInput ? STDIN_FILENO : opened.number();
+    struct stat found {};
+    if (file < 0 || ::fstat(file, &found) != 0)
+        refuseFile(path);
+    if (S_ISREG(found.st_mode) && (found.st_mode & (S_IRWXG | S_IRWXO)) != 0)
+        warn(fmt::format("the password file '{}' is open to others: its mode is {:04o}, not 0600", path,
+                         found.st_mode & mode_t{07777}));
+    return firstLine(file, path);
 }
 
 } // namespace
 
-std::string findPassword(const std::optional<std::string>& file, const std::string& user) {
-    if (file)
-        return firstLine(*file);
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): the tool never changes its environment
-    if (const auto* variable = std::getenv("TAVO_PASSWORD"))
-        return variable;
+std::optional<Secret> takePasswordOfEnvironment() {
+    constexpr const char* name = "TAVO_PASSWORD";
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): the process has one thread
+    auto* value = std::getenv(name);
+    if (value == nullptr)
+        return std::nullopt;
+    Secret password(value);
+    // The system shows this memory to whoever may look at the process's environment.
+    ::explicit_bzero(value, password.text().size());
+    ::unsetenv(name); // NOLINT(concurrency-mt-unsafe): the process has one thread
+    return password;
+}
+
+Secret findPassword(const PasswordSources& sources, const std::string& user,
+                    const std::function<void(std::string_view)>& warn) {
+    if (sources.file)
+        return passwordIn(*sources.file, warn);
+    if (sources.environment)
+        return sources.environment->copy();
     return ask(user);
 }
 

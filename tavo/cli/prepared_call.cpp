@@ -1,14 +1,14 @@
 #include <tavo/cli/prepared_call.h>
 
 #include <algorithm>
+#include <optional>
 #include <stdexcept>
 #include <utility>
 
 #include <fmt/format.h>
 
 #include <tavo/cli/field_text.h>
-#include <tavo/cli/json_value.h>
-#include <tavo/cli/output.h>
+#include <tavo/cli/value_output.h>
 
 namespace TAVO::cli {
 
@@ -110,23 +110,13 @@ dto::Params makeParams(const std::string& fullName, const MethodRow& row,
     return {std::move(request)};
 }
 
-std::string memberText(const Value::Member& member) {
-    const auto* list = std::get_if<Value::List>(&member.value.data);
-    const bool hasRecords =
-        list && !list->empty() && std::holds_alternative<Value::Record>(list->front().data);
-    if (std::holds_alternative<Value::Record>(member.value.data))
-        return fmt::format("  {} = {{{}}}\n", member.name, member.value.toString());
-    if (!hasRecords)
-        return fmt::format("  {} = {}\n", member.name, member.value.toString());
-    auto text = fmt::format("  {}:\n", member.name);
-    for (const auto& element : *list)
-        text += fmt::format("    - {}\n", element.toString());
-    return text;
+/// What an executed call replied, if it did.
+std::optional<ValueView> replyOf(const PreparedCall& call) {
+    const auto reply = call.method->getResult().reply;
+    if (!call.row->reply || !reply)
+        return std::nullopt;
+    return call.row->reply->view(*reply);
 }
-
-Value replyOf(const PreparedCall& call) { return call.row->reply->toValue(*call.method->getResult().reply); }
-
-bool hasReply(const PreparedCall& call) { return call.row->reply && call.method->getResult().reply; }
 
 } // namespace
 
@@ -177,21 +167,20 @@ std::string signatureText(const MethodRow& row) {
     return text;
 }
 
-nlohmann::json resultDocument(const PreparedCall& call) {
-    return {{"method", call.method->getFullName()},
-            {"returnCode", call.method->returnCode()},
-            {"result", hasReply(call) ? toJson(replyOf(call)) : nlohmann::json()}};
+void writeResult(JsonWriter& json, const PreparedCall& call) {
+    json.key("method").text(call.method->getFullName());
+    json.key("result");
+    if (const auto reply = replyOf(call))
+        writeValue(json, *reply);
+    else
+        json.null();
+    json.key("returnCode").number(call.method->returnCode());
 }
 
-std::string resultText(const PreparedCall& call) {
-    auto text =
-        printable(fmt::format("{}: return code {}\n", call.method->getFullName(), call.method->returnCode()));
-    if (!hasReply(call))
-        return text;
-    const auto reply = replyOf(call);
-    for (const auto& member : std::get<Value::Record>(reply.data))
-        text += memberText(member);
-    return text;
+void writeResult(TextWriter& text, const PreparedCall& call) {
+    text.print("{}: return code {}\n", call.method->getFullName(), call.method->returnCode());
+    if (const auto reply = replyOf(call))
+        writeFields(text, std::get<ValueView::Record>(reply->data));
 }
 
 } // namespace TAVO::cli

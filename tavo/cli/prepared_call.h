@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include <nlohmann/json.hpp>
-
+#include <tavo/cli/json_writer.h>
 #include <tavo/cli/session.h>
+#include <tavo/cli/text_writer.h>
 #include <tavo/client.h>
 
 namespace TAVO::cli {
@@ -47,9 +47,9 @@ std::vector<const TAVOXTranscode::MethodRow*> callableMethods(const Object_v1_0&
 /// The method with its parameters and results in words: "get() -> state: u8".
 std::string signatureText(const TAVOXTranscode::MethodRow& row);
 
-/// The outcome of an executed call: {"method", "returnCode", "result"}, the result null without reply data.
-nlohmann::json resultDocument(const PreparedCall& call);
+/// The members "method", "result" and "returnCode" of an executed call, the result null without reply data.
+void writeResult(JsonWriter& json, const PreparedCall& call);
 /// The same in lines: the method and its return code, then a line for each field of the result.
-std::string resultText(const PreparedCall& call);
+void writeResult(TextWriter& text, const PreparedCall& call);
 
 } // namespace TAVO::cli

@@ -4,7 +4,7 @@
 
 #include <unistd.h>
 
-#include <tavo/cli/output.h>
+#include <tavo/cli/visible_text.h>
 
 namespace TAVO::cli {
 
@@ -25,7 +25,7 @@ Progress::~Progress() {
 void Progress::show(std::string_view text) {
     if (!onTerminal_)
         return;
-    std::fputs((clearLine + printable(text)).c_str(), stderr);
+    std::fputs((clearLine + visible(text)).c_str(), stderr);
     std::fflush(stderr);
     shown_ = true;
 }

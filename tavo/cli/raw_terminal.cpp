@@ -1,6 +1,6 @@
 #include <tavo/cli/raw_terminal.h>
 
-#include <csignal>
+#include <cerrno>
 
 #include <termios.h>
 #include <unistd.h>
@@ -12,7 +12,50 @@ namespace TAVO::cli {
 namespace {
 
 termios before{};
+termios raw{};
 volatile std::sig_atomic_t rawDescriptor = -1;
+
+struct sigaction actionOf(void (*handler)(int)) {
+    struct sigaction action {};
+    action.sa_handler = handler;
+    action.sa_flags = SA_RESTART;
+    // Neither comes between the other's steps.
+    sigemptyset(&action.sa_mask);
+    sigaddset(&action.sa_mask, SIGTSTP);
+    sigaddset(&action.sa_mask, SIGCONT);
+    return action;
+}
+
+/// Stops the process as SIGTSTP does where nobody handles it; returns when it goes on.
+void stopByDefault() {
+    struct sigaction handler {};
+    const auto byDefault = actionOf(SIG_DFL);
+    ::sigaction(SIGTSTP, &byDefault, &handler);
+    sigset_t stop;
+    sigset_t mask;
+    sigemptyset(&stop);
+    sigaddset(&stop, SIGTSTP);
+    static_cast<void>(std::raise(SIGTSTP));
+    ::pthread_sigmask(SIG_UNBLOCK, &stop, &mask); // here it stops
+    ::pthread_sigmask(SIG_SETMASK, &mask, nullptr);
+    ::sigaction(SIGTSTP, &handler, nullptr);
+}
+
+void takeTerminal(int /*signal*/) {
+    const int error = errno;
+    if (rawDescriptor >= 0)
+        ::tcsetattr(rawDescriptor, TCSANOW, &raw);
+    errno = error;
+}
+
+void giveBackAndStop(int /*signal*/) {
+    const int error = errno;
+    if (rawDescriptor >= 0)
+        ::tcsetattr(rawDescriptor, TCSANOW, &before);
+    stopByDefault();
+    takeTerminal(SIGCONT); // also where the process was not stopped
+    errno = error;
+}
 
 } // namespace
 
@@ -21,21 +64,35 @@ RawTerminal::RawTerminal(int descriptor) {
         return;
     if (::tcgetattr(descriptor, &before) != 0)
         throw Failure(ExitCode::usage, "cannot look at the terminal");
-    rawDescriptor = descriptor;
-    auto raw = before;
+    raw = before;
     ::cfmakeraw(&raw);
+    rawDescriptor = descriptor;
     if (::tcsetattr(descriptor, TCSAFLUSH, &raw) != 0) {
         restore();
         throw Failure(ExitCode::usage, "cannot set the terminal");
     }
+    taken_ = true;
+    const auto stop = actionOf(giveBackAndStop);
+    const auto proceed = actionOf(takeTerminal);
+    ::sigaction(SIGTSTP, &stop, &stopBefore_);
+    if (stopBefore_.sa_handler == SIG_IGN)
+        ::sigaction(SIGTSTP, &stopBefore_, nullptr);
+    ::sigaction(SIGCONT, &proceed, &continueBefore_);
 }
 
-RawTerminal::~RawTerminal() { restore(); }
+RawTerminal::~RawTerminal() {
+    if (taken_) {
+        ::sigaction(SIGTSTP, &stopBefore_, nullptr);
+        ::sigaction(SIGCONT, &continueBefore_, nullptr);
+    }
+    restore();
+}
 
 void RawTerminal::restore() {
-    if (rawDescriptor >= 0)
-        ::tcsetattr(rawDescriptor, TCSANOW, &before);
+    const int descriptor = rawDescriptor;
     rawDescriptor = -1;
+    if (descriptor >= 0)
+        ::tcsetattr(descriptor, TCSANOW, &before);
 }
 
 } // namespace TAVO::cli

@@ -11,11 +11,18 @@ namespace {
 
 constexpr int receivedAtOnce = 16 * 1024;
 
-/// A call by name, for the operation of the proxy does not send the bytes as they are.
+// Calls by name, for the operations of the proxy do not move the bytes as they are.
+
 std::shared_ptr<Method> sending(const CommonModules::Com_v1_0& port, std::string_view bytes) {
     const auto request = std::make_shared<dto::com::SendRequest>();
     request->data.assign(bytes.begin(), bytes.end());
     return std::make_shared<Method>("send", port, dto::Params{request});
+}
+
+std::shared_ptr<BoundMethod<dto::com::RecvReply>> receiving(const CommonModules::Com_v1_0& port) {
+    const auto request = std::make_shared<dto::com::RecvRequest>();
+    request->value = receivedAtOnce;
+    return std::make_shared<BoundMethod<dto::com::RecvReply>>("recv", port, dto::Params{request});
 }
 
 } // namespace
@@ -38,7 +45,7 @@ SerialLink::~SerialLink() {
 }
 
 std::string SerialLink::exchange(std::string_view bytes) {
-    const auto receive = port_->getRecvMethod(receivedAtOnce);
+    const auto receive = receiving(*port_);
     std::vector<std::shared_ptr<Method>> calls;
     if (!bytes.empty())
         calls.push_back(sending(*port_, bytes));
@@ -46,10 +53,8 @@ std::string SerialLink::exchange(std::string_view bytes) {
     session_.run(calls);
     for (const auto& call : calls)
         requireSuccess(*call);
-    std::string received;
-    for (const int byte : receive->value())
-        received += static_cast<char>(byte);
-    return received;
+    const auto data = receive->take().data;
+    return {data.begin(), data.end()};
 }
 
 void SerialLink::close() {

@@ -5,7 +5,9 @@
 #include <string_view>
 #include <utility>
 
+#include <tavo/cli/name_list.h>
 #include <tavo/cli/password.h>
+#include <tavo/cli/via_transport.h>
 #include <tavo/simulator/simulator.h>
 
 namespace TAVO::cli {
@@ -35,8 +37,10 @@ bool isOwnFault(std::string_view message) {
 
 } // namespace
 
-Session::Session(ConnectionOptions options)
-    : options_(std::move(options)) {
+Session::Session(ConnectionOptions options, std::function<void(std::string_view)> warn)
+    : options_(std::move(options))
+    , warn_(std::move(warn))
+    , environmentPassword_(takePasswordOfEnvironment()) {
     registerObjects();
 }
 
@@ -59,11 +63,12 @@ Session::Account Session::account() const {
         const auto accounts = simulator::Options().accounts;
         const auto known = accounts.find(options_.user.value_or(simulatorUser));
         if (known != accounts.end())
-            return {known->first, known->second};
+            return {known->first, Secret(known->second)};
     }
     if (!options_.user)
         throw Failure(ExitCode::usage, "--user is needed: this command takes the lock of the device");
-    return {*options_.user, findPassword(options_.passwordFile, *options_.user)};
+    return {*options_.user,
+            findPassword({options_.passwordFile, environmentPassword_}, *options_.user, warn_)};
 }
 
 void Session::startSimulator() {
@@ -86,15 +91,24 @@ int Session::port() const {
 
 std::string Session::address() { return fmt::format("{}:{}", options_.host, port()); }
 
+std::unique_ptr<Transport> Session::tunnel() {
+    const auto stop = std::make_shared<ViaTransport::Stop>();
+    watch().alsoInterrupt([stop] { stop->interrupt(); });
+    return std::make_unique<ViaTransport>(viaCommand(*options_.via, options_.host, port()), stop);
+}
+
 Device& Session::device() {
     if (device_)
         return *device_;
-    const auto [user, password] = account();
+    const auto identity = account();
     if (options_.simulated)
         startSimulator();
-    device_ = watch().await([&, &user = user, &password = password] {
-        return DeviceFactory::buildDevice(options_.host, port(), user, password, options_.secure,
-                                          watch().interrupter());
+    device_ = watch().await([&] {
+        if (options_.via)
+            return DeviceFactory::buildDevice(tunnel(), identity.user, identity.password.text(),
+                                              options_.secure);
+        return DeviceFactory::buildDevice(options_.host, port(), identity.user, identity.password.text(),
+                                          options_.secure, watch().interrupter());
     });
     return *device_;
 }
@@ -102,8 +116,13 @@ Device& Session::device() {
 Device& Session::identify(Device_Factory_Structs::TavoDeviceDescriptor& descriptor) {
     if (options_.simulated)
         startSimulator();
-    device_ = watch().await(
-        [&] { return DeviceFactory::queryDevice(options_.host, port(), descriptor, watch().interrupter()); });
+    device_ = watch().await([&] {
+        if (!options_.via)
+            return DeviceFactory::queryDevice(options_.host, port(), descriptor, watch().interrupter());
+        auto device = DeviceFactory::queryDevice(tunnel(), descriptor);
+        descriptor.port = port();
+        return device;
+    });
     return *device_;
 }
 
@@ -119,13 +138,14 @@ Objects Session::objects() {
 }
 
 std::shared_ptr<Object_v1_0> Session::find(const std::string& fullName) {
-    std::string known;
+    NameList known;
     for (const auto& object : objects()) {
-        if (object->getFullName() == fullName)
+        const auto name = object->getFullName();
+        if (name == fullName)
             return object;
-        known += (known.empty() ? "" : ", ") + object->getFullName();
+        known.add(name);
     }
-    throw Failure(ExitCode::notFound, fmt::format("no object '{}'; there are: {}", fullName, known));
+    throw Failure(ExitCode::notFound, fmt::format("no object '{}'; there are: {}", fullName, known.text()));
 }
 
 void Session::exchange(const std::vector<std::shared_ptr<Method>>& methods) {

@@ -1,15 +1,18 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <fmt/format.h>
 
 #include <tavo/cli/failure.h>
 #include <tavo/cli/interrupt.h>
+#include <tavo/cli/secret.h>
 #include <tavo/client.h>
 
 namespace TAVO::simulator {
@@ -24,6 +27,8 @@ struct ConnectionOptions {
     std::optional<std::uint16_t> port;
     std::optional<std::string> user;
     std::optional<std::string> passwordFile;
+    /// The command through which the device is reached.
+    std::optional<std::string> via;
     bool secure = false;
     bool simulated = false;
     std::string topology = "standard";
@@ -36,7 +41,9 @@ using Objects = std::vector<std::shared_ptr<Object_v1_0>>;
 /// One device for the time of one command. It is opened when it is first needed and released at the end.
 class Session {
 public:
-    explicit Session(ConnectionOptions options);
+    /// Takes the password of the environment, which nothing else sees from then on.
+    /// @param warn is told what the user should know.
+    Session(ConnectionOptions options, std::function<void(std::string_view)> warn);
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
     /// Unlocks the device, if that takes no longer than a moment, and closes the connection.
@@ -82,16 +89,20 @@ public:
 private:
     struct Account {
         std::string user;
-        std::string password;
+        Secret password;
     };
 
     Account account() const;
+    /// The connection through the user's command.
+    std::unique_ptr<Transport> tunnel();
     void startSimulator();
     int port() const;
     void exchange(const std::vector<std::shared_ptr<Method>>& methods);
     InterruptWatch& watch();
 
     ConnectionOptions options_;
+    std::function<void(std::string_view)> warn_;
+    std::optional<Secret> environmentPassword_;
     std::unique_ptr<simulator::Simulator> simulator_;
     std::optional<InterruptWatch> watch_;
     std::shared_ptr<Device> device_;

@@ -5,6 +5,8 @@
 #include <csignal>
 #include <string_view>
 
+#include <sys/resource.h>
+
 #include <tavo/cli/arguments.h>
 #include <tavo/cli/interrupt.h>
 
@@ -21,9 +23,15 @@ void execute(int argc, char** argv, Output& output) {
     const auto program = parseArguments(argc, argv);
     output.write(program.help);
     if (program.action) {
-        Session session(program.connection);
+        Session session(program.connection, [&output](std::string_view warning) { output.warn(warning); });
         program.action(session, output);
     }
+}
+
+/// What a signal such as SIGQUIT leaves of a process would hold the password.
+void withoutCoreFile() {
+    const rlimit none{0, 0};
+    static_cast<void>(::setrlimit(RLIMIT_CORE, &none));
 }
 
 /// The exit status of an action, whose failure is told.
@@ -47,6 +55,7 @@ int runTool(int argc, char** argv) {
     holdStandardStreams();
     std::setlocale(LC_CTYPE, ""); // NOLINT(concurrency-mt-unsafe): no other thread has been started
     std::signal(SIGPIPE, SIG_IGN);
+    withoutCoreFile();
     Output output(wantsJson(argc, argv));
     try {
         const auto outcome = attempt(output, [&] { execute(argc, argv, output); });

@@ -1,7 +1,5 @@
 #include <tavo/client/method_tables.h>
 
-#include <vector>
-
 #include <tavo/client/commonmodules/cfa633_tables.h>
 #include <tavo/client/commonmodules/com_tables.h>
 #include <tavo/client/commonmodules/relay_tables.h>
@@ -22,12 +20,10 @@
 
 namespace TAVO {
 
-namespace {
-
-std::vector<ObjectTable> collectTables() {
+std::span<const ObjectTable> objectTables() noexcept {
     namespace core = TAVOXTranscode;
     namespace common = CommonModules::TAVOXTranscode;
-    return {
+    static const ObjectTable tables[] = {
         {"base", "1.0", core::base_v1_0::rows()},
         {"device", "1.0", core::device_v1_0::rows()},
         {"system", "1.0", core::system_v1_0::rows()},
@@ -53,12 +49,6 @@ std::vector<ObjectTable> collectTables() {
         {"com", "1.0", common::com_v1_0::rows()},
         {"cfa633", "1.0", common::cfa633_v1_0::rows()},
     };
-}
-
-} // namespace
-
-std::span<const ObjectTable> objectTables() noexcept {
-    static const auto tables = collectTables();
     return tables;
 }
 

@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
-#include <tavo/client/export.h>
 #include <tavo/simulator/clock.h>
+#include <tavo/simulator/export.h>
 #include <tavo/simulator/firmware_store.h>
 #include <tavo/simulator/lock.h>
 #include <tavo/simulator/models/board.h>
@@ -21,7 +21,7 @@ namespace TAVO::simulator {
 /// The state of a simulated appliance: its objects, lock, clock and firmware. Knows nothing of connections.
 ///
 /// Not synchronised by itself: a Simulator guards the one that it serves, see Simulator::inspect().
-class TAVO_API Appliance {
+class TAVO_SIMULATOR_API Appliance {
 public:
     /// With the objects "device", "system" and "private" and no root members.
     /// @param accounts user names and passwords. @param key what "getKey" answers.

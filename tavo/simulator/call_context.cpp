@@ -38,7 +38,7 @@ std::int64_t CallContext::time() const { return appliance_.clock().time() + dela
 std::int64_t CallContext::elapsed() const { return appliance_.clock().elapsed() + delay_.count(); }
 
 void CallContext::delay(std::chrono::microseconds duration) {
-    delay_ += std::max(duration, std::chrono::microseconds(0));
+    delay_ += std::clamp(duration, std::chrono::microseconds(0), Clock::longest - delay_);
 }
 
 } // namespace TAVO::simulator

@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <string>
 
-#include <tavo/client/export.h>
+#include <tavo/simulator/export.h>
 #include <tavo/simulator/return_codes.h>
 
 namespace TAVO::simulator {
@@ -36,7 +36,7 @@ inline constexpr std::uint32_t login = 1013;
 
 /// Thrown by a handler: the call ends with this return code and reply data of zeros. The rest of the batch is
 /// carried out.
-class TAVO_API Refusal : public std::exception {
+class TAVO_SIMULATOR_API Refusal : public std::exception {
 public:
     explicit Refusal(std::int32_t code);
     ~Refusal() override;
@@ -53,7 +53,7 @@ private:
 /// Thrown by a handler: the request ends here with a device error. The answer holds the results of the calls
 /// before this one; with device_error::execution also one for this call, with the return code `failure` and
 /// reply data of zeros. Any other exception of a handler counts as DeviceFault(execution, what()).
-class TAVO_API DeviceFault : public std::runtime_error {
+class TAVO_SIMULATOR_API DeviceFault : public std::runtime_error {
 public:
     DeviceFault(std::uint32_t code, const std::string& message);
     ~DeviceFault() override;
@@ -68,7 +68,7 @@ private:
 
 /// What a handler knows about the request that it serves, and what it can do to it. Lives for one request;
 /// not to be kept.
-class TAVO_API CallContext {
+class TAVO_SIMULATOR_API CallContext {
 public:
     CallContext(Appliance& appliance, std::uint32_t lockId, std::uint64_t connection);
     CallContext(const CallContext&) = delete;

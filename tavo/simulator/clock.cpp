@@ -35,8 +35,11 @@ std::int64_t Clock::elapsed() const {
 }
 
 void Clock::advance(std::chrono::microseconds duration) {
-    advanced_ += duration.count();
-    heldAt_ += duration.count();
+    const auto moved = [&](std::int64_t time) {
+        return std::min(time, longest.count()) + std::min(duration, longest).count();
+    };
+    advanced_ = std::min(moved(advanced_), longest.count());
+    heldAt_ = std::min(moved(heldAt_), longest.count());
 }
 
 void Clock::holdAt(std::int64_t elapsed) { heldAt_ = std::max(heldAt_, elapsed); }

@@ -9,7 +9,7 @@
 #include <variant>
 #include <vector>
 
-#include <tavo/client/export.h>
+#include <tavo/simulator/export.h>
 
 namespace TAVO::simulator {
 
@@ -94,7 +94,7 @@ using Fault =
                  faults::Size, faults::Stray, faults::DeviceError, faults::ReturnCode>;
 
 /// Whether the fault is of how the answer travels.
-TAVO_API bool isOfDelivery(const Fault& fault);
+TAVO_SIMULATOR_API bool isOfDelivery(const Fault& fault);
 
 /// Which request goes wrong, and how. Requests are counted from 1 over the life of a Simulator, over all its
 /// connections. A value type, not synchronised.
@@ -116,7 +116,7 @@ TAVO_API bool isOfDelivery(const Fault& fault);
 ///
 /// Numbers are decimal, or hexadecimal after `0x`. Examples: `3:cut=17`, `5:size=result:0xFFFFFFFF`,
 /// `2:error=1006:1:it broke`.
-class TAVO_API FaultScript {
+class TAVO_SIMULATOR_API FaultScript {
 public:
     FaultScript();
     /// One fault per line in the form above; blank lines and lines that start with # are skipped.

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include <tavo/client/export.h>
 #include <tavo/client/transcode/base_records.h>
+#include <tavo/simulator/export.h>
 
 namespace TAVO::simulator {
 
@@ -15,7 +15,7 @@ namespace TAVO::simulator {
 /// An update takes one second and one more for every 4 MiB, ten at most, of simulated time. An image that
 /// begins with the bytes "BAD" fails half-way, an empty one at once. A successful update raises the last part
 /// of the version by one.
-class TAVO_API FirmwareStore {
+class TAVO_SIMULATOR_API FirmwareStore {
 public:
     enum class State : std::uint32_t { idle = 0, writing = 1, done = 2, failed = 3 };
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include <tavo/client/export.h>
+#include <tavo/simulator/export.h>
 
 namespace TAVO::simulator {
 
@@ -18,7 +18,7 @@ struct LockHolder {
 
 /// The appliance's one lock and the accounts that may take it. The lock belongs to a user, not to a
 /// connection: it stays when the connection ends.
-class TAVO_API Lock {
+class TAVO_SIMULATOR_API Lock {
 public:
     /// @param accounts user names and passwords.
     explicit Lock(std::map<std::string, std::string> accounts);

@@ -9,7 +9,7 @@
 #include <thread>
 #include <vector>
 
-#include <tavo/client/export.h>
+#include <tavo/simulator/export.h>
 
 /// The far end of a connection, byte by byte, for tests of what a Simulator never does: a peer that speaks
 /// out of turn, half a reply, a server that is no appliance at all.
@@ -20,7 +20,7 @@ inline constexpr std::chrono::seconds peerPatience{20};
 
 /// One accepted connection, closed by its destructor. Every operation that waits ends after the patience with
 /// std::runtime_error that names what it waited for. One thread at a time.
-class TAVO_API PeerConnection {
+class TAVO_SIMULATOR_API PeerConnection {
 public:
     /// @param socket an accepted socket that does not block, as the system numbers it; closed by this object.
     explicit PeerConnection(std::intptr_t socket, std::chrono::milliseconds patience = peerPatience);
@@ -68,7 +68,7 @@ private:
 /// Much can be tested in one thread, because the system completes a connect and stores what is sent before
 /// the peer looks: let the client connect and send, then accept(), read and write, then let the client
 /// receive.
-class TAVO_API PeerListener {
+class TAVO_SIMULATOR_API PeerListener {
 public:
     /// @throws std::runtime_error
     explicit PeerListener(int backlog = 16, std::chrono::milliseconds patience = peerPatience);
@@ -109,7 +109,7 @@ private:
 /// @endcode
 ///
 /// When the script ends, by its end or by an exception, the port is closed.
-class TAVO_API ScriptedPeer {
+class TAVO_SIMULATOR_API ScriptedPeer {
 public:
     using Script = std::function<void(PeerListener&)>;
 

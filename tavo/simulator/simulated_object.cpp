@@ -7,6 +7,7 @@
 #include <tavo/client/object/object.h>
 #include <tavo/client/object/version.h>
 #include <tavo/simulator/appliance.h>
+#include <tavo/simulator/internal/limits.h>
 #include <tavo/simulator/internal/scramble.h>
 
 namespace TAVO::simulator {
@@ -139,6 +140,8 @@ void SimulatedObject::serveBaseMethods() {
         },
         Access::open);
     on<ReserveRequest, None>("reserve", [this](const ReserveRequest& request) {
+        if (std::max(request.first.size(), request.second.size()) > limits::reservationText)
+            throw Refusal(return_code::badArgument);
         const bool takesOver = request.flag != 0;
         if (reservation_ && reservation_->user != request.first && !takesOver)
             throw Refusal(return_code::busy);

@@ -12,10 +12,10 @@
 #include <utility>
 #include <vector>
 
-#include <tavo/client/export.h>
 #include <tavo/client/transcode/base_records.h>
 #include <tavo/client/transcode/method_row.h>
 #include <tavo/simulator/call_context.h>
+#include <tavo/simulator/export.h>
 
 namespace TAVO::simulator {
 
@@ -64,7 +64,7 @@ struct Reservation {
 /// they are the same in every run, and follow no order.
 ///
 /// Handlers run one at a time, with the appliance locked (Simulator::inspect); they must not block.
-class TAVO_API SimulatedObject {
+class TAVO_SIMULATOR_API SimulatedObject {
 public:
     /// The methods are the rows of that type and version, or none beside the eight of every object when the
     /// client library knows no such type. "1.0" is the version (1, 0, any) on the wire, "1.0.3" (1, 0, 3).

@@ -1,10 +1,10 @@
 #include <tavo/simulator/simulator.h>
 
 #include <algorithm>
-#include <deque>
 #include <stdexcept>
 
 #include <tavo/client/device/server_keys.h>
+#include <tavo/simulator/internal/call_log.h>
 #include <tavo/simulator/internal/server.h>
 #include <tavo/simulator/topology.h>
 
@@ -13,6 +13,8 @@ namespace TAVO::simulator {
 namespace {
 
 constexpr std::size_t longestLog = 65536;
+// After this time of a request it is the turn of others.
+constexpr std::chrono::milliseconds longestTurn{20};
 
 std::vector<std::uint8_t> keyNumber(int index) {
     const auto keys = serverKeys();
@@ -38,26 +40,49 @@ struct Simulator::State : RequestHandler {
     explicit State(Options given)
         : options(std::move(given))
         , appliance(options.accounts, keyNumber(options.serverKey)) {
+        if (options.mostConnections == 0)
+            throw std::invalid_argument("there must be room for a connection");
         topologyNamed(options.topology).build(appliance);
     }
 
+    /// Who waits for the mutex gets it before the one who has just given it back.
+    std::unique_lock<std::mutex> lock() {
+        const std::lock_guard next(turnstile);
+        return std::unique_lock(mutex);
+    }
+
     std::uint64_t connected() override {
-        const std::lock_guard guard(mutex);
+        const auto guard = lock();
         ++openConnections;
         return ++connections;
     }
 
     void disconnected() override {
-        const std::lock_guard guard(mutex);
+        const auto guard = lock();
         --openConnections;
     }
 
-    Response handle(std::uint64_t connection, const std::vector<std::uint8_t>& request) override {
-        const std::lock_guard guard(mutex);
-        auto response = runner(connection)->run(request);
+    std::unique_ptr<CallRunner> begin(std::uint64_t connection, std::vector<std::uint8_t> request) override {
+        const auto guard = lock();
+        auto made = runner(connection);
+        made->begin(std::move(request));
+        return made;
+    }
+
+    std::optional<Response> proceed(CallRunner& runner) override {
+        const auto guard = lock();
+        if (!runner.proceed(std::chrono::steady_clock::now() + longestTurn))
+            return std::nullopt;
+        auto response = runner.finish();
         if (response.delay.count() > 0)
             passTime(response.delay);
         return response;
+    }
+
+    std::uint32_t lockInUse() override {
+        const auto guard = lock();
+        const auto& holder = appliance.lock().holder();
+        return holder ? holder->lockId : 0;
     }
 
     /// Lets simulated time pass at once as far as the client does not have to wait for it.
@@ -71,30 +96,32 @@ struct Simulator::State : RequestHandler {
     }
 
     Response refuse(std::uint64_t connection) override {
-        const std::lock_guard guard(mutex);
+        const auto guard = lock();
         return runner(connection)->refuse();
     }
 
     std::unique_ptr<CallRunner> runner(std::uint64_t connection) {
         ++requests;
-        return std::make_unique<CallRunner>(appliance, requests, connection, faults.faultsAt(requests), log);
+        const bool isTold = observer || options.mostLogBytes > 0;
+        return std::make_unique<CallRunner>(appliance, requests, connection, faults.faultsAt(requests),
+                                            isTold ? log : noLog, options.mostAnswerBytes);
     }
 
     void enterCall(CallRecord record) {
         if (observer)
             observer(record);
-        calls.push_back(std::move(record));
-        if (calls.size() > longestLog)
-            calls.pop_front();
+        calls.add(std::move(record));
     }
 
     const Options options;
+    const CallRunner::Log noLog;
     const CallRunner::Log log = [this](CallRecord record) { enterCall(std::move(record)); };
 
-    mutable std::mutex mutex;
+    std::mutex turnstile;
+    std::mutex mutex;
     Appliance appliance;
     FaultScript faults;
-    std::deque<CallRecord> calls;
+    CallLog calls{longestLog, options.mostLogBytes};
     std::function<void(const CallRecord&)> observer;
     std::uint64_t requests = 0;
     std::uint64_t connections = 0;
@@ -115,8 +142,10 @@ void Simulator::start() {
     if (state_->server)
         return;
     const auto known = port();
+    const auto& options = state_->options;
     state_->server =
-        std::make_unique<Server>(state_->options.host, known != 0 ? known : state_->options.port, *state_);
+        std::make_unique<Server>(options.host, known != 0 ? known : options.port,
+                                 ServerLimits{options.mostConnections, options.mostHeldBytes}, *state_);
     const auto guard = lockAppliance();
     state_->port = state_->server->port();
 }
@@ -143,7 +172,7 @@ void Simulator::failNext(Fault fault, std::uint64_t ahead) {
 
 std::vector<CallRecord> Simulator::calls() const {
     const auto guard = lockAppliance();
-    return {state_->calls.begin(), state_->calls.end()};
+    return state_->calls.records();
 }
 
 void Simulator::clearCalls() {
@@ -176,7 +205,7 @@ std::optional<LockHolder> Simulator::lockHolder() const {
     return state_->appliance.lock().holder();
 }
 
-std::unique_lock<std::mutex> Simulator::lockAppliance() const { return std::unique_lock(state_->mutex); }
+std::unique_lock<std::mutex> Simulator::lockAppliance() const { return state_->lock(); }
 
 Appliance& Simulator::appliance() { return state_->appliance; }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -11,9 +12,9 @@
 #include <utility>
 #include <vector>
 
-#include <tavo/client/export.h>
 #include <tavo/client/transcode/value.h>
 #include <tavo/simulator/appliance.h>
+#include <tavo/simulator/export.h>
 #include <tavo/simulator/fault_script.h>
 
 namespace TAVO::simulator {
@@ -33,10 +34,21 @@ struct Options {
     /// The longest time that the answer to one request is held back when the client asks the appliance to
     /// sleep. What goes beyond passes at once, on the simulated clock alone.
     std::chrono::microseconds longestDelay = std::chrono::seconds(10);
+    /// How many connections may be open, at least 1. For one more the one that has been idle for the longest
+    /// time is closed, but none of a client that holds the lock; when all do, the new one is closed.
+    std::size_t mostConnections = 512;
+    /// How many bytes of requests that are still coming and of answers that are still going are kept, over
+    /// all connections. Beyond that connections are closed, those first whose client has neither sent nor
+    /// taken anything for the longest time, and those of a client that holds the lock not for others.
+    std::size_t mostHeldBytes = std::size_t{512} << 20;
+    /// A request whose results have reached so many bytes ends with a device error before its next call.
+    std::size_t mostAnswerBytes = std::size_t{64} << 20;
+    /// How much memory calls() may take; 0 keeps no calls.
+    std::size_t mostLogBytes = std::size_t{64} << 20;
 };
 
 /// One call that reached the appliance.
-struct TAVO_API CallRecord {
+struct TAVO_SIMULATOR_API CallRecord {
     /// Counted from 1 over the simulator's life; the calls of one batch share it.
     std::uint64_t request = 0;
     /// Counted from 1 over the simulator's life.
@@ -48,7 +60,8 @@ struct TAVO_API CallRecord {
     std::string object;
     /// Empty for an unknown method id.
     std::string method;
-    /// The parameters by name, an empty record when there are none or they are malformed.
+    /// The parameters by name, an empty record when there are none, when they are malformed or over 8 MiB,
+    /// and when they alone are too large for the log.
     Value parameters;
     /// What the call answered; return_code::failure when it ended with a device error.
     std::int32_t returnCode = 0;
@@ -68,13 +81,15 @@ struct TAVO_API CallRecord {
 /// auto device = TAVO::DeviceFactory::buildDevice("127.0.0.1", simulator.port(), "engineer", "tavo", true);
 /// @endcode
 ///
-/// It listens on one address and serves any number of connections from one thread of its own, which runs from
-/// start() to stop(). All operations may be called from any thread, but start() and stop() not from a handler
-/// of an object or from the observer.
-class TAVO_API Simulator {
+/// It listens on one address and serves many connections from one thread of its own, which runs from start()
+/// to stop(). A request that takes long is carried out in pieces, between which others are served. All
+/// operations may be called from any thread, but start() and stop() not from a handler of an object or from
+/// the observer.
+class TAVO_SIMULATOR_API Simulator {
 public:
     /// Makes the appliance; listens to nothing and starts no thread.
-    /// @throws std::invalid_argument for an unknown topology, a mistake in its file, or an unknown key index.
+    /// @throws std::invalid_argument for an unknown topology, a mistake in its file, an unknown key index, or
+    ///         no connections.
     explicit Simulator(Options options = {});
     /// Stops.
     ~Simulator();
@@ -96,7 +111,7 @@ public:
     /// @throws std::invalid_argument as FaultScript::at.
     void failNext(Fault fault, std::uint64_t ahead = 1);
 
-    /// The last calls, 65536 at most, in the order in which they were carried out.
+    /// The last calls, 65536 and Options::mostLogBytes at most, in the order in which they were carried out.
     std::vector<CallRecord> calls() const;
     void clearCalls();
     /// Is called for every call from now on, in the simulator's thread. Must not call the simulator; an empty

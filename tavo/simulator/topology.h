@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include <tavo/client/export.h>
+#include <tavo/simulator/export.h>
 
 namespace TAVO::simulator {
 
@@ -22,7 +22,7 @@ struct Topology {
 };
 
 /// All topologies that have a name of their own, the first being the default.
-TAVO_API const std::vector<Topology>& topologies();
+TAVO_SIMULATOR_API const std::vector<Topology>& topologies();
 
 /// Reads a topology from a JSON file:
 ///
@@ -39,10 +39,10 @@ TAVO_API const std::vector<Topology>& topologies();
 /// Every type and every version is accepted. A type that has no model gets the eight methods of every object
 /// alone.
 /// @throws std::invalid_argument that names the file, the place in it and what is wrong.
-TAVO_API Topology loadTopology(const std::filesystem::path& file);
+TAVO_SIMULATOR_API Topology loadTopology(const std::filesystem::path& file);
 
 /// The topology of that name, or the one in the file of that path when it ends in ".json".
 /// @throws std::invalid_argument that names the topology and those that there are; or as loadTopology.
-TAVO_API Topology topologyNamed(const std::string& name);
+TAVO_SIMULATOR_API Topology topologyNamed(const std::string& name);
 
 } // namespace TAVO::simulator

@@ -59,7 +59,6 @@ class SiloFactory : public TAVO::ObjectFactory {
 public:
     SiloFactory()
         : ObjectFactory("silo") {}
-    ~SiloFactory() override { m_factoryMap->erase("silo"); }
 
 private:
     std::shared_ptr<TAVO::Container> build(std::shared_ptr<TAVO::Device> device,

@@ -96,8 +96,9 @@ TEST_F(I2cCommand, DumpShowsAllRegistersInOneExchange) {
 
 TEST_F(I2cCommand, DumpTakesARangeAndWideRegisterNumbers) {
     simulator.inspect([](Appliance& appliance) {
-        std::vector<std::uint8_t> bytes(0x1234, 0);
-        bytes.insert(bytes.end(), {0x68, 0x69});
+        std::vector<std::uint8_t> bytes(0x1236, 0);
+        bytes[0x1234] = 0x68;
+        bytes[0x1235] = 0x69;
         appliance.get<I2c>("i2c").bus().at<Eeprom>(0x54).setContent(bytes);
     });
     const auto run = i2c({"dump", "0x54", "--word-address", "--range", "0x1234-0x1236"});

@@ -1,20 +1,13 @@
 #include <chrono>
 #include <cstdint>
-#include <filesystem>
-#include <fstream>
-#include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
-#include <tavo/cli/failure.h>
-#include <tavo/cli/new_file.h>
 #include <tavo/cli/progress_bar.h>
 #include <tavo/cli/serial_link.h>
 
 namespace {
 
-namespace fs = std::filesystem;
 using namespace TAVO::cli;
 using namespace std::chrono_literals;
 
@@ -44,58 +37,6 @@ TEST(TextWatch, NeverFindsAnEmptyText) {
     TextWatch watch("");
     EXPECT_FALSE(watch.sees(""));
     EXPECT_FALSE(watch.sees("anything"));
-}
-
-class NewFileTest : public testing::Test {
-protected:
-    NewFileTest()
-        : folder(fs::path(testing::TempDir()) /
-                 ("new_file_" + std::string(testing::UnitTest::GetInstance()->current_test_info()->name()))) {
-        fs::remove_all(folder);
-        fs::create_directory(folder);
-    }
-    ~NewFileTest() override { fs::remove_all(folder); }
-
-    static std::string contentOf(const fs::path& path) {
-        std::ifstream in(path);
-        return {std::istreambuf_iterator<char>(in), {}};
-    }
-    static void replace(const fs::path& path) {
-        const std::vector<std::uint8_t> bytes = {'n', 'e', 'w'};
-        NewFile file(path);
-        file.write(bytes);
-        file.complete();
-    }
-
-    fs::path folder;
-};
-
-TEST_F(NewFileTest, IsThereOnlyWhenItIsComplete) {
-    const auto path = folder / "file";
-    {
-        NewFile file(path);
-        EXPECT_FALSE(fs::exists(path));
-    }
-    EXPECT_TRUE(fs::is_empty(folder));
-    replace(path);
-    EXPECT_EQ(contentOf(path), "new");
-}
-
-TEST_F(NewFileTest, KeepsPermissionsAndLinks) {
-    const auto path = folder / "file";
-    std::ofstream(path) << "old content";
-    fs::permissions(path, fs::perms(0604));
-    fs::create_symlink(path, folder / "link");
-    replace(folder / "link");
-    EXPECT_TRUE(fs::is_symlink(folder / "link"));
-    EXPECT_EQ(contentOf(path), "new");
-    EXPECT_EQ(fs::status(path).permissions(), fs::perms(0604));
-}
-
-TEST_F(NewFileTest, RefusesWhatIsNoRegularFile) {
-    EXPECT_THROW(NewFile(folder.string()), Failure);
-    EXPECT_THROW(NewFile("/dev/null"), Failure);
-    EXPECT_THROW(NewFile((folder / "no" / "file").string()), Failure);
 }
 
 } // namespace

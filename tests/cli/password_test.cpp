@@ -1,10 +1,16 @@
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <fstream>
+#include <iterator>
 #include <string>
+#include <thread>
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <sys/stat.h>
 
 #include <tests/cli/tool_fixture.h>
 
@@ -52,6 +58,46 @@ TEST_F(Password, OfTheEnvironmentIsUsed) {
     EXPECT_EQ(support::runProcess(environment).output, "off\n");
     environment.environment["TAVO_PASSWORD"] = "";
     EXPECT_EQ(support::runProcess(environment).exitCode, 4);
+}
+
+TEST_F(Password, InAFileThatIsOpenToOthersIsToldAndUsed) {
+    const auto name = file("tavo\n");
+    for (const mode_t mode : {0644u, 0620u, 0601u}) {
+        ASSERT_EQ(::chmod(name.c_str(), mode), 0);
+        const auto run = support::runProcess(setup({"--password-file", name}));
+        EXPECT_EQ(run.output, "off\n");
+        EXPECT_EQ(run.errors,
+                  fmt::format("tavo: warning: the password file '{}' is open to others: its mode is "
+                              "{:04o}, not 0600\n",
+                              name, mode));
+    }
+    const auto warning = jsonOf(support::runProcess(setup({"--password-file", name, "--json"})).errors);
+    EXPECT_THAT(warning["warning"]["message"].get<std::string>(), HasSubstr("its mode is 0601"));
+    for (const mode_t mode : {0600u, 0400u}) {
+        ASSERT_EQ(::chmod(name.c_str(), mode), 0);
+        EXPECT_THAT(support::runProcess(setup({"--password-file", name})).errors, IsEmpty());
+    }
+    std::remove(name.c_str());
+}
+
+TEST_F(Password, OfTheEnvironmentIsNotLeftThere) {
+    auto environment =
+        toolWith(address() + Words{"--user", "engineer", "call", "system.usleep", "microseconds=1000000000"});
+    environment.environment["TAVO_PASSWORD"] = "tavo";
+    const auto before = simulator.requestCount();
+    support::Process process(environment);
+    const auto deadline = std::chrono::steady_clock::now() + support::processPatience;
+    while (simulator.requestCount() < before + 5 && std::chrono::steady_clock::now() < deadline)
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    const auto contentOf = [&](const char* name) {
+        std::ifstream in(fmt::format("/proc/{}/{}", process.id(), name), std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(in), {});
+    };
+    EXPECT_THAT(contentOf("environ"), HasSubstr("LC_ALL=C"));
+    EXPECT_THAT(contentOf("environ"), Not(HasSubstr("TAVO_PASSWORD=tavo")));
+    EXPECT_THAT(contentOf("limits"), testing::ContainsRegex("Max core file size +0 +0 "));
+    process.signal(SIGTERM);
+    EXPECT_EQ(process.wait().signal, SIGTERM);
 }
 
 TEST_F(Password, IsNoArgument) {

@@ -198,8 +198,4 @@ TEST(DescribeFailure, GivesEveryExceptionItsExitCode) {
     EXPECT_EQ(codeOf(std::runtime_error("x")), 9);
 }
 
-TEST(Printable, LetsNoControlCharacterThroughButLineEnds) {
-    EXPECT_EQ(printable("a\x1b[2Jb\x7f\tc\n"), "a\\x1b[2Jb\\x7f\\x09c\n");
-}
-
 } // namespace

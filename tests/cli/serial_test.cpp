@@ -1,5 +1,6 @@
 #include <chrono>
 #include <csignal>
+#include <fstream>
 #include <optional>
 #include <string>
 #include <thread>
@@ -44,17 +45,20 @@ protected:
     }
 };
 
+/// Waits until the terminal hands over every key, or no more.
+void awaitRaw(const support::PseudoTerminal& terminal, bool raw) {
+    const auto deadline = std::chrono::steady_clock::now() + support::processPatience;
+    while (terminal.echoes() == raw && std::chrono::steady_clock::now() < deadline)
+        std::this_thread::sleep_for(2ms);
+    EXPECT_NE(terminal.echoes(), raw);
+}
+
 /// The console on a terminal, when it is ready for keys.
 class ConsoleOnTerminal {
 public:
     explicit ConsoleOnTerminal(support::ProcessSetup setup)
         : process(onTerminal(std::move(setup), terminal)) {
-        const auto deadline = std::chrono::steady_clock::now() + support::processPatience;
-        while (terminal.echoes()) {
-            if (std::chrono::steady_clock::now() > deadline)
-                throw std::runtime_error("The terminal does not become raw: " + process.wait().errors);
-            std::this_thread::sleep_for(2ms);
-        }
+        awaitRaw(terminal, true);
     }
 
     support::PseudoTerminal terminal;
@@ -134,12 +138,50 @@ TEST_F(SerialCommand, IsAConsoleOnATerminalUntilTheKeyThatLeaves) {
 }
 
 TEST_F(SerialCommand, GivesTheTerminalBackWhenASignalEndsIt) {
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
         ConsoleOnTerminal console(setupOf({"serial"}));
         console.process.signal(signal);
         EXPECT_EQ(console.process.wait().signal, signal);
         expectAllGivenBack(console.terminal);
     }
+}
+
+TEST_F(SerialCommand, GivesTheTerminalBackWhileItIsStopped) {
+    // A shell with job control, for a process that nobody can continue is never stopped.
+    const support::PseudoTerminal terminal;
+    auto setup = setupOf({"serial", "--loopback"});
+    setup.arguments.insert(
+        setup.arguments.begin(),
+        {"-mc", "\"$0\" \"$@\"; echo stopped; read line; fg; echo ended $?", setup.program});
+    setup.program = "/bin/sh";
+    setup.terminal = terminal.name();
+    support::Process shell(setup);
+    awaitRaw(terminal, true);
+    const auto children =
+        "/proc/" + std::to_string(shell.id()) + "/task/" + std::to_string(shell.id()) + "/children";
+    pid_t console = 0;
+    std::ifstream(children) >> console;
+    ASSERT_GT(console, 0);
+
+    ASSERT_EQ(::kill(console, SIGTSTP), 0);
+    EXPECT_EQ(shell.firstLine(), "stopped");
+    EXPECT_TRUE(terminal.echoes());
+    EXPECT_TRUE(portIsOpen());
+    terminal.type("\n");
+    awaitRaw(terminal, true);
+    terminal.type(leave);
+    const auto run = shell.wait();
+    EXPECT_THAT(run.output, testing::EndsWith("ended 0\n")) << run.errors;
+    expectAllGivenBack(terminal);
+}
+
+TEST_F(SerialCommand, TakesTheTerminalAgainWhenItGoesOnAfterAStopThatNobodySees) {
+    const ConsoleOnTerminal console(setupOf({"serial"}));
+    console.process.signal(SIGSTOP);
+    console.terminal.makeCooked();
+    EXPECT_TRUE(console.terminal.echoes());
+    console.process.signal(SIGCONT);
+    awaitRaw(console.terminal, true);
 }
 
 TEST_F(SerialCommand, GivesTheTerminalBackWhenASecondSignalEndsItBeforeASilentDevice) {

@@ -232,6 +232,8 @@ TEST_F(Opening, RefusesATreeThatIsNestedTooDeeply) {
 struct Step {
     std::string name;
     support::ApplianceServer::Fault fault;
+    /// The unlock goes over a new connection, whose key is checked first.
+    bool endsConnection;
 };
 
 void PrintTo(const Step& step, std::ostream* out) { *out << step.name; }
@@ -242,13 +244,14 @@ TEST_P(OpeningThatFails, AtAnyStepUnlocksWhatItHadLockedAndClosesTheConnection) 
     const auto steps = device + key + lock + rest;
     const auto locked = (device + key + lock).size();
     const auto before = support::openDescriptors();
+    const auto end = GetParam().endsConnection ? key + unlock : unlock;
     for (std::size_t failing = 1; failing <= steps.size(); ++failing) {
         server.change([](support::FakeAppliance& fake) { fake.forgetCalls(); });
         server.setFault(failing, GetParam().fault);
         EXPECT_THROW(build(true), TAVO::Error) << failing;
         server.awaitNoConnection();
         const Names done(steps.begin(), steps.begin() + static_cast<std::ptrdiff_t>(failing));
-        EXPECT_EQ(server.callNames(), failing > locked ? done + unlock : done) << failing;
+        EXPECT_EQ(server.callNames(), failing > locked ? done + end : done) << failing;
         EXPECT_EQ(server.calls().back().lockId, failing > locked ? 0x51u : 0u) << failing;
         EXPECT_EQ(support::openDescriptors(), before) << failing;
         server.setFault(failing, nullptr);
@@ -261,18 +264,21 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(Step{"DeviceError",
                          [](RawConnection& connection, const Bytes&) {
                              connection.write(support::errorReply(1002, "no"));
-                         }},
-                    Step{"Close", [](RawConnection& connection, const Bytes&) { connection.close(); }},
-                    Step{"Reset", [](RawConnection& connection, const Bytes&) { connection.reset(); }},
+                         },
+                         false},
+                    Step{"Close", [](RawConnection& connection, const Bytes&) { connection.close(); }, true},
+                    Step{"Reset", [](RawConnection& connection, const Bytes&) { connection.reset(); }, true},
                     Step{"ShortResult",
                          [](RawConnection& connection, const Bytes&) {
                              connection.write(support::replyWith({{0, 0}}));
-                         }},
+                         },
+                         false},
                     Step{"Cut",
                          [](RawConnection& connection, const Bytes& reply) {
                              connection.write(Bytes(reply.begin(), reply.end() - 1));
                              connection.close();
-                         }}),
+                         },
+                         true}),
     [](const auto& tested) { return tested.param.name; });
 
 } // namespace

@@ -10,6 +10,7 @@
 
 #include <tavo/cli/json_value.h>
 #include <tavo/simulator/topology.h>
+#include <tests/cli/attack/verbs.h>
 #include <tests/fuzz/method_choice.h>
 #include <tests/fuzz/opening_script.h>
 #include <tests/fuzz/request_script.h>
@@ -261,6 +262,18 @@ void addTopologies(Seeds& seeds) {
                                            R"(", "version": ")" + version + R"("}]})");
 }
 
+/// For each verb one of the last replies, each spoilt in another way.
+void addToolReplies(Seeds& seeds) {
+    const auto count = attack::verbs("").size();
+    for (std::size_t verb = 0; verb < count; ++verb) {
+        InputWriter input;
+        input.byte(verb).byte(verb / 2).word(1 + verb % 5);
+        for (std::size_t i = 0; i < 40; ++i)
+            input.byte(verb + 37 * i);
+        seeds.add("fuzz_tool_replies", input.bytes);
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -278,6 +291,7 @@ int main(int argc, char** argv) {
         addServerKeys(seeds);
         addArguments(seeds);
         addTopologies(seeds);
+        addToolReplies(seeds);
     } catch (const std::exception& error) {
         std::cerr << "tavo_fuzz_seeds: " << error.what() << "\n";
         return 1;

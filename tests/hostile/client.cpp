@@ -1,24 +1,26 @@
 #include <tests/hostile/client.h>
 
-#include <algorithm>
 #include <memory>
 #include <new>
+#include <type_traits>
 #include <typeinfo>
 
-#include <tavo/client/commonmodules/com.h>
+#include <tavo/client/commonmodules/com_records.h>
 #include <tavo/client/commonmodules/common_modules_objects.h>
 #include <tavo/client/device/core_objects.h>
 #include <tavo/client/device/device_factory.h>
 #include <tavo/client/device/device_v1_0.h>
+#include <tavo/client/hwdebug/hwd_objects.h>
+#include <tavo/client/hwdebug/lpc_post_code_records.h>
+#include <tavo/client/hwdebug/lpc_records.h>
 #include <tavo/client/object/multicall_queue.h>
+#include <tavo/client/transcode/codec.h>
 #include <tavo/client/wire/error.h>
 #include <tests/hostile/reply_model.h>
 
 namespace hostile {
 
 namespace {
-
-using Methods = std::vector<std::shared_ptr<TAVO::Method>>;
 
 std::string nameOf(const std::exception& failure) {
     const auto& type = typeid(failure);
@@ -35,44 +37,89 @@ std::string nameOf(const std::exception& failure) {
     return type.name();
 }
 
-std::string stepText(const std::string& name, const std::string& outcome, const Methods& methods) {
-    const auto set = std::count_if(methods.begin(), methods.end(),
-                                   [](const auto& method) { return method->isResultSet(); });
-    return name + ": " + outcome + ", " + std::to_string(set) + " results";
+TAVO::dto::Params parametersOf(const std::string& method, const Call& call) {
+    using TAVO::TAVOXTranscode::makeRequest;
+    if (method == "open")
+        return makeRequest<TAVO::dto::com::OpenRequest>(115200, 8, true, false, 1, false, false, false,
+                                                        false);
+    if (method == "reserve")
+        return makeRequest<TAVO::dto::Base::ReserveRequest>(0, "ann", "pc");
+    if (method == "recv")
+        return makeRequest<TAVO::dto::com::RecvRequest>(call.count);
+    if (method == "login")
+        return makeRequest<TAVO::dto::Device::LoginRequest>("ann");
+    return {};
 }
 
-std::string executed(TAVO::Device& device, const std::string& name, const Methods& methods) {
+std::shared_ptr<TAVO::Method> prepare(const TAVO::Device& device, const Call& call) {
+    const TAVO::Container* container = &device;
+    std::shared_ptr<TAVO::Container> found;
+    std::size_t begin = 0;
+    for (auto end = call.fullName.find('.'); end != std::string::npos;
+         begin = end + 1, end = call.fullName.find('.', begin)) {
+        const auto part = call.fullName.substr(begin, end - begin);
+        found = part == "device" ? device.getDevice() : container->getChild(part);
+        container = found.get();
+    }
+    const auto name = call.fullName.substr(begin);
+    return std::make_shared<TAVO::Method>(name, *container, parametersOf(name, call));
+}
+
+template <class T>
+void add(Contents& contents, const T& value) {
+    if constexpr (TAVO::TAVOXTranscode::Described<T>) {
+        TAVO::TAVOXTranscode::forEachField<T>([&](const auto& field) { add(contents, value.*field.member); });
+    } else if constexpr (std::is_arithmetic_v<T>) {
+        contents.number(
+            static_cast<std::make_unsigned_t<std::conditional_t<std::is_same_v<T, bool>, std::uint8_t, T>>>(
+                value));
+    } else if constexpr (std::is_same_v<T, std::string> || std::is_same_v<T, Bytes>) {
+        contents.block({reinterpret_cast<const char*>(value.data()), value.size()});
+    } else {
+        for (const auto& element : value)
+            add(contents, element);
+        contents.number(value.size());
+    }
+}
+
+/// Adds the reply if it is one of these.
+template <class... Replies>
+void addOneOf(Contents& contents, const TAVO::dto::reply_packet* reply) {
+    const auto tryOne = [&](const auto* record) {
+        if (record)
+            add(contents, *record);
+    };
+    (tryOne(dynamic_cast<const Replies*>(reply)), ...);
+}
+
+void addReply(Contents& contents, const TAVO::dto::reply_packet* reply) {
+    namespace dto = TAVO::dto;
+    addOneOf<dto::Base::TypeReply, dto::Base::AvailableReply, dto::Base::HeaderStatusGetReply,
+             dto::Device::InfoReply, dto::Device::LoginReply, dto::com::RecvReply,
+             dto::lpc::HeaderConnectionsReply, dto::lpcPostCode::FifoGetReply>(contents, reply);
+}
+
+std::string executed(TAVO::Device& device, const Exchange& exchange) {
     const auto queue = std::make_shared<TAVO::MulticallQueue>();
-    for (const auto& method : methods)
-        queue->add(method);
+    for (const auto& call : exchange.calls)
+        queue->add(prepare(device, call));
     const auto outcome = outcomeOf([&] { device.multicall(queue); });
-    return stepText(name, outcome, methods);
-}
-
-std::string step(TAVO::Device& device, std::size_t place) {
-    const auto uart = std::dynamic_pointer_cast<CommonModules::Com_v1_0>(device.getChild("uart"));
-    switch (place) {
-    case batchPlace:
-        return executed(device, "batch",
-                        {uart->getOpenMethod(115200, 8, true, false, 1, false, false, false, false),
-                         uart->getReserveMethod("ann", "pc"), uart->getRecvMethod(96),
-                         uart->getAvailableMethod(), uart->getCloseMethod()});
-    case faultyPlace:
-        return executed(device, "faulty",
-                        {uart->getRecvMethod(2), uart->getAvailableMethod(), uart->getCloseMethod()});
-    default: {
-        const auto info = device.getDevice()->getInfoMethod();
-        const auto outcome = outcomeOf([&] { device.call(info); });
-        return stepText("info", outcome, {info});
+    std::size_t results = 0;
+    Contents contents;
+    for (const auto& method : queue->getMethods()) {
+        if (!method->isResultSet())
+            continue;
+        ++results;
+        addReply(contents, method->getResult().reply.get());
     }
-    }
+    return stepText(exchange.name, outcome, results, contents);
 }
 
 std::string tryAgain(TAVO::Device& device) {
     for (std::size_t unexpected = 0;; ++unexpected) {
         const auto outcome = outcomeOf([&] { device.getDevice()->type(); });
-        if (outcome != unexpectedData)
-            return "again: " + std::to_string(unexpected) + " unexpected, " + outcome;
+        if (outcome != unexpectedData || unexpected == mostTries)
+            return againText(unexpected, outcome);
     }
 }
 
@@ -87,9 +134,22 @@ std::string outcomeOf(const std::function<void()>& action) {
     return "ok";
 }
 
-std::vector<std::string> converse(int port, std::size_t troubledPlace) {
+std::string stepText(const std::string& name, const std::string& outcome, std::size_t results,
+                     const Contents& contents) {
+    return name + ": " + outcome + ", " + std::to_string(results) + " results: " + contents.text();
+}
+
+std::string againText(std::size_t unexpected, const std::string& outcome) {
+    if (unexpected >= mostTries)
+        return "again: given up";
+    return "again: " + std::to_string(unexpected) + " unexpected, " + outcome;
+}
+
+std::vector<std::string> converse(const Conversation& conversation, int port,
+                                  std::optional<std::size_t> troubledPlace) {
     TAVO::CoreObjects::registerCoreObjects();
     CommonModules::CommonModulesObjects::registerCoreObjects();
+    TAVO::HWDebug::HwdObjects::registerCoreObjects();
     std::vector<std::string> events;
     std::shared_ptr<TAVO::Device> device;
     events.push_back("open: " + outcomeOf([&] {
@@ -97,10 +157,10 @@ std::vector<std::string> converse(int port, std::size_t troubledPlace) {
                      }));
     if (!device)
         return events;
-    for (auto place = lastOfOpening; place < unlockPlace; ++place) {
-        if (place > lastOfOpening)
-            events.push_back(step(*device, place));
-        if (place >= troubledPlace) {
+    for (auto place = conversation.lastOfOpening; place < conversation.unlockPlace(); ++place) {
+        if (place > conversation.lastOfOpening)
+            events.push_back(executed(*device, conversation[place]));
+        if (troubledPlace && place >= *troubledPlace) {
             events.push_back(tryAgain(*device));
             break;
         }

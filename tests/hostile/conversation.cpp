@@ -1,148 +1,125 @@
 #include <tests/hostile/conversation.h>
 
+#include <algorithm>
+#include <optional>
+#include <stdexcept>
+
+#include <tests/hostile/conversation_parts.h>
+#include <tests/hostile/positions.h>
+
 namespace hostile {
 
-namespace {
+namespace parts {
 
 using support::joined;
 using support::u32;
 
-// Instance ids, and on each object the ids of its methods.
-enum Instance : std::uint32_t { device = 0, system = 1, private_ = 2, uart = 5 };
-enum MethodId : std::uint32_t {
-    methods = 3,
-    type = 0x11,
-    version = 0x12,
-    members = 0x13,
-    rootMembers = 0x14,
-    lock = 0x15,
-    unlock = 0x16,
-    getKey = 0x17,
-    info = 0x18,
-    open = 0x21,
-    close = 0x22,
-    recv = 0x23,
-    reserve = 0x24,
-    available = 0x25
-};
-
-Bytes call(Instance instance, MethodId method, const Bytes& parameters = {}) {
+Bytes callOf(std::uint32_t instance, std::uint32_t method, const Bytes& parameters) {
     return joined({u32(instance), u32(method), support::block(parameters)});
 }
 
-Bytes request(std::uint32_t lock, std::initializer_list<Bytes> calls) {
-    return joined({u32(lock), u32(static_cast<std::uint32_t>(calls.size())), joined(calls)});
+Bytes requestOf(std::uint32_t heldLock, std::initializer_list<Bytes> calls) {
+    return joined({u32(heldLock), u32(static_cast<std::uint32_t>(calls.size())), joined(calls)});
 }
 
-Exchange single(std::uint32_t heldLock, Instance instance, MethodId method, const std::string& name,
-                const std::string& form, const Layout& content, const Bytes& parameters = {}) {
-    return {name,
-            request(heldLock, {call(instance, method, parameters)}),
-            {{name, form}},
-            reply({result(name, content)})};
-}
-
-const Layout deviceMethods = names({{"type", type},
-                                    {"version", version},
-                                    {"members", members},
-                                    {"rootMembers", rootMembers},
-                                    {"lock", lock},
-                                    {"unlock", unlock},
-                                    {"getKey", getKey},
-                                    {"info", info}});
-const Layout privateMethods = names({{"type", type}, {"members", members}});
-const Layout systemMethods = names({{"type", type}, {"version", version}, {"members", members}});
-const Layout uartMethods = names({{"type", type},
-                                  {"version", version},
-                                  {"members", members},
-                                  {"open", open},
-                                  {"close", close},
-                                  {"recv", recv},
-                                  {"reserve", reserve},
-                                  {"available", available}});
-
-/// What building one object takes; a type that is served in any version is not asked for it.
-std::vector<Exchange> building(std::uint32_t heldLock, Instance instance, const std::string& name,
-                               const std::string& typeName, const Layout& methodNames, bool asksVersion) {
-    auto probed = single(heldLock, instance, methods, name + ".methods", "[su]", methodNames);
-    probed.neededNext = "type";
-    std::vector<Exchange> all{probed};
-    all.push_back(single(heldLock, instance, type, name + ".type", "s", text("type", typeName)));
-    if (asksVersion)
-        all.push_back(
-            single(heldLock, instance, version, name + ".version", "uuu", hostile::version(1, 0, 0)));
-    all.push_back(single(heldLock, instance, methods, name + ".methods", "[su]", methodNames));
-    all.back().neededNext = "members";
-    all.push_back(single(heldLock, instance, members, name + ".members", "[su]", names({})));
-    return all;
+Exchange single(std::uint32_t heldLock, std::uint32_t instance, std::uint32_t method, const Call& call,
+                const Layout& content, const Bytes& parameters) {
+    return {call.fullName,
+            requestOf(heldLock, {callOf(instance, method, parameters)}),
+            {call},
+            reply({result(call.fullName, content)})};
 }
 
 Bytes credentials() { return joined({support::text("ann"), support::text("pw")}); }
 
-Bytes openParameters() { return joined({u32(115200), u32(8), {1, 0}, u32(1), {0, 0, 0, 0}}); }
-
-Exchange batch() {
-    return {
-        "batch",
-        request(lockId, {call(uart, open, openParameters()),
-                         call(uart, reserve, joined({{0}, support::text("ann"), support::text("pc")})),
-                         call(uart, recv, u32(96)), call(uart, available), call(uart, close)}),
-        {{"uart.open", ""},
-         {"uart.reserve", ""},
-         {"uart.recv", "s"},
-         {"uart.available", "bss"},
-         {"uart.close", ""}},
-        reply({7, 8}, announced("error size", 0),
-              {result("open"), result("reserve"), result("recv", block("data", Bytes(96, 0x55))),
-               result("available", together({flag("flag", true), text("user", "ann"), text("info", "pc")})),
-               result("close")})};
-}
-
-/// The device reports that the second of three calls has failed.
-Exchange faulty() {
-    return {
-        "faulty",
-        request(lockId, {call(uart, recv, u32(2)), call(uart, available), call(uart, close)}),
-        {{"uart.recv", "s"}, {"uart.available", "bss"}, {"uart.close", ""}},
-        reply({}, deviceError(1006, "jam"),
-              {result("recv", block("data", {0x0A, 0x0D})),
-               result("available", together({flag("flag", false), text("user", ""), text("info", "")}))})};
-}
-
-Exchange deviceInfo() {
-    return single(
-        lockId, device, info, "device.info", "suuu[suuu][ssss]",
-        together({text("name", "rack"), hostile::version(1, 2, 3), announced("count of firmware", 1),
-                  text("firmware", "fpga"), hostile::version(4, 5, 6), announced("count of boards", 1),
-                  text("field 1", "a"), text("field 2", ""), text("field 3", "b"), text("field 4", "")}));
-}
-
-std::vector<Exchange> wholeConversation() {
-    std::vector<Exchange> all;
-    const auto add = [&](const std::vector<Exchange>& more) {
-        all.insert(all.end(), more.begin(), more.end());
+std::vector<Exchange> building(std::uint32_t heldLock, const Described& object) {
+    const auto ask = [&](MethodId method, const char* name, const char* form, const Layout& content) {
+        return single(heldLock, object.instance, method, {object.name + "." + name, form}, content);
     };
-    add(building(0, device, "device", "device", deviceMethods, true));
-    add({single(0, device, getKey, "device.getKey", "s", text("key", "tavo-dev-key-000")),
-         single(0, device, lock, "device.lock", "u", number("lock id", lockId), credentials())});
-    add(building(lockId, private_, "private", "private", privateMethods, false));
-    add(building(lockId, system, "system", "system", systemMethods, true));
-    add({single(lockId, device, rootMembers, "device.rootMembers", "[su]", names({{"uart", uart}}))});
-    add(building(lockId, uart, "uart", "com", uartMethods, true));
-    add({batch(), faulty(), deviceInfo(),
-         single(lockId, device, unlock, "device.unlock", "", {}, credentials())});
-    return all;
+    Names all{{"type", type}};
+    if (object.asksVersion)
+        all.push_back({"version", version});
+    all.push_back({"members", members});
+    all.insert(all.end(), object.methods.begin(), object.methods.end());
+
+    std::vector<Exchange> exchanges{ask(methods, "methods", "[su]", names(all))};
+    exchanges.back().neededNext = "type";
+    exchanges.push_back(ask(type, "type", "s", text("type", object.type)));
+    if (object.asksVersion)
+        exchanges.push_back(ask(version, "version", "uuu", versionOf(1, 0, 0)));
+    exchanges.push_back(ask(methods, "methods", "[su]", names(all)));
+    exchanges.back().neededNext = "members";
+    exchanges.push_back(ask(members, "members", "[su]", names(object.children)));
+    exchanges.back().withoutNames = object.withoutChildren;
+    return exchanges;
 }
 
-} // namespace
+std::vector<Exchange> opening(const Names& methods, const Names& root) {
+    Names all{{"rootMembers", rootMembers}, {"lock", lock}, {"unlock", unlock}, {"getKey", getKey}};
+    all.insert(all.end(), methods.begin(), methods.end());
+    auto exchanges = building(0, {.instance = device, .name = "device", .type = "device", .methods = all});
+    append(exchanges,
+           {single(0, device, getKey, {"device.getKey", "s"}, text("key", "tavo-dev-key-000")),
+            single(0, device, lock, {"device.lock", "u"}, number("lock id", lockId), credentials())});
+    append(
+        exchanges,
+        building(lockId, {.instance = private_, .name = "private", .type = "private", .asksVersion = false}));
+    append(exchanges, building(lockId, {.instance = system, .name = "system", .type = "system"}));
+    append(exchanges, {single(lockId, device, rootMembers, {"device.rootMembers", "[su]"}, names(root))});
+    exchanges.back().withoutNames = {WithoutNames::Then::endOpening};
+    return exchanges;
+}
 
-const std::vector<Exchange>& conversation() {
-    static const auto all = wholeConversation();
-    return all;
+Exchange unlocking() { return single(lockId, device, unlock, {"device.unlock", ""}, {}, credentials()); }
+
+} // namespace parts
+
+Conversation::Conversation(std::string itsName, std::vector<Exchange> itsExchanges)
+    : name(std::move(itsName))
+    , exchanges(std::move(itsExchanges))
+    , keyPlace(placeOf("device.getKey"))
+    , lockPlace(placeOf("device.lock"))
+    , rootMembersPlace(placeOf("device.rootMembers"))
+    , lastOfOpening(rootMembersPlace)
+    // It reads ahead into 128 KiB, keeps 64 KiB for what must lie together, and begins a long text in another
+    // 64 KiB.
+    , mostMemory(320 * 1024) {
+    for (const auto& exchange : exchanges)
+        if (exchange.reply.size() > smallReply)
+            mostMemory += 6 * exchange.reply.size();
+    // A text that is longer than 64 KiB makes room for 1 MiB.
+    if (mostMemory > 320 * 1024)
+        mostMemory += 1024 * 1024;
+    for (auto place = rootMembersPlace; place < places(); ++place)
+        if (exchanges[place].name.ends_with(".members"))
+            lastOfOpening = place;
+}
+
+std::size_t Conversation::placeOf(const std::string& exchangeName) const {
+    const auto found = std::find_if(exchanges.begin(), exchanges.end(),
+                                    [&](const auto& exchange) { return exchange.name == exchangeName; });
+    if (found == exchanges.end())
+        throw std::invalid_argument("the conversation " + name + " has no " + exchangeName);
+    return static_cast<std::size_t>(found - exchanges.begin());
+}
+
+const Conversation& conversation(std::size_t number) {
+    static std::array<std::optional<Conversation>, makersOfConversations.size()> made;
+    auto& wanted = made.at(number);
+    if (!wanted)
+        wanted = makersOfConversations[number]();
+    return *wanted;
 }
 
 const Exchange& callAfterwards() {
-    static const auto exchange = single(lockId, device, type, "device.type", "s", text("type", "device"));
+    static const auto exchange =
+        parts::single(lockId, parts::device, parts::type, {"device.type", "s"}, text("type", "device"));
+    return exchange;
+}
+
+const Exchange& keyAfterwards() {
+    static const auto exchange = parts::single(lockId, parts::device, parts::getKey, {"device.getKey", "s"},
+                                               text("key", "tavo-dev-key-000"));
     return exchange;
 }
 

@@ -6,6 +6,7 @@
 #include <thread>
 #include <utility>
 
+#include <tests/hostile/positions.h>
 #include <tests/hostile/reply_model.h>
 
 namespace hostile {
@@ -13,15 +14,6 @@ namespace hostile {
 namespace {
 
 constexpr std::chrono::milliseconds pause{1};
-
-const Exchange* exchangeOf(const Bytes& request) {
-    if (request == callAfterwards().request)
-        return &callAfterwards();
-    const auto& all = conversation();
-    const auto found = std::find_if(all.begin(), all.end(),
-                                    [&](const auto& exchange) { return exchange.request == request; });
-    return found == all.end() ? nullptr : &*found;
-}
 
 } // namespace
 
@@ -36,8 +28,9 @@ ConversationPeer::~ConversationPeer() {
 
 std::string ConversationPeer::refusal() const { return refusedAt(server_.portText()); }
 
-void ConversationPeer::start(const Plan& plan) {
+void ConversationPeer::start(const Conversation& conversation, const Plan& plan) {
     const std::lock_guard lock(mutex_);
+    conversation_ = &conversation;
     plan_ = plan;
     place_ = 0;
     log_.clear();
@@ -95,11 +88,33 @@ void ConversationPeer::serve(support::RawListener& listener, support::RawConnect
         }
         if (plan_.gone)
             listener.stop();
-        const auto& exchange = conversation()[plan_.place];
+        const auto& exchange = (*conversation_)[*plan_.place];
         log_.push_back(exchange.name);
-        plan_.action(connection, exchange);
+        act(connection, exchange);
         if (!plan_.goesOn)
             connection.close();
+    }
+}
+
+const Exchange* ConversationPeer::exchangeOf(const Bytes& request) const {
+    for (const auto* afterwards : {&callAfterwards(), &keyAfterwards()})
+        if (request == afterwards->request)
+            return afterwards;
+    const auto& all = conversation_->exchanges;
+    const auto found = std::find_if(all.begin(), all.end(),
+                                    [&](const auto& exchange) { return exchange.request == request; });
+    return found == all.end() ? nullptr : &*found;
+}
+
+void ConversationPeer::act(support::RawConnection& connection, const Exchange& exchange) {
+    try {
+        plan_.action(connection, exchange);
+    } catch (const std::exception&) {
+        // A client that finds a large reply wrong may have gone before the reply is sent. Whether it has
+        // reason to is told by what it says.
+        connection.close();
+        if (exchange.reply.size() <= smallReply)
+            throw;
     }
 }
 
@@ -109,7 +124,7 @@ void ConversationPeer::answer(support::RawConnection& connection) {
     log_.push_back(exchange ? exchange->name
                             : "unknown request of " + std::to_string(request.size()) + " bytes");
     if (exchange)
-        connection.write(exchange->reply());
+        connection.write(exchange->reply);
     else
         connection.close();
 }

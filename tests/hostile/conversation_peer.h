@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,7 +20,7 @@ struct Plan {
     using Action = std::function<void(support::RawConnection&, const Exchange&)>;
 
     /// None for a device that does nothing but answer.
-    std::size_t place = places;
+    std::optional<std::size_t> place = std::nullopt;
     Action action = {};
     /// From then on nobody can connect.
     bool gone = false;
@@ -39,7 +40,8 @@ public:
     /// What a client is told that cannot connect.
     std::string refusal() const;
 
-    void start(const Plan& plan);
+    /// @param conversation must live until it is finished.
+    void start(const Conversation& conversation, const Plan& plan);
     /// Ends the conversation when the client has closed its connection. Returns "connection" for each
     /// connection and the names of the exchanges that were requested on it.
     std::vector<std::string> finish();
@@ -48,7 +50,9 @@ private:
     void play(support::RawListener& listener);
     void converse(support::RawListener& listener);
     void serve(support::RawListener& listener, support::RawConnection connection);
+    void act(support::RawConnection& connection, const Exchange& exchange);
     void answer(support::RawConnection& connection);
+    const Exchange* exchangeOf(const Bytes& request) const;
 
     std::mutex mutex_;
     std::condition_variable changed_;
@@ -56,6 +60,7 @@ private:
     bool quitting_ = false;
     std::atomic<bool> finishing_ = false;
 
+    const Conversation* conversation_ = nullptr;
     Plan plan_;
     std::size_t place_ = 0;
     std::vector<std::string> log_;

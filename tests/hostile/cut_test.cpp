@@ -1,7 +1,9 @@
+#include <algorithm>
 #include <chrono>
 #include <thread>
 
 #include <tests/hostile/hostile_test.h>
+#include <tests/hostile/positions.h>
 
 namespace hostile {
 namespace {
@@ -16,61 +18,82 @@ Bytes firstOf(const Bytes& bytes, std::size_t count) {
 
 class Cut : public HostilePlace {
 protected:
-    /// The peer ends the connection in that way after each number of bytes that is less than the reply.
+    /// The peer ends the connection in that way after each number of bytes at which this reply is cut.
     template <class Ending>
-    void cutAtEveryByte(const std::string& how, Ending ending) {
-        const auto whole = exchange().reply();
-        for (std::size_t count = 0; count < whole.size(); ++count) {
-            const auto sent = firstOf(whole, count);
+    void cutEverywhere(const std::string& how, Ending ending) {
+        for (const auto count : cutPositions(exchange.layout)) {
+            const auto sent = firstOf(exchange.reply, count);
             const auto action = [&](RawConnection& connection, const Exchange&) {
                 connection.readRequest();
                 ending(connection, sent);
             };
-            expectCase(caseName("byte " + std::to_string(count) + ", " + how), plan(action),
-                       afterBytes(GetParam(), sent, {}));
+            expectAfterBytes("byte " + std::to_string(count) + ", " + how, plan(action), sent);
         }
-        expectCases(replySizes[GetParam()]);
+        expectCases(GetParam().cuts);
     }
 };
 
-TEST_F(HostileTest, ConversationIsOrdinaryWhenNothingDisturbsIt) {
-    expectCase("undisturbed", {}, undisturbed());
-    ASSERT_EQ(conversation().size(), places);
-    for (std::size_t i = 0; i < places; ++i)
-        EXPECT_EQ(conversation()[i].reply().size(), replySizes[i]) << conversation()[i].name;
+TEST_F(HostileTest, ConversationsAreOrdinaryWhenNothingDisturbsThem) {
+    for (std::size_t number = 0; number < makersOfConversations.size(); ++number)
+        expectCase(conversation(number), "undisturbed", {}, undisturbed(conversation(number)));
+    expectCases(9);
+}
+
+TEST(HostileReplies, HaveTheSizesThatWereCounted) {
+    for (const auto& counted : countedPlaces())
+        EXPECT_EQ(conversation(counted.conversation)[counted.place].reply.size(), counted.size)
+            << counted.label;
 }
 
 TEST_P(Cut, ByTheEndOfTheConnectionAtEveryByte) {
-    cutAtEveryByte("closed",
-                   [](RawConnection& connection, const Bytes& sent) { connection.finishWith(sent); });
+    cutEverywhere("closed",
+                  [](RawConnection& connection, const Bytes& sent) { connection.finishWith(sent); });
 }
 
 TEST_P(Cut, ByTheEndOfTheConnectionAfterAStallAtEveryByte) {
-    cutAtEveryByte("stalled and closed", [](RawConnection& connection, const Bytes& sent) {
+    cutEverywhere("stalled and closed", [](RawConnection& connection, const Bytes& sent) {
         connection.write(sent);
         std::this_thread::sleep_for(stall);
         connection.close();
     });
 }
 
-TEST_P(Cut, ByAResetAtEveryByte) {
-    cutAtEveryByte("reset", [](RawConnection& connection, const Bytes& sent) {
+TEST_P(Cut, OfAReplyInPiecesIsNone) {
+    const auto action = [](RawConnection& connection, const Exchange& whole) {
+        connection.readRequest();
+        const std::size_t piece = whole.reply.size() <= smallReply ? 1 : 13;
+        for (std::size_t done = 0; done < whole.reply.size(); done += piece) {
+            const auto begin = whole.reply.begin() + static_cast<std::ptrdiff_t>(done);
+            const auto length = std::min(piece, whole.reply.size() - done);
+            connection.write({begin, begin + static_cast<std::ptrdiff_t>(length)});
+        }
+    };
+    expectPlanned("in pieces", goingOnPlan(action), undisturbed(conversation));
+    expectCases(1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Reply, Cut, testing::ValuesIn(countedPlaces()), placeName);
+
+/// A reset drops what the client's system had no room for. So these are the replies where it is all the same
+/// how much of it has come.
+std::vector<CountedPlace> placesOfExactResets() {
+    std::vector<CountedPlace> places;
+    for (const auto& counted : countedPlaces())
+        if (counted.label != "large batch")
+            places.push_back(counted);
+    return places;
+}
+
+class CutByReset : public Cut {};
+
+TEST_P(CutByReset, AtEveryByte) {
+    cutEverywhere("reset", [](RawConnection& connection, const Bytes& sent) {
         connection.write(sent);
         connection.reset();
     });
 }
 
-TEST_P(Cut, OfAReplyInSingleBytesIsNone) {
-    const auto action = [](RawConnection& connection, const Exchange& whole) {
-        connection.readRequest();
-        for (const auto byte : whole.reply())
-            connection.write({byte});
-    };
-    expectCase(caseName("single bytes"), goingOnPlan(action), undisturbed());
-    expectCases(1);
-}
-
-INSTANTIATE_TEST_SUITE_P(Reply, Cut, testing::Range(std::size_t{0}, places), placeName);
+INSTANTIATE_TEST_SUITE_P(Reply, CutByReset, testing::ValuesIn(placesOfExactResets()), placeName);
 
 } // namespace
 } // namespace hostile

@@ -39,6 +39,15 @@ inline Layout number(const std::string& name, std::uint32_t value) {
     return {{name, support::u32(value), false}};
 }
 
+inline Layout longNumber(const std::string& name, std::uint64_t value) {
+    return {{name,
+             support::joined({support::u32(static_cast<std::uint32_t>(value >> 32)),
+                              support::u32(static_cast<std::uint32_t>(value))}),
+             false}};
+}
+
+inline Layout byte(const std::string& name, std::uint8_t value) { return {{name, {value}, false}}; }
+
 inline Layout flag(const std::string& name, bool value) {
     return {{name, {static_cast<std::uint8_t>(value)}, false}};
 }
@@ -56,16 +65,24 @@ inline Layout text(const std::string& name, const std::string& content) {
     return block(name, {content.begin(), content.end()});
 }
 
-inline Layout version(std::uint32_t major, std::uint32_t minor, std::uint32_t bugfix) {
+inline Layout versionOf(std::uint32_t major, std::uint32_t minor, std::uint32_t bugfix) {
     return together({number("major", major), number("minor", minor), number("bugfix", bugfix)});
+}
+
+/// A list of these elements.
+inline Layout list(const std::string& name, const std::vector<Layout>& elements) {
+    auto all = announced("count of " + name, static_cast<std::uint32_t>(elements.size()));
+    for (const auto& element : elements)
+        all.insert(all.end(), element.begin(), element.end());
+    return all;
 }
 
 /// A list of names with numbers.
 inline Layout names(const std::vector<std::pair<std::string, std::uint32_t>>& entries) {
-    auto list = announced("count of names", static_cast<std::uint32_t>(entries.size()));
+    std::vector<Layout> elements;
     for (const auto& [name, id] : entries)
-        list = together({list, text("name " + name, name), number("id of " + name, id)});
-    return list;
+        elements.push_back(together({text("name " + name, name), number("id of " + name, id)}));
+    return list("names", elements);
 }
 
 /// A result with the return code 0.

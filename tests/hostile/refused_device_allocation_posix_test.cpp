@@ -38,7 +38,7 @@ protected:
 TEST_F(RefusedDeviceAllocation, EndsAnOpeningAndLeavesNothingOpenAndNothingLocked) {
     ConversationPeer peer;
     const auto whole = [&] {
-        auto log = undisturbed().peer;
+        auto log = undisturbed(conversation(0)).peer;
         log.erase(std::remove_if(log.begin(), log.end(),
                                  [](const auto& name) {
                                      return name == "batch" || name == "faulty" || name == "device.info";
@@ -49,7 +49,7 @@ TEST_F(RefusedDeviceAllocation, EndsAnOpeningAndLeavesNothingOpenAndNothingLocke
     const auto lock = std::find(whole.begin(), whole.end(), "device.lock");
     const auto descriptors = support::openDescriptors();
     const std::string host = "127.0.0.1", user = "ann", password = "pw";
-    peer.start({});
+    peer.start(conversation(0), {});
     std::size_t released = 0;
     const auto count = refuseEachAllocation(
         [&] { TAVO::DeviceFactory::buildDevice(host, peer.port(), user, password, true); },
@@ -57,7 +57,7 @@ TEST_F(RefusedDeviceAllocation, EndsAnOpeningAndLeavesNothingOpenAndNothingLocke
             EXPECT_TRUE(refusal.outcome.empty() || isDocumented(refusal.outcome)) << refusal.outcome;
             auto log = peer.finish();
             EXPECT_EQ(support::openDescriptors(), descriptors);
-            peer.start({});
+            peer.start(conversation(0), {});
             if (refusal.number == 1)
                 log.erase(log.begin(), log.begin() + static_cast<std::ptrdiff_t>(whole.size()));
             const bool unlocks = !log.empty() && log.back() == "device.unlock";
@@ -88,7 +88,7 @@ TEST_F(RefusedDeviceAllocation, DoesNotKeepADeviceFromBeingReleased) {
     std::size_t number = 0;
     std::size_t withoutUnlock = 0;
     for (bool refused = true; refused;) {
-        peer.start({});
+        peer.start(conversation(0), {});
         auto device = TAVO::DeviceFactory::buildDevice("127.0.0.1", peer.port(), "ann", "pw", true);
         {
             const support::FailingAllocation failing(++number);

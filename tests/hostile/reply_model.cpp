@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdint>
 #include <span>
+#include <string_view>
+#include <utility>
 
 namespace hostile {
 
@@ -31,6 +33,11 @@ public:
         return value;
     }
 
+    std::uint64_t longNumber() {
+        const std::uint64_t high = number();
+        return high << 32 | number();
+    }
+
     std::string block() {
         const auto taken = take(number());
         return {taken.begin(), taken.end()};
@@ -42,19 +49,37 @@ private:
     std::span<const std::uint8_t> bytes_;
 };
 
-void readForm(Source& in, const std::string& form, std::vector<std::string>& blocks) {
+/// Where the list ends whose bracket opens at `begin`.
+std::size_t closingBracket(std::string_view form, std::size_t begin) {
+    std::size_t depth = 0;
+    for (auto i = begin;; ++i) {
+        depth += form[i] == '[';
+        depth -= form[i] == ']';
+        if (depth == 0)
+            return i;
+    }
+}
+
+void readForm(Source& in, std::string_view form, Reading& reading) {
     for (std::size_t i = 0; i < form.size(); ++i) {
         if (form[i] == 'u') {
-            in.number();
+            reading.contents.number(in.number());
+        } else if (form[i] == 'l') {
+            reading.contents.number(in.longNumber());
         } else if (form[i] == 'b') {
-            in.take(1);
+            reading.contents.number(in.take(1)[0]);
+        } else if (form[i] == 'f') {
+            reading.contents.number(in.take(1)[0] ? 1 : 0);
         } else if (form[i] == 's') {
-            blocks.push_back(in.block());
+            reading.blocks.push_back(in.block());
+            reading.contents.block(reading.blocks.back());
         } else {
-            const auto end = form.find(']', i);
+            const auto end = closingBracket(form, i);
             const auto element = form.substr(i + 1, end - i - 1);
-            for (auto count = in.number(); count > 0; --count)
-                readForm(in, element, blocks);
+            const auto count = in.number();
+            for (std::uint32_t done = 0; done < count; ++done)
+                readForm(in, element, reading);
+            reading.contents.number(count);
             i = end;
         }
     }
@@ -80,16 +105,17 @@ std::string outcomeOf(const DeviceError& error, std::uint32_t resultCount, const
 }
 
 /// Reads one result; false when it is too short for what it must hold.
-bool readResult(std::span<const std::uint8_t> bytes, const Call& call, std::vector<std::string>& blocks) {
-    auto read = blocks;
+bool readResult(std::span<const std::uint8_t> bytes, const Call& call, Reading& reading) {
+    auto read = reading;
     try {
         Source in(bytes);
-        in.number();
+        read.code = in.number();
         readForm(in, call.form, read);
     } catch (const TooShort&) {
         return false;
     }
-    blocks = std::move(read);
+    reading = std::move(read);
+    ++reading.results;
     return true;
 }
 
@@ -110,9 +136,9 @@ std::string outcomeOfReply(Source& in, const std::vector<Call>& calls, Reading& 
     if (!failed && count != calls.size())
         return describe("Error", "Error calling methods: received result count of " + std::to_string(count) +
                                      " expected count of " + std::to_string(calls.size()));
-    for (; reading.results < calls.size() && reading.results < count; ++reading.results) {
+    while (reading.results < calls.size() && reading.results < count) {
         const auto& call = calls[reading.results];
-        if (!readResult(in.take(in.number()), call, reading.blocks))
+        if (!readResult(in.take(in.number()), call, reading))
             return describe("SpecificationError",
                             "Error decoding TAVOX return values in call to " + call.fullName +
                                 ": Could not read Result from device for method: " + call.fullName);

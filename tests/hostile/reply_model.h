@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
+#include <tests/hostile/contents.h>
 #include <tests/hostile/conversation.h>
 #include <tests/support/system_error.h>
 
@@ -19,6 +21,10 @@ struct Reading {
     std::size_t left = 0;
     /// The texts and byte blocks of the results, in order.
     std::vector<std::string> blocks = {};
+    /// The return code of the last result.
+    std::uint32_t code = 0;
+    /// All that the results hold.
+    Contents contents = {};
 
     bool ok() const { return outcome == "ok"; }
 };
@@ -38,9 +44,10 @@ inline const std::string closedEarly =
 inline const std::string unexpectedData = describe("NetworkError", "Unexpected data recieved from device.");
 
 /// What a client is told that cannot connect to that port.
-inline std::string refusedAt(const std::string& port) {
-    return describe("NetworkError", "Could not connect to socket to: 127.0.0.1 port " + port +
-                                        support::errorCodeText(support::SystemError::connectionRefused));
+inline std::string refusedAt(const std::string& port,
+                             support::SystemError why = support::SystemError::connectionRefused) {
+    return describe("NetworkError",
+                    "Could not connect to socket to: 127.0.0.1 port " + port + support::errorCodeText(why));
 }
 
 } // namespace hostile

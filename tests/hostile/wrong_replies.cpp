@@ -1,8 +1,13 @@
 #include <tests/hostile/wrong_replies.h>
 
+#include <algorithm>
+#include <initializer_list>
+#include <optional>
 #include <set>
+#include <utility>
 
 #include <tavo/client/wire/byte_order.h>
+#include <tests/hostile/positions.h>
 
 namespace hostile {
 
@@ -18,54 +23,85 @@ std::set<std::uint32_t> wrongValues(const Bytes& right) {
 
 bool isResultSize(const Field& field) { return field.name.starts_with("result size of "); }
 
-/// The reply with one field changed, for each size and count in it and each wrong value.
-std::vector<WrongReply> wrongAlone(Layout layout) {
-    std::vector<WrongReply> replies;
-    for (auto& field : layout) {
-        if (!field.announces)
-            continue;
-        const auto right = field.bytes;
-        for (const auto wrong : wrongValues(right)) {
-            field.bytes = support::u32(wrong);
-            replies.push_back({field.name + " says " + std::to_string(wrong), bytesOf(layout)});
+/// A reply and some of its sizes and counts.
+class Forger {
+public:
+    explicit Forger(const Layout& layout)
+        : layout_(layout) {
+        std::size_t offset = 0;
+        for (const auto& field : layout) {
+            offsets_.push_back(offset);
+            offset += field.bytes.size();
         }
-        field.bytes = right;
     }
-    return replies;
-}
 
-/// The reply with a size or count within a result that is huge, and a result that claims to be large enough.
-std::vector<WrongReply> wrongTogether(Layout layout) {
-    std::vector<WrongReply> replies;
-    Field* size = nullptr;
-    for (auto& field : layout) {
-        if (isResultSize(field))
-            size = &field;
-        if (!field.announces || !size || size == &field)
-            continue;
-        const auto right = field.bytes;
-        const auto rightSize = size->bytes;
-        for (const std::uint32_t wrongSize : {0x7FFFFFFFu, 0xFFFFFFFFu})
-            for (const std::uint32_t wrong : {0x00FFFFFFu, 0x7FFFFF00u}) {
-                size->bytes = support::u32(wrongSize);
-                field.bytes = support::u32(wrong);
-                replies.push_back({field.name + " says " + std::to_string(wrong) + " and the " + size->name +
-                                       " says " + std::to_string(wrongSize),
-                                   bytesOf(layout)});
-            }
-        field.bytes = right;
-        size->bytes = rightSize;
+    /// The reply with one field changed, for each chosen size and count in it and each wrong value.
+    void changeOne() {
+        for (const auto number : chosenFields(layout_))
+            if (layout_[number].announces)
+                for (const auto wrong : wrongValues(layout_[number].bytes))
+                    add({{number, wrong}});
     }
-    return replies;
-}
+
+    /// The reply with a size or count within a result that is huge, and a result that claims to be large
+    /// enough.
+    void changeTwo() {
+        for (const auto number : chosenFields(layout_)) {
+            const auto resultSize = resultSizeBefore(number);
+            if (!layout_[number].announces || !resultSize)
+                continue;
+            for (const std::uint32_t wrongSize : {0x7FFFFFFFu, 0xFFFFFFFFu})
+                for (const std::uint32_t wrong : {0x00FFFFFFu, 0x7FFFFF00u})
+                    add({{*resultSize, wrongSize}, {number, wrong}});
+        }
+    }
+
+    std::vector<WrongReply> forged;
+
+private:
+    struct Claim {
+        std::size_t field;
+        std::uint32_t value;
+    };
+
+    void add(std::initializer_list<Claim> claims) {
+        auto& wrong = forged.emplace_back();
+        for (const auto& [field, value] : claims) {
+            wrong.what +=
+                "the " + layout_[field].name.substr(0, 80) + " says " + std::to_string(value) + "; ";
+            wrong.changes.push_back({offsets_[field], value});
+        }
+    }
+
+    /// The size of the result in which that field lies, none for a field that lies in no result.
+    std::optional<std::size_t> resultSizeBefore(std::size_t number) const {
+        if (isResultSize(layout_[number]))
+            return std::nullopt;
+        while (number-- > 0)
+            if (isResultSize(layout_[number]))
+                return number;
+        return std::nullopt;
+    }
+
+    const Layout& layout_;
+    std::vector<std::size_t> offsets_;
+};
 
 } // namespace
 
-std::vector<WrongReply> wrongRepliesAt(std::size_t place) {
-    auto replies = wrongAlone(conversation()[place].layout);
-    const auto more = wrongTogether(conversation()[place].layout);
-    replies.insert(replies.end(), more.begin(), more.end());
-    return replies;
+Bytes WrongReply::of(Bytes right) const {
+    for (const auto& [offset, value] : changes) {
+        const auto bytes = support::u32(value);
+        std::copy(bytes.begin(), bytes.end(), right.begin() + static_cast<std::ptrdiff_t>(offset));
+    }
+    return right;
+}
+
+std::vector<WrongReply> wrongReplies(const Layout& layout) {
+    Forger forger(layout);
+    forger.changeOne();
+    forger.changeTwo();
+    return std::move(forger.forged);
 }
 
 Plan::Action sending(const Bytes& bytes) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -8,14 +9,22 @@
 
 namespace hostile {
 
+/// A reply with sizes or counts that are wrong.
 struct WrongReply {
-    std::string what;
-    Bytes bytes;
+    struct Change {
+        std::size_t offset;
+        std::uint32_t value;
+    };
+
+    std::string what = {};
+    std::vector<Change> changes = {};
+
+    /// What becomes of the right bytes.
+    Bytes of(Bytes right) const;
 };
 
-/// The replies in that place of the conversation whose sizes and counts are wrong: each alone, and each
-/// within a result together with the size of the result.
-std::vector<WrongReply> wrongRepliesAt(std::size_t place);
+/// Each of the chosen fields alone, and each within a result together with the size of the result.
+std::vector<WrongReply> wrongReplies(const Layout& layout);
 
 /// Sends these bytes instead of the reply, and the end.
 Plan::Action sending(const Bytes& bytes);

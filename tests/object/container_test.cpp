@@ -1,4 +1,5 @@
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -7,11 +8,13 @@
 #include <tavo/client/object/container.h>
 #include <tavo/client/object/object.h>
 #include <tavo/client/wire/error.h>
+#include <tests/support/allocation_meter.h>
 #include <tests/support/failure_text.h>
 #include <tests/support/fake_device.h>
 
 namespace {
 
+using support::failureOf;
 using TAVO::Container;
 using Names = std::vector<std::string>;
 
@@ -71,6 +74,13 @@ TEST(Container, KeepsTheLaterOfTwoChildrenOfOneName) {
     parent->addChild(later);
     EXPECT_EQ(parent->getChildren(), std::vector{later});
     EXPECT_TRUE(released.expired());
+}
+
+TEST(Container, RefusesAnEmptyPointerAsAChild) {
+    const auto parent = node("p", node("root"));
+    EXPECT_EQ(failureOf<std::invalid_argument>([&] { parent->addChild(nullptr); }),
+              "Container::addChild got an empty pointer for a child of: root.p");
+    EXPECT_TRUE(parent->getChildren().empty());
 }
 
 TEST(Container, FindsAChildByItsExactNameOnly) {
@@ -155,6 +165,36 @@ TEST_F(ContainerOfObjects, PassesOnWhatAskingForATypeThrows) {
         throw support::DeviceFault{1000, "broken"};
     });
     EXPECT_EQ(support::failureOf<TAVO::ConfigurationError>([&] { parent->getChildren("relay"); }), "broken");
+}
+
+TEST(Container, KeepsItsFullNameWhenTheNodesAboveAreGone) {
+    auto top = std::make_shared<Container>("top", nullptr);
+    auto middle = std::make_shared<Container>("middle", top);
+    const auto bottom = std::make_shared<Container>("bottom", middle);
+    top.reset();
+    middle.reset();
+    EXPECT_EQ(bottom->getParent(), nullptr);
+    EXPECT_EQ(bottom->getFullName(), "top.middle.bottom");
+    EXPECT_EQ(bottom->toString(), "bottom(top.middle.bottom)");
+}
+
+TEST(Container, MayEndAnyNumberOfLevelsBelowNodesThatAreGone) {
+    auto deepest = std::make_shared<Container>("", nullptr);
+    for (int level = 0; level < 300'000; ++level)
+        deepest = std::make_shared<Container>("", deepest);
+    EXPECT_EQ(deepest->getFullName(), std::string(300'000, '.'));
+    deepest.reset();
+}
+
+TEST(Container, HoldsTheNamesAboveItOnceForAllNodes) {
+    const auto top = std::make_shared<Container>(std::string(1'000'000, 'n'), nullptr);
+    std::vector<std::shared_ptr<Container>> nodes;
+    nodes.reserve(1000);
+    const support::AllocationMeter meter;
+    for (int i = 0; i < 1000; ++i)
+        nodes.push_back(std::make_shared<Container>("child", top));
+    EXPECT_LT(meter.peak(), 500'000u);
+    EXPECT_EQ(nodes.back()->getFullName().size(), 1'000'006u);
 }
 
 } // namespace

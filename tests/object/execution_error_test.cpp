@@ -5,6 +5,7 @@
 
 #include <tavo/client/object/method.h>
 #include <tavo/client/wire/error.h>
+#include <tests/support/failure_text.h>
 
 namespace {
 
@@ -39,6 +40,11 @@ TEST(ExecutionError, KeepsTheMethodAliveAndIsCopied) {
     EXPECT_EQ(kept.failedMethod(), alive.lock());
     EXPECT_EQ(kept.failedMethodIndex(), 2u);
     EXPECT_STREQ(kept.what(), "Failed to execute relays.set: stuck");
+}
+
+TEST(ExecutionError, NeedsTheMethodThatFailed) {
+    EXPECT_EQ(support::failureOf<std::invalid_argument>([] { TAVO::ExecutionError(nullptr, 3, "stuck"); }),
+              "ExecutionError got an empty pointer to the failed Method");
 }
 
 } // namespace

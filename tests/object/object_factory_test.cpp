@@ -2,6 +2,7 @@
 #include <locale>
 #include <memory>
 #include <ostream>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -43,9 +44,7 @@ protected:
 class WatchedFactory : public ObjectFactory {
 public:
     explicit WatchedFactory(const std::string& type)
-        : ObjectFactory(type)
-        , type_(type) {}
-    ~WatchedFactory() override { m_factoryMap->erase(type_); }
+        : ObjectFactory(type) {}
 
     /// While it lives no factory is registered.
     class EmptyRegistry {
@@ -70,8 +69,15 @@ private:
         namespace base = TAVO::TAVOXTranscode::base_v1_0;
         return create<Watched>(device, parent, name, instanceId, base::encoders(), base::decoders());
     }
+};
 
-    std::string type_;
+/// Its constructor fails when the base has entered it.
+class UnfinishedFactory : public WatchedFactory {
+public:
+    explicit UnfinishedFactory(const std::string& type)
+        : WatchedFactory(type) {
+        throw std::runtime_error("unfinished");
+    }
 };
 
 class ObjectFactoryTest : public testing::Test {
@@ -225,6 +231,67 @@ TEST_F(ObjectFactoryTest, LetsALaterFactoryReplaceAnEarlierOne) {
         const Refusing later;
         EXPECT_EQ(failureOf<TAVO::ConfigurationError>([&] { build(5); }), "the later one");
     }
+}
+
+TEST_F(ObjectFactoryTest, LeavesATypeWithoutFactoryWhenItsFactoryIsDestroyed) {
+    const WatchedFactory::EmptyRegistry none;
+    const WatchedFactory displaced("twice");
+    const WatchedFactory other("other");
+    appliance.add(5, "twice");
+    {
+        const WatchedFactory later("twice");
+        EXPECT_TRUE(builds<Watched>(5));
+    }
+    EXPECT_FALSE(builds<Watched>(5));
+    EXPECT_EQ(ObjectFactory::registeredTypes(), Names{"other"});
+}
+
+TEST_F(ObjectFactoryTest, KeepsALaterFactoryWhenTheOneItDisplacedIsDestroyed) {
+    const WatchedFactory::EmptyRegistry none;
+    auto displaced = std::make_unique<WatchedFactory>("twice");
+    const WatchedFactory later("twice");
+    displaced.reset();
+    appliance.add(5, "twice");
+    EXPECT_TRUE(builds<Watched>(5));
+    EXPECT_EQ(ObjectFactory::registeredTypes(), Names{"twice"});
+}
+
+TEST_F(ObjectFactoryTest, DoesNotKeepAFactoryWhoseConstructorFails) {
+    const WatchedFactory::EmptyRegistry none;
+    EXPECT_THROW(UnfinishedFactory("unfinished"), std::runtime_error);
+    EXPECT_TRUE(ObjectFactory::registeredTypes().empty());
+}
+
+TEST_F(ObjectFactoryTest, DestroysAFactoryWhereThereIsNoRegistry) {
+    auto factory = std::make_unique<WatchedFactory>("watched");
+    {
+        const WatchedFactory::EmptyRegistry none;
+        factory.reset();
+        EXPECT_TRUE(ObjectFactory::registeredTypes().empty());
+    }
+    const WatchedFactory takesItsPlace("watched");
+}
+
+TEST_F(ObjectFactoryTest, RefusesAFactoryThatBuildsNothing) {
+    class Empty : public ObjectFactory {
+    public:
+        Empty()
+            : ObjectFactory("hollow") {}
+
+    private:
+        std::shared_ptr<Container> build(std::shared_ptr<TAVO::Device>, std::shared_ptr<Container>,
+                                         const std::string&, std::uint32_t,
+                                         std::shared_ptr<TAVO::Object_v1_0>) override {
+            return nullptr;
+        }
+    };
+    const WatchedFactory::EmptyRegistry none;
+    const Empty factory;
+    appliance.add(5, "novelty").member("in", 6);
+    appliance.add(6, "hollow");
+    EXPECT_EQ(failureOf<TAVO::Error>([&] { build(6); }), "Object factory built nothing for type hollow: top");
+    EXPECT_EQ(failureOf<TAVO::Error>([&] { build(5); }),
+              "Object factory built nothing for type hollow: top.in");
 }
 
 TEST_F(ObjectFactoryTest, HasTheCoreAndCommonTypes) {

@@ -1,4 +1,5 @@
 #include <memory>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -7,8 +8,10 @@
 
 #include <tavo/client/object/object.h>
 #include <tavo/client/wire/error.h>
+#include <tests/support/allocation_meter.h>
 #include <tests/support/failure_text.h>
 #include <tests/support/fake_device.h>
+#include <tests/support/scripted_transport.h>
 
 namespace {
 
@@ -204,6 +207,96 @@ TEST_F(Object, CannotBeBuiltWithoutADevice) {
     EXPECT_EQ(failureOf<TAVO::Error>(
                   [] { Object_v1_0(nullptr, "thing", 7, nullptr, base::encoders(), base::decoders()); }),
               "Device no longer exists for object: thing");
+}
+
+TEST_F(Object, KnowsTheIdsOfMethodsThatItsTypeHasNoFunctionsFor) {
+    for (const auto& [name, id] : {std::pair{"zeta", 91u},
+                                   {"", 92u},
+                                   {"alpha", 93u},
+                                   {"zeta", 94u},
+                                   {"", 95u},
+                                   {"alphabet", 96u},
+                                   {"type", 97u},
+                                   {"type", 98u}})
+        fake.listedMethod(name, id);
+    const auto object = build();
+    EXPECT_EQ(object->getMethodID("zeta"), 94u);
+    EXPECT_EQ(object->getMethodID(""), 95u);
+    EXPECT_EQ(object->getMethodID("alpha"), 93u);
+    EXPECT_EQ(object->getMethodID("alphabet"), 96u);
+    EXPECT_EQ(object->getMethodID("type"), 98u);
+    for (const std::string name : {"alph", "alphab", "zet", "zetas", "A"})
+        EXPECT_EQ(failureOf<SpecificationError>([&] { object->getMethodID(name); }),
+                  "Could not find Method ID for Method: " + name);
+    EXPECT_EQ(failureOf<SpecificationError>([&] { TAVO::Method("alpha", *object, {}); }),
+              "Could not find Method Encoder for Method: alpha");
+}
+
+/// Answers every call with the reply that was prepared.
+class PreparedDevice : public support::FakeDevice {
+public:
+    void call(std::shared_ptr<TAVO::Method> method) override {
+        transport.received = 0;
+        exchange_.run(0, std::span(&method, 1));
+    }
+
+    support::ScriptedTransport transport;
+
+private:
+    TAVO::CallExchange exchange_{transport};
+};
+
+/// `count` names of four letters, each with the number that it stands for.
+Bytes manyEntries(std::size_t count) {
+    Bytes entries;
+    entries.reserve(12 * count);
+    for (std::size_t i = 0; i < count; ++i) {
+        const auto letter = [i](unsigned shift) {
+            return static_cast<std::uint8_t>('A' + ((i >> shift) & 31));
+        };
+        for (const auto& part : {u32(4), Bytes{letter(15), letter(10), letter(5), letter(0)},
+                                 u32(static_cast<std::uint32_t>(i))})
+            entries.insert(entries.end(), part.begin(), part.end());
+    }
+    return entries;
+}
+
+class ObjectOfAHostileDevice : public testing::Test {
+protected:
+    static constexpr std::uint32_t count = 300'000;
+
+    /// The next calls get this list of names and numbers. @return its size with all around it.
+    std::size_t prepareList(std::uint32_t entries, const Bytes& list) {
+        prepared->transport.reply = support::replyWith({result(0, joined({u32(entries), list}))});
+        prepared->transport.runs.reserve(10'000);
+        return prepared->transport.reply.size();
+    }
+    std::shared_ptr<Object_v1_0> build() {
+        return std::make_shared<Object_v1_0>(prepared, "thing", 7u, nullptr, base::encoders(),
+                                             base::decoders());
+    }
+
+    std::shared_ptr<PreparedDevice> prepared = std::make_shared<PreparedDevice>();
+};
+
+TEST_F(ObjectOfAHostileDevice, CostsAtMostEightTimesTheMethodsThatItLists) {
+    const auto bytes = prepareList(count, manyEntries(count));
+    std::shared_ptr<Object_v1_0> object;
+    {
+        const support::AllocationMeter meter;
+        object = build();
+        EXPECT_LE(meter.peak(), 8 * bytes);
+    }
+    EXPECT_EQ(object->getMethodID("AAAB"), 1u);
+}
+
+TEST_F(ObjectOfAHostileDevice, ListsMembersForAtMostEightTimesTheirBytes) {
+    prepareList(1, joined({text("members"), u32(5)}));
+    const auto object = build();
+    const auto bytes = prepareList(count, manyEntries(count));
+    const support::AllocationMeter meter;
+    EXPECT_EQ(object->members().size(), count);
+    EXPECT_LE(meter.peak(), 8 * bytes);
 }
 
 } // namespace

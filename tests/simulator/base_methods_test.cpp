@@ -95,6 +95,18 @@ TEST_F(BaseMethods, aReservedObjectNamesItsUser) {
     EXPECT_EQ(called(device, power->getReserveMethod("ben", ""))->returnCode(), 0);
 }
 
+TEST_F(BaseMethods, aReservationKeepsShortTextsOnly) {
+    const auto device = open();
+    const auto power = object(device, "power");
+    const std::string longest(64 * 1024, 'x');
+    EXPECT_EQ(called(device, power->getReserveMethod(longest, longest))->returnCode(), 0);
+    for (const auto& [user, remark] :
+         {std::pair{longest + "x", std::string()}, {std::string(longest), longest + "x"}})
+        EXPECT_EQ(called(device, power->getReserveMethod(user, remark))->returnCode(),
+                  return_code::badArgument);
+    EXPECT_EQ(called(device, power->getAvailableMethod())->value().info.size(), longest.size());
+}
+
 TEST_F(BaseMethods, aFlaggedReservationTakesOver) {
     const auto device = open();
     simulator.inspect([](Appliance& appliance) { appliance.get("power").setReservation({{"ann", ""}}); });

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <map>
 #include <optional>
 #include <string>
@@ -39,6 +40,8 @@ struct ProcessOutcome {
     int signal = 0;
     std::string output;
     std::string errors;
+    /// The most memory that it held at once, at least as much as the tests hold when they start it.
+    std::size_t peakKilobytes = 0;
 };
 
 class Process {
@@ -86,6 +89,8 @@ public:
     /// What was shown so far, once it contains `text`.
     const std::string& waitFor(const std::string& text);
     bool echoes() const;
+    /// Sets it as a shell does for itself: by lines, and what is typed is shown.
+    void makeCooked() const;
 
 private:
     int far_ = -1;

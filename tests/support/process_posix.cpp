@@ -12,6 +12,7 @@
 #include <poll.h>
 #include <spawn.h>
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
@@ -166,12 +167,14 @@ std::string Process::firstLine() {
 
 int Process::reap(Clock::time_point deadline) {
     int status = 0;
-    while (::waitpid(pid_, &status, WNOHANG) == 0) {
+    rusage usage{};
+    while (::wait4(pid_, &status, WNOHANG, &usage) == 0) {
         if (Clock::now() >= deadline)
             giveUp();
         std::this_thread::sleep_for(std::chrono::milliseconds(2));
     }
     pid_ = -1;
+    outcome_.peakKilobytes = static_cast<std::size_t>(usage.ru_maxrss);
     return status;
 }
 
@@ -216,6 +219,13 @@ const std::string& PseudoTerminal::waitFor(const std::string& text) {
         readInto(far_, shown_);
     }
     return shown_;
+}
+
+void PseudoTerminal::makeCooked() const {
+    termios settings{};
+    check(::tcgetattr(near_, &settings) == 0, "look at the terminal");
+    settings.c_lflag |= static_cast<tcflag_t>(ECHO | ICANON | ISIG);
+    check(::tcsetattr(near_, TCSANOW, &settings) == 0, "set the terminal");
 }
 
 bool PseudoTerminal::echoes() const {

@@ -41,7 +41,7 @@ RawClient::RawClient(std::uint16_t port)
     asio::error_code failure;
     connection_->socket.connect({asio::ip::address_v4::loopback(), port}, failure);
     if (failure)
-        throw std::runtime_error("cannot connect");
+        throw std::runtime_error("cannot connect: " + failure.message());
 }
 
 RawClient::~RawClient() = default;

@@ -10,6 +10,7 @@
 
 #include <tavo/client/wire/output_stream.h>
 #include <tests/support/allocation_meter.h>
+#include <tests/support/wire_bytes.h>
 
 namespace {
 
@@ -328,22 +329,69 @@ TEST(OutputStream, IsNeitherCopiedNorMoved) {
     EXPECT_FALSE(std::is_move_constructible_v<OutputStream>);
 }
 
-TEST(OutputStream, CopiesLongRunsUnlessItMayBorrowThem) {
-    const Bytes run(OutputStream::shortestBorrowed, 0xAB);
+class ReadyLender : public TAVOX::Lender {
+public:
+    explicit ReadyLender(bool answers = true)
+        : answers_(answers) {}
+    bool answersForRuns() noexcept override {
+        ++asked;
+        return answers_;
+    }
+    int asked = 0;
+
+private:
+    bool answers_;
+};
+
+TEST(OutputStream, AlwaysCopiesWhatItIsGivenToWrite) {
+    Bytes run(OutputStream::shortestLent, 0xAB);
+    ReadyLender lender;
     OutputStream out;
+    out.takeLentRuns(lender);
     out.writeBytes(run.size(), run.data());
     EXPECT_EQ(chunkSizes(out), (std::vector<std::size_t>{capacity, capacity, 64 * 1024 + 4 - 2 * capacity}));
+    EXPECT_EQ(lender.asked, 0);
 }
 
-TEST(OutputStream, BorrowsLongRunsWhereTheyLie) {
-    const Bytes run(OutputStream::shortestBorrowed, 0xAB);
-    const Bytes shorter(OutputStream::shortestBorrowed - 1, 0xCD);
+TEST(OutputStream, CopiesWhatItIsLentUnlessItsLenderAnswersForIt) {
+    const Bytes run(OutputStream::shortestLent, 0xAB);
+    const std::vector<std::size_t> copied{capacity, capacity, 64 * 1024 + 4 - 2 * capacity};
+    OutputStream withoutLender;
+    withoutLender.lendBytes(run.size(), run.data());
+    EXPECT_EQ(chunkSizes(withoutLender), copied);
+
+    ReadyLender refuses(false);
     OutputStream out;
-    out.borrowLongRuns();
+    out.takeLentRuns(refuses);
+    out.lendBytes(run.size(), run.data());
+    EXPECT_EQ(chunkSizes(out), copied);
+    out.lendBytes(run.size(), run.data());
+    EXPECT_EQ(refuses.asked, 1) << "the answer holds for all runs";
+}
+
+TEST(OutputStream, AsksItsLenderForLongRunsAlone) {
+    const Bytes run(OutputStream::shortestLent, 0xAB);
+    ReadyLender lender;
+    OutputStream out;
+    out.takeLentRuns(lender);
+    out.lendBytes(3, run.data());
+    out.lendBytes(run.size() - 1, run.data());
+    EXPECT_EQ(lender.asked, 0);
+    out.lendBytes(run.size(), run.data());
+    out.lendBytes(run.size(), run.data());
+    EXPECT_EQ(lender.asked, 1);
+}
+
+TEST(OutputStream, LeavesLongRunsThatAreLentWhereTheyLie) {
+    const Bytes run(OutputStream::shortestLent, 0xAB);
+    const Bytes shorter(OutputStream::shortestLent - 1, 0xCD);
+    ReadyLender lender;
+    OutputStream out;
+    out.takeLentRuns(lender);
     out.writeUInt32(1);
     out.beginSizedBlock();
-    out.writeBytes(run.size(), run.data());
-    out.writeBytes(shorter.size(), shorter.data());
+    out.lendBytes(run.size(), run.data());
+    out.lendBytes(shorter.size(), shorter.data());
     out.endSizedBlock();
     out.writeByte(9);
 
@@ -353,32 +401,30 @@ TEST(OutputStream, BorrowsLongRunsWhereTheyLie) {
                                                          64 * 1024 - 1 + 4 + 1 - 2 * capacity}));
     EXPECT_EQ(out.total(), 12 + 64 * 1024 + 4 + 64 * 1024 - 1 + 1u);
     EXPECT_EQ(out.total(), written(out).size());
-    Bytes expected{0, 0, 0, 1, 0, 2, 0, 7, 0, 1, 0, 0};
-    expected.insert(expected.end(), run.begin(), run.end());
-    expected.insert(expected.end(), {0, 0, 0xFF, 0xFF});
-    expected.insert(expected.end(), shorter.begin(), shorter.end());
-    expected.push_back(9);
-    EXPECT_EQ(written(out), expected);
+    EXPECT_EQ(written(out), support::joined({Bytes{0, 0, 0, 1, 0, 2, 0, 7, 0, 1, 0, 0}, run,
+                                             Bytes{0, 0, 0xFF, 0xFF}, shorter, Bytes{9}}));
 }
 
-TEST(OutputStream, BorrowsOneLongRunBehindTheOther) {
-    const Bytes run(OutputStream::shortestBorrowed, 0xAB);
+TEST(OutputStream, LeavesOneLentRunBehindTheOther) {
+    const Bytes run(OutputStream::shortestLent, 0xAB);
+    ReadyLender lender;
     OutputStream out;
-    out.borrowLongRuns();
+    out.takeLentRuns(lender);
     for (int i = 0; i < 3; ++i)
-        out.writeBytes(run.size(), run.data());
+        out.lendBytes(run.size(), run.data());
     EXPECT_EQ(chunkSizes(out), (std::vector<std::size_t>{4, 64 * 1024, 4, 64 * 1024, 4, 64 * 1024}));
 }
 
-TEST(OutputStream, FailsBehindABorrowedRunWhenThereIsNoMemory) {
-    const Bytes run(OutputStream::shortestBorrowed, 0xAB);
+TEST(OutputStream, FailsBehindALentRunWhenThereIsNoMemory) {
+    const Bytes run(OutputStream::shortestLent, 0xAB);
+    ReadyLender lender;
     OutputStream out;
-    out.borrowLongRuns();
-    out.writeBytes(run.size(), run.data());
+    out.takeLentRuns(lender);
+    out.lendBytes(run.size(), run.data());
     const NothrowLimit none(0);
     out.writeByte(1);
     EXPECT_TRUE(out.failed());
-    out.writeBytes(run.size(), run.data());
+    out.lendBytes(run.size(), run.data());
     EXPECT_EQ(out.total(), 4 + run.size());
 }
 

@@ -1,14 +1,18 @@
 #include <algorithm>
 #include <atomic>
 #include <csignal>
+#include <filesystem>
 #include <string>
 #include <thread>
 #include <utility>
 #include <vector>
 
+#include <arpa/inet.h>
 #include <fcntl.h>
+#include <netinet/in.h>
 #include <pthread.h>
 #include <sys/resource.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
@@ -214,6 +218,31 @@ TEST(SocketTransportOnPosix, FinishesAConnectThatASignalInterrupts) {
     SocketTransport transport("127.0.0.1", server.portText());
     EXPECT_EQ(receive(transport, 5), bytesOf("hello"));
     EXPECT_GT(caughtSignals, 0);
+}
+
+/// The descriptors of this process that are connected to a port.
+std::vector<int> connectedTo(const std::string& port) {
+    std::vector<int> found;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+        const int descriptor = std::stoi(entry.path().filename());
+        sockaddr_in peer{};
+        socklen_t size = sizeof peer;
+        if (::getpeername(descriptor, reinterpret_cast<sockaddr*>(&peer), &size) == 0 &&
+            peer.sin_family == AF_INET && std::to_string(ntohs(peer.sin_port)) == port)
+            found.push_back(descriptor);
+    }
+    return found;
+}
+
+TEST(SocketTransportOnPosix, IsNotHandedOnToProgramsThatTheProcessStarts) {
+    GuardedListener listener;
+    SocketTransport transport("127.0.0.1", listener.portText());
+    for (int connection = 0; connection < 2; ++connection) {
+        const auto sockets = connectedTo(listener.portText());
+        ASSERT_EQ(sockets.size(), 1u);
+        EXPECT_TRUE(::fcntl(sockets.front(), F_GETFD) & FD_CLOEXEC);
+        transport.connect();
+    }
 }
 
 TEST(SocketTransportOnPosix, WorksWithADescriptorAbove1023) {

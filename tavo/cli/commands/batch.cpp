@@ -18,17 +18,28 @@ struct Line : BatchLine {
 };
 
 void showResults(Output& output, const std::vector<Line>& lines) {
-    auto documents = nlohmann::json::array();
-    std::string text;
-    for (const auto& line : lines) {
-        if (!line.call.method->isResultSet())
-            continue;
-        auto document = resultDocument(line.call);
-        document["line"] = line.number;
-        documents.push_back(std::move(document));
-        text += fmt::format("{}: {}", line.number, resultText(line.call));
-    }
-    output.show(documents, text);
+    const auto forResults = [&](const auto& show) {
+        for (const auto& line : lines)
+            if (line.call.method->isResultSet())
+                show(line);
+    };
+    output.show(
+        [&](JsonWriter& json) {
+            json.array([&] {
+                forResults([&](const Line& line) {
+                    json.object([&] {
+                        json.key("line").number(line.number);
+                        writeResult(json, line.call);
+                    });
+                });
+            });
+        },
+        [&](TextWriter& text) {
+            forResults([&](const Line& line) {
+                text.print("{}: ", line.number);
+                writeResult(text, line.call);
+            });
+        });
 }
 
 void run(Session& session, const std::vector<Line>& lines) {

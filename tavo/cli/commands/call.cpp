@@ -14,7 +14,8 @@ void makeCall(Session& session, Output& output, const std::vector<std::string>& 
     const auto parsed = parseCall(words);
     const auto call = prepareCall(session, parsed);
     session.run({call.method});
-    output.show(resultDocument(call), resultText(call));
+    output.show([&](JsonWriter& json) { json.object([&] { writeResult(json, call); }); },
+                [&](TextWriter& text) { writeResult(text, call); });
     requireSuccess(*call.method);
 }
 

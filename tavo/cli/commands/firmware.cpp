@@ -55,7 +55,7 @@ void showStatus(Session& session, Output& output, const Arguments& arguments) {
     const auto status =
         arguments.wait ? waitUntilSettled(session, arguments) : statusOf(session, arguments.name);
     output.show({{"name", arguments.name}, {"first", status.first}, {"second", status.second}},
-                fmt::format("{} {}\n", status.first, status.second));
+                [&](TextWriter& text) { text.print("{} {}\n", status.first, status.second); });
 }
 
 void update(Session& session, Output& output, const Arguments& arguments) {
@@ -70,7 +70,7 @@ void update(Session& session, Output& output, const Arguments& arguments) {
     if (arguments.wait)
         showStatus(session, output, arguments);
     else
-        output.show({{"name", arguments.name}, {"bytes", image.size()}}, "");
+        output.show({{"name", arguments.name}, {"bytes", image.size()}});
 }
 
 void addWaiting(CLI::App* command, const std::shared_ptr<Arguments>& arguments) {

@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <fmt/format.h>
@@ -29,18 +30,24 @@ struct Arguments {
 
 void scan(Session& session, Output& output, const Arguments& arguments) {
     const auto gpuScan = chooseObject<GpuScan_v1_0>(session, arguments.object, "gpuScan");
-    const auto data = session.value(gpuScan->getScanMethod(arguments.bits)).data;
-    const BitString bits(static_cast<std::size_t>(arguments.bits), data);
-    if (data.size() != bits.bytes().size())
+    const auto call = gpuScan->getScanMethod(arguments.bits);
+    session.execute(call);
+    auto data = call->take().data;
+    if (data.size() != BitString::bytesFor(static_cast<std::size_t>(arguments.bits)))
         throw Failure(ExitCode::protocol, fmt::format("{} scanned {} bytes for {} bits",
                                                       gpuScan->getFullName(), data.size(), arguments.bits));
+    const BitString bits(static_cast<std::size_t>(arguments.bits), std::move(data));
     const auto notation = arguments.bytes ? BitNotation::bytes : BitNotation::number;
-    const auto text = bitsText(bits, notation);
-    output.show({{"object", gpuScan->getFullName()},
-                 {"bits", arguments.bits},
-                 {"notation", arguments.bytes ? "bytes" : "number"},
-                 {"data", text}},
-                text + "\n");
+    output.show(
+        [&](JsonWriter& json) {
+            json.object([&] {
+                json.key("bits").number(arguments.bits);
+                json.key("data").text(bitsText(bits, notation));
+                json.key("notation").text(arguments.bytes ? "bytes" : "number");
+                json.key("object").text(gpuScan->getFullName());
+            });
+        },
+        [&](TextWriter& text) { text.print("{}\n", bitsText(bits, notation)); });
 }
 
 template <class Proxy>
@@ -53,7 +60,8 @@ void setOrShowModeOf(Session& session, Output& output, const Proxy& object,
     batch.push_back(get);
     session.runAll(batch);
     const auto now = get->value().mode;
-    output.show({{"object", object.getFullName()}, {"mode", now}}, fmt::format("{}\n", now));
+    output.show({{"object", object.getFullName()}, {"mode", now}},
+                [&](TextWriter& text) { text.print("{}\n", now); });
 }
 
 void setOrShowMode(Session& session, Output& output, const Arguments& arguments) {

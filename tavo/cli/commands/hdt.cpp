@@ -3,13 +3,14 @@
 #include <algorithm>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <utility>
+#include <variant>
 #include <vector>
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include <tavo/cli/command_group.h>
 #include <tavo/cli/object_choice.h>
@@ -20,7 +21,7 @@ namespace {
 
 using HWDebug::Hdt;
 using HWDebug::Hdt_v1_1;
-using nlohmann::json;
+using Json = nlohmann::json;
 
 struct Arguments {
     std::string object;
@@ -37,49 +38,56 @@ std::shared_ptr<Hdt_v1_1> chooseNewerHdt(Session& session, const Arguments& argu
     return chooseObject<Hdt_v1_1>(session, arguments.object, "hdt above version 1.0");
 }
 
+using Lines = std::vector<bool>;
+
+/// By their keys: values that are small, and lines, of which there may be any number.
+using Status = std::map<std::string, std::variant<Json, Lines>>;
+
 /// Calls of one exchange, with what is made of each one's result.
 class StatusReading {
 public:
     template <class Result, class Show>
     void add(const char* key, std::shared_ptr<BoundMethod<Result>> method, Show show) {
         methods_.push_back(method);
-        entries_.push_back({key, [method, show = std::move(show)] { return show(method->value()); }});
+        entries_.push_back({key, [method, show = std::move(show)] { return show(method->take()); }});
     }
 
     void run(Session& session) { session.runAll(methods_); }
-    void fill(json& document) const {
+    Status status() const {
+        Status status;
         for (const auto& [key, value] : entries_)
-            document[key] = value();
+            status[key] = value();
+        return status;
     }
 
 private:
     std::vector<std::shared_ptr<Method>> methods_;
-    std::vector<std::pair<const char*, std::function<json()>>> entries_;
+    std::vector<std::pair<const char*, std::function<Status::mapped_type()>>> entries_;
 };
 
-json levelOf(const dto::Header::iGetReply& reply) { return reply.level; }
-json linesOf(const std::vector<bool>& lines) { return lines; }
-json linesOfBytes(const dto::hdt::OptionDbrdyMaskGetReply& reply) {
-    std::vector<bool> lines;
+Json levelOf(const dto::Header::iGetReply& reply) { return reply.level; }
+Lines linesOf(Lines lines) { return lines; }
+Lines linesOfBytes(const dto::hdt::OptionDbrdyMaskGetReply& reply) {
+    Lines lines;
     for (const auto byte : reply.mask)
         lines.push_back(byte != 0);
     return lines;
 }
-json enableOf(const dto::Header::EnableGetReply& reply) { return reply.enable; }
-json frequencyOf(const dto::hdt::FrequencyGetReply& reply) { return reply.frequency; }
+Json enableOf(const dto::Header::EnableGetReply& reply) { return reply.enable; }
+Json frequencyOf(const dto::hdt::FrequencyGetReply& reply) { return reply.frequency; }
 
 void addNewer(StatusReading& reading, const Hdt_v1_1& hdt) {
     reading.add("dbrdyMask", hdt.getOptionDbrdyMaskGetMethod(), linesOfBytes);
     reading.add("dbreqSource", hdt.getIoDbreqSourceSnapshotGetMethod(),
-                [](const auto& reply) { return json(reply.source); });
+                [](const auto& reply) { return Json(reply.source); });
     reading.add("dbreqOnTrigger", hdt.getOptionDbreqOnTriggerGetMethod(), [](const auto& reply) {
-        return json::array({{{"enable", reply.flag1}, {"trigger", reply.value1}},
+        return Json::array({{{"enable", reply.flag1}, {"trigger", reply.value1}},
                             {{"enable", reply.flag2}, {"trigger", reply.value2}}});
     });
     reading.add("frequency", hdt.getOptionFrequencyGetMethod(), frequencyOf);
 }
 
-json readStatus(Session& session, const Hdt& hdt) {
+Status readStatus(Session& session, const Hdt& hdt) {
     StatusReading reading;
     reading.add("enable", hdt.getEnableGetMethod(), enableOf);
     reading.add("dbreq", hdt.getIoDbreqGetMethod(), levelOf);
@@ -87,29 +95,33 @@ json readStatus(Session& session, const Hdt& hdt) {
     reading.add("dbrdySnapshot", hdt.getIoDbrdySnapShotGetMethod(), linesOf);
     reading.add("reset", hdt.getIoResetGetMethod(), levelOf);
     reading.add("pwrok", hdt.getIoPwrokGetMethod(), levelOf);
-    const auto option = [](const auto& reply) { return json(reply.enable); };
+    const auto option = [](const auto& reply) { return Json(reply.enable); };
     reading.add("dbreqOnDbrdy", hdt.getOptionDbreqOnDbrdyGetMethod(), option);
     reading.add("dbreqOnReset", hdt.getOptionDbreqOnResetGetMethod(), option);
     reading.add("dbreqPulseWidth", hdt.getOptionDbreqPulseWidthGetMethod(),
-                [](const auto& reply) { return json(reply.pulseWidth); });
+                [](const auto& reply) { return Json(reply.pulseWidth); });
     if (const auto* newer = dynamic_cast<const Hdt_v1_1*>(&hdt))
         addNewer(reading, *newer);
     else
         reading.add("frequency", callOf<dto::hdt::FrequencyGetReply>(hdt, "frequencyGet"), frequencyOf);
     reading.run(session);
-    json status{{"object", hdt.getFullName()}};
-    reading.fill(status);
+    auto status = reading.status();
+    status["object"] = Json(hdt.getFullName());
     return status;
 }
 
-int bit(const json& flag) { return flag.get<bool>() ? 1 : 0; }
-const char* onOff(const json& flag) { return flag.get<bool>() ? "on" : "off"; }
+void writeLines(JsonWriter& json, const Lines& lines) {
+    json.array([&] {
+        for (const bool line : lines)
+            json.flag(line);
+    });
+}
 
-std::string linesText(const json& lines) {
-    std::vector<int> bits;
-    for (const auto& line : lines)
-        bits.push_back(bit(line));
-    return fmt::format("{}", fmt::join(bits, " "));
+void writeLines(TextWriter& text, const Lines& lines) {
+    const char* separator = "";
+    for (const bool line : lines)
+        text.print("{}{}", std::exchange(separator, " "), line ? 1 : 0);
+    text.write("\n");
 }
 
 std::string sourceText(std::int32_t source) {
@@ -118,42 +130,74 @@ std::string sourceText(std::int32_t source) {
     return known ? fmt::format("{} {}", source, names[source]) : fmt::format("{}", source);
 }
 
-std::string statusText(const json& status) {
-    std::string text;
-    const auto line = [&text](const char* name, const std::string& value) {
-        text += fmt::format("{:<16}  {}\n", name, value);
-    };
-    line("power good", status["pwrok"].get<bool>() ? "yes" : "no");
-    line("in reset", status["reset"].get<bool>() ? "yes" : "no");
-    line("DBREQ", fmt::format("{}", bit(status["dbreq"])));
-    line("DBRDY", linesText(status["dbrdy"]));
-    line("DBRDY snapshot", linesText(status["dbrdySnapshot"]));
-    if (status.contains("dbrdyMask")) {
-        line("DBRDY mask", linesText(status["dbrdyMask"]));
-        line("DBREQ source", sourceText(status["dbreqSource"].get<std::int32_t>()));
+/// The status in lines of a name and a value.
+class StatusText {
+public:
+    StatusText(TextWriter& text, const Status& status)
+        : text_(text)
+        , status_(status) {}
+
+    bool has(const char* key) const { return status_.contains(key); }
+    const Json& value(const char* key) const { return std::get<Json>(status_.at(key)); }
+    bool flag(const char* key) const { return value(key).get<bool>(); }
+
+    void line(const char* name, const std::string& shown) { text_.print("{:<16}  {}\n", name, shown); }
+    void onOff(const char* name, const char* key) { line(name, flag(key) ? "on" : "off"); }
+    void lines(const char* name, const char* key) {
+        text_.print("{:<16}  ", name);
+        writeLines(text_, std::get<Lines>(status_.at(key)));
     }
-    line("enable", onOff(status["enable"]));
-    line("DBREQ on DBRDY", onOff(status["dbreqOnDbrdy"]));
-    line("DBREQ on reset", onOff(status["dbreqOnReset"]));
-    if (status.contains("dbreqOnTrigger"))
-        for (const auto& choice : status["dbreqOnTrigger"])
-            line("DBREQ on trigger",
-                 choice["enable"].get<bool>()
-                     ? fmt::format("on, trigger {}", choice["trigger"].get<std::int32_t>())
-                     : "off");
-    line("DBREQ pulse", fmt::format("{} ns", status["dbreqPulseWidth"].get<std::int32_t>()));
-    line("frequency", fmt::format("{} Hz", status["frequency"].get<std::uint64_t>()));
-    return text;
+
+private:
+    TextWriter& text_;
+    const Status& status_;
+};
+
+void write(TextWriter& text, const Status& status) {
+    StatusText shown(text, status);
+    shown.line("power good", shown.flag("pwrok") ? "yes" : "no");
+    shown.line("in reset", shown.flag("reset") ? "yes" : "no");
+    shown.line("DBREQ", shown.flag("dbreq") ? "1" : "0");
+    shown.lines("DBRDY", "dbrdy");
+    shown.lines("DBRDY snapshot", "dbrdySnapshot");
+    if (shown.has("dbrdyMask")) {
+        shown.lines("DBRDY mask", "dbrdyMask");
+        shown.line("DBREQ source", sourceText(shown.value("dbreqSource").get<std::int32_t>()));
+    }
+    shown.onOff("enable", "enable");
+    shown.onOff("DBREQ on DBRDY", "dbreqOnDbrdy");
+    shown.onOff("DBREQ on reset", "dbreqOnReset");
+    if (shown.has("dbreqOnTrigger"))
+        for (const auto& choice : shown.value("dbreqOnTrigger"))
+            shown.line("DBREQ on trigger",
+                       choice["enable"].get<bool>()
+                           ? fmt::format("on, trigger {}", choice["trigger"].get<std::int32_t>())
+                           : "off");
+    shown.line("DBREQ pulse", fmt::format("{} ns", shown.value("dbreqPulseWidth").get<std::int32_t>()));
+    shown.line("frequency", fmt::format("{} Hz", shown.value("frequency").get<std::uint64_t>()));
+}
+
+void write(JsonWriter& json, const Status& status) {
+    json.object([&] {
+        for (const auto& [key, value] : status) {
+            json.key(key);
+            if (const auto* lines = std::get_if<Lines>(&value))
+                writeLines(json, *lines);
+            else
+                json.write(std::get<Json>(value));
+        }
+    });
 }
 
 void showStatus(Session& session, Output& output, const Arguments& arguments) {
     const auto hdt = chooseHdt(session, arguments);
     const auto status = readStatus(session, *hdt);
-    output.show(status, statusText(status));
+    output.show([&](JsonWriter& json) { write(json, status); },
+                [&](TextWriter& text) { write(text, status); });
 }
 
 void showDone(Output& output, const Object_v1_0& object) {
-    output.show({{"object", object.getFullName()}, {"returnCode", 0}}, "");
+    output.show({{"object", object.getFullName()}, {"returnCode", 0}});
 }
 
 void setRequest(Session& session, Output& output, const Arguments& arguments) {
@@ -179,8 +223,15 @@ void setOrShowMask(Session& session, Output& output, const Arguments& arguments)
         batch.push_back(hdt->getOptionDbrdyMaskSet(arguments.mask));
     batch.push_back(get);
     session.runAll(batch);
-    const auto mask = linesOfBytes(get->value());
-    output.show({{"object", hdt->getFullName()}, {"dbrdyMask", mask}}, linesText(mask) + "\n");
+    const auto mask = linesOfBytes(get->take());
+    output.show(
+        [&](JsonWriter& json) {
+            json.object([&] {
+                writeLines(json.key("dbrdyMask"), mask);
+                json.key("object").text(hdt->getFullName());
+            });
+        },
+        [&](TextWriter& text) { writeLines(text, mask); });
 }
 
 void showTrigger(Session& session, Output& output, const Arguments& arguments) {
@@ -190,22 +241,24 @@ void showTrigger(Session& session, Output& output, const Arguments& arguments) {
     session.runAll({level, setup});
     const bool now = level->value().level;
     const auto values = setup->value();
-    output.show(
-        {{"object", hdt->getFullName()},
-         {"trigger", arguments.trigger},
-         {"level", now},
-         {"setup",
-          {{"mode", values.value1},
-           {"edge", values.value2},
-           {"pulseWidth", values.value3},
-           {"count", values.value4},
-           {"delay", values.value5},
-           {"invert", values.value6},
-           {"source", values.value7}}}},
-        fmt::format("level {}\nmode {}, edge {}, pulse width {} ns, count {}, delay {} ns, invert {}, "
-                    "source {}\n",
-                    now ? 1 : 0, values.value1, values.value2, values.value3, values.value4, values.value5,
-                    values.value6, values.value7));
+    output.show({{"object", hdt->getFullName()},
+                 {"trigger", arguments.trigger},
+                 {"level", now},
+                 {"setup",
+                  {{"mode", values.value1},
+                   {"edge", values.value2},
+                   {"pulseWidth", values.value3},
+                   {"count", values.value4},
+                   {"delay", values.value5},
+                   {"invert", values.value6},
+                   {"source", values.value7}}}},
+                [&](TextWriter& text) {
+                    text.print(
+                        "level {}\nmode {}, edge {}, pulse width {} ns, count {}, delay {} ns, invert {}, "
+                        "source {}\n",
+                        now ? 1 : 0, values.value1, values.value2, values.value3, values.value4,
+                        values.value5, values.value6, values.value7);
+                });
 }
 
 void setTrigger(Session& session, Output& output, const Arguments& arguments) {

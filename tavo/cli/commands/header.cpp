@@ -6,7 +6,6 @@
 #include <vector>
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include <tavo/cli/command_group.h>
 #include <tavo/cli/object_choice.h>
@@ -15,7 +14,6 @@ namespace TAVO::cli {
 
 namespace {
 
-using nlohmann::json;
 using Status = dto::Base::HeaderStatusGetReply;
 
 struct Arguments {
@@ -35,30 +33,51 @@ Objects chooseObjects(Session& session, const Arguments& arguments, const std::s
     return chosen;
 }
 
-json documentOf(const Object_v1_0& object, const Status& status) {
-    auto headers = json::array();
-    for (const auto& header : status.headers)
-        headers.push_back({{"name", header.name},
-                           {"connected", header.flag1 != 0},
-                           {"changed", header.flag2 != 0},
-                           {"error", header.flag3 != 0}});
-    auto connections = json::array();
-    for (const auto& connection : status.connections)
-        connections.push_back({{"host", connection.first}, {"target", connection.second}});
-    return {{"object", object.getFullName()},
-            {"headers", std::move(headers)},
-            {"connections", std::move(connections)}};
+void writeNames(JsonWriter& json, const std::vector<std::string>& names) {
+    json.array([&] {
+        for (const auto& name : names)
+            json.text(name);
+    });
 }
 
-std::string textOf(const Object_v1_0& object, const Status& status) {
-    auto text = object.getFullName() + "\n";
+void write(JsonWriter& json, const Object_v1_0& object, const Status& status) {
+    json.key("connections").array([&] {
+        for (const auto& [host, target] : status.connections)
+            json.object([&, &host = host, &target = target] {
+                writeNames(json.key("host"), host);
+                writeNames(json.key("target"), target);
+            });
+    });
+    json.key("headers").array([&] {
+        for (const auto& header : status.headers)
+            json.object([&] {
+                json.key("changed").flag(header.flag2 != 0);
+                json.key("connected").flag(header.flag1 != 0);
+                json.key("error").flag(header.flag3 != 0);
+                json.key("name").text(header.name);
+            });
+    });
+    json.key("object").text(object.getFullName());
+}
+
+void writeNames(TextWriter& text, const std::vector<std::string>& names) {
+    const char* separator = "";
+    for (const auto& name : names)
+        text.print("{}{}", std::exchange(separator, ", "), name);
+}
+
+void write(TextWriter& text, const Object_v1_0& object, const Status& status) {
+    text.print("{}\n", object.getFullName());
     for (const auto& header : status.headers)
-        text +=
-            fmt::format("  {:<10}  {}{}{}\n", header.name, header.flag1 != 0 ? "connected" : "not connected",
-                        header.flag2 != 0 ? ", changed" : "", header.flag3 != 0 ? ", error" : "");
-    for (const auto& [host, target] : status.connections)
-        text += fmt::format("  {} -- {}\n", fmt::join(host, ", "), fmt::join(target, ", "));
-    return printable(text);
+        text.print("  {:<10}  {}{}{}\n", header.name, header.flag1 != 0 ? "connected" : "not connected",
+                   header.flag2 != 0 ? ", changed" : "", header.flag3 != 0 ? ", error" : "");
+    for (const auto& [host, target] : status.connections) {
+        text.write("  ");
+        writeNames(text, host);
+        text.write(" -- ");
+        writeNames(text, target);
+        text.write("\n");
+    }
 }
 
 void showStatus(Session& session, Output& output, const Arguments& arguments) {
@@ -67,26 +86,35 @@ void showStatus(Session& session, Output& output, const Arguments& arguments) {
     for (const auto& object : objects)
         calls.push_back(callOf<Status>(*object, "headerStatusGet"));
     session.runAll({calls.begin(), calls.end()});
-    auto documents = json::array();
-    std::string text;
-    for (std::size_t i = 0; i < objects.size(); ++i) {
-        const auto status = calls[i]->value();
-        documents.push_back(documentOf(*objects[i], status));
-        text += textOf(*objects[i], status);
-    }
-    output.show(documents, text);
+    output.show(
+        [&](JsonWriter& json) {
+            json.array([&] {
+                for (std::size_t i = 0; i < objects.size(); ++i)
+                    json.object([&] { write(json, *objects[i], calls[i]->take()); });
+            });
+        },
+        [&](TextWriter& text) {
+            for (std::size_t i = 0; i < objects.size(); ++i)
+                write(text, *objects[i], calls[i]->take());
+        });
 }
 
 void clearStatus(Session& session, Output& output, const Arguments& arguments) {
     const auto objects = chooseObjects(session, arguments, "headerStatusClear");
     std::vector<std::shared_ptr<Method>> calls;
-    auto names = json::array();
-    for (const auto& object : objects) {
+    for (const auto& object : objects)
         calls.push_back(callOf(*object, "headerStatusClear"));
-        names.push_back(object->getFullName());
-    }
     session.runAll(calls);
-    output.show({{"cleared", names}}, "");
+    output.show(
+        [&](JsonWriter& json) {
+            json.object([&] {
+                json.key("cleared").array([&] {
+                    for (const auto& object : objects)
+                        json.text(object->getFullName());
+                });
+            });
+        },
+        [](TextWriter&) {});
 }
 
 } // namespace

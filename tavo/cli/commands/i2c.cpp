@@ -8,7 +8,6 @@
 #include <vector>
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include <tavo/cli/command_group.h>
 #include <tavo/cli/consent.h>
@@ -59,11 +58,29 @@ void detect(Session& session, Output& output, const Arguments& arguments) {
     const auto found = acknowledgingAddresses(session, *bus, range);
     output.show(
         {{"object", bus->getFullName()}, {"first", range.first}, {"last", range.last}, {"found", found}},
-        detectGrid(range, found));
+        [&](TextWriter& text) { text.write(detectGrid(range, found)); });
 }
 
-nlohmann::json documentOf(const I2c_v1_0& bus, const Arguments& arguments, nlohmann::json values) {
-    return {{"object", bus.getFullName()}, {"address", arguments.address}, {"values", std::move(values)}};
+/// What was read or written, one number for each register.
+template <class Bytes>
+void write(JsonWriter& json, const I2c_v1_0& bus, const Arguments& arguments,
+           std::optional<std::uint32_t> first, const Bytes& bytes, std::optional<bool> verified = {}) {
+    json.object([&] {
+        json.key("address").number(arguments.address);
+        if (first)
+            json.key("first").number(*first);
+        json.key("object").text(bus.getFullName());
+        json.key("values").array([&] {
+            for (const RegisterByte byte : bytes) {
+                if (byte)
+                    json.number(*byte);
+                else
+                    json.null();
+            }
+        });
+        if (verified)
+            json.key("verified").flag(*verified);
+    });
 }
 
 void dump(Session& session, Output& output, const Arguments& arguments) {
@@ -77,12 +94,8 @@ void dump(Session& session, Output& output, const Arguments& arguments) {
     if (missing == static_cast<std::ptrdiff_t>(bytes.size()))
         throw notAcknowledged(target);
 
-    auto values = nlohmann::json::array();
-    for (const auto& byte : bytes)
-        values.push_back(byte ? nlohmann::json(*byte) : nlohmann::json());
-    auto document = documentOf(*bus, arguments, std::move(values));
-    document["first"] = range.first;
-    output.show(document, dumpGrid(range.first, bytes, arguments.wide));
+    output.show([&](JsonWriter& json) { write(json, *bus, arguments, range.first, bytes); },
+                [&](TextWriter& text) { text.write(dumpGrid(range.first, bytes, arguments.wide)); });
     if (missing != 0)
         throw Failure(ExitCode::refused,
                       fmt::format("{} of {} registers were not acknowledged", missing, bytes.size()));
@@ -94,10 +107,13 @@ void get(Session& session, Output& output, const Arguments& arguments) {
     const auto bus = busOf(session, arguments);
     const I2cTarget target{*bus, arguments.address, arguments.wide};
     const auto bytes = readRun(session, target, arguments.number, arguments.count);
-    auto document = documentOf(*bus, arguments, bytes);
-    if (arguments.number)
-        document["first"] = *arguments.number;
-    output.show(document, fmt::format("0x{:02x}\n", fmt::join(bytes, " 0x")));
+    output.show([&](JsonWriter& json) { write(json, *bus, arguments, arguments.number, bytes); },
+                [&](TextWriter& text) {
+                    const char* separator = "";
+                    for (const auto byte : bytes)
+                        text.print("{}0x{:02x}", std::exchange(separator, " "), byte);
+                    text.write(bytes.empty() ? "0x\n" : "\n");
+                });
 }
 
 std::uint32_t pageSize(const Arguments& arguments) {
@@ -115,10 +131,9 @@ void set(Session& session, Output& output, const Arguments& arguments) {
     const auto bus = busOf(session, arguments);
     const I2cTarget target{*bus, arguments.address, arguments.wide};
     writePages(session, target, *arguments.number, bytes, pageSize(arguments), arguments.verify);
-    auto document = documentOf(*bus, arguments, bytes);
-    document["first"] = *arguments.number;
-    document["verified"] = arguments.verify;
-    output.show(document, "");
+    output.show(
+        [&](JsonWriter& json) { write(json, *bus, arguments, arguments.number, bytes, arguments.verify); },
+        [](TextWriter&) {});
 }
 
 void addAddress(CLI::App* command, Arguments& arguments) {

@@ -1,47 +1,52 @@
 #include <tavo/cli/commands/commands.h>
 
-#include <string>
-
-#include <fmt/format.h>
-
 namespace TAVO::cli {
 
 namespace {
 
+using Info = dto::Device::InfoReply;
 using Descriptor = Device_Factory_Structs::TavoDeviceDescriptor;
 
-nlohmann::json documentOf(const DeviceInfo& info, const Descriptor& descriptor) {
-    auto firmware = nlohmann::json::array();
-    for (const auto& part : info.firmware)
-        firmware.push_back({{"name", part.name}, {"version", part.version.text}});
-    auto boards = nlohmann::json::array();
-    for (const auto& board : info.boards)
-        boards.push_back({{"field1", board.field1},
-                          {"field2", board.field2},
-                          {"field3", board.field3},
-                          {"field4", board.field4}});
-    return {{"name", info.name},       {"version", info.version.text},
-            {"port", descriptor.port}, {"keyFlags", {descriptor.firstKeyFlag, descriptor.secondKeyFlag}},
-            {"firmware", firmware},    {"boards", boards}};
+void write(JsonWriter& json, const Info& info, const Descriptor& descriptor) {
+    json.key("boards").array([&] {
+        for (const auto& board : info.boards)
+            json.object([&] {
+                json.key("field1").text(board.field1);
+                json.key("field2").text(board.field2);
+                json.key("field3").text(board.field3);
+                json.key("field4").text(board.field4);
+            });
+    });
+    json.key("firmware").array([&] {
+        for (const auto& part : info.firmware)
+            json.object([&] {
+                json.key("name").text(part.name);
+                json.key("version").text(Version(part.version).text);
+            });
+    });
+    json.key("keyFlags").write({descriptor.firstKeyFlag, descriptor.secondKeyFlag});
+    json.key("name").text(info.name);
+    json.key("port").number(descriptor.port);
+    json.key("version").text(Version(info.version).text);
 }
 
-std::string textOf(const DeviceInfo& info, const Descriptor& descriptor) {
-    auto text =
-        fmt::format("name       {}\nversion    {}\nport       {}\nkey flags  {:d} {:d}\n", info.name,
-                    info.version.text, descriptor.port, descriptor.firstKeyFlag, descriptor.secondKeyFlag);
+void write(TextWriter& text, const Info& info, const Descriptor& descriptor) {
+    text.print("name       {}\nversion    {}\nport       {}\nkey flags  {:d} {:d}\n", info.name,
+               Version(info.version).text, descriptor.port, descriptor.firstKeyFlag,
+               descriptor.secondKeyFlag);
     for (const auto& part : info.firmware)
-        text += fmt::format("firmware   {} {}\n", part.name, part.version.text);
+        text.print("firmware   {} {}\n", part.name, Version(part.version).text);
     for (const auto& board : info.boards)
-        text += fmt::format("board      {} | {} | {} | {}\n", board.field1, board.field2, board.field3,
-                            board.field4);
-    return printable(text);
+        text.print("board      {} | {} | {} | {}\n", board.field1, board.field2, board.field3, board.field4);
 }
 
 void showInfo(Session& session, Output& output) {
     Descriptor descriptor;
     const auto method = session.identify(descriptor).getDevice()->getInfoMethod();
-    const DeviceInfo info(session.value(method));
-    output.show(documentOf(info, descriptor), textOf(info, descriptor));
+    session.execute(method);
+    const auto info = method->take();
+    output.show([&](JsonWriter& json) { json.object([&] { write(json, info, descriptor); }); },
+                [&](TextWriter& text) { write(text, info, descriptor); });
 }
 
 } // namespace

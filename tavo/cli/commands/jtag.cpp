@@ -39,7 +39,7 @@ void moveOrShowState(Session& session, Output& output, const JtagArguments& argu
     output.show({{"object", jtag->getFullName()},
                  {"state", state},
                  {"name", name ? nlohmann::json(*name) : nlohmann::json()}},
-                tapStateText(state) + "\n");
+                [&](TextWriter& text) { text.print("{}\n", tapStateText(state)); });
 }
 
 void showPins(Session& session, Output& output, const JtagArguments& arguments) {
@@ -56,16 +56,17 @@ void showPins(Session& session, Output& output, const JtagArguments& arguments) 
     batch.push_back(tdo);
     session.runAll(batch);
 
-    nlohmann::json document{{"object", jtag->getFullName()}};
-    std::string text;
-    for (const auto& [name, get] : driven) {
-        const auto pin = get->value();
-        document[name] = {{"driven", pin.first}, {"level", pin.second}};
-        text += fmt::format("{:<4}  {}  {}\n", name, pin.second ? 1 : 0, pin.first ? "driven" : "not driven");
-    }
     const bool level = tdo->value().level;
-    document["TDO"] = {{"level", level}};
-    output.show(document, text + fmt::format("TDO   {}\n", level ? 1 : 0));
+    nlohmann::json document{{"object", jtag->getFullName()}, {"TDO", {{"level", level}}}};
+    for (const auto& [name, get] : driven)
+        document[name] = {{"driven", get->value().first}, {"level", get->value().second}};
+    output.show(document, [&](TextWriter& text) {
+        for (const auto& [name, get] : driven) {
+            const auto pin = get->value();
+            text.print("{:<4}  {}  {}\n", name, pin.second ? 1 : 0, pin.first ? "driven" : "not driven");
+        }
+        text.print("TDO   {}\n", level ? 1 : 0);
+    });
 }
 
 void setOrShowFrequency(Session& session, Output& output, const JtagArguments& arguments) {
@@ -83,7 +84,7 @@ void setOrShowFrequency(Session& session, Output& output, const JtagArguments& a
     session.runAll(batch);
     const auto actual = get->value();
     output.show({{"object", jtag->getFullName()}, {"frequency", actual.frequency}, {"divider", actual.value}},
-                fmt::format("{} Hz, divider {}\n", actual.frequency, actual.value));
+                [&](TextWriter& text) { text.print("{} Hz, divider {}\n", actual.frequency, actual.value); });
 }
 
 } // namespace
@@ -102,12 +103,13 @@ ShiftCall shiftCall(const Object_v1_0& jtag, JtagRegister target, const BitStrin
 
 BitString capturedBy(const ShiftCall& call) {
     const auto& request = dynamic_cast<const dto::Jtag::ShiftRequest&>(*call->getParams().request);
-    BitString bits(static_cast<std::size_t>(request.bits), call->value().data);
-    const auto received = call->value().data.size();
-    if (call->returnCode() == 0 && received != bits.bytes().size())
+    const auto size = static_cast<std::size_t>(request.bits);
+    const auto result = call->getResult();
+    const auto& data = dto::replyOf<dto::Jtag::ShiftReply>(result).data;
+    if (result.code == 0 && data.size() != BitString::bytesFor(size))
         throw Failure(ExitCode::protocol, fmt::format("{} captured {} bytes for {} bits", call->getFullName(),
-                                                      received, bits.size()));
-    return bits;
+                                                      data.size(), size));
+    return {size, data};
 }
 
 std::shared_ptr<Method> moveCall(const Object_v1_0& jtag, std::int32_t state) {

@@ -32,8 +32,13 @@ struct Options {
     bool enable = false;
 };
 
+/// Not more than what came, whatever number of bits is announced.
 BitString bitsOf(std::int32_t bits, const std::vector<std::uint8_t>& bytes) {
-    return {bits > 0 ? static_cast<std::size_t>(bits) : 0, bytes};
+    const auto size = bits > 0 ? static_cast<std::size_t>(bits) : 0;
+    if (bytes.size() < BitString::bytesFor(size))
+        throw Failure(ExitCode::protocol,
+                      fmt::format("the device gave {} bytes for {} expected bits", bytes.size(), size));
+    return {size, bytes};
 }
 
 Options optionsOf(Session& session, const Jtag_v1_0& jtag) {
@@ -82,40 +87,39 @@ Options optionsOf(Session& session, const Jtag_v1_1& jtag) {
             enableGet->value().enable};
 }
 
-nlohmann::json documentOf(const ShiftOptions& options) {
-    nlohmann::json document{
-        {"repeat", {{"count", options.repeat}, {"enable", options.repeats}}},
-        {"retry", {{"count", options.retry}, {"enable", options.retries}}},
-        {"terminationState", options.terminationState},
-        {"expected",
-         {{"bits", options.expected.size()},
-          {"value", bitsText(options.expected, BitNotation::number)},
-          {"mask", bitsText(options.mask, BitNotation::number)}}},
-    };
-    if (options.preTck) {
-        document["preTck"] = *options.preTck;
-        document["postTck"] = *options.postTck;
-    }
-    return document;
+void write(JsonWriter& json, const ShiftOptions& options) {
+    json.object([&] {
+        json.key("expected").object([&] {
+            json.key("bits").number(options.expected.size());
+            json.key("mask").text(bitsText(options.mask, BitNotation::number));
+            json.key("value").text(bitsText(options.expected, BitNotation::number));
+        });
+        if (options.preTck) {
+            json.key("postTck").number(*options.postTck);
+            json.key("preTck").number(*options.preTck);
+        }
+        json.key("repeat").write({{"count", options.repeat}, {"enable", options.repeats}});
+        json.key("retry").write({{"count", options.retry}, {"enable", options.retries}});
+        json.key("terminationState").number(options.terminationState);
+    });
 }
 
 std::string countText(std::int32_t count, bool enabled) {
     return fmt::format("{} times, {}", count, enabled ? "on" : "off");
 }
 
-std::string textOf(const char* name, const ShiftOptions& options) {
-    auto text =
-        fmt::format("{0} repeat       {1}\n{0} retry        {2}\n{0} termination  {3}\n", name,
-                    countText(options.repeat, options.repeats), countText(options.retry, options.retries),
-                    tapStateText(options.terminationState));
+void write(TextWriter& text, const char* name, const ShiftOptions& options) {
+    text.print("{0} repeat       {1}\n{0} retry        {2}\n{0} termination  {3}\n", name,
+               countText(options.repeat, options.repeats), countText(options.retry, options.retries),
+               tapStateText(options.terminationState));
     if (options.preTck)
-        text += fmt::format("{0} pre TCK      {1}\n{0} post TCK     {2}\n", name, *options.preTck,
-                            *options.postTck);
+        text.print("{0} pre TCK      {1}\n{0} post TCK     {2}\n", name, *options.preTck, *options.postTck);
     if (options.expected.size() == 0)
-        return text + fmt::format("{} expected     nothing\n", name);
-    return text + fmt::format("{} expected     {} in {} bits, mask {}\n", name,
-                              bitsText(options.expected, BitNotation::number), options.expected.size(),
-                              bitsText(options.mask, BitNotation::number));
+        text.print("{} expected     nothing\n", name);
+    else
+        text.print("{} expected     {} in {} bits, mask {}\n", name,
+                   bitsText(options.expected, BitNotation::number), options.expected.size(),
+                   bitsText(options.mask, BitNotation::number));
 }
 
 } // namespace
@@ -125,15 +129,23 @@ void showJtagOptions(Session& session, Output& output, const JtagArguments& argu
     const auto newer = std::dynamic_pointer_cast<Jtag_v1_1>(jtag);
     const auto options =
         newer ? optionsOf(session, *newer) : optionsOf(session, dynamic_cast<const Jtag_v1_0&>(*jtag));
-    output.show({{"object", jtag->getFullName()},
-                 {"enable", options.enable},
-                 {"frequency", options.frequency.frequency},
-                 {"divider", options.frequency.value},
-                 {"ir", documentOf(options.ir)},
-                 {"dr", documentOf(options.dr)}},
-                fmt::format("enable          {}\nfrequency       {} Hz, divider {}\n{}{}",
-                            options.enable ? "yes" : "no", options.frequency.frequency,
-                            options.frequency.value, textOf("IR", options.ir), textOf("DR", options.dr)));
+    output.show(
+        [&](JsonWriter& json) {
+            json.object([&] {
+                json.key("divider").number(options.frequency.value);
+                write(json.key("dr"), options.dr);
+                json.key("enable").flag(options.enable);
+                json.key("frequency").number(options.frequency.frequency);
+                write(json.key("ir"), options.ir);
+                json.key("object").text(jtag->getFullName());
+            });
+        },
+        [&](TextWriter& text) {
+            text.print("enable          {}\nfrequency       {} Hz, divider {}\n",
+                       options.enable ? "yes" : "no", options.frequency.frequency, options.frequency.value);
+            write(text, "IR", options.ir);
+            write(text, "DR", options.dr);
+        });
 }
 
 } // namespace TAVO::cli

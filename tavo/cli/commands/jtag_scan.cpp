@@ -26,7 +26,7 @@ void scanChain(Session& session, Output& output, const JtagArguments& arguments)
     const auto found = survey(session, *jtag);
     auto document = chainDocument(found);
     document["object"] = jtag->getFullName();
-    output.show(document, chainText(found));
+    output.show(document, [&](TextWriter& text) { text.write(chainText(found)); });
 }
 
 } // namespace TAVO::cli

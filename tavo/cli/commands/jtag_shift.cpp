@@ -67,24 +67,34 @@ void shiftBits(Session& session, Output& output, const JtagArguments& arguments)
         calls.push_back(shiftCall(*jtag, shift.target, shift.bits));
     session.run({calls.begin(), calls.end()});
 
-    auto documents = nlohmann::json::array();
-    auto text = fmt::format("{}\n", arguments.bytes ? "bytes in the order of shifting"
-                                                    : "numbers, the lowest bit is shifted first");
-    for (std::size_t i = 0; i < calls.size(); ++i) {
-        const auto& [target, bits] = shifts[i];
-        const auto captured = capturedBy(calls[i]);
-        documents.push_back({{"register", nameOf(target)},
-                             {"bits", bits.size()},
-                             {"in", bitsText(bits, notation)},
-                             {"out", bitsText(captured, notation)},
-                             {"returnCode", calls[i]->returnCode()}});
-        text += fmt::format("{} {}  in {}  out {}\n", nameOf(target), bits.size(), shown(bits, notation),
-                            shown(captured, notation));
-    }
-    output.show({{"object", jtag->getFullName()},
-                 {"notation", arguments.bytes ? "bytes" : "number"},
-                 {"shifts", documents}},
-                text);
+    std::vector<BitString> captured;
+    captured.reserve(calls.size());
+    for (const auto& call : calls)
+        captured.push_back(capturedBy(call));
+    output.show(
+        [&](JsonWriter& json) {
+            json.object([&] {
+                json.key("notation").text(arguments.bytes ? "bytes" : "number");
+                json.key("object").text(jtag->getFullName());
+                json.key("shifts").array([&] {
+                    for (std::size_t i = 0; i < calls.size(); ++i)
+                        json.object([&] {
+                            json.key("bits").number(shifts[i].bits.size());
+                            json.key("in").text(bitsText(shifts[i].bits, notation));
+                            json.key("out").text(bitsText(captured[i], notation));
+                            json.key("register").text(nameOf(shifts[i].target));
+                            json.key("returnCode").number(calls[i]->returnCode());
+                        });
+                });
+            });
+        },
+        [&](TextWriter& text) {
+            text.write(arguments.bytes ? "bytes in the order of shifting\n"
+                                       : "numbers, the lowest bit is shifted first\n");
+            for (std::size_t i = 0; i < calls.size(); ++i)
+                text.print("{} {}  in {}  out {}\n", nameOf(shifts[i].target), shifts[i].bits.size(),
+                           shown(shifts[i].bits, notation), shown(captured[i], notation));
+        });
     for (const auto& call : calls)
         requireSuccess(*call);
 }

@@ -2,11 +2,9 @@
 
 #include <memory>
 #include <string>
-
-#include <fmt/format.h>
+#include <string_view>
 
 #include <tavo/cli/command_group.h>
-#include <tavo/cli/json_value.h>
 #include <tavo/cli/object_choice.h>
 
 namespace TAVO::cli {
@@ -27,7 +25,7 @@ std::shared_ptr<CommonModules::Cfa633_v1_0> displayOf(Session& session, const Ar
 
 void executeAndShow(Session& session, Output& output, const std::shared_ptr<Method>& method) {
     session.execute(method);
-    output.show({{"object", method->getContainer().getFullName()}, {"returnCode", method->returnCode()}}, "");
+    output.show({{"object", method->getContainer().getFullName()}, {"returnCode", method->returnCode()}});
 }
 
 void print(Session& session, Output& output, const Arguments& arguments) {
@@ -46,10 +44,30 @@ void setBacklight(Session& session, Output& output, const Arguments& arguments) 
     executeAndShow(session, output, display->getLcdBackLightMethod(arguments.level));
 }
 
+/// With its line ends, which forge nothing where no other words stand.
+void writeLines(TextWriter& text, std::string_view info) {
+    for (;;) {
+        const auto line = info.substr(0, info.find('\n'));
+        text.print("{}\n", line);
+        if (line.size() == info.size())
+            return;
+        info.remove_prefix(line.size() + 1);
+    }
+}
+
 void show(Session& session, Output& output, const Arguments& arguments) {
     const auto display = displayOf(session, arguments);
-    const auto info = session.value(display->getAvailableMethod()).info;
-    output.show({{"object", display->getFullName()}, {"info", toJson(Value(info))}}, printable(info) + "\n");
+    const auto available = display->getAvailableMethod();
+    session.execute(available);
+    const auto info = available->take().info;
+    output.show(
+        [&](JsonWriter& json) {
+            json.object([&] {
+                json.key("info").exactText(info);
+                json.key("object").text(display->getFullName());
+            });
+        },
+        [&](TextWriter& text) { writeLines(text, info); });
 }
 
 } // namespace

@@ -47,17 +47,21 @@ std::optional<std::uint8_t> parseCode(const std::string& text) {
     return code;
 }
 
-std::string lineOf(const FifoEntry& entry) {
-    return fmt::format("{:13.6f}  {:02X}  port {:02X}  flags {:02X}\n",
-                       static_cast<double>(entry.value) / 1e6, entry.byte1, entry.byte2, entry.byte3);
+void write(TextWriter& text, const FifoEntry& entry) {
+    text.print("{:13.6f}  {:02X}  port {:02X}  flags {:02X}\n", static_cast<double>(entry.value) / 1e6,
+               entry.byte1, entry.byte2, entry.byte3);
 }
 
-nlohmann::json documentOf(const std::vector<FifoEntry>& entries) {
-    auto document = nlohmann::json::array();
-    for (const auto& entry : entries)
-        document.push_back(
-            {{"code", entry.byte1}, {"port", entry.byte2}, {"flags", entry.byte3}, {"time", entry.value}});
-    return document;
+void write(JsonWriter& json, const std::vector<FifoEntry>& entries) {
+    json.array([&] {
+        for (const auto& entry : entries)
+            json.object([&] {
+                json.key("code").number(entry.byte1);
+                json.key("flags").number(entry.byte3);
+                json.key("port").number(entry.byte2);
+                json.key("time").number(entry.value);
+            });
+    });
 }
 
 std::vector<FifoEntry> takeEntries(Session& session, const LpcPostCode_v1_0& receiver) {
@@ -66,7 +70,7 @@ std::vector<FifoEntry> takeEntries(Session& session, const LpcPostCode_v1_0& rec
     session.run({get, clear});
     requireSuccess(*get);
     requireSuccess(*clear);
-    return get->value().entries;
+    return get->take().entries;
 }
 
 /// Takes codes from the device until the wanted one, the end of the time or a signal comes.
@@ -97,11 +101,13 @@ public:
         }
     }
 
-    nlohmann::json document(bool reached) const {
-        nlohmann::json document = {{"object", receiver_->getFullName()}, {"codes", documentOf(seen_)}};
-        if (wanted_)
-            document["reached"] = reached;
-        return document;
+    void write(JsonWriter& json, bool reached) const {
+        json.object([&] {
+            cli::write(json.key("codes"), seen_);
+            json.key("object").text(receiver_->getFullName());
+            if (wanted_)
+                json.key("reached").flag(reached);
+        });
     }
 
 private:
@@ -120,7 +126,7 @@ private:
             if (output_.isJson())
                 seen_.push_back(entry);
             else
-                output_.write(lineOf(entry));
+                output_.print([&](TextWriter& text) { cli::write(text, entry); });
             reached = reached || entry.byte1 == wanted_;
         }
         if (!entries.empty() && !output_.isJson())
@@ -140,7 +146,7 @@ void follow(Session& session, Output& output, const Arguments& arguments) {
     Follower follower(session, output, arguments);
     bool reached = false;
     const auto finish = [&] {
-        output.show(follower.document(reached), "");
+        output.show([&](JsonWriter& json) { follower.write(json, reached); }, [](TextWriter&) {});
         output.finish();
     };
     try {
@@ -165,21 +171,25 @@ void list(Session& session, Output& output, const Arguments& arguments) {
     for (const auto& method : std::vector<std::shared_ptr<Method>>{get, status, last})
         requireSuccess(*method);
 
-    const auto entries = get->value().entries;
+    const auto entries = get->take().entries;
     const auto state = status->value();
-    std::string text;
-    for (const auto& entry : entries)
-        text += lineOf(entry);
-    output.show({{"object", receiver->getFullName()},
-                 {"codes", documentOf(entries)},
-                 {"last", last->value().postCode},
-                 {"status",
-                  {{"value", state.value},
-                   {"flag1", state.flag1},
-                   {"flag2", state.flag2},
-                   {"flag3", state.flag3},
-                   {"flag4", state.flag4}}}},
-                text);
+    output.show(
+        [&](JsonWriter& json) {
+            json.object([&] {
+                write(json.key("codes"), entries);
+                json.key("last").number(last->value().postCode);
+                json.key("object").text(receiver->getFullName());
+                json.key("status").write({{"value", state.value},
+                                          {"flag1", state.flag1},
+                                          {"flag2", state.flag2},
+                                          {"flag3", state.flag3},
+                                          {"flag4", state.flag4}});
+            });
+        },
+        [&](TextWriter& text) {
+            for (const auto& entry : entries)
+                write(text, entry);
+        });
 }
 
 void clear(Session& session, Output& output, const Arguments& arguments) {
@@ -190,7 +200,7 @@ void clear(Session& session, Output& output, const Arguments& arguments) {
     session.run(calls);
     for (const auto& call : calls)
         requireSuccess(*call);
-    output.show({{"object", receiver->getFullName()}}, "");
+    output.show({{"object", receiver->getFullName()}});
 }
 
 } // namespace

@@ -28,35 +28,37 @@ nlohmann::json documentOf(const std::string& name, std::uint8_t state) {
 
 void listRelays(Session& session, Output& output, const Arguments&) {
     using Get = std::shared_ptr<BoundMethod<dto::relay::GetReply>>;
-    std::vector<std::pair<std::string, Get>> relays;
+    std::vector<std::pair<std::shared_ptr<Relay_v1_0>, Get>> relays;
     std::vector<std::shared_ptr<Method>> batch;
     for (const auto& object : session.objects())
         if (const auto relay = std::dynamic_pointer_cast<Relay_v1_0>(object)) {
-            relays.emplace_back(relay->getFullName(), relay->getGetMethod());
+            relays.emplace_back(relay, relay->getGetMethod());
             batch.push_back(relays.back().second);
         }
     if (!batch.empty())
-        session.run(batch);
-
-    auto documents = nlohmann::json::array();
-    std::string text;
-    for (const auto& [name, get] : relays) {
-        requireSuccess(*get);
-        const auto state = get->value().state;
-        documents.push_back(documentOf(name, state));
-        text += fmt::format("{}  {}\n", printable(name), stateText(state));
-    }
-    output.show(documents, text);
+        session.runAll(batch);
+    output.show(
+        [&](JsonWriter& json) {
+            json.array([&] {
+                for (const auto& [relay, get] : relays)
+                    json.write(documentOf(relay->getFullName(), get->value().state));
+            });
+        },
+        [&](TextWriter& text) {
+            for (const auto& [relay, get] : relays)
+                text.print("{}  {}\n", relay->getFullName(), stateText(get->value().state));
+        });
 }
 
 void getRelay(Session& session, Output& output, const Arguments& arguments) {
     const auto relay = session.find<Relay_v1_0>(arguments.name, "relay");
     const auto state = session.value(relay->getGetMethod()).state;
-    output.show(documentOf(arguments.name, state), fmt::format("{}\n", stateText(state)));
+    output.show(documentOf(arguments.name, state),
+                [&](TextWriter& text) { text.print("{}\n", stateText(state)); });
 }
 
 void showDone(Output& output, const Arguments& arguments, const Method& method) {
-    output.show({{"name", arguments.name}, {"returnCode", method.returnCode()}}, "");
+    output.show({{"name", arguments.name}, {"returnCode", method.returnCode()}});
 }
 
 void setRelay(Session& session, Output& output, const Arguments& arguments) {

@@ -97,7 +97,7 @@ public:
             for (std::size_t i = 0; i < parts.size(); ++i) {
                 const auto& get = gets[i];
                 requireSuccess(*get);
-                const auto data = get->value().data;
+                const auto data = get->take().data;
                 if (data.size() != parts[i].length)
                     throw Failure(ExitCode::refused, fmt::format("the device gave {} bytes instead of {}",
                                                                  data.size(), parts[i].length));
@@ -170,9 +170,10 @@ void load(Session& session, Output& output, const Arguments& arguments) {
     auto document = documentOf(memory, arguments, image.size());
     document["verified"] = !arguments.unverified;
     document["enabled"] = arguments.enable;
-    output.show(document,
-                fmt::format("{} bytes loaded{}{}\n", image.size(), arguments.unverified ? "" : ", verified",
-                            arguments.enable ? ", enabled" : ""));
+    output.show(document, [&](TextWriter& text) {
+        text.print("{} bytes loaded{}{}\n", image.size(), arguments.unverified ? "" : ", verified",
+                   arguments.enable ? ", enabled" : "");
+    });
 }
 
 void save(Session& session, Output& output, const Arguments& arguments) {
@@ -185,7 +186,8 @@ void save(Session& session, Output& output, const Arguments& arguments) {
     memory.read("reading", arguments.offset, length,
                 [&](std::uint32_t, const Bytes& data) { file.write(data); });
     file.complete();
-    output.show(documentOf(memory, arguments, length), fmt::format("{} bytes saved\n", length));
+    output.show(documentOf(memory, arguments, length),
+                [&](TextWriter& text) { text.print("{} bytes saved\n", length); });
 }
 
 void verify(Session& session, Output& output, const Arguments& arguments) {
@@ -195,7 +197,7 @@ void verify(Session& session, Output& output, const Arguments& arguments) {
     compare(memory, arguments, image);
     auto document = documentOf(memory, arguments, image.size());
     document["verified"] = true;
-    output.show(document, fmt::format("{} bytes verified\n", image.size()));
+    output.show(document, [&](TextWriter& text) { text.print("{} bytes verified\n", image.size()); });
 }
 
 } // namespace

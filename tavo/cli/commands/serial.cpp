@@ -12,11 +12,11 @@
 #include <unistd.h>
 
 #include <tavo/cli/interrupt.h>
-#include <tavo/cli/json_value.h>
 #include <tavo/cli/number_check.h>
 #include <tavo/cli/object_choice.h>
 #include <tavo/cli/raw_terminal.h>
 #include <tavo/cli/serial_link.h>
+#include <tavo/cli/visible_text.h>
 
 namespace TAVO::cli {
 
@@ -144,16 +144,21 @@ void talk(Session& session, Output& output, const Arguments& arguments) {
     const auto port = chooseObject<CommonModules::Com_v1_0>(session, arguments.object, "serial port");
     SerialLink link(session, port, arguments.settings());
     if (input.isTerminal())
-        std::fputs(fmt::format("{}: Ctrl-] leaves\n", port->getFullName()).c_str(), stderr);
+        std::fputs(fmt::format("{}: Ctrl-] leaves\n", visible(port->getFullName())).c_str(), stderr);
     Console console(link, output, arguments);
     const bool reached = console.run(input);
     link.close();
 
-    nlohmann::json document = {{"object", port->getFullName()},
-                               {"received", toJson(Value(console.received()))}};
-    if (!arguments.until.empty())
-        document["reached"] = reached;
-    output.show(document, "");
+    output.show(
+        [&](JsonWriter& json) {
+            json.object([&] {
+                json.key("object").text(port->getFullName());
+                if (!arguments.until.empty())
+                    json.key("reached").flag(reached);
+                json.key("received").exactText(console.received());
+            });
+        },
+        [](TextWriter&) {});
     if (input.isTerminal())
         std::fputs("\n", stderr);
     if (!arguments.until.empty() && !reached && !input.isTerminal())

@@ -29,13 +29,13 @@ const std::map<std::string, ClockUnit> units = {{"s", ClockUnit::seconds},
 void getTime(Session& session, Output& output, const Arguments& arguments) {
     const std::int64_t time = session.value(session.device().getSystem()->getTimeGetMethod());
     nlohmann::json document = {{"time", time}};
-    auto text = fmt::format("{}", time);
+    std::string moment;
     if (!arguments.unit.empty()) {
-        const auto moment = momentText(time, units.at(arguments.unit));
+        moment = momentText(time, units.at(arguments.unit));
         document["moment"] = moment;
-        text += "  " + moment;
     }
-    output.show(document, text + "\n");
+    output.show(document,
+                [&](TextWriter& text) { text.print("{}{}{}\n", time, moment.empty() ? "" : "  ", moment); });
 }
 
 std::optional<std::int64_t> parseNumber(const std::string& text) {
@@ -72,7 +72,7 @@ std::int64_t wantedTime(const Arguments& arguments) {
 void setTime(Session& session, Output& output, const Arguments& arguments) {
     const auto time = wantedTime(arguments);
     session.execute(session.device().getSystem()->getTimeSetMethod(time));
-    output.show({{"time", time}}, fmt::format("{}\n", time));
+    output.show({{"time", time}}, [&](TextWriter& text) { text.print("{}\n", time); });
 }
 
 } // namespace

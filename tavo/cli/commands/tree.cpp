@@ -3,10 +3,9 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
-
-#include <fmt/format.h>
 
 #include <tavo/cli/prepared_call.h>
 
@@ -25,140 +24,153 @@ constexpr Strokes plainStrokes{"|-- ", "`-- ", "|   ", "    "};
 constexpr Strokes lineStrokes{"\xe2\x94\x9c\xe2\x94\x80\xe2\x94\x80 ",
                               "\xe2\x94\x94\xe2\x94\x80\xe2\x94\x80 ", "\xe2\x94\x82   ", "    "};
 
-struct MethodNote {
-    std::string name;
-    std::uint32_t id = 0;
-    /// Empty where this client does not know the method.
-    std::string signature;
-};
-
-struct Node {
-    std::string name;
-    std::string fullName;
-    std::string type;
-    std::string version;
-    std::uint32_t id = 0;
-    std::vector<MethodNote> methods;
-    std::vector<Node> members;
-};
-
 struct Questions {
     std::shared_ptr<BoundMethod<dto::Base::TypeReply>> type;
     std::shared_ptr<BoundMethod<dto::Base::VersionReply>> version;
+    /// Asked where they are shown.
     std::shared_ptr<BoundMethod<dto::Base::MethodsReply>> methods;
 };
 
-using Answers = std::map<const Object_v1_0*, Questions>;
+using Signatures = std::map<std::string_view, std::string>;
 
-/// What the tree shows of all objects, asked for in one exchange.
-Answers ask(Session& session, const Objects& objects) {
-    Answers answers;
-    std::vector<std::shared_ptr<Method>> batch;
-    for (const auto& object : objects) {
-        const Questions questions{object->getTypeMethod(), object->getVersionMethod(),
-                                  object->getMethodsMethod()};
-        batch.insert(batch.end(), {questions.type, questions.version, questions.methods});
-        answers[object.get()] = questions;
+/// What the tree shows, as it was answered in one exchange.
+class Answers {
+public:
+    Answers(Session& session, const Objects& objects, bool withMethods) {
+        std::vector<std::shared_ptr<Method>> batch;
+        for (const auto& object : objects) {
+            auto& questions = questions_[object.get()];
+            questions.type = object->getTypeMethod();
+            questions.version = object->getVersionMethod();
+            batch.insert(batch.end(), {questions.type, questions.version});
+            if (withMethods) {
+                questions.methods = object->getMethodsMethod();
+                batch.push_back(questions.methods);
+            }
+        }
+        session.runAll(batch);
     }
-    session.run(batch);
-    for (const auto& method : batch)
-        requireSuccess(*method);
-    return answers;
-}
 
-std::vector<MethodNote> notesOf(const Object_v1_0& object, const dto::Base::MethodsReply& listed) {
-    std::map<std::string, std::string, std::less<>> signatures;
-    for (const auto* row : callableMethods(object))
-        signatures[std::string(row->name)] = signatureText(*row);
-    std::vector<MethodNote> notes;
-    for (const auto& method : listed.methods)
-        notes.push_back({method.name, method.id, signatures[method.name]});
-    return notes;
-}
-
-Node makeNode(const std::shared_ptr<Object_v1_0>& object, const Answers& answers) {
-    const auto& answer = answers.at(object.get());
-    Node node{object->getName(),
-              object->getFullName(),
-              answer.type->value().type,
-              Version(answer.version->value().version).text,
-              object->getInstanceID(),
-              notesOf(*object, answer.methods->value()),
-              {}};
-    for (const auto& child : object->getChildren())
-        if (const auto member = std::dynamic_pointer_cast<Object_v1_0>(child))
-            node.members.push_back(makeNode(member, answers));
-    return node;
-}
-
-nlohmann::json documentOf(const Node& node, bool withMethods) {
-    auto members = nlohmann::json::array();
-    for (const auto& member : node.members)
-        members.push_back(documentOf(member, withMethods));
-    nlohmann::json document = {{"name", node.name},       {"fullName", node.fullName}, {"type", node.type},
-                               {"version", node.version}, {"instanceId", node.id},     {"members", members}};
-    if (withMethods) {
-        document["methods"] = nlohmann::json::array();
-        for (const auto& method : node.methods)
-            document["methods"].push_back(
-                {{"name", method.name},
-                 {"id", method.id},
-                 {"signature",
-                  method.signature.empty() ? nlohmann::json() : nlohmann::json(method.signature)}});
+    std::string type(const Object_v1_0& object) const { return of(object).type->value().type; }
+    std::string version(const Object_v1_0& object) const {
+        return Version(of(object).version->value().version).text;
     }
-    return document;
+    bool hasMethods(const Object_v1_0& object) const { return of(object).methods != nullptr; }
+    /// Hands over each listed method with its signature, which is empty where this client does not know it.
+    template <class Show>
+    void forMethods(const Object_v1_0& object, Show show) const {
+        Signatures signatures;
+        for (const auto* row : callableMethods(object))
+            signatures[row->name] = signatureText(*row);
+        const auto result = of(object).methods->getResult();
+        for (const auto& method : dto::replyOf<dto::Base::MethodsReply>(result).methods) {
+            const auto known = signatures.find(method.name);
+            show(method, known == signatures.end() ? std::string() : known->second);
+        }
+    }
+
+private:
+    const Questions& of(const Object_v1_0& object) const { return questions_.at(&object); }
+
+    std::map<const Object_v1_0*, Questions> questions_;
+};
+
+Objects membersOf(const Object_v1_0& object) {
+    Objects members;
+    for (const auto& child : object.getChildren())
+        if (auto member = std::dynamic_pointer_cast<Object_v1_0>(child))
+            members.push_back(std::move(member));
+    return members;
 }
 
-std::string methodText(const MethodNote& method) {
-    if (method.signature.empty())
-        return fmt::format("{}  (not known to this client)  method {}", method.name, method.id);
-    return fmt::format("{}  method {}", method.signature, method.id);
+void write(JsonWriter& json, const Answers& answers, const Objects& objects);
+
+void write(JsonWriter& json, const Answers& answers, const Object_v1_0& object) {
+    json.key("fullName").text(object.getFullName());
+    json.key("instanceId").number(object.getInstanceID());
+    write(json.key("members"), answers, membersOf(object));
+    if (answers.hasMethods(object))
+        json.key("methods").array([&] {
+            answers.forMethods(object, [&](const auto& method, const std::string& signature) {
+                json.object([&] {
+                    json.key("id").number(method.id);
+                    json.key("name").text(method.name);
+                    json.key("signature");
+                    if (signature.empty())
+                        json.null();
+                    else
+                        json.text(signature);
+                });
+            });
+        });
+    json.key("name").text(object.getName());
+    json.key("type").text(answers.type(object));
+    json.key("version").text(answers.version(object));
+}
+
+void write(JsonWriter& json, const Answers& answers, const Objects& objects) {
+    json.array([&] {
+        for (const auto& object : objects)
+            json.object([&] { write(json, answers, *object); });
+    });
 }
 
 class Drawing {
 public:
-    Drawing(bool withMethods, const Strokes& strokes)
-        : withMethods_(withMethods)
+    Drawing(TextWriter& text, const Answers& answers, const Strokes& strokes)
+        : text_(text)
+        , answers_(answers)
         , strokes_(strokes) {}
 
-    void draw(const std::vector<Node>& nodes, const std::string& margin) {
-        for (const auto& node : nodes)
-            draw(node, margin, &node == &nodes.back());
+    void draw(const Objects& objects, const std::string& margin) {
+        for (const auto& object : objects)
+            draw(*object, margin, object == objects.back());
     }
-
-    std::string text;
 
 private:
-    void draw(const Node& node, const std::string& margin, bool isLast) {
-        text += margin + (isLast ? strokes_.lastBranch : strokes_.branch) +
-                printable(fmt::format("{}  {} {}  #{}", node.name, node.type, node.version, node.id)) + "\n";
+    void draw(const Object_v1_0& object, const std::string& margin, bool isLast) {
+        text_.print("{}{}{}  {} {}  #{}\n", margin, isLast ? strokes_.lastBranch : strokes_.branch,
+                    object.getName(), answers_.type(object), answers_.version(object),
+                    object.getInstanceID());
         const auto inner = margin + (isLast ? strokes_.gap : strokes_.trunk);
-        if (withMethods_)
-            for (const auto& method : node.methods)
-                text += inner + (node.members.empty() ? "  " : strokes_.trunk) +
-                        printable(methodText(method)) + "\n";
-        draw(node.members, inner);
+        const auto members = membersOf(object);
+        if (answers_.hasMethods(object))
+            drawMethods(object, inner + (members.empty() ? "  " : strokes_.trunk));
+        draw(members, inner);
     }
 
-    bool withMethods_;
+    void drawMethods(const Object_v1_0& object, const std::string& margin) {
+        answers_.forMethods(object, [&](const auto& method, const std::string& signature) {
+            if (signature.empty())
+                text_.print("{}{}  (not known to this client)  method {}\n", margin, method.name, method.id);
+            else
+                text_.print("{}{}  method {}\n", margin, signature, method.id);
+        });
+    }
+
+    TextWriter& text_;
+    const Answers& answers_;
     const Strokes& strokes_;
 };
 
 void showTree(Session& session, Output& output, bool withMethods) {
     const auto objects = session.objects();
-    const auto answers = ask(session, objects);
-    std::vector<Node> roots;
+    const Answers answers(session, objects, withMethods);
+    Objects roots;
     for (const auto& object : objects)
         if (!object->getParent())
-            roots.push_back(makeNode(object, answers));
-
-    auto members = nlohmann::json::array();
-    for (const auto& root : roots)
-        members.push_back(documentOf(root, withMethods));
-    Drawing drawing(withMethods, localeIsUtf8() ? lineStrokes : plainStrokes);
-    drawing.draw(roots, "");
-    output.show({{"address", session.address()}, {"objects", members}},
-                session.address() + "\n" + drawing.text);
+            roots.push_back(object);
+    output.show(
+        [&](JsonWriter& json) {
+            json.object([&] {
+                json.key("address").text(session.address());
+                write(json.key("objects"), answers, roots);
+            });
+        },
+        [&](TextWriter& text) {
+            text.print("{}\n", session.address());
+            Drawing(text, answers, localeIsUtf8() ? lineStrokes : plainStrokes).draw(roots, "");
+        });
 }
 
 } // namespace

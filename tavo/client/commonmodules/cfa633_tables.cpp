@@ -1,5 +1,7 @@
 #include <tavo/client/commonmodules/cfa633_tables.h>
 
+#include <tavo/client/transcode/internal/immortal.h>
+
 namespace CommonModules::TAVOXTranscode::cfa633_v1_0 {
 
 namespace {
@@ -12,23 +14,20 @@ constexpr MethodRow table[] = {
     row<LcdBackLightRequest, None>("lcdBackLight"),
 };
 
-const EncoderList encoderList;
-const DecoderList decoderList;
-
 } // namespace
 
 EncoderList::EncoderList() { enter(table); }
 DecoderList::DecoderList() { enter(table); }
 
 MethodRows rows() noexcept { return table; }
-const EncoderList& encoders() noexcept { return encoderList; }
-const DecoderList& decoders() noexcept { return decoderList; }
+const EncoderList& encoders() noexcept { return TAVO::immortal<const EncoderList>(); }
+const DecoderList& decoders() noexcept { return TAVO::immortal<const DecoderList>(); }
 
-EncoderFunction& encode_lcdPrint = encoderOf(table, "lcdPrint");
-EncoderFunction& encode_lcdClear = encoderOf(table, "lcdClear");
-EncoderFunction& encode_lcdBackLight = encoderOf(table, "lcdBackLight");
-DecoderFunction& decode_lcdPrint = decoderOf(table, "lcdPrint");
-DecoderFunction& decode_lcdClear = decoderOf(table, "lcdClear");
-DecoderFunction& decode_lcdBackLight = decoderOf(table, "lcdBackLight");
+constinit EncoderFunction& encode_lcdPrint = encoderOf(table, "lcdPrint");
+constinit EncoderFunction& encode_lcdClear = encoderOf(table, "lcdClear");
+constinit EncoderFunction& encode_lcdBackLight = encoderOf(table, "lcdBackLight");
+constinit DecoderFunction& decode_lcdPrint = decoderOf(table, "lcdPrint");
+constinit DecoderFunction& decode_lcdClear = decoderOf(table, "lcdClear");
+constinit DecoderFunction& decode_lcdBackLight = decoderOf(table, "lcdBackLight");
 
 } // namespace CommonModules::TAVOXTranscode::cfa633_v1_0

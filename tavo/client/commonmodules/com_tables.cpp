@@ -1,5 +1,7 @@
 #include <tavo/client/commonmodules/com_tables.h>
 
+#include <tavo/client/transcode/internal/immortal.h>
+
 namespace CommonModules::TAVOXTranscode::com_v1_0 {
 
 namespace {
@@ -13,25 +15,22 @@ constexpr MethodRow table[] = {
     row<SendRequest, None>("send"),
 };
 
-const EncoderList encoderList;
-const DecoderList decoderList;
-
 } // namespace
 
 EncoderList::EncoderList() { enter(table); }
 DecoderList::DecoderList() { enter(table); }
 
 MethodRows rows() noexcept { return table; }
-const EncoderList& encoders() noexcept { return encoderList; }
-const DecoderList& decoders() noexcept { return decoderList; }
+const EncoderList& encoders() noexcept { return TAVO::immortal<const EncoderList>(); }
+const DecoderList& decoders() noexcept { return TAVO::immortal<const DecoderList>(); }
 
-EncoderFunction& encode_open = encoderOf(table, "open");
-EncoderFunction& encode_close = encoderOf(table, "close");
-EncoderFunction& encode_recv = encoderOf(table, "recv");
-EncoderFunction& encode_send = encoderOf(table, "send");
-DecoderFunction& decode_open = decoderOf(table, "open");
-DecoderFunction& decode_close = decoderOf(table, "close");
-DecoderFunction& decode_recv = decoderOf(table, "recv");
-DecoderFunction& decode_send = decoderOf(table, "send");
+constinit EncoderFunction& encode_open = encoderOf(table, "open");
+constinit EncoderFunction& encode_close = encoderOf(table, "close");
+constinit EncoderFunction& encode_recv = encoderOf(table, "recv");
+constinit EncoderFunction& encode_send = encoderOf(table, "send");
+constinit DecoderFunction& decode_open = decoderOf(table, "open");
+constinit DecoderFunction& decode_close = decoderOf(table, "close");
+constinit DecoderFunction& decode_recv = decoderOf(table, "recv");
+constinit DecoderFunction& decode_send = decoderOf(table, "send");
 
 } // namespace CommonModules::TAVOXTranscode::com_v1_0

@@ -3,23 +3,15 @@
 #include <tavo/client/commonmodules/cfa633.h>
 #include <tavo/client/commonmodules/com.h>
 #include <tavo/client/commonmodules/relay.h>
+#include <tavo/client/transcode/internal/immortal.h>
 
 namespace CommonModules {
 
-namespace {
-
-RelayFactory relayFactory;
-CmosRelayFactory cmosRelayFactory;
-ComFactory comFactory;
-Cfa633Factory cfa633Factory;
-
-} // namespace
-
 void CommonModulesObjects::registerCoreObjects() {
-    relayFactory.registerFactory();
-    cmosRelayFactory.registerFactory();
-    comFactory.registerFactory();
-    cfa633Factory.registerFactory();
+    TAVO::immortal<RelayFactory>().registerFactory();
+    TAVO::immortal<CmosRelayFactory>().registerFactory();
+    TAVO::immortal<ComFactory>().registerFactory();
+    TAVO::immortal<Cfa633Factory>().registerFactory();
 }
 
 } // namespace CommonModules

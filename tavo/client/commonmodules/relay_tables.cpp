@@ -1,5 +1,7 @@
 #include <tavo/client/commonmodules/relay_tables.h>
 
+#include <tavo/client/transcode/internal/immortal.h>
+
 namespace CommonModules::TAVOXTranscode::relay_v1_0 {
 
 namespace {
@@ -12,24 +14,21 @@ constexpr MethodRow table[] = {
     row<ToggleRequest, None>("toggle"),
 };
 
-const EncoderList encoderList;
-const DecoderList decoderList;
-
 } // namespace
 
 EncoderList::EncoderList() { enter(table); }
 DecoderList::DecoderList() { enter(table); }
 
 MethodRows rows() noexcept { return table; }
-const EncoderList& encoders() noexcept { return encoderList; }
-const DecoderList& decoders() noexcept { return decoderList; }
+const EncoderList& encoders() noexcept { return TAVO::immortal<const EncoderList>(); }
+const DecoderList& decoders() noexcept { return TAVO::immortal<const DecoderList>(); }
 
-EncoderFunction& encode_get = encoderOf(table, "get");
-EncoderFunction& encode_set = encoderOf(table, "set");
-EncoderFunction& encode_toggle = encoderOf(table, "toggle");
-DecoderFunction& decode_get = decoderOf(table, "get");
-DecoderFunction& decode_set = decoderOf(table, "set");
-DecoderFunction& decode_toggle = decoderOf(table, "toggle");
+constinit EncoderFunction& encode_get = encoderOf(table, "get");
+constinit EncoderFunction& encode_set = encoderOf(table, "set");
+constinit EncoderFunction& encode_toggle = encoderOf(table, "toggle");
+constinit DecoderFunction& decode_get = decoderOf(table, "get");
+constinit DecoderFunction& decode_set = decoderOf(table, "set");
+constinit DecoderFunction& decode_toggle = decoderOf(table, "toggle");
 
 } // namespace CommonModules::TAVOXTranscode::relay_v1_0
 
@@ -41,19 +40,16 @@ constexpr MethodRow table[] = {
     row<TAVO::dto::cmosRelay::CmosClear, None>("cmosClear"),
 };
 
-const EncoderList encoderList;
-const DecoderList decoderList;
-
 } // namespace
 
 EncoderList::EncoderList() { enter(table); }
 DecoderList::DecoderList() { enter(table); }
 
 MethodRows rows() noexcept { return table; }
-const EncoderList& encoders() noexcept { return encoderList; }
-const DecoderList& decoders() noexcept { return decoderList; }
+const EncoderList& encoders() noexcept { return TAVO::immortal<const EncoderList>(); }
+const DecoderList& decoders() noexcept { return TAVO::immortal<const DecoderList>(); }
 
-EncoderFunction& encode_cmosClear = encoderOf(table, "cmosClear");
-DecoderFunction& decode_cmosClear = decoderOf(table, "cmosClear");
+constinit EncoderFunction& encode_cmosClear = encoderOf(table, "cmosClear");
+constinit DecoderFunction& decode_cmosClear = decoderOf(table, "cmosClear");
 
 } // namespace CommonModules::TAVOXTranscode::cmosRelay_v1_0

@@ -3,21 +3,14 @@
 #include <tavo/client/device/device_v1_0.h>
 #include <tavo/client/device/private_v1_0.h>
 #include <tavo/client/device/system_v1_0.h>
+#include <tavo/client/transcode/internal/immortal.h>
 
 namespace TAVO {
 
-namespace {
-
-DeviceObjectFactory deviceFactory;
-PrivateFactory privateFactory;
-SystemFactory systemFactory;
-
-} // namespace
-
 void CoreObjects::registerCoreObjects() {
-    deviceFactory.registerFactory();
-    privateFactory.registerFactory();
-    systemFactory.registerFactory();
+    immortal<DeviceObjectFactory>().registerFactory();
+    immortal<PrivateFactory>().registerFactory();
+    immortal<SystemFactory>().registerFactory();
 }
 
 } // namespace TAVO

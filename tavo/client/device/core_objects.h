@@ -8,8 +8,8 @@ namespace TAVO {
 class TAVO_API CoreObjects {
 public:
     /// Call it once before opening devices: it makes sure that the factories of the group are part of the
-    /// program, which matters where the library is linked statically. Calling it again, from any thread, does
-    /// no harm.
+    /// program, which matters where the library is linked statically. Initialisers of globals may call it.
+    /// Calling it again, from any thread, does no harm.
     static void registerCoreObjects();
 };
 

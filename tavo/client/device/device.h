@@ -41,7 +41,8 @@ public:
     /// arrived before a failure stay in their Methods.
     /// @throws as call().
     virtual void multicall(std::shared_ptr<MulticallQueue> queue) = 0;
-    /// Takes the lock again with the stored credentials.
+    /// Takes the lock again with the stored credentials. @throws as call(), and what the class of devices
+    /// adds.
     virtual void relock();
     /// Releases the lock; does nothing when it is not held.
     virtual void unlock() = 0;

@@ -1,8 +1,12 @@
 #include <tavo/client/device/device_factory.h>
 
+#include <algorithm>
+#include <utility>
+
 #include <tavo/client/device/device_v1_0.h>
 #include <tavo/client/device/private_v1_0.h>
 #include <tavo/client/device/system_v1_0.h>
+#include <tavo/client/object/internal/return_code.h>
 #include <tavo/client/object/object_factory.h>
 #include <tavo/client/wire/error.h>
 #include <tavo/client/wire/interrupter.h>
@@ -12,34 +16,105 @@ namespace TAVO {
 
 namespace {
 
-template <class Proxy>
-std::shared_ptr<Proxy> buildFixedObject(const std::shared_ptr<Device>& device, const std::string& name,
-                                        std::uint32_t instanceId) {
-    auto object =
-        std::dynamic_pointer_cast<Proxy>(ObjectFactory::buildObject(device, name, instanceId, nullptr));
-    if (!object)
-        throw SpecificationError(name + " object not found.");
-    return object;
-}
-
 bool keyIsKnown(Device& device, bool& first, bool& second) {
     device.getKey();
     return device.checkTavoKey(first, second);
 }
 
+unsigned objectsBelow(const Container& node) {
+    unsigned objects = 0;
+    for (const auto& child : node.getChildren())
+        objects += 1 + objectsBelow(*child);
+    return objects;
+}
+
 } // namespace
 
+/// What a device is before it is opened, for an opening that fails.
+class DeviceFactory::Former {
+public:
+    explicit Former(Device& device)
+        : device_(device)
+        , connection_(dynamic_cast<TAVOXDevice*>(&device))
+        , system_(device.system_)
+        , private_(device.private_)
+        , children_(device.children_) {
+        if (connection_)
+            lock_ = connection_->lock_;
+    }
+
+    /// @param locked whether the opening had come as far as the lock.
+    void comeBack(bool locked) noexcept {
+        const bool wasOpen = system_ || private_ || !children_.empty();
+        device_.system_.swap(system_);
+        device_.private_.swap(private_);
+        device_.children_.swap(children_);
+        if (connection_)
+            connection_->returnTo(lock_);
+        else if (locked && !wasOpen)
+            try {
+                device_.unlock();
+            } catch (...) { // its release is the device's own
+            }
+    }
+
+private:
+    Device& device_;
+    TAVOXDevice* connection_;
+    std::shared_ptr<System_v1_0> system_;
+    std::shared_ptr<Private_v1_0> private_;
+    decltype(Container::children_) children_;
+    TAVOXDevice::Lock lock_;
+};
+
+template <class Proxy>
+std::shared_ptr<Proxy> DeviceFactory::buildFixedObject(const std::shared_ptr<Device>& device,
+                                                       const std::string& name, std::uint32_t instanceId,
+                                                       unsigned& room) {
+    ++room; // it does not count itself
+    auto object = std::dynamic_pointer_cast<Proxy>(
+        ObjectFactory::buildSubtree(device, name, instanceId, nullptr, 1, room));
+    if (!object)
+        throw SpecificationError(name + " object not found.");
+    return object;
+}
+
 void DeviceFactory::buildDeviceObject(const std::shared_ptr<Device>& device) {
-    device->setDevice(buildFixedObject<Device_v1_0>(device, "device", DeviceInstanceID));
+    auto room = ObjectFactory::mostObjects;
+    device->setDevice(buildFixedObject<Device_v1_0>(device, "device", DeviceInstanceID, room));
 }
 
 void DeviceFactory::buildTree(const std::shared_ptr<Device>& device) {
-    device->setPrivate(buildFixedObject<Private_v1_0>(device, "private", PrivateInstanceID));
-    device->setSystem(buildFixedObject<System_v1_0>(device, "system", SystemInstanceID));
-    const auto rootMembers = device->getDevice()->getRootMembersMethod();
+    const auto object = device->getDevice();
+    if (!object)
+        throw SpecificationError("device object not found.");
+    auto room = ObjectFactory::mostObjects - std::min(ObjectFactory::mostObjects, objectsBelow(*object));
+    device->setPrivate(buildFixedObject<Private_v1_0>(device, "private", PrivateInstanceID, room));
+    device->setSystem(buildFixedObject<System_v1_0>(device, "system", SystemInstanceID, room));
+    const auto rootMembers = object->getRootMembersMethod();
     device->call(rootMembers);
+    requireSuccess(*rootMembers, "device");
     for (const auto& member : rootMembers->value().members)
-        device->addChild(ObjectFactory::buildObject(device, member.name, member.id, nullptr));
+        device->addChild(ObjectFactory::buildSubtree(device, member.name, member.id, nullptr, 1, room));
+}
+
+void DeviceFactory::open(const std::shared_ptr<TAVOXDevice>& device, bool secure) {
+    buildDeviceObject(device);
+    if (bool first = false, second = false; secure && !keyIsKnown(*device, first, second))
+        throw TAVOKeyError("TAVO authentication key not matched!");
+    device->keyMustFit_ = secure;
+    device->lock();
+    buildTree(device);
+}
+
+void DeviceFactory::identify(const std::shared_ptr<TAVOXDevice>& device, int port,
+                             Device_Factory_Structs::TavoDeviceDescriptor& descriptor) {
+    buildDeviceObject(device);
+    bool first = false, second = false;
+    if (!keyIsKnown(*device, first, second))
+        throw TAVOKeyError("Target is not a recognized TAVO server!");
+    device->keyMustFit_ = true;
+    descriptor = {first, second, port};
 }
 
 std::shared_ptr<Device> DeviceFactory::buildDevice(const std::string& host, int port, const std::string& user,
@@ -51,21 +126,25 @@ std::shared_ptr<Device> DeviceFactory::buildDevice(const std::string& host, int 
                                                    const std::string& password, bool secure,
                                                    const std::shared_ptr<Interrupter>& interrupter) {
     const auto used = interrupter ? interrupter : std::make_shared<Interrupter>();
-    std::shared_ptr<Device> device;
+    std::shared_ptr<TAVOXDevice> device;
     // Ends before the device of a failed opening, which is still to be unlocked.
     const Interrupter::Operation opening(*used);
     device = std::make_shared<TAVOXDevice>(host, port, user, password, secure, used);
-    buildDeviceObject(device);
-    if (bool first = false, second = false; secure && !keyIsKnown(*device, first, second))
-        throw TAVOKeyError("TAVO authentication key not matched!");
-    device->lock();
-    buildTree(device);
+    open(device, secure);
     return device;
 }
 
 std::shared_ptr<Device> DeviceFactory::buildDevice(const std::string& host, const std::string& user,
                                                    const std::string& password, bool secure) {
     return buildDevice(host, secure ? DefaultSecurePort : DefaultPort, user, password, secure);
+}
+
+std::shared_ptr<Device> DeviceFactory::buildDevice(std::unique_ptr<Transport> transport,
+                                                   const std::string& user, const std::string& password,
+                                                   bool secure) {
+    const auto device = std::make_shared<TAVOXDevice>(std::move(transport), user, password, secure);
+    open(device, secure);
+    return device;
 }
 
 std::shared_ptr<Device> DeviceFactory::queryDevice(const std::string& host, int port,
@@ -80,12 +159,15 @@ std::shared_ptr<Device> DeviceFactory::queryDevice(const std::string& host, int 
     const int usedPort = chosen ? port : DefaultPort;
     const auto used = interrupter ? interrupter : std::make_shared<Interrupter>();
     const Interrupter::Operation opening(*used);
-    std::shared_ptr<Device> device = std::make_shared<TAVOXDevice>(host, usedPort, "", "", chosen, used);
-    buildDeviceObject(device);
-    bool first = false, second = false;
-    if (!keyIsKnown(*device, first, second))
-        throw TAVOKeyError("Target is not a recognized TAVO server!");
-    descriptor = {first, second, usedPort};
+    const auto device = std::make_shared<TAVOXDevice>(host, usedPort, "", "", chosen, used);
+    identify(device, usedPort, descriptor);
+    return device;
+}
+
+std::shared_ptr<Device> DeviceFactory::queryDevice(std::unique_ptr<Transport> transport,
+                                                   Device_Factory_Structs::TavoDeviceDescriptor& descriptor) {
+    const auto device = std::make_shared<TAVOXDevice>(std::move(transport), "", "", false);
+    identify(device, 0, descriptor);
     return device;
 }
 
@@ -93,8 +175,16 @@ std::shared_ptr<Device> DeviceFactory::openDevice(std::shared_ptr<Device> device
                                                   const std::string& password) {
     if (!device)
         return device;
-    device->lock(user, password);
-    buildTree(device);
+    Former former(*device);
+    bool locked = false;
+    try {
+        device->lock(user, password);
+        locked = true;
+        buildTree(device);
+    } catch (...) {
+        former.comeBack(locked);
+        throw;
+    }
     return device;
 }
 

@@ -6,10 +6,12 @@
 
 #include <tavo/client/device/device.h>
 #include <tavo/client/export.h>
+#include <tavo/client/wire/transport.h>
 
 namespace TAVO {
 
 class Interrupter;
+class TAVOXDevice;
 
 namespace Device_Factory_Structs {
 
@@ -18,7 +20,7 @@ struct TAVO_API TavoDeviceDescriptor {
     /// The flags of the known server key that the device's key matched.
     bool firstKeyFlag = false;
     bool secondKeyFlag = false;
-    /// The TCP port that was used.
+    /// The TCP port that was used; 0 when the connection was the application's own.
     int port = 0;
     bool operator==(const TavoDeviceDescriptor&) const = default;
 };
@@ -31,9 +33,11 @@ struct TAVO_API TavoDeviceDescriptor {
 /// first, once. Different devices may be opened by different threads at once. When an opening fails the
 /// half-built device is released, which unlocks it if the lock had been taken. All operations block for as
 /// long as the device takes, and throw NetworkError when the connection fails and what
-/// ObjectFactory::buildObject throws for an object tree that cannot be built; SpecificationError "device
-/// object not found.", "private object not found." or "system object not found." when a fixed object is of
-/// another type.
+/// ObjectFactory::buildObject throws for an object tree that cannot be built, which has at most 64 levels and
+/// 10000 objects besides the three fixed ones; SpecificationError "device object not found.", "private object
+/// not found." or "system object not found." when a fixed object is of another type; Error "Error executing "
+/// method "() method on device: " and a code in lower-case hexadecimal when "lock", "getKey" or "rootMembers"
+/// answers another return code than 0.
 ///
 /// An Interrupter that is handed over can end an opening from another thread or a signal handler, with
 /// NetworkError "Call to device interrupted."; it can interrupt the device as long as it lives.
@@ -57,6 +61,12 @@ public:
     /// The same on DefaultSecurePort when `secure`, else on DefaultPort.
     static std::shared_ptr<Device> buildDevice(const std::string& host, const std::string& user,
                                                const std::string& password, bool secure);
+    /// The same over a connection of the application's own, which the device owns from then on and closes at
+    /// its end. Interrupting and reconnecting are the transport's: Device::interrupt() calls
+    /// Transport::interrupt().
+    /// @throws std::invalid_argument for an empty pointer to the transport.
+    static std::shared_ptr<Device> buildDevice(std::unique_ptr<Transport> transport, const std::string& user,
+                                               const std::string& password, bool secure);
 
     /// Connects and checks the device's key, without taking the lock; of the tree only the "device" object is
     /// built. A port below 1 stands for DefaultPort.
@@ -66,9 +76,16 @@ public:
     static std::shared_ptr<Device> queryDevice(const std::string& host, int port,
                                                Device_Factory_Structs::TavoDeviceDescriptor& descriptor,
                                                const std::shared_ptr<Interrupter>& interrupter);
+    /// The same over a connection of the application's own, as buildDevice(). The descriptor's port is 0.
+    static std::shared_ptr<Device> queryDevice(std::unique_ptr<Transport> transport,
+                                               Device_Factory_Structs::TavoDeviceDescriptor& descriptor);
     /// Takes the lock of a device from queryDevice() and builds the rest of its tree. An empty pointer is
     /// returned as it is. With an Interrupter of one's own, an Interrupter::Operation around the call makes
     /// the opening one operation.
+    ///
+    /// When it fails, the device is again as queryDevice() gave it, unlocked if this call had taken the lock,
+    /// and can be opened anew. A device that was open already keeps its lock and its tree. An unlocking that
+    /// fails here, such as one that is interrupted, is tried once more when the device is released.
     static std::shared_ptr<Device> openDevice(std::shared_ptr<Device> device, const std::string& user,
                                               const std::string& password);
 
@@ -78,7 +95,16 @@ public:
     static bool authenticate(std::shared_ptr<Device> device, std::string user, std::string password);
 
 private:
+    class Former;
+
     static void buildDeviceObject(const std::shared_ptr<Device>& device);
+    static void open(const std::shared_ptr<TAVOXDevice>& device, bool secure);
+    static void identify(const std::shared_ptr<TAVOXDevice>& device, int port,
+                         Device_Factory_Structs::TavoDeviceDescriptor& descriptor);
+    template <class Proxy>
+    static std::shared_ptr<Proxy> buildFixedObject(const std::shared_ptr<Device>& device,
+                                                   const std::string& name, std::uint32_t instanceId,
+                                                   unsigned& room);
     static void buildTree(const std::shared_ptr<Device>& device);
 };
 

@@ -2,19 +2,14 @@
 
 #include <utility>
 
+#include <tavo/client/transcode/internal/immortal.h>
+
 namespace TAVO {
 
 namespace TAVOXTranscode::private_v1_0 {
 
-namespace {
-
-const EncoderList encoderList;
-const DecoderList decoderList;
-
-} // namespace
-
-const EncoderList& encoders() noexcept { return encoderList; }
-const DecoderList& decoders() noexcept { return decoderList; }
+const EncoderList& encoders() noexcept { return immortal<const EncoderList>(); }
+const DecoderList& decoders() noexcept { return immortal<const DecoderList>(); }
 
 } // namespace TAVOXTranscode::private_v1_0
 

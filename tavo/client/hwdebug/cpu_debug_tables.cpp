@@ -1,16 +1,11 @@
 #include <tavo/client/hwdebug/cpu_debug_tables.h>
 
+#include <tavo/client/transcode/internal/immortal.h>
+
 namespace TAVO::TAVOXTranscode::cpuDebug_v1_0 {
 
-namespace {
-
-const EncoderList encoderList;
-const DecoderList decoderList;
-
-} // namespace
-
-const EncoderList& encoders() noexcept { return encoderList; }
-const DecoderList& decoders() noexcept { return decoderList; }
+const EncoderList& encoders() noexcept { return immortal<const EncoderList>(); }
+const DecoderList& decoders() noexcept { return immortal<const DecoderList>(); }
 
 } // namespace TAVO::TAVOXTranscode::cpuDebug_v1_0
 
@@ -22,19 +17,16 @@ constexpr MethodRow table[] = {
     row<None, dto::Base::HeaderStatusGetReply>("headerStatusGet"),
 };
 
-const EncoderList encoderList;
-const DecoderList decoderList;
-
 } // namespace
 
 EncoderList::EncoderList() { enter(table); }
 DecoderList::DecoderList() { enter(table); }
 
 MethodRows rows() noexcept { return table; }
-const EncoderList& encoders() noexcept { return encoderList; }
-const DecoderList& decoders() noexcept { return decoderList; }
+const EncoderList& encoders() noexcept { return immortal<const EncoderList>(); }
+const DecoderList& decoders() noexcept { return immortal<const DecoderList>(); }
 
-EncoderFunction& encode_headerStatusGet = encoderOf(table, "headerStatusGet");
-DecoderFunction& decode_headerStatusGet = decoderOf(table, "headerStatusGet");
+constinit EncoderFunction& encode_headerStatusGet = encoderOf(table, "headerStatusGet");
+constinit DecoderFunction& decode_headerStatusGet = decoderOf(table, "headerStatusGet");
 
 } // namespace TAVO::TAVOXTranscode::cpuDebug_v1_1

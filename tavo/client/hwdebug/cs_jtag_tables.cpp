@@ -1,15 +1,10 @@
 #include <tavo/client/hwdebug/cs_jtag_tables.h>
 
+#include <tavo/client/transcode/internal/immortal.h>
+
 namespace TAVO::TAVOXTranscode::csJtag_v1_0 {
 
-namespace {
-
-const EncoderList encoderList;
-const DecoderList decoderList;
-
-} // namespace
-
-const EncoderList& encoders() noexcept { return encoderList; }
-const DecoderList& decoders() noexcept { return decoderList; }
+const EncoderList& encoders() noexcept { return immortal<const EncoderList>(); }
+const DecoderList& decoders() noexcept { return immortal<const DecoderList>(); }
 
 } // namespace TAVO::TAVOXTranscode::csJtag_v1_0

@@ -1,5 +1,7 @@
 #include <tavo/client/hwdebug/gpu_scan_tables.h>
 
+#include <tavo/client/transcode/internal/immortal.h>
+
 namespace TAVO::TAVOXTranscode::gpuScan_v1_0 {
 
 namespace {
@@ -20,37 +22,34 @@ constexpr MethodRow table[] = {
     row<None, None>("headerStatusClear"),
 };
 
-const EncoderList encoderList;
-const DecoderList decoderList;
-
 } // namespace
 
 EncoderList::EncoderList() { enter(table); }
 DecoderList::DecoderList() { enter(table); }
 
 MethodRows rows() noexcept { return table; }
-const EncoderList& encoders() noexcept { return encoderList; }
-const DecoderList& decoders() noexcept { return decoderList; }
+const EncoderList& encoders() noexcept { return immortal<const EncoderList>(); }
+const DecoderList& decoders() noexcept { return immortal<const DecoderList>(); }
 
-EncoderFunction& encode_scan = encoderOf(table, "scan");
-EncoderFunction& encode_optionSckFrequencyGet = encoderOf(table, "optionSckFrequencyGet");
-EncoderFunction& encode_optionSckFrequencySet = encoderOf(table, "optionSckFrequencySet");
-EncoderFunction& encode_ioSckGet = encoderOf(table, "ioSckGet");
-EncoderFunction& encode_ioSckSet = encoderOf(table, "ioSckSet");
-EncoderFunction& encode_ioSdoGet = encoderOf(table, "ioSdoGet");
-EncoderFunction& encode_enableGet = encoderOf(table, "enableGet");
-EncoderFunction& encode_enableSet = encoderOf(table, "enableSet");
-EncoderFunction& encode_headerStatusGet = encoderOf(table, "headerStatusGet");
-EncoderFunction& encode_headerStatusClear = encoderOf(table, "headerStatusClear");
-DecoderFunction& decode_scan = decoderOf(table, "scan");
-DecoderFunction& decode_optionSckFrequencyGet = decoderOf(table, "optionSckFrequencyGet");
-DecoderFunction& decode_optionSckFrequencySet = decoderOf(table, "optionSckFrequencySet");
-DecoderFunction& decode_ioSckGet = decoderOf(table, "ioSckGet");
-DecoderFunction& decode_ioSckSet = decoderOf(table, "ioSckSet");
-DecoderFunction& decode_ioSdoGet = decoderOf(table, "ioSdoGet");
-DecoderFunction& decode_enableGet = decoderOf(table, "enableGet");
-DecoderFunction& decode_enableSet = decoderOf(table, "enableSet");
-DecoderFunction& decode_headerStatusGet = decoderOf(table, "headerStatusGet");
-DecoderFunction& decode_headerStatusClear = decoderOf(table, "headerStatusClear");
+constinit EncoderFunction& encode_scan = encoderOf(table, "scan");
+constinit EncoderFunction& encode_optionSckFrequencyGet = encoderOf(table, "optionSckFrequencyGet");
+constinit EncoderFunction& encode_optionSckFrequencySet = encoderOf(table, "optionSckFrequencySet");
+constinit EncoderFunction& encode_ioSckGet = encoderOf(table, "ioSckGet");
+constinit EncoderFunction& encode_ioSckSet = encoderOf(table, "ioSckSet");
+constinit EncoderFunction& encode_ioSdoGet = encoderOf(table, "ioSdoGet");
+constinit EncoderFunction& encode_enableGet = encoderOf(table, "enableGet");
+constinit EncoderFunction& encode_enableSet = encoderOf(table, "enableSet");
+constinit EncoderFunction& encode_headerStatusGet = encoderOf(table, "headerStatusGet");
+constinit EncoderFunction& encode_headerStatusClear = encoderOf(table, "headerStatusClear");
+constinit DecoderFunction& decode_scan = decoderOf(table, "scan");
+constinit DecoderFunction& decode_optionSckFrequencyGet = decoderOf(table, "optionSckFrequencyGet");
+constinit DecoderFunction& decode_optionSckFrequencySet = decoderOf(table, "optionSckFrequencySet");
+constinit DecoderFunction& decode_ioSckGet = decoderOf(table, "ioSckGet");
+constinit DecoderFunction& decode_ioSckSet = decoderOf(table, "ioSckSet");
+constinit DecoderFunction& decode_ioSdoGet = decoderOf(table, "ioSdoGet");
+constinit DecoderFunction& decode_enableGet = decoderOf(table, "enableGet");
+constinit DecoderFunction& decode_enableSet = decoderOf(table, "enableSet");
+constinit DecoderFunction& decode_headerStatusGet = decoderOf(table, "headerStatusGet");
+constinit DecoderFunction& decode_headerStatusClear = decoderOf(table, "headerStatusClear");
 
 } // namespace TAVO::TAVOXTranscode::gpuScan_v1_0

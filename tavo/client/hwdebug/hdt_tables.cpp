@@ -1,5 +1,7 @@
 #include <tavo/client/hwdebug/hdt_tables.h>
 
+#include <tavo/client/transcode/internal/immortal.h>
+
 namespace TAVO::TAVOXTranscode::hdt_v1_0 {
 
 namespace {
@@ -26,50 +28,47 @@ constexpr MethodRow table[] = {
     row<EnableSetRequest, None>("enableSet"),
 };
 
-const EncoderList encoderList;
-const DecoderList decoderList;
-
 } // namespace
 
 EncoderList::EncoderList() { enter(table); }
 DecoderList::DecoderList() { enter(table); }
 
 MethodRows rows() noexcept { return table; }
-const EncoderList& encoders() noexcept { return encoderList; }
-const DecoderList& decoders() noexcept { return decoderList; }
+const EncoderList& encoders() noexcept { return immortal<const EncoderList>(); }
+const DecoderList& decoders() noexcept { return immortal<const DecoderList>(); }
 
-EncoderFunction& encode_ioDbreqGet = encoderOf(table, "ioDbreqGet");
-EncoderFunction& encode_ioDbreqSet = encoderOf(table, "ioDbreqSet");
-EncoderFunction& encode_ioDbrdyGet = encoderOf(table, "ioDbrdyGet");
-EncoderFunction& encode_ioDbrdySnapshotGet = encoderOf(table, "ioDbrdySnapshotGet");
-EncoderFunction& encode_ioDbrdySnapshotClear = encoderOf(table, "ioDbrdySnapshotClear");
-EncoderFunction& encode_ioResetGet = encoderOf(table, "ioResetGet");
-EncoderFunction& encode_ioPwrokGet = encoderOf(table, "ioPwrokGet");
-EncoderFunction& encode_optionDbreqOnDbrdySet = encoderOf(table, "optionDbreqOnDbrdySet");
-EncoderFunction& encode_optionDbreqOnDbrdyGet = encoderOf(table, "optionDbreqOnDbrdyGet");
-EncoderFunction& encode_optionDbreqOnResetSet = encoderOf(table, "optionDbreqOnResetSet");
-EncoderFunction& encode_optionDbreqOnResetGet = encoderOf(table, "optionDbreqOnResetGet");
-EncoderFunction& encode_optionDbreqPulseWidthSet = encoderOf(table, "optionDbreqPulseWidthSet");
-EncoderFunction& encode_optionDbreqPulseWidthGet = encoderOf(table, "optionDbreqPulseWidthGet");
-EncoderFunction& encode_frequencyGet = encoderOf(table, "frequencyGet");
-EncoderFunction& encode_enableGet = encoderOf(table, "enableGet");
-EncoderFunction& encode_enableSet = encoderOf(table, "enableSet");
-DecoderFunction& decode_ioDbreqGet = decoderOf(table, "ioDbreqGet");
-DecoderFunction& decode_ioDbreqSet = decoderOf(table, "ioDbreqSet");
-DecoderFunction& decode_ioDbrdyGet = decoderOf(table, "ioDbrdyGet");
-DecoderFunction& decode_ioDbrdySnapshotGet = decoderOf(table, "ioDbrdySnapshotGet");
-DecoderFunction& decode_ioDbrdySnapshotClear = decoderOf(table, "ioDbrdySnapshotClear");
-DecoderFunction& decode_ioResetGet = decoderOf(table, "ioResetGet");
-DecoderFunction& decode_ioPwrokGet = decoderOf(table, "ioPwrokGet");
-DecoderFunction& decode_optionDbreqOnDbrdySet = decoderOf(table, "optionDbreqOnDbrdySet");
-DecoderFunction& decode_optionDbreqOnDbrdyGet = decoderOf(table, "optionDbreqOnDbrdyGet");
-DecoderFunction& decode_optionDbreqOnResetSet = decoderOf(table, "optionDbreqOnResetSet");
-DecoderFunction& decode_optionDbreqOnResetGet = decoderOf(table, "optionDbreqOnResetGet");
-DecoderFunction& decode_optionDbreqPulseWidthSet = decoderOf(table, "optionDbreqPulseWidthSet");
-DecoderFunction& decode_optionDbreqPulseWidthGet = decoderOf(table, "optionDbreqPulseWidthGet");
-DecoderFunction& decode_frequencyGet = decoderOf(table, "frequencyGet");
-DecoderFunction& decode_enableGet = decoderOf(table, "enableGet");
-DecoderFunction& decode_enableSet = decoderOf(table, "enableSet");
+constinit EncoderFunction& encode_ioDbreqGet = encoderOf(table, "ioDbreqGet");
+constinit EncoderFunction& encode_ioDbreqSet = encoderOf(table, "ioDbreqSet");
+constinit EncoderFunction& encode_ioDbrdyGet = encoderOf(table, "ioDbrdyGet");
+constinit EncoderFunction& encode_ioDbrdySnapshotGet = encoderOf(table, "ioDbrdySnapshotGet");
+constinit EncoderFunction& encode_ioDbrdySnapshotClear = encoderOf(table, "ioDbrdySnapshotClear");
+constinit EncoderFunction& encode_ioResetGet = encoderOf(table, "ioResetGet");
+constinit EncoderFunction& encode_ioPwrokGet = encoderOf(table, "ioPwrokGet");
+constinit EncoderFunction& encode_optionDbreqOnDbrdySet = encoderOf(table, "optionDbreqOnDbrdySet");
+constinit EncoderFunction& encode_optionDbreqOnDbrdyGet = encoderOf(table, "optionDbreqOnDbrdyGet");
+constinit EncoderFunction& encode_optionDbreqOnResetSet = encoderOf(table, "optionDbreqOnResetSet");
+constinit EncoderFunction& encode_optionDbreqOnResetGet = encoderOf(table, "optionDbreqOnResetGet");
+constinit EncoderFunction& encode_optionDbreqPulseWidthSet = encoderOf(table, "optionDbreqPulseWidthSet");
+constinit EncoderFunction& encode_optionDbreqPulseWidthGet = encoderOf(table, "optionDbreqPulseWidthGet");
+constinit EncoderFunction& encode_frequencyGet = encoderOf(table, "frequencyGet");
+constinit EncoderFunction& encode_enableGet = encoderOf(table, "enableGet");
+constinit EncoderFunction& encode_enableSet = encoderOf(table, "enableSet");
+constinit DecoderFunction& decode_ioDbreqGet = decoderOf(table, "ioDbreqGet");
+constinit DecoderFunction& decode_ioDbreqSet = decoderOf(table, "ioDbreqSet");
+constinit DecoderFunction& decode_ioDbrdyGet = decoderOf(table, "ioDbrdyGet");
+constinit DecoderFunction& decode_ioDbrdySnapshotGet = decoderOf(table, "ioDbrdySnapshotGet");
+constinit DecoderFunction& decode_ioDbrdySnapshotClear = decoderOf(table, "ioDbrdySnapshotClear");
+constinit DecoderFunction& decode_ioResetGet = decoderOf(table, "ioResetGet");
+constinit DecoderFunction& decode_ioPwrokGet = decoderOf(table, "ioPwrokGet");
+constinit DecoderFunction& decode_optionDbreqOnDbrdySet = decoderOf(table, "optionDbreqOnDbrdySet");
+constinit DecoderFunction& decode_optionDbreqOnDbrdyGet = decoderOf(table, "optionDbreqOnDbrdyGet");
+constinit DecoderFunction& decode_optionDbreqOnResetSet = decoderOf(table, "optionDbreqOnResetSet");
+constinit DecoderFunction& decode_optionDbreqOnResetGet = decoderOf(table, "optionDbreqOnResetGet");
+constinit DecoderFunction& decode_optionDbreqPulseWidthSet = decoderOf(table, "optionDbreqPulseWidthSet");
+constinit DecoderFunction& decode_optionDbreqPulseWidthGet = decoderOf(table, "optionDbreqPulseWidthGet");
+constinit DecoderFunction& decode_frequencyGet = decoderOf(table, "frequencyGet");
+constinit DecoderFunction& decode_enableGet = decoderOf(table, "enableGet");
+constinit DecoderFunction& decode_enableSet = decoderOf(table, "enableSet");
 
 } // namespace TAVO::TAVOXTranscode::hdt_v1_0
 
@@ -112,75 +111,72 @@ constexpr MethodRow table[] = {
     row<None, None>("headerStatusClear"),
 };
 
-const EncoderList encoderList;
-const DecoderList decoderList;
-
 } // namespace
 
 EncoderList::EncoderList() { enter(table); }
 DecoderList::DecoderList() { enter(table); }
 
 MethodRows rows() noexcept { return table; }
-const EncoderList& encoders() noexcept { return encoderList; }
-const DecoderList& decoders() noexcept { return decoderList; }
+const EncoderList& encoders() noexcept { return immortal<const EncoderList>(); }
+const DecoderList& decoders() noexcept { return immortal<const DecoderList>(); }
 
-EncoderFunction& encode_ioDbreqGet = encoderOf(table, "ioDbreqGet");
-EncoderFunction& encode_ioDbreqSet = encoderOf(table, "ioDbreqSet");
-EncoderFunction& encode_ioDbrdyGet = encoderOf(table, "ioDbrdyGet");
-EncoderFunction& encode_ioDbrdyWait = encoderOf(table, "ioDbrdyWait");
-EncoderFunction& encode_ioDbrdySnapshotGet = encoderOf(table, "ioDbrdySnapshotGet");
-EncoderFunction& encode_ioDbrdySnapshotClear = encoderOf(table, "ioDbrdySnapshotClear");
-EncoderFunction& encode_ioDbreqSourceSnapshotGet = encoderOf(table, "ioDbreqSourceSnapshotGet");
-EncoderFunction& encode_ioDbreqSourceSnapshotClear = encoderOf(table, "ioDbreqSourceSnapshotClear");
-EncoderFunction& encode_ioResetGet = encoderOf(table, "ioResetGet");
-EncoderFunction& encode_ioPwrokGet = encoderOf(table, "ioPwrokGet");
-EncoderFunction& encode_ioTriggerSet = encoderOf(table, "ioTriggerSet");
-EncoderFunction& encode_ioTriggerGet = encoderOf(table, "ioTriggerGet");
-EncoderFunction& encode_optionDbreqOnDbrdySet = encoderOf(table, "optionDbreqOnDbrdySet");
-EncoderFunction& encode_optionDbreqOnDbrdyGet = encoderOf(table, "optionDbreqOnDbrdyGet");
-EncoderFunction& encode_optionDbreqOnResetSet = encoderOf(table, "optionDbreqOnResetSet");
-EncoderFunction& encode_optionDbreqOnResetGet = encoderOf(table, "optionDbreqOnResetGet");
-EncoderFunction& encode_optionDbreqOnTriggerSet = encoderOf(table, "optionDbreqOnTriggerSet");
-EncoderFunction& encode_optionDbreqOnTriggerGet = encoderOf(table, "optionDbreqOnTriggerGet");
-EncoderFunction& encode_optionDbreqPulseWidthSet = encoderOf(table, "optionDbreqPulseWidthSet");
-EncoderFunction& encode_optionDbreqPulseWidthGet = encoderOf(table, "optionDbreqPulseWidthGet");
-EncoderFunction& encode_optionDbrdyMaskSet = encoderOf(table, "optionDbrdyMaskSet");
-EncoderFunction& encode_optionDbrdyMaskGet = encoderOf(table, "optionDbrdyMaskGet");
-EncoderFunction& encode_optionFrequencyGet = encoderOf(table, "optionFrequencyGet");
-EncoderFunction& encode_optionTriggerSetupSet = encoderOf(table, "optionTriggerSetupSet");
-EncoderFunction& encode_optionTriggerSetupGet = encoderOf(table, "optionTriggerSetupGet");
-EncoderFunction& encode_enableGet = encoderOf(table, "enableGet");
-EncoderFunction& encode_enableSet = encoderOf(table, "enableSet");
-EncoderFunction& encode_headerStatusGet = encoderOf(table, "headerStatusGet");
-EncoderFunction& encode_headerStatusClear = encoderOf(table, "headerStatusClear");
-DecoderFunction& decode_ioDbreqGet = decoderOf(table, "ioDbreqGet");
-DecoderFunction& decode_ioDbreqSet = decoderOf(table, "ioDbreqSet");
-DecoderFunction& decode_ioDbrdyGet = decoderOf(table, "ioDbrdyGet");
-DecoderFunction& decode_ioDbrdyWait = decoderOf(table, "ioDbrdyWait");
-DecoderFunction& decode_ioDbrdySnapshotGet = decoderOf(table, "ioDbrdySnapshotGet");
-DecoderFunction& decode_ioDbrdySnapshotClear = decoderOf(table, "ioDbrdySnapshotClear");
-DecoderFunction& decode_ioDbreqSourceSnapshotGet = decoderOf(table, "ioDbreqSourceSnapshotGet");
-DecoderFunction& decode_ioDbreqSourceSnapshotClear = decoderOf(table, "ioDbreqSourceSnapshotClear");
-DecoderFunction& decode_ioResetGet = decoderOf(table, "ioResetGet");
-DecoderFunction& decode_ioPwrokGet = decoderOf(table, "ioPwrokGet");
-DecoderFunction& decode_ioTriggerSet = decoderOf(table, "ioTriggerSet");
-DecoderFunction& decode_ioTriggerGet = decoderOf(table, "ioTriggerGet");
-DecoderFunction& decode_optionDbreqOnDbrdySet = decoderOf(table, "optionDbreqOnDbrdySet");
-DecoderFunction& decode_optionDbreqOnDbrdyGet = decoderOf(table, "optionDbreqOnDbrdyGet");
-DecoderFunction& decode_optionDbreqOnResetSet = decoderOf(table, "optionDbreqOnResetSet");
-DecoderFunction& decode_optionDbreqOnResetGet = decoderOf(table, "optionDbreqOnResetGet");
-DecoderFunction& decode_optionDbreqOnTriggerSet = decoderOf(table, "optionDbreqOnTriggerSet");
-DecoderFunction& decode_optionDbreqOnTriggerGet = decoderOf(table, "optionDbreqOnTriggerGet");
-DecoderFunction& decode_optionDbreqPulseWidthSet = decoderOf(table, "optionDbreqPulseWidthSet");
-DecoderFunction& decode_optionDbreqPulseWidthGet = decoderOf(table, "optionDbreqPulseWidthGet");
-DecoderFunction& decode_optionDbrdyMaskSet = decoderOf(table, "optionDbrdyMaskSet");
-DecoderFunction& decode_optionDbrdyMaskGet = decoderOf(table, "optionDbrdyMaskGet");
-DecoderFunction& decode_optionFrequencyGet = decoderOf(table, "optionFrequencyGet");
-DecoderFunction& decode_optionTriggerSetupSet = decoderOf(table, "optionTriggerSetupSet");
-DecoderFunction& decode_optionTriggerSetupGet = decoderOf(table, "optionTriggerSetupGet");
-DecoderFunction& decode_enableGet = decoderOf(table, "enableGet");
-DecoderFunction& decode_enableSet = decoderOf(table, "enableSet");
-DecoderFunction& decode_headerStatusGet = decoderOf(table, "headerStatusGet");
-DecoderFunction& decode_headerStatusClear = decoderOf(table, "headerStatusClear");
+constinit EncoderFunction& encode_ioDbreqGet = encoderOf(table, "ioDbreqGet");
+constinit EncoderFunction& encode_ioDbreqSet = encoderOf(table, "ioDbreqSet");
+constinit EncoderFunction& encode_ioDbrdyGet = encoderOf(table, "ioDbrdyGet");
+constinit EncoderFunction& encode_ioDbrdyWait = encoderOf(table, "ioDbrdyWait");
+constinit EncoderFunction& encode_ioDbrdySnapshotGet = encoderOf(table, "ioDbrdySnapshotGet");
+constinit EncoderFunction& encode_ioDbrdySnapshotClear = encoderOf(table, "ioDbrdySnapshotClear");
+constinit EncoderFunction& encode_ioDbreqSourceSnapshotGet = encoderOf(table, "ioDbreqSourceSnapshotGet");
+constinit EncoderFunction& encode_ioDbreqSourceSnapshotClear = encoderOf(table, "ioDbreqSourceSnapshotClear");
+constinit EncoderFunction& encode_ioResetGet = encoderOf(table, "ioResetGet");
+constinit EncoderFunction& encode_ioPwrokGet = encoderOf(table, "ioPwrokGet");
+constinit EncoderFunction& encode_ioTriggerSet = encoderOf(table, "ioTriggerSet");
+constinit EncoderFunction& encode_ioTriggerGet = encoderOf(table, "ioTriggerGet");
+constinit EncoderFunction& encode_optionDbreqOnDbrdySet = encoderOf(table, "optionDbreqOnDbrdySet");
+constinit EncoderFunction& encode_optionDbreqOnDbrdyGet = encoderOf(table, "optionDbreqOnDbrdyGet");
+constinit EncoderFunction& encode_optionDbreqOnResetSet = encoderOf(table, "optionDbreqOnResetSet");
+constinit EncoderFunction& encode_optionDbreqOnResetGet = encoderOf(table, "optionDbreqOnResetGet");
+constinit EncoderFunction& encode_optionDbreqOnTriggerSet = encoderOf(table, "optionDbreqOnTriggerSet");
+constinit EncoderFunction& encode_optionDbreqOnTriggerGet = encoderOf(table, "optionDbreqOnTriggerGet");
+constinit EncoderFunction& encode_optionDbreqPulseWidthSet = encoderOf(table, "optionDbreqPulseWidthSet");
+constinit EncoderFunction& encode_optionDbreqPulseWidthGet = encoderOf(table, "optionDbreqPulseWidthGet");
+constinit EncoderFunction& encode_optionDbrdyMaskSet = encoderOf(table, "optionDbrdyMaskSet");
+constinit EncoderFunction& encode_optionDbrdyMaskGet = encoderOf(table, "optionDbrdyMaskGet");
+constinit EncoderFunction& encode_optionFrequencyGet = encoderOf(table, "optionFrequencyGet");
+constinit EncoderFunction& encode_optionTriggerSetupSet = encoderOf(table, "optionTriggerSetupSet");
+constinit EncoderFunction& encode_optionTriggerSetupGet = encoderOf(table, "optionTriggerSetupGet");
+constinit EncoderFunction& encode_enableGet = encoderOf(table, "enableGet");
+constinit EncoderFunction& encode_enableSet = encoderOf(table, "enableSet");
+constinit EncoderFunction& encode_headerStatusGet = encoderOf(table, "headerStatusGet");
+constinit EncoderFunction& encode_headerStatusClear = encoderOf(table, "headerStatusClear");
+constinit DecoderFunction& decode_ioDbreqGet = decoderOf(table, "ioDbreqGet");
+constinit DecoderFunction& decode_ioDbreqSet = decoderOf(table, "ioDbreqSet");
+constinit DecoderFunction& decode_ioDbrdyGet = decoderOf(table, "ioDbrdyGet");
+constinit DecoderFunction& decode_ioDbrdyWait = decoderOf(table, "ioDbrdyWait");
+constinit DecoderFunction& decode_ioDbrdySnapshotGet = decoderOf(table, "ioDbrdySnapshotGet");
+constinit DecoderFunction& decode_ioDbrdySnapshotClear = decoderOf(table, "ioDbrdySnapshotClear");
+constinit DecoderFunction& decode_ioDbreqSourceSnapshotGet = decoderOf(table, "ioDbreqSourceSnapshotGet");
+constinit DecoderFunction& decode_ioDbreqSourceSnapshotClear = decoderOf(table, "ioDbreqSourceSnapshotClear");
+constinit DecoderFunction& decode_ioResetGet = decoderOf(table, "ioResetGet");
+constinit DecoderFunction& decode_ioPwrokGet = decoderOf(table, "ioPwrokGet");
+constinit DecoderFunction& decode_ioTriggerSet = decoderOf(table, "ioTriggerSet");
+constinit DecoderFunction& decode_ioTriggerGet = decoderOf(table, "ioTriggerGet");
+constinit DecoderFunction& decode_optionDbreqOnDbrdySet = decoderOf(table, "optionDbreqOnDbrdySet");
+constinit DecoderFunction& decode_optionDbreqOnDbrdyGet = decoderOf(table, "optionDbreqOnDbrdyGet");
+constinit DecoderFunction& decode_optionDbreqOnResetSet = decoderOf(table, "optionDbreqOnResetSet");
+constinit DecoderFunction& decode_optionDbreqOnResetGet = decoderOf(table, "optionDbreqOnResetGet");
+constinit DecoderFunction& decode_optionDbreqOnTriggerSet = decoderOf(table, "optionDbreqOnTriggerSet");
+constinit DecoderFunction& decode_optionDbreqOnTriggerGet = decoderOf(table, "optionDbreqOnTriggerGet");
+constinit DecoderFunction& decode_optionDbreqPulseWidthSet = decoderOf(table, "optionDbreqPulseWidthSet");
+constinit DecoderFunction& decode_optionDbreqPulseWidthGet = decoderOf(table, "optionDbreqPulseWidthGet");
+constinit DecoderFunction& decode_optionDbrdyMaskSet = decoderOf(table, "optionDbrdyMaskSet");
+constinit DecoderFunction& decode_optionDbrdyMaskGet = decoderOf(table, "optionDbrdyMaskGet");
+constinit DecoderFunction& decode_optionFrequencyGet = decoderOf(table, "optionFrequencyGet");
+constinit DecoderFunction& decode_optionTriggerSetupSet = decoderOf(table, "optionTriggerSetupSet");
+constinit DecoderFunction& decode_optionTriggerSetupGet = decoderOf(table, "optionTriggerSetupGet");
+constinit DecoderFunction& decode_enableGet = decoderOf(table, "enableGet");
+constinit DecoderFunction& decode_enableSet = decoderOf(table, "enableSet");
+constinit DecoderFunction& decode_headerStatusGet = decoderOf(table, "headerStatusGet");
+constinit DecoderFunction& decode_headerStatusClear = decoderOf(table, "headerStatusClear");
 
 } // namespace TAVO::TAVOXTranscode::hdt_v1_1

@@ -12,39 +12,23 @@
 #include <tavo/client/hwdebug/lpc.h>
 #include <tavo/client/hwdebug/lpc_post_code.h>
 #include <tavo/client/hwdebug/lpc_rom_emulation.h>
+#include <tavo/client/transcode/internal/immortal.h>
 
 namespace TAVO::HWDebug {
 
-namespace {
-
-JtagFactory jtagFactory;
-CsJtagFactory csJtagFactory;
-HdtFactory hdtFactory;
-HwDebugFactory cpuDebugFactory;
-I2cFactory i2cFactory;
-GpuScanFactory gpuScanFactory;
-GpuDebugFactory gpuDebugFactory;
-KelvorGpuDebugMuxFactory kelvorGpuDebugMuxFactory;
-KelvorUvdMuxFactory kelvorUvdMuxFactory;
-LpcFactory lpcFactory;
-LpcPostCodeFactory lpcPostCodeFactory;
-LpcRomEmulationFactory lpcRomEmulationFactory;
-
-} // namespace
-
 void HwdObjects::registerCoreObjects() {
-    jtagFactory.registerFactory();
-    csJtagFactory.registerFactory();
-    hdtFactory.registerFactory();
-    cpuDebugFactory.registerFactory();
-    i2cFactory.registerFactory();
-    gpuScanFactory.registerFactory();
-    gpuDebugFactory.registerFactory();
-    kelvorGpuDebugMuxFactory.registerFactory();
-    kelvorUvdMuxFactory.registerFactory();
-    lpcFactory.registerFactory();
-    lpcPostCodeFactory.registerFactory();
-    lpcRomEmulationFactory.registerFactory();
+    immortal<JtagFactory>().registerFactory();
+    immortal<CsJtagFactory>().registerFactory();
+    immortal<HdtFactory>().registerFactory();
+    immortal<HwDebugFactory>().registerFactory();
+    immortal<I2cFactory>().registerFactory();
+    immortal<GpuScanFactory>().registerFactory();
+    immortal<GpuDebugFactory>().registerFactory();
+    immortal<KelvorGpuDebugMuxFactory>().registerFactory();
+    immortal<KelvorUvdMuxFactory>().registerFactory();
+    immortal<LpcFactory>().registerFactory();
+    immortal<LpcPostCodeFactory>().registerFactory();
+    immortal<LpcRomEmulationFactory>().registerFactory();
 }
 
 } // namespace TAVO::HWDebug

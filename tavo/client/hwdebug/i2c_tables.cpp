@@ -1,5 +1,7 @@
 #include <tavo/client/hwdebug/i2c_tables.h>
 
+#include <tavo/client/transcode/internal/immortal.h>
+
 namespace TAVO::TAVOXTranscode::i2c_v1_0 {
 
 namespace {
@@ -22,43 +24,40 @@ constexpr MethodRow table[] = {
     row<None, None>("headerStatusClear"),
 };
 
-const EncoderList encoderList;
-const DecoderList decoderList;
-
 } // namespace
 
 EncoderList::EncoderList() { enter(table); }
 DecoderList::DecoderList() { enter(table); }
 
 MethodRows rows() noexcept { return table; }
-const EncoderList& encoders() noexcept { return encoderList; }
-const DecoderList& decoders() noexcept { return decoderList; }
+const EncoderList& encoders() noexcept { return immortal<const EncoderList>(); }
+const DecoderList& decoders() noexcept { return immortal<const DecoderList>(); }
 
-EncoderFunction& encode_transfer = encoderOf(table, "transfer");
-EncoderFunction& encode_read = encoderOf(table, "read");
-EncoderFunction& encode_write = encoderOf(table, "write");
-EncoderFunction& encode_optionSclFrequencyGet = encoderOf(table, "optionSclFrequencyGet");
-EncoderFunction& encode_optionSclFrequencySet = encoderOf(table, "optionSclFrequencySet");
-EncoderFunction& encode_optionAddressRetryLimitGet = encoderOf(table, "optionAddressRetryLimitGet");
-EncoderFunction& encode_optionAddressRetryLimitSet = encoderOf(table, "optionAddressRetryLimitSet");
-EncoderFunction& encode_optionTimeoutGet = encoderOf(table, "optionTimeoutGet");
-EncoderFunction& encode_optionTimeoutSet = encoderOf(table, "optionTimeoutSet");
-EncoderFunction& encode_optionAckGet = encoderOf(table, "optionAckGet");
-EncoderFunction& encode_optionAckSet = encoderOf(table, "optionAckSet");
-EncoderFunction& encode_headerStatusGet = encoderOf(table, "headerStatusGet");
-EncoderFunction& encode_headerStatusClear = encoderOf(table, "headerStatusClear");
-DecoderFunction& decode_transfer = decoderOf(table, "transfer");
-DecoderFunction& decode_read = decoderOf(table, "read");
-DecoderFunction& decode_write = decoderOf(table, "write");
-DecoderFunction& decode_optionSclFrequencyGet = decoderOf(table, "optionSclFrequencyGet");
-DecoderFunction& decode_optionSclFrequencySet = decoderOf(table, "optionSclFrequencySet");
-DecoderFunction& decode_optionAddressRetryLimitGet = decoderOf(table, "optionAddressRetryLimitGet");
-DecoderFunction& decode_optionAddressRetryLimitSet = decoderOf(table, "optionAddressRetryLimitSet");
-DecoderFunction& decode_optionTimeoutGet = decoderOf(table, "optionTimeoutGet");
-DecoderFunction& decode_optionTimeoutSet = decoderOf(table, "optionTimeoutSet");
-DecoderFunction& decode_optionAckGet = decoderOf(table, "optionAckGet");
-DecoderFunction& decode_optionAckSet = decoderOf(table, "optionAckSet");
-DecoderFunction& decode_headerStatusGet = decoderOf(table, "headerStatusGet");
-DecoderFunction& decode_headerStatusClear = decoderOf(table, "headerStatusClear");
+constinit EncoderFunction& encode_transfer = encoderOf(table, "transfer");
+constinit EncoderFunction& encode_read = encoderOf(table, "read");
+constinit EncoderFunction& encode_write = encoderOf(table, "write");
+constinit EncoderFunction& encode_optionSclFrequencyGet = encoderOf(table, "optionSclFrequencyGet");
+constinit EncoderFunction& encode_optionSclFrequencySet = encoderOf(table, "optionSclFrequencySet");
+constinit EncoderFunction& encode_optionAddressRetryLimitGet = encoderOf(table, "optionAddressRetryLimitGet");
+constinit EncoderFunction& encode_optionAddressRetryLimitSet = encoderOf(table, "optionAddressRetryLimitSet");
+constinit EncoderFunction& encode_optionTimeoutGet = encoderOf(table, "optionTimeoutGet");
+constinit EncoderFunction& encode_optionTimeoutSet = encoderOf(table, "optionTimeoutSet");
+constinit EncoderFunction& encode_optionAckGet = encoderOf(table, "optionAckGet");
+constinit EncoderFunction& encode_optionAckSet = encoderOf(table, "optionAckSet");
+constinit EncoderFunction& encode_headerStatusGet = encoderOf(table, "headerStatusGet");
+constinit EncoderFunction& encode_headerStatusClear = encoderOf(table, "headerStatusClear");
+constinit DecoderFunction& decode_transfer = decoderOf(table, "transfer");
+constinit DecoderFunction& decode_read = decoderOf(table, "read");
+constinit DecoderFunction& decode_write = decoderOf(table, "write");
+constinit DecoderFunction& decode_optionSclFrequencyGet = decoderOf(table, "optionSclFrequencyGet");
+constinit DecoderFunction& decode_optionSclFrequencySet = decoderOf(table, "optionSclFrequencySet");
+constinit DecoderFunction& decode_optionAddressRetryLimitGet = decoderOf(table, "optionAddressRetryLimitGet");
+constinit DecoderFunction& decode_optionAddressRetryLimitSet = decoderOf(table, "optionAddressRetryLimitSet");
+constinit DecoderFunction& decode_optionTimeoutGet = decoderOf(table, "optionTimeoutGet");
+constinit DecoderFunction& decode_optionTimeoutSet = decoderOf(table, "optionTimeoutSet");
+constinit DecoderFunction& decode_optionAckGet = decoderOf(table, "optionAckGet");
+constinit DecoderFunction& decode_optionAckSet = decoderOf(table, "optionAckSet");
+constinit DecoderFunction& decode_headerStatusGet = decoderOf(table, "headerStatusGet");
+constinit DecoderFunction& decode_headerStatusClear = decoderOf(table, "headerStatusClear");
 
 } // namespace TAVO::TAVOXTranscode::i2c_v1_0

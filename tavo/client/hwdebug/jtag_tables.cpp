@@ -1,5 +1,7 @@
 #include <tavo/client/hwdebug/jtag_tables.h>
 
+#include <tavo/client/transcode/internal/immortal.h>
+
 namespace TAVO::TAVOXTranscode::jtag_v1_0 {
 
 namespace {
@@ -38,74 +40,71 @@ constexpr MethodRow table[] = {
     row<EnableSetRequest, None>("enableSet"),
 };
 
-const EncoderList encoderList;
-const DecoderList decoderList;
-
 } // namespace
 
 EncoderList::EncoderList() { enter(table); }
 DecoderList::DecoderList() { enter(table); }
 
 MethodRows rows() noexcept { return table; }
-const EncoderList& encoders() noexcept { return encoderList; }
-const DecoderList& decoders() noexcept { return decoderList; }
+const EncoderList& encoders() noexcept { return immortal<const EncoderList>(); }
+const DecoderList& decoders() noexcept { return immortal<const DecoderList>(); }
 
-EncoderFunction& encode_shiftIR = encoderOf(table, "shiftIR");
-EncoderFunction& encode_shiftDR = encoderOf(table, "shiftDR");
-EncoderFunction& encode_tdoExpectedGet = encoderOf(table, "tdoExpectedGet");
-EncoderFunction& encode_tdoExpectedSet = encoderOf(table, "tdoExpectedSet");
-EncoderFunction& encode_retryGet = encoderOf(table, "retryGet");
-EncoderFunction& encode_retrySet = encoderOf(table, "retrySet");
-EncoderFunction& encode_repeatGet = encoderOf(table, "repeatGet");
-EncoderFunction& encode_repeatSet = encoderOf(table, "repeatSet");
-EncoderFunction& encode_tapStateGet = encoderOf(table, "tapStateGet");
-EncoderFunction& encode_tapStateSet = encoderOf(table, "tapStateSet");
-EncoderFunction& encode_tckFrequencyGet = encoderOf(table, "tckFrequencyGet");
-EncoderFunction& encode_tckFrequencySet = encoderOf(table, "tckFrequencySet");
-EncoderFunction& encode_sleep = encoderOf(table, "sleep");
-EncoderFunction& encode_terminationStateIRGet = encoderOf(table, "terminationStateIRGet");
-EncoderFunction& encode_terminationStateIRSet = encoderOf(table, "terminationStateIRSet");
-EncoderFunction& encode_terminationStateDRGet = encoderOf(table, "terminationStateDRGet");
-EncoderFunction& encode_terminationStateDRSet = encoderOf(table, "terminationStateDRSet");
-EncoderFunction& encode_ioTrstGet = encoderOf(table, "ioTrstGet");
-EncoderFunction& encode_ioTrstSet = encoderOf(table, "ioTrstSet");
-EncoderFunction& encode_ioTckGet = encoderOf(table, "ioTckGet");
-EncoderFunction& encode_ioTckSet = encoderOf(table, "ioTckSet");
-EncoderFunction& encode_ioTmsGet = encoderOf(table, "ioTmsGet");
-EncoderFunction& encode_ioTmsSet = encoderOf(table, "ioTmsSet");
-EncoderFunction& encode_ioTdiGet = encoderOf(table, "ioTdiGet");
-EncoderFunction& encode_ioTdiSet = encoderOf(table, "ioTdiSet");
-EncoderFunction& encode_ioTdoGet = encoderOf(table, "ioTdoGet");
-EncoderFunction& encode_enableGet = encoderOf(table, "enableGet");
-EncoderFunction& encode_enableSet = encoderOf(table, "enableSet");
-DecoderFunction& decode_shiftIR = decoderOf(table, "shiftIR");
-DecoderFunction& decode_shiftDR = decoderOf(table, "shiftDR");
-DecoderFunction& decode_tdoExpectedGet = decoderOf(table, "tdoExpectedGet");
-DecoderFunction& decode_tdoExpectedSet = decoderOf(table, "tdoExpectedSet");
-DecoderFunction& decode_retryGet = decoderOf(table, "retryGet");
-DecoderFunction& decode_retrySet = decoderOf(table, "retrySet");
-DecoderFunction& decode_repeatGet = decoderOf(table, "repeatGet");
-DecoderFunction& decode_repeatSet = decoderOf(table, "repeatSet");
-DecoderFunction& decode_tapStateGet = decoderOf(table, "tapStateGet");
-DecoderFunction& decode_tapStateSet = decoderOf(table, "tapStateSet");
-DecoderFunction& decode_tckFrequencyGet = decoderOf(table, "tckFrequencyGet");
-DecoderFunction& decode_tckFrequencySet = decoderOf(table, "tckFrequencySet");
-DecoderFunction& decode_sleep = decoderOf(table, "sleep");
-DecoderFunction& decode_terminationStateIRGet = decoderOf(table, "terminationStateIRGet");
-DecoderFunction& decode_terminationStateIRSet = decoderOf(table, "terminationStateIRSet");
-DecoderFunction& decode_terminationStateDRGet = decoderOf(table, "terminationStateDRGet");
-DecoderFunction& decode_terminationStateDRSet = decoderOf(table, "terminationStateDRSet");
-DecoderFunction& decode_ioTrstGet = decoderOf(table, "ioTrstGet");
-DecoderFunction& decode_ioTrstSet = decoderOf(table, "ioTrstSet");
-DecoderFunction& decode_ioTckGet = decoderOf(table, "ioTckGet");
-DecoderFunction& decode_ioTckSet = decoderOf(table, "ioTckSet");
-DecoderFunction& decode_ioTmsGet = decoderOf(table, "ioTmsGet");
-DecoderFunction& decode_ioTmsSet = decoderOf(table, "ioTmsSet");
-DecoderFunction& decode_ioTdiGet = decoderOf(table, "ioTdiGet");
-DecoderFunction& decode_ioTdiSet = decoderOf(table, "ioTdiSet");
-DecoderFunction& decode_ioTdoGet = decoderOf(table, "ioTdoGet");
-DecoderFunction& decode_enableGet = decoderOf(table, "enableGet");
-DecoderFunction& decode_enableSet = decoderOf(table, "enableSet");
+constinit EncoderFunction& encode_shiftIR = encoderOf(table, "shiftIR");
+constinit EncoderFunction& encode_shiftDR = encoderOf(table, "shiftDR");
+constinit EncoderFunction& encode_tdoExpectedGet = encoderOf(table, "tdoExpectedGet");
+constinit EncoderFunction& encode_tdoExpectedSet = encoderOf(table, "tdoExpectedSet");
+constinit EncoderFunction& encode_retryGet = encoderOf(table, "retryGet");
+constinit EncoderFunction& encode_retrySet = encoderOf(table, "retrySet");
+constinit EncoderFunction& encode_repeatGet = encoderOf(table, "repeatGet");
+constinit EncoderFunction& encode_repeatSet = encoderOf(table, "repeatSet");
+constinit EncoderFunction& encode_tapStateGet = encoderOf(table, "tapStateGet");
+constinit EncoderFunction& encode_tapStateSet = encoderOf(table, "tapStateSet");
+constinit EncoderFunction& encode_tckFrequencyGet = encoderOf(table, "tckFrequencyGet");
+constinit EncoderFunction& encode_tckFrequencySet = encoderOf(table, "tckFrequencySet");
+constinit EncoderFunction& encode_sleep = encoderOf(table, "sleep");
+constinit EncoderFunction& encode_terminationStateIRGet = encoderOf(table, "terminationStateIRGet");
+constinit EncoderFunction& encode_terminationStateIRSet = encoderOf(table, "terminationStateIRSet");
+constinit EncoderFunction& encode_terminationStateDRGet = encoderOf(table, "terminationStateDRGet");
+constinit EncoderFunction& encode_terminationStateDRSet = encoderOf(table, "terminationStateDRSet");
+constinit EncoderFunction& encode_ioTrstGet = encoderOf(table, "ioTrstGet");
+constinit EncoderFunction& encode_ioTrstSet = encoderOf(table, "ioTrstSet");
+constinit EncoderFunction& encode_ioTckGet = encoderOf(table, "ioTckGet");
+constinit EncoderFunction& encode_ioTckSet = encoderOf(table, "ioTckSet");
+constinit EncoderFunction& encode_ioTmsGet = encoderOf(table, "ioTmsGet");
+constinit EncoderFunction& encode_ioTmsSet = encoderOf(table, "ioTmsSet");
+constinit EncoderFunction& encode_ioTdiGet = encoderOf(table, "ioTdiGet");
+constinit EncoderFunction& encode_ioTdiSet = encoderOf(table, "ioTdiSet");
+constinit EncoderFunction& encode_ioTdoGet = encoderOf(table, "ioTdoGet");
+constinit EncoderFunction& encode_enableGet = encoderOf(table, "enableGet");
+constinit EncoderFunction& encode_enableSet = encoderOf(table, "enableSet");
+constinit DecoderFunction& decode_shiftIR = decoderOf(table, "shiftIR");
+constinit DecoderFunction& decode_shiftDR = decoderOf(table, "shiftDR");
+constinit DecoderFunction& decode_tdoExpectedGet = decoderOf(table, "tdoExpectedGet");
+constinit DecoderFunction& decode_tdoExpectedSet = decoderOf(table, "tdoExpectedSet");
+constinit DecoderFunction& decode_retryGet = decoderOf(table, "retryGet");
+constinit DecoderFunction& decode_retrySet = decoderOf(table, "retrySet");
+constinit DecoderFunction& decode_repeatGet = decoderOf(table, "repeatGet");
+constinit DecoderFunction& decode_repeatSet = decoderOf(table, "repeatSet");
+constinit DecoderFunction& decode_tapStateGet = decoderOf(table, "tapStateGet");
+constinit DecoderFunction& decode_tapStateSet = decoderOf(table, "tapStateSet");
+constinit DecoderFunction& decode_tckFrequencyGet = decoderOf(table, "tckFrequencyGet");
+constinit DecoderFunction& decode_tckFrequencySet = decoderOf(table, "tckFrequencySet");
+constinit DecoderFunction& decode_sleep = decoderOf(table, "sleep");
+constinit DecoderFunction& decode_terminationStateIRGet = decoderOf(table, "terminationStateIRGet");
+constinit DecoderFunction& decode_terminationStateIRSet = decoderOf(table, "terminationStateIRSet");
+constinit DecoderFunction& decode_terminationStateDRGet = decoderOf(table, "terminationStateDRGet");
+constinit DecoderFunction& decode_terminationStateDRSet = decoderOf(table, "terminationStateDRSet");
+constinit DecoderFunction& decode_ioTrstGet = decoderOf(table, "ioTrstGet");
+constinit DecoderFunction& decode_ioTrstSet = decoderOf(table, "ioTrstSet");
+constinit DecoderFunction& decode_ioTckGet = decoderOf(table, "ioTckGet");
+constinit DecoderFunction& decode_ioTckSet = decoderOf(table, "ioTckSet");
+constinit DecoderFunction& decode_ioTmsGet = decoderOf(table, "ioTmsGet");
+constinit DecoderFunction& decode_ioTmsSet = decoderOf(table, "ioTmsSet");
+constinit DecoderFunction& decode_ioTdiGet = decoderOf(table, "ioTdiGet");
+constinit DecoderFunction& decode_ioTdiSet = decoderOf(table, "ioTdiSet");
+constinit DecoderFunction& decode_ioTdoGet = decoderOf(table, "ioTdoGet");
+constinit DecoderFunction& decode_enableGet = decoderOf(table, "enableGet");
+constinit DecoderFunction& decode_enableSet = decoderOf(table, "enableSet");
 
 } // namespace TAVO::TAVOXTranscode::jtag_v1_0
 
@@ -149,77 +148,74 @@ constexpr MethodRow table[] = {
     row<None, None>("headerStatusClear"),
 };
 
-const EncoderList encoderList;
-const DecoderList decoderList;
-
 } // namespace
 
 EncoderList::EncoderList() { enter(table); }
 DecoderList::DecoderList() { enter(table); }
 
 MethodRows rows() noexcept { return table; }
-const EncoderList& encoders() noexcept { return encoderList; }
-const DecoderList& decoders() noexcept { return decoderList; }
+const EncoderList& encoders() noexcept { return immortal<const EncoderList>(); }
+const DecoderList& decoders() noexcept { return immortal<const DecoderList>(); }
 
-EncoderFunction& encode_shiftIR = encoderOf(table, "shiftIR");
-EncoderFunction& encode_shiftDR = encoderOf(table, "shiftDR");
-EncoderFunction& encode_tapStateGet = encoderOf(table, "tapStateGet");
-EncoderFunction& encode_tapStateSet = encoderOf(table, "tapStateSet");
-EncoderFunction& encode_sleep = encoderOf(table, "sleep");
-EncoderFunction& encode_optionTdoExpectedGet = encoderOf(table, "optionTdoExpectedGet");
-EncoderFunction& encode_optionTdoExpectedSet = encoderOf(table, "optionTdoExpectedSet");
-EncoderFunction& encode_optionRetryGet = encoderOf(table, "optionRetryGet");
-EncoderFunction& encode_optionRetrySet = encoderOf(table, "optionRetrySet");
-EncoderFunction& encode_optionRepeatGet = encoderOf(table, "optionRepeatGet");
-EncoderFunction& encode_optionRepeatSet = encoderOf(table, "optionRepeatSet");
-EncoderFunction& encode_optionTckFrequencyGet = encoderOf(table, "optionTckFrequencyGet");
-EncoderFunction& encode_optionTckFrequencySet = encoderOf(table, "optionTckFrequencySet");
-EncoderFunction& encode_optionTerminationStateGet = encoderOf(table, "optionTerminationStateGet");
-EncoderFunction& encode_optionTerminationStateSet = encoderOf(table, "optionTerminationStateSet");
-EncoderFunction& encode_optionPrePostTckGet = encoderOf(table, "optionPrePostTckGet");
-EncoderFunction& encode_optionPrePostTckSet = encoderOf(table, "optionPrePostTckSet");
-EncoderFunction& encode_ioTrstGet = encoderOf(table, "ioTrstGet");
-EncoderFunction& encode_ioTrstSet = encoderOf(table, "ioTrstSet");
-EncoderFunction& encode_ioTckGet = encoderOf(table, "ioTckGet");
-EncoderFunction& encode_ioTckSet = encoderOf(table, "ioTckSet");
-EncoderFunction& encode_ioTmsGet = encoderOf(table, "ioTmsGet");
-EncoderFunction& encode_ioTmsSet = encoderOf(table, "ioTmsSet");
-EncoderFunction& encode_ioTdiGet = encoderOf(table, "ioTdiGet");
-EncoderFunction& encode_ioTdiSet = encoderOf(table, "ioTdiSet");
-EncoderFunction& encode_ioTdoGet = encoderOf(table, "ioTdoGet");
-EncoderFunction& encode_enableGet = encoderOf(table, "enableGet");
-EncoderFunction& encode_enableSet = encoderOf(table, "enableSet");
-EncoderFunction& encode_headerStatusGet = encoderOf(table, "headerStatusGet");
-EncoderFunction& encode_headerStatusClear = encoderOf(table, "headerStatusClear");
-DecoderFunction& decode_shiftIR = decoderOf(table, "shiftIR");
-DecoderFunction& decode_shiftDR = decoderOf(table, "shiftDR");
-DecoderFunction& decode_tapStateGet = decoderOf(table, "tapStateGet");
-DecoderFunction& decode_tapStateSet = decoderOf(table, "tapStateSet");
-DecoderFunction& decode_sleep = decoderOf(table, "sleep");
-DecoderFunction& decode_optionTdoExpectedGet = decoderOf(table, "optionTdoExpectedGet");
-DecoderFunction& decode_optionTdoExpectedSet = decoderOf(table, "optionTdoExpectedSet");
-DecoderFunction& decode_optionRetryGet = decoderOf(table, "optionRetryGet");
-DecoderFunction& decode_optionRetrySet = decoderOf(table, "optionRetrySet");
-DecoderFunction& decode_optionRepeatGet = decoderOf(table, "optionRepeatGet");
-DecoderFunction& decode_optionRepeatSet = decoderOf(table, "optionRepeatSet");
-DecoderFunction& decode_optionTckFrequencyGet = decoderOf(table, "optionTckFrequencyGet");
-DecoderFunction& decode_optionTckFrequencySet = decoderOf(table, "optionTckFrequencySet");
-DecoderFunction& decode_optionTerminationStateGet = decoderOf(table, "optionTerminationStateGet");
-DecoderFunction& decode_optionTerminationStateSet = decoderOf(table, "optionTerminationStateSet");
-DecoderFunction& decode_optionPrePostTckGet = decoderOf(table, "optionPrePostTckGet");
-DecoderFunction& decode_optionPrePostTckSet = decoderOf(table, "optionPrePostTckSet");
-DecoderFunction& decode_ioTrstGet = decoderOf(table, "ioTrstGet");
-DecoderFunction& decode_ioTrstSet = decoderOf(table, "ioTrstSet");
-DecoderFunction& decode_ioTckGet = decoderOf(table, "ioTckGet");
-DecoderFunction& decode_ioTckSet = decoderOf(table, "ioTckSet");
-DecoderFunction& decode_ioTmsGet = decoderOf(table, "ioTmsGet");
-DecoderFunction& decode_ioTmsSet = decoderOf(table, "ioTmsSet");
-DecoderFunction& decode_ioTdiGet = decoderOf(table, "ioTdiGet");
-DecoderFunction& decode_ioTdiSet = decoderOf(table, "ioTdiSet");
-DecoderFunction& decode_ioTdoGet = decoderOf(table, "ioTdoGet");
-DecoderFunction& decode_enableGet = decoderOf(table, "enableGet");
-DecoderFunction& decode_enableSet = decoderOf(table, "enableSet");
-DecoderFunction& decode_headerStatusGet = decoderOf(table, "headerStatusGet");
-DecoderFunction& decode_headerStatusClear = decoderOf(table, "headerStatusClear");
+constinit EncoderFunction& encode_shiftIR = encoderOf(table, "shiftIR");
+constinit EncoderFunction& encode_shiftDR = encoderOf(table, "shiftDR");
+constinit EncoderFunction& encode_tapStateGet = encoderOf(table, "tapStateGet");
+constinit EncoderFunction& encode_tapStateSet = encoderOf(table, "tapStateSet");
+constinit EncoderFunction& encode_sleep = encoderOf(table, "sleep");
+constinit EncoderFunction& encode_optionTdoExpectedGet = encoderOf(table, "optionTdoExpectedGet");
+constinit EncoderFunction& encode_optionTdoExpectedSet = encoderOf(table, "optionTdoExpectedSet");
+constinit EncoderFunction& encode_optionRetryGet = encoderOf(table, "optionRetryGet");
+constinit EncoderFunction& encode_optionRetrySet = encoderOf(table, "optionRetrySet");
+constinit EncoderFunction& encode_optionRepeatGet = encoderOf(table, "optionRepeatGet");
+constinit EncoderFunction& encode_optionRepeatSet = encoderOf(table, "optionRepeatSet");
+constinit EncoderFunction& encode_optionTckFrequencyGet = encoderOf(table, "optionTckFrequencyGet");
+constinit EncoderFunction& encode_optionTckFrequencySet = encoderOf(table, "optionTckFrequencySet");
+constinit EncoderFunction& encode_optionTerminationStateGet = encoderOf(table, "optionTerminationStateGet");
+constinit EncoderFunction& encode_optionTerminationStateSet = encoderOf(table, "optionTerminationStateSet");
+constinit EncoderFunction& encode_optionPrePostTckGet = encoderOf(table, "optionPrePostTckGet");
+constinit EncoderFunction& encode_optionPrePostTckSet = encoderOf(table, "optionPrePostTckSet");
+constinit EncoderFunction& encode_ioTrstGet = encoderOf(table, "ioTrstGet");
+constinit EncoderFunction& encode_ioTrstSet = encoderOf(table, "ioTrstSet");
+constinit EncoderFunction& encode_ioTckGet = encoderOf(table, "ioTckGet");
+constinit EncoderFunction& encode_ioTckSet = encoderOf(table, "ioTckSet");
+constinit EncoderFunction& encode_ioTmsGet = encoderOf(table, "ioTmsGet");
+constinit EncoderFunction& encode_ioTmsSet = encoderOf(table, "ioTmsSet");
+constinit EncoderFunction& encode_ioTdiGet = encoderOf(table, "ioTdiGet");
+constinit EncoderFunction& encode_ioTdiSet = encoderOf(table, "ioTdiSet");
+constinit EncoderFunction& encode_ioTdoGet = encoderOf(table, "ioTdoGet");
+constinit EncoderFunction& encode_enableGet = encoderOf(table, "enableGet");
+constinit EncoderFunction& encode_enableSet = encoderOf(table, "enableSet");
+constinit EncoderFunction& encode_headerStatusGet = encoderOf(table, "headerStatusGet");
+constinit EncoderFunction& encode_headerStatusClear = encoderOf(table, "headerStatusClear");
+constinit DecoderFunction& decode_shiftIR = decoderOf(table, "shiftIR");
+constinit DecoderFunction& decode_shiftDR = decoderOf(table, "shiftDR");
+constinit DecoderFunction& decode_tapStateGet = decoderOf(table, "tapStateGet");
+constinit DecoderFunction& decode_tapStateSet = decoderOf(table, "tapStateSet");
+constinit DecoderFunction& decode_sleep = decoderOf(table, "sleep");
+constinit DecoderFunction& decode_optionTdoExpectedGet = decoderOf(table, "optionTdoExpectedGet");
+constinit DecoderFunction& decode_optionTdoExpectedSet = decoderOf(table, "optionTdoExpectedSet");
+constinit DecoderFunction& decode_optionRetryGet = decoderOf(table, "optionRetryGet");
+constinit DecoderFunction& decode_optionRetrySet = decoderOf(table, "optionRetrySet");
+constinit DecoderFunction& decode_optionRepeatGet = decoderOf(table, "optionRepeatGet");
+constinit DecoderFunction& decode_optionRepeatSet = decoderOf(table, "optionRepeatSet");
+constinit DecoderFunction& decode_optionTckFrequencyGet = decoderOf(table, "optionTckFrequencyGet");
+constinit DecoderFunction& decode_optionTckFrequencySet = decoderOf(table, "optionTckFrequencySet");
+constinit DecoderFunction& decode_optionTerminationStateGet = decoderOf(table, "optionTerminationStateGet");
+constinit DecoderFunction& decode_optionTerminationStateSet = decoderOf(table, "optionTerminationStateSet");
+constinit DecoderFunction& decode_optionPrePostTckGet = decoderOf(table, "optionPrePostTckGet");
+constinit DecoderFunction& decode_optionPrePostTckSet = decoderOf(table, "optionPrePostTckSet");
+constinit DecoderFunction& decode_ioTrstGet = decoderOf(table, "ioTrstGet");
+constinit DecoderFunction& decode_ioTrstSet = decoderOf(table, "ioTrstSet");
+constinit DecoderFunction& decode_ioTckGet = decoderOf(table, "ioTckGet");
+constinit DecoderFunction& decode_ioTckSet = decoderOf(table, "ioTckSet");
+constinit DecoderFunction& decode_ioTmsGet = decoderOf(table, "ioTmsGet");
+constinit DecoderFunction& decode_ioTmsSet = decoderOf(table, "ioTmsSet");
+constinit DecoderFunction& decode_ioTdiGet = decoderOf(table, "ioTdiGet");
+constinit DecoderFunction& decode_ioTdiSet = decoderOf(table, "ioTdiSet");
+constinit DecoderFunction& decode_ioTdoGet = decoderOf(table, "ioTdoGet");
+constinit DecoderFunction& decode_enableGet = decoderOf(table, "enableGet");
+constinit DecoderFunction& decode_enableSet = decoderOf(table, "enableSet");
+constinit DecoderFunction& decode_headerStatusGet = decoderOf(table, "headerStatusGet");
+constinit DecoderFunction& decode_headerStatusClear = decoderOf(table, "headerStatusClear");
 
 } // namespace TAVO::TAVOXTranscode::jtag_v1_1

@@ -1,5 +1,7 @@
 #include <tavo/client/hwdebug/kelvor_gpu_debug_mux_tables.h>
 
+#include <tavo/client/transcode/internal/immortal.h>
+
 namespace TAVO::TAVOXTranscode::kelvorGpuDebugMux_v1_0 {
 
 namespace {
@@ -11,21 +13,18 @@ constexpr MethodRow table[] = {
     row<HeaderModeSetRequest, None>("headerModeSet"),
 };
 
-const EncoderList encoderList;
-const DecoderList decoderList;
-
 } // namespace
 
 EncoderList::EncoderList() { enter(table); }
 DecoderList::DecoderList() { enter(table); }
 
 MethodRows rows() noexcept { return table; }
-const EncoderList& encoders() noexcept { return encoderList; }
-const DecoderList& decoders() noexcept { return decoderList; }
+const EncoderList& encoders() noexcept { return immortal<const EncoderList>(); }
+const DecoderList& decoders() noexcept { return immortal<const DecoderList>(); }
 
-EncoderFunction& encode_headerModeGet = encoderOf(table, "headerModeGet");
-EncoderFunction& encode_headerModeSet = encoderOf(table, "headerModeSet");
-DecoderFunction& decode_headerModeGet = decoderOf(table, "headerModeGet");
-DecoderFunction& decode_headerModeSet = decoderOf(table, "headerModeSet");
+constinit EncoderFunction& encode_headerModeGet = encoderOf(table, "headerModeGet");
+constinit EncoderFunction& encode_headerModeSet = encoderOf(table, "headerModeSet");
+constinit DecoderFunction& decode_headerModeGet = decoderOf(table, "headerModeGet");
+constinit DecoderFunction& decode_headerModeSet = decoderOf(table, "headerModeSet");
 
 } // namespace TAVO::TAVOXTranscode::kelvorGpuDebugMux_v1_0

@@ -1,5 +1,7 @@
 #include <tavo/client/hwdebug/lpc_post_code_tables.h>
 
+#include <tavo/client/transcode/internal/immortal.h>
+
 namespace TAVO::TAVOXTranscode::lpcPostCode_v1_0 {
 
 namespace {
@@ -28,53 +30,50 @@ constexpr MethodRow table[] = {
     row<None, EnableGetReply>("enableGet"),
 };
 
-const EncoderList encoderList;
-const DecoderList decoderList;
-
 } // namespace
 
 EncoderList::EncoderList() { enter(table); }
 DecoderList::DecoderList() { enter(table); }
 
 MethodRows rows() noexcept { return table; }
-const EncoderList& encoders() noexcept { return encoderList; }
-const DecoderList& decoders() noexcept { return decoderList; }
+const EncoderList& encoders() noexcept { return immortal<const EncoderList>(); }
+const DecoderList& decoders() noexcept { return immortal<const DecoderList>(); }
 
-EncoderFunction& encode_postCodeGet = encoderOf(table, "postCodeGet");
-EncoderFunction& encode_fifoSizeGet = encoderOf(table, "fifoSizeGet");
-EncoderFunction& encode_fifoGet = encoderOf(table, "fifoGet");
-EncoderFunction& encode_fifoClear = encoderOf(table, "fifoClear");
-EncoderFunction& encode_fifoStatusGet = encoderOf(table, "fifoStatusGet");
-EncoderFunction& encode_fifoStatusClear = encoderOf(table, "fifoStatusClear");
-EncoderFunction& encode_optionPortSet = encoderOf(table, "optionPortSet");
-EncoderFunction& encode_optionPortGet = encoderOf(table, "optionPortGet");
-EncoderFunction& encode_optionPassiveSet = encoderOf(table, "optionPassiveSet");
-EncoderFunction& encode_optionPassiveGet = encoderOf(table, "optionPassiveGet");
-EncoderFunction& encode_optionFifoCircularSet = encoderOf(table, "optionFifoCircularSet");
-EncoderFunction& encode_optionFifoCircularGet = encoderOf(table, "optionFifoCircularGet");
-EncoderFunction& encode_optionFifoDiscardSet = encoderOf(table, "optionFifoDiscardSet");
-EncoderFunction& encode_optionFifoDiscardGet = encoderOf(table, "optionFifoDiscardGet");
-EncoderFunction& encode_optionFifoAutoResetSet = encoderOf(table, "optionFifoAutoResetSet");
-EncoderFunction& encode_optionFifoAutoResetGet = encoderOf(table, "optionFifoAutoResetGet");
-EncoderFunction& encode_enableSet = encoderOf(table, "enableSet");
-EncoderFunction& encode_enableGet = encoderOf(table, "enableGet");
-DecoderFunction& decode_postCodeGet = decoderOf(table, "postCodeGet");
-DecoderFunction& decode_fifoSizeGet = decoderOf(table, "fifoSizeGet");
-DecoderFunction& decode_fifoGet = decoderOf(table, "fifoGet");
-DecoderFunction& decode_fifoClear = decoderOf(table, "fifoClear");
-DecoderFunction& decode_fifoStatusGet = decoderOf(table, "fifoStatusGet");
-DecoderFunction& decode_fifoStatusClear = decoderOf(table, "fifoStatusClear");
-DecoderFunction& decode_optionPortSet = decoderOf(table, "optionPortSet");
-DecoderFunction& decode_optionPortGet = decoderOf(table, "optionPortGet");
-DecoderFunction& decode_optionPassiveSet = decoderOf(table, "optionPassiveSet");
-DecoderFunction& decode_optionPassiveGet = decoderOf(table, "optionPassiveGet");
-DecoderFunction& decode_optionFifoCircularSet = decoderOf(table, "optionFifoCircularSet");
-DecoderFunction& decode_optionFifoCircularGet = decoderOf(table, "optionFifoCircularGet");
-DecoderFunction& decode_optionFifoDiscardSet = decoderOf(table, "optionFifoDiscardSet");
-DecoderFunction& decode_optionFifoDiscardGet = decoderOf(table, "optionFifoDiscardGet");
-DecoderFunction& decode_optionFifoAutoResetSet = decoderOf(table, "optionFifoAutoResetSet");
-DecoderFunction& decode_optionFifoAutoResetGet = decoderOf(table, "optionFifoAutoResetGet");
-DecoderFunction& decode_enableSet = decoderOf(table, "enableSet");
-DecoderFunction& decode_enableGet = decoderOf(table, "enableGet");
+constinit EncoderFunction& encode_postCodeGet = encoderOf(table, "postCodeGet");
+constinit EncoderFunction& encode_fifoSizeGet = encoderOf(table, "fifoSizeGet");
+constinit EncoderFunction& encode_fifoGet = encoderOf(table, "fifoGet");
+constinit EncoderFunction& encode_fifoClear = encoderOf(table, "fifoClear");
+constinit EncoderFunction& encode_fifoStatusGet = encoderOf(table, "fifoStatusGet");
+constinit EncoderFunction& encode_fifoStatusClear = encoderOf(table, "fifoStatusClear");
+constinit EncoderFunction& encode_optionPortSet = encoderOf(table, "optionPortSet");
+constinit EncoderFunction& encode_optionPortGet = encoderOf(table, "optionPortGet");
+constinit EncoderFunction& encode_optionPassiveSet = encoderOf(table, "optionPassiveSet");
+constinit EncoderFunction& encode_optionPassiveGet = encoderOf(table, "optionPassiveGet");
+constinit EncoderFunction& encode_optionFifoCircularSet = encoderOf(table, "optionFifoCircularSet");
+constinit EncoderFunction& encode_optionFifoCircularGet = encoderOf(table, "optionFifoCircularGet");
+constinit EncoderFunction& encode_optionFifoDiscardSet = encoderOf(table, "optionFifoDiscardSet");
+constinit EncoderFunction& encode_optionFifoDiscardGet = encoderOf(table, "optionFifoDiscardGet");
+constinit EncoderFunction& encode_optionFifoAutoResetSet = encoderOf(table, "optionFifoAutoResetSet");
+constinit EncoderFunction& encode_optionFifoAutoResetGet = encoderOf(table, "optionFifoAutoResetGet");
+constinit EncoderFunction& encode_enableSet = encoderOf(table, "enableSet");
+constinit EncoderFunction& encode_enableGet = encoderOf(table, "enableGet");
+constinit DecoderFunction& decode_postCodeGet = decoderOf(table, "postCodeGet");
+constinit DecoderFunction& decode_fifoSizeGet = decoderOf(table, "fifoSizeGet");
+constinit DecoderFunction& decode_fifoGet = decoderOf(table, "fifoGet");
+constinit DecoderFunction& decode_fifoClear = decoderOf(table, "fifoClear");
+constinit DecoderFunction& decode_fifoStatusGet = decoderOf(table, "fifoStatusGet");
+constinit DecoderFunction& decode_fifoStatusClear = decoderOf(table, "fifoStatusClear");
+constinit DecoderFunction& decode_optionPortSet = decoderOf(table, "optionPortSet");
+constinit DecoderFunction& decode_optionPortGet = decoderOf(table, "optionPortGet");
+constinit DecoderFunction& decode_optionPassiveSet = decoderOf(table, "optionPassiveSet");
+constinit DecoderFunction& decode_optionPassiveGet = decoderOf(table, "optionPassiveGet");
+constinit DecoderFunction& decode_optionFifoCircularSet = decoderOf(table, "optionFifoCircularSet");
+constinit DecoderFunction& decode_optionFifoCircularGet = decoderOf(table, "optionFifoCircularGet");
+constinit DecoderFunction& decode_optionFifoDiscardSet = decoderOf(table, "optionFifoDiscardSet");
+constinit DecoderFunction& decode_optionFifoDiscardGet = decoderOf(table, "optionFifoDiscardGet");
+constinit DecoderFunction& decode_optionFifoAutoResetSet = decoderOf(table, "optionFifoAutoResetSet");
+constinit DecoderFunction& decode_optionFifoAutoResetGet = decoderOf(table, "optionFifoAutoResetGet");
+constinit DecoderFunction& decode_enableSet = decoderOf(table, "enableSet");
+constinit DecoderFunction& decode_enableGet = decoderOf(table, "enableGet");
 
 } // namespace TAVO::TAVOXTranscode::lpcPostCode_v1_0

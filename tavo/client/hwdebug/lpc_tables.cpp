@@ -1,5 +1,7 @@
 #include <tavo/client/hwdebug/lpc_tables.h>
 
+#include <tavo/client/transcode/internal/immortal.h>
+
 namespace TAVO::TAVOXTranscode::lpc_v1_0 {
 
 namespace {
@@ -8,19 +10,16 @@ constexpr MethodRow table[] = {
     row<None, dto::lpc::HeaderConnectionsReply>("headerConnectGet"),
 };
 
-const EncoderList encoderList;
-const DecoderList decoderList;
-
 } // namespace
 
 EncoderList::EncoderList() { enter(table); }
 DecoderList::DecoderList() { enter(table); }
 
 MethodRows rows() noexcept { return table; }
-const EncoderList& encoders() noexcept { return encoderList; }
-const DecoderList& decoders() noexcept { return decoderList; }
+const EncoderList& encoders() noexcept { return immortal<const EncoderList>(); }
+const DecoderList& decoders() noexcept { return immortal<const DecoderList>(); }
 
-EncoderFunction& encode_headerConnectGet = encoderOf(table, "headerConnectGet");
-DecoderFunction& decode_headerConnectGet = decoderOf(table, "headerConnectGet");
+constinit EncoderFunction& encode_headerConnectGet = encoderOf(table, "headerConnectGet");
+constinit DecoderFunction& decode_headerConnectGet = decoderOf(table, "headerConnectGet");
 
 } // namespace TAVO::TAVOXTranscode::lpc_v1_0

@@ -1,24 +1,30 @@
 #include <tavo/client/object/container.h>
 
+#include <stdexcept>
 #include <utility>
 
+#include <tavo/client/object/internal/name_path.h>
 #include <tavo/client/object/object.h>
 
 namespace TAVO {
 
-const std::string Container::SEPARATOR = ".";
-
 Container::Container(const std::string& name, std::shared_ptr<Container> parent)
-    : name_(name)
-    , parent_(parent)
-    , fullName_(parent ? parent->fullName_ + SEPARATOR + name : name) {}
+    : path_(std::make_shared<NamePath>(parent ? parent->path_ : nullptr, name))
+    , parent_(parent) {}
 
 Container::~Container() = default;
 
 void Container::initalize() {}
 
+std::string Container::getName() const { return path_->name(); }
+
+std::string Container::getFullName() const { return path_->joined(); }
+
 void Container::addChild(std::shared_ptr<Container> child) {
-    auto& slot = children_[child->name_];
+    if (!child)
+        throw std::invalid_argument("Container::addChild got an empty pointer for a child of: " +
+                                    getFullName());
+    auto& slot = children_[child->path_->name()];
     slot = std::move(child);
 }
 
@@ -43,6 +49,9 @@ std::vector<std::shared_ptr<Container>> Container::getChildren(const std::string
     return children;
 }
 
-std::string Container::toString() const { return fullName_.empty() ? name_ : name_ + "(" + fullName_ + ")"; }
+std::string Container::toString() const {
+    const auto fullName = getFullName();
+    return fullName.empty() ? getName() : getName() + "(" + fullName + ")";
+}
 
 } // namespace TAVO

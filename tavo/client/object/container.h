@@ -9,6 +9,8 @@
 
 namespace TAVO {
 
+class NamePath;
+
 /// A node of the tree that mirrors the device's objects: a name, a dotted full name, a non-owning link to the
 /// parent and owning links to the children, which are kept in byte-wise order of their names.
 ///
@@ -18,7 +20,7 @@ namespace TAVO {
 class TAVO_API Container {
 public:
     /// Joins names into full names: ".".
-    static const std::string SEPARATOR;
+    static inline const std::string SEPARATOR = ".";
 
     /// @param name   the name under which the parent lists this node.
     /// @param parent may be empty; the full name is then the name alone. Kept as a weak link.
@@ -34,13 +36,16 @@ protected:
     virtual void initalize();
 
 public:
-    std::string getName() const { return name_; }
-    std::string getFullName() const { return fullName_; }
+    std::string getName() const;
+    /// The names from the root to this node, joined by SEPARATOR. It stays the same when nodes above are
+    /// gone.
+    std::string getFullName() const;
     /// Empty for a node without parent and when the parent no longer exists. Objects at the top level of a
     /// device have no parent.
     std::shared_ptr<Container> getParent() const { return parent_.lock(); }
 
     /// Adds the child under its name; an earlier child of that name is released.
+    /// @throws std::invalid_argument for an empty pointer.
     void addChild(std::shared_ptr<Container> child);
     /// The child of exactly that name, or an empty pointer.
     std::shared_ptr<Container> getChild(const std::string& name) const;
@@ -54,12 +59,12 @@ public:
     std::string toString() const;
 
 private:
+    friend class DeviceFactory;
     friend class ObjectFactory;
     friend class Method;
 
-    std::string name_;
+    std::shared_ptr<const NamePath> path_;
     std::weak_ptr<Container> parent_;
-    std::string fullName_;
     std::map<std::string, std::shared_ptr<Container>> children_;
 };
 

@@ -1,21 +1,12 @@
 #include <tavo/client/object/bound_method.h>
 
-#include <iostream>
 #include <utility>
 
+#include <tavo/client/object/internal/name_path.h>
 #include <tavo/client/object/object.h>
+#include <tavo/client/transcode/internal/error_line.h>
 
 namespace TAVO {
-
-namespace {
-
-std::string joined(const std::string& path, const std::string& name) {
-    std::string full;
-    full.reserve(path.size() + Container::SEPARATOR.size() + name.size());
-    return full.append(path).append(Container::SEPARATOR).append(name);
-}
-
-} // namespace
 
 Method::Method(const std::string& name, const Container& container, const dto::Params& params)
     : Method(name, container, dynamic_cast<const Object_v1_0*>(&container), params) {}
@@ -27,7 +18,7 @@ Method::Method(const std::string& name, const Container& container, const Object
                const dto::Params& params)
     : container_(container)
     , name_(name)
-    , fullName_(joined(container.fullName_, name))
+    , path_(container.path_)
     , params_(params)
     , object_(object) {
     if (!object_)
@@ -37,6 +28,8 @@ Method::Method(const std::string& name, const Container& container, const Object
     encoder_ = remote.encoder;
     decoder_ = remote.decoder;
 }
+
+std::string Method::getFullName() const { return path_->joinedWith(name_); }
 
 void Method::clearResult() {
     result_ = {};
@@ -51,8 +44,7 @@ void Method::setResult(dto::result&& outcome) {
 }
 
 void reportNotExecuted(const Method& method) {
-    std::cerr << "Method " << method.getFullName() << " has not been executed.  Can't return valid results"
-              << std::endl;
+    writeErrorLine("Method " + method.getFullName() + " has not been executed.  Can't return valid results");
 }
 
 } // namespace TAVO

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include <tavo/client/export.h>
@@ -31,7 +32,7 @@ public:
     const Container& getContainer() const { return container_; }
     std::string getName() const { return name_; }
     /// The container's full name, Container::SEPARATOR, and the method's name.
-    std::string getFullName() const { return fullName_; }
+    std::string getFullName() const;
     const dto::Params& getParams() const { return params_; }
     /// The method's id on its object; 0 on a plain Container.
     std::uint32_t getID() const { return id_; }
@@ -64,7 +65,7 @@ private:
 
     const Container& container_;
     std::string name_;
-    std::string fullName_;
+    std::shared_ptr<const NamePath> path_;
     dto::Params params_;
     bool resultSet_ = false;
     dto::result result_;

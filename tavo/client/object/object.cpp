@@ -1,5 +1,7 @@
 #include <tavo/client/object/object.h>
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include <tavo/client/device/device.h>
@@ -10,11 +12,15 @@ namespace TAVO {
 
 namespace {
 
+[[noreturn]] void refuseName(const char* what, const std::string& name) {
+    throw SpecificationError("Could not find Method " + std::string(what) + " for Method: " + name);
+}
+
 template <class Table>
 const auto& lookUp(const Table& table, const std::string& name, const char* what) {
     const auto found = table.find(name);
     if (found == table.end())
-        throw SpecificationError("Could not find Method " + std::string(what) + " for Method: " + name);
+        refuseName(what, name);
     return found->second;
 }
 
@@ -51,25 +57,68 @@ Object_v1_0::Object_v1_0(std::shared_ptr<Device> device, const std::string& name
                          const DecoderList& decoders)
     : Container(name, std::move(parent))
     , device_(device)
+    , deviceAddress_(device.get())
     , instanceId_(instanceId)
     , encoders_(&encoders)
     , decoders_(&decoders) {
     enter("methods", MethodsStaticID);
-    for (const auto& method : methods())
-        enter(method.name, method.id);
+    const auto listed = execute(getMethodsMethod());
+    std::size_t others = 0;
+    std::size_t nameBytes = 0;
+    for (const auto& method : listed.methods) {
+        if (!enter(method.name, method.id)) {
+            ++others;
+            nameBytes += method.name.size();
+        }
+    }
+    if (others > 0)
+        enterOthers(listed, others, nameBytes);
 }
 
 Object_v1_0::~Object_v1_0() = default;
 
-void Object_v1_0::enter(const std::string& name, std::uint32_t id) {
+bool Object_v1_0::enter(const std::string& name, std::uint32_t id) {
     const auto encoder = encoders_->find(name);
     const auto decoder = decoders_->find(name);
-    methods_[name] = {id, encoder == encoders_->end() ? nullptr : &encoder->second,
-                      decoder == decoders_->end() ? nullptr : &decoder->second};
+    const bool hasEncoder = encoder != encoders_->end();
+    const bool hasDecoder = decoder != decoders_->end();
+    if (!hasEncoder && !hasDecoder)
+        return false;
+    methods_[name] = {id, hasEncoder ? &encoder->second : nullptr, hasDecoder ? &decoder->second : nullptr};
+    return true;
+}
+
+void Object_v1_0::enterOthers(const dto::Base::MethodsReply& listed, std::size_t count,
+                              std::size_t nameBytes) {
+    others_.reserve(count);
+    otherNames_.reserve(nameBytes + count);
+    for (const auto& method : listed.methods) {
+        if (methods_.contains(method.name))
+            continue;
+        others_.push_back({static_cast<std::uint32_t>(otherNames_.size()),
+                           static_cast<std::uint32_t>(method.name.size()), method.id});
+        otherNames_.append(method.name) += '\0'; // no two begin at one place, empty ones neither
+    }
+    // Of those of one name, the last that the device has listed comes last.
+    std::ranges::sort(others_, [this](const OtherMethod& left, const OtherMethod& right) {
+        return std::pair(nameOf(left), left.nameBegin) < std::pair(nameOf(right), right.nameBegin);
+    });
+}
+
+const std::uint32_t* Object_v1_0::otherMethod(const std::string& name) const {
+    const auto byName = [this](const OtherMethod& method) { return nameOf(method); };
+    const auto end = std::ranges::upper_bound(others_, std::string_view(name), {}, byName);
+    if (end == others_.begin() || nameOf(*std::prev(end)) != name)
+        return nullptr;
+    return &std::prev(end)->id;
 }
 
 std::uint32_t Object_v1_0::getMethodID(const std::string& name) const {
-    return lookUp(methods_, name, "ID").id;
+    if (const auto found = methods_.find(name); found != methods_.end())
+        return found->second.id;
+    if (const auto* id = otherMethod(name))
+        return *id;
+    refuseName("ID", name);
 }
 
 TAVOXTranscode::Encoder Object_v1_0::getEncoder(const std::string& name) const {
@@ -81,7 +130,12 @@ TAVOXTranscode::Decoder Object_v1_0::getDecoder(const std::string& name) const {
 }
 
 Object_v1_0::RemoteMethod Object_v1_0::remoteMethod(const std::string& name) const {
-    const auto& entry = lookUp(methods_, name, "ID");
+    const auto found = methods_.find(name);
+    if (found == methods_.end()) {
+        const auto id = getMethodID(name);
+        return {id, getEncoder(name), getDecoder(name)};
+    }
+    const auto& entry = found->second;
     return {entry.id, entry.encoder ? *entry.encoder : getEncoder(name),
             entry.decoder ? *entry.decoder : getDecoder(name)};
 }
@@ -124,7 +178,8 @@ Result Object_v1_0::execute(std::shared_ptr<BoundMethod<Result>> method) const {
     if (!connection)
         throw Error("Device no longer exists for object: " + getFullName());
     connection->call(method);
-    return method->value();
+    // Whoever else holds the call, such as a Device of an application's own, finds its result there.
+    return method.use_count() == 1 ? method->take() : method->value();
 }
 
 std::string Object_v1_0::type() const { return execute(getTypeMethod()).type; }
@@ -132,15 +187,19 @@ std::string Object_v1_0::type() const { return execute(getTypeMethod()).type; }
 Version Object_v1_0::version() const { return Version(execute(getVersionMethod()).version); }
 
 std::vector<Object_v1_0::MemberNameIDPair> Object_v1_0::members() const {
+    auto reply = execute(getMembersMethod());
     std::vector<MemberNameIDPair> pairs;
-    for (auto& member : execute(getMembersMethod()).members)
+    pairs.reserve(reply.members.size());
+    for (auto& member : reply.members)
         pairs.push_back({std::move(member.name), member.id});
     return pairs;
 }
 
 std::vector<Object_v1_0::MethodNameIDPair> Object_v1_0::methods() const {
+    auto reply = execute(getMethodsMethod());
     std::vector<MethodNameIDPair> pairs;
-    for (auto& method : execute(getMethodsMethod()).methods)
+    pairs.reserve(reply.methods.size());
+    for (auto& method : reply.methods)
         pairs.push_back({std::move(method.name), method.id});
     return pairs;
 }

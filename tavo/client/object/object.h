@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -127,6 +128,7 @@ protected:
     }
 
 private:
+    friend class CallExchange;
     friend class Method;
 
     /// What a Method is bound to.
@@ -144,14 +146,30 @@ private:
         const TAVOXTranscode::Encoder* encoder = nullptr;
         const TAVOXTranscode::Decoder* decoder = nullptr;
     };
-    void enter(const std::string& name, std::uint32_t id);
+    /// False, and nothing is entered, when the tables have no function of that name.
+    bool enter(const std::string& name, std::uint32_t id);
+    void enterOthers(const dto::Base::MethodsReply& listed, std::size_t count, std::size_t nameBytes);
+    const std::uint32_t* otherMethod(const std::string& name) const;
+
+    /// A method that the device lists and the tables have no function for: a device may list millions.
+    struct OtherMethod {
+        std::uint32_t nameBegin;
+        std::uint32_t nameLength;
+        std::uint32_t id;
+    };
+    std::string_view nameOf(const OtherMethod& method) const {
+        return std::string_view(otherNames_).substr(method.nameBegin, method.nameLength);
+    }
 
     template <class Result>
     Result execute(std::shared_ptr<BoundMethod<Result>> method) const;
 
     std::weak_ptr<Device> device_;
+    const Device* deviceAddress_; ///< to compare, never to follow
     std::uint32_t instanceId_;
     std::unordered_map<std::string, MethodEntry> methods_;
+    std::vector<OtherMethod> others_; ///< by name
+    std::string otherNames_;
     const EncoderList* encoders_;
     const DecoderList* decoders_;
 };

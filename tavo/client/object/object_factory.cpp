@@ -1,9 +1,7 @@
 #include <tavo/client/object/object_factory.h>
 
-#include <locale>
-#include <sstream>
-
 #include <tavo/client/device/device.h>
+#include <tavo/client/object/internal/return_code.h>
 #include <tavo/client/wire/error.h>
 
 namespace TAVO {
@@ -12,33 +10,29 @@ namespace {
 
 // A device whose objects contain each other without end must exhaust neither the stack nor the memory.
 constexpr unsigned deepestLevel = 64;
-constexpr unsigned mostObjects = 10'000;
 
 std::string typeOf(Device& device, const Object_v1_0& probe) {
     const auto method = probe.getTypeMethod();
     device.call(method);
-    if (method->returnCode() != 0) {
-        std::ostringstream message;
-        message.imbue(std::locale::classic()); // the application's may group digits
-        message << "Error executing type() method on " << probe.getFullName() << ": " << std::hex
-                << static_cast<std::uint32_t>(method->returnCode());
-        throw Error(message.str());
-    }
+    requireSuccess(*method, probe.getFullName());
     return method->value().type;
 }
 
 } // namespace
 
-ObjectFactory::FactoryMap* ObjectFactory::m_factoryMap = nullptr;
+constinit ObjectFactory::FactoryMap* ObjectFactory::m_factoryMap = nullptr;
 
 ObjectFactory::ObjectFactory(const std::string& typeName) {
-    // Never deleted: factories of other libraries may be entered or destroyed after this library's own.
+    // Never deleted: devices may be opened, and factories destroyed, as late as the program likes.
     if (!m_factoryMap)
         m_factoryMap = new FactoryMap;
     (*m_factoryMap)[typeName] = this;
 }
 
-ObjectFactory::~ObjectFactory() = default;
+ObjectFactory::~ObjectFactory() {
+    if (m_factoryMap)
+        std::erase_if(*m_factoryMap, [this](const auto& entry) { return entry.second == this; });
+}
 
 void ObjectFactory::registerFactory() { registered_ = true; }
 
@@ -60,21 +54,22 @@ void ObjectFactory::requireAtMostOneZero(const std::string& type, const Version&
 std::shared_ptr<Container> ObjectFactory::buildObject(std::shared_ptr<Device> device, const std::string& name,
                                                       std::uint32_t instanceId,
                                                       std::shared_ptr<Container> parent) {
-    unsigned objects = 0;
-    return buildSubtree(device, name, instanceId, parent, 1, objects);
+    auto room = mostObjects;
+    return buildSubtree(device, name, instanceId, parent, 1, room);
 }
 
 std::shared_ptr<Container> ObjectFactory::buildSubtree(const std::shared_ptr<Device>& device,
                                                        const std::string& name, std::uint32_t instanceId,
                                                        const std::shared_ptr<Container>& parent,
-                                                       unsigned depth, unsigned& objects) {
+                                                       unsigned depth, unsigned& room) {
     const auto refuse = [&](const char* fault) {
         throw Error(fault + (parent ? parent->getFullName() + Container::SEPARATOR : std::string()) + name);
     };
     if (depth > deepestLevel)
         refuse("Object tree is nested too deeply: ");
-    if (++objects > mostObjects)
+    if (room == 0)
         refuse("Object tree has too many objects: ");
+    --room;
 
     namespace base = TAVOXTranscode::base_v1_0;
     const auto makePlain = [&] {
@@ -89,9 +84,11 @@ std::shared_ptr<Container> ObjectFactory::buildSubtree(const std::shared_ptr<Dev
     std::shared_ptr<Container> built = factory == m_factoryMap->end()
                                            ? makePlain()
                                            : factory->second->build(device, parent, name, instanceId, probe);
+    if (!built)
+        throw Error("Object factory built nothing for type " + type + ": " + probe->getFullName());
     if (const auto object = std::dynamic_pointer_cast<Object_v1_0>(built))
         for (const auto& member : object->members())
-            built->addChild(buildSubtree(device, member.name, member.id, built, depth + 1, objects));
+            built->addChild(buildSubtree(device, member.name, member.id, built, depth + 1, room));
     built->initalize();
     return built;
 }

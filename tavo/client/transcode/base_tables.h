@@ -14,7 +14,8 @@
 /// compared byte by byte, whose constructors enter the eight methods of every object and then the type's
 /// own), the functions themselves by the names `encode_<method>` and `decode_<method>`, `rows()` which
 /// describes the type's own methods, and `encoders()` and `decoders()`, the lists that the type's proxies
-/// use. Those are filled before main and never changed, so any thread may read them.
+/// use. Those are filled at load or by the first call, whichever comes first, and neither changed nor
+/// destroyed afterwards: any thread may read them, before main and after it.
 namespace TAVO::TAVOXTranscode::base_v1_0 {
 
 /// Method name to encoder. Derive from it to make the table of a type of your own: `(*this)["name"] =

@@ -94,9 +94,9 @@ void writeValue(TAVOX::OutputStream& out, const T& value) {
     else if constexpr (std::is_arithmetic_v<T> && sizeof(T) == 8)
         out.writeInt64(static_cast<std::int64_t>(value));
     else if constexpr (std::same_as<T, std::string>)
-        out.writeBytes(value.size(), reinterpret_cast<const std::uint8_t*>(value.data()));
+        out.lendBytes(value.size(), reinterpret_cast<const std::uint8_t*>(value.data()));
     else if constexpr (std::same_as<T, Bytes>)
-        out.writeBytes(value.size(), value.data());
+        out.lendBytes(value.size(), value.data());
     else if constexpr (ListElement<T>::value)
         writeList<typename ListElement<T>::type>(out, value);
     else

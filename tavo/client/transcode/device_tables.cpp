@@ -1,5 +1,7 @@
 #include <tavo/client/transcode/device_tables.h>
 
+#include <tavo/client/transcode/internal/immortal.h>
+
 namespace TAVO::TAVOXTranscode::device_v1_0 {
 
 namespace {
@@ -16,31 +18,28 @@ constexpr MethodRow table[] = {
     row<CHAPResponseRequest, CHAPResponseReply>("CHAPRespond"),
 };
 
-const EncoderList encoderList;
-const DecoderList decoderList;
-
 } // namespace
 
 EncoderList::EncoderList() { enter(table); }
 DecoderList::DecoderList() { enter(table); }
 
 MethodRows rows() noexcept { return table; }
-const EncoderList& encoders() noexcept { return encoderList; }
-const DecoderList& decoders() noexcept { return decoderList; }
+const EncoderList& encoders() noexcept { return immortal<const EncoderList>(); }
+const DecoderList& decoders() noexcept { return immortal<const DecoderList>(); }
 
-EncoderFunction& encode_info = encoderOf(table, "info");
-EncoderFunction& encode_rootMembers = encoderOf(table, "rootMembers");
-EncoderFunction& encode_lock = encoderOf(table, "lock");
-EncoderFunction& encode_unlock = encoderOf(table, "unlock");
-EncoderFunction& encode_getKey = encoderOf(table, "getKey");
-EncoderFunction& encode_login = encoderOf(table, "login");
-EncoderFunction& encode_CHAPResponse = encoderOf(table, "CHAPRespond");
-DecoderFunction& decode_info = decoderOf(table, "info");
-DecoderFunction& decode_rootMembers = decoderOf(table, "rootMembers");
-DecoderFunction& decode_lock = decoderOf(table, "lock");
-DecoderFunction& decode_unlock = decoderOf(table, "unlock");
-DecoderFunction& decode_getKey = decoderOf(table, "getKey");
-DecoderFunction& decode_login = decoderOf(table, "login");
-DecoderFunction& decode_CHAPResponse = decoderOf(table, "CHAPRespond");
+constinit EncoderFunction& encode_info = encoderOf(table, "info");
+constinit EncoderFunction& encode_rootMembers = encoderOf(table, "rootMembers");
+constinit EncoderFunction& encode_lock = encoderOf(table, "lock");
+constinit EncoderFunction& encode_unlock = encoderOf(table, "unlock");
+constinit EncoderFunction& encode_getKey = encoderOf(table, "getKey");
+constinit EncoderFunction& encode_login = encoderOf(table, "login");
+constinit EncoderFunction& encode_CHAPResponse = encoderOf(table, "CHAPRespond");
+constinit DecoderFunction& decode_info = decoderOf(table, "info");
+constinit DecoderFunction& decode_rootMembers = decoderOf(table, "rootMembers");
+constinit DecoderFunction& decode_lock = decoderOf(table, "lock");
+constinit DecoderFunction& decode_unlock = decoderOf(table, "unlock");
+constinit DecoderFunction& decode_getKey = decoderOf(table, "getKey");
+constinit DecoderFunction& decode_login = decoderOf(table, "login");
+constinit DecoderFunction& decode_CHAPResponse = decoderOf(table, "CHAPRespond");
 
 } // namespace TAVO::TAVOXTranscode::device_v1_0

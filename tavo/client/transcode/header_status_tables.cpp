@@ -22,23 +22,23 @@ constexpr MethodRow table[] = {
 
 MethodRows rows() noexcept { return table; }
 
-EncoderFunction& encode_headerStatusGet = encoderOf(table, "headerStatusGet");
-EncoderFunction& encode_headerStatusClear = encoderOf(table, "headerStatusClear");
-EncoderFunction& encode_enableGet = encoderOf(table, "enableGet");
-EncoderFunction& encode_enableSet = encoderOf(table, "enableSet");
-EncoderFunction& encode_iGet = encoderOf(table, "iGet");
-EncoderFunction& encode_iSet = encoderOf(table, "iSet");
-EncoderFunction& encode_oGet = encoderOf(table, "oGet");
-EncoderFunction& encode_ioGet = encoderOf(table, "ioGet");
-EncoderFunction& encode_ioSet = encoderOf(table, "ioSet");
-DecoderFunction& decode_headerStatusGet = decoderOf(table, "headerStatusGet");
-DecoderFunction& decode_headerStatusClear = decoderOf(table, "headerStatusClear");
-DecoderFunction& decode_enableGet = decoderOf(table, "enableGet");
-DecoderFunction& decode_enableSet = decoderOf(table, "enableSet");
-DecoderFunction& decode_iGet = decoderOf(table, "iGet");
-DecoderFunction& decode_iSet = decoderOf(table, "iSet");
-DecoderFunction& decode_oGet = decoderOf(table, "oGet");
-DecoderFunction& decode_ioGet = decoderOf(table, "ioGet");
-DecoderFunction& decode_ioSet = decoderOf(table, "ioSet");
+constinit EncoderFunction& encode_headerStatusGet = encoderOf(table, "headerStatusGet");
+constinit EncoderFunction& encode_headerStatusClear = encoderOf(table, "headerStatusClear");
+constinit EncoderFunction& encode_enableGet = encoderOf(table, "enableGet");
+constinit EncoderFunction& encode_enableSet = encoderOf(table, "enableSet");
+constinit EncoderFunction& encode_iGet = encoderOf(table, "iGet");
+constinit EncoderFunction& encode_iSet = encoderOf(table, "iSet");
+constinit EncoderFunction& encode_oGet = encoderOf(table, "oGet");
+constinit EncoderFunction& encode_ioGet = encoderOf(table, "ioGet");
+constinit EncoderFunction& encode_ioSet = encoderOf(table, "ioSet");
+constinit DecoderFunction& decode_headerStatusGet = decoderOf(table, "headerStatusGet");
+constinit DecoderFunction& decode_headerStatusClear = decoderOf(table, "headerStatusClear");
+constinit DecoderFunction& decode_enableGet = decoderOf(table, "enableGet");
+constinit DecoderFunction& decode_enableSet = decoderOf(table, "enableSet");
+constinit DecoderFunction& decode_iGet = decoderOf(table, "iGet");
+constinit DecoderFunction& decode_iSet = decoderOf(table, "iSet");
+constinit DecoderFunction& decode_oGet = decoderOf(table, "oGet");
+constinit DecoderFunction& decode_ioGet = decoderOf(table, "ioGet");
+constinit DecoderFunction& decode_ioSet = decoderOf(table, "ioSet");
 
 } // namespace TAVO::TAVOXTranscode::headerStatus_v1_1

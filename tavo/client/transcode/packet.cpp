@@ -1,7 +1,9 @@
 #include <tavo/client/transcode/codec.h>
 
-#include <iostream>
 #include <stdexcept>
+#include <string>
+
+#include <tavo/client/transcode/internal/error_line.h>
 
 namespace TAVO::dto {
 
@@ -9,8 +11,8 @@ request_packet::~request_packet() = default;
 reply_packet::~reply_packet() = default;
 
 void refuseResult(const char* opening, const std::type_info& desired) {
-    std::cerr << opening << typeid(std::shared_ptr<reply_packet>).name() << " to desired " << desired.name()
-              << std::endl;
+    writeErrorLine(std::string(opening) + typeid(std::shared_ptr<reply_packet>).name() + " to desired " +
+                   desired.name());
     throw std::runtime_error("Can't convert Result to desire type");
 }
 
@@ -21,8 +23,8 @@ namespace TAVO::TAVOXTranscode {
 void encodeNothing(TAVOX::OutputStream&, const dto::Params&) {}
 
 void refuseParams(const std::type_info& desired) {
-    std::cerr << "const Can't convert " << typeid(std::shared_ptr<dto::request_packet>).name()
-              << " to desired " << desired.name() << std::endl;
+    writeErrorLine(std::string("const Can't convert ") + typeid(std::shared_ptr<dto::request_packet>).name() +
+                   " to desired " + desired.name());
     throw std::runtime_error("Can't convert Params to desire type");
 }
 

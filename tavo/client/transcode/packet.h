@@ -71,11 +71,18 @@ namespace TAVO::TAVOXTranscode {
 
 /// Writes a method's parameters. Throws std::runtime_error "Can't convert Params to desire type" when they
 /// hold another record than the method's, and then writes nothing.
+///
+/// An encoder of your own may hand OutputStream::writeBytes any memory, and change it afterwards: it is
+/// copied. It may also call the library's encoders with records of its own.
 using EncoderFunction = void(TAVOX::OutputStream&, const dto::Params&);
 using Encoder = EncoderFunction*;
 
 /// Reads a method's result: the return code, then the reply's fields. Never throws on short input; the reader
 /// is failed then.
+///
+/// A decoder of your own is given the whole result, of whatever size: the views of InputStream::readSpan last
+/// until it returns, and copies of the reader read independently. Only the library's own record decoders are
+/// called while a result above 64 KiB still arrives.
 using DecoderFunction = dto::result(TAVOX::InputStream&);
 using Decoder = DecoderFunction*;
 

@@ -6,7 +6,9 @@
 #include <string>
 #include <utility>
 
+#include <tavo/client/device/device.h>
 #include <tavo/client/object/object.h>
+#include <tavo/client/transcode/internal/record_functions.h>
 #include <tavo/client/wire/error.h>
 
 namespace TAVO {
@@ -18,28 +20,40 @@ struct DeviceError {
     std::string message;
 };
 
-void writeCall(TAVOX::OutputStream& out, const std::shared_ptr<Method>& method) {
-    if (!method)
-        throw Error("NULL method found in multicall queue");
-    const auto* object = method->getObject();
-    if (!object)
-        throw SpecificationError("Method does not belong to a remote object: " + method->getFullName());
-    out.writeUInt32(object->getInstanceID());
-    out.writeUInt32(method->getID());
+void writeCall(TAVOX::OutputStream& out, const Object_v1_0& object, const Method& method) {
+    out.writeUInt32(object.getInstanceID());
+    out.writeUInt32(method.getID());
     out.beginSizedBlock();
     try {
-        method->getEncoder()(out, method->getParams());
+        method.getEncoder()(out, method.getParams());
     } catch (const std::exception& failure) {
-        throw SpecificationError("Error encoding TAVOX parameters in call to " + method->getFullName() +
-                                 ": " + failure.what());
+        throw SpecificationError("Error encoding TAVOX parameters in call to " + method.getFullName() + ": " +
+                                 failure.what());
     }
     out.endSizedBlock();
     if (out.failed())
-        throw Error("Error writing to output stream for method: " + method->getFullName());
+        throw Error("Error writing to output stream for method: " + method.getFullName());
 }
 
-template <class Batch>
-[[noreturn]] void throwDeviceError(const DeviceError& error, std::uint32_t resultCount, const Batch& batch) {
+using Batch = std::span<const std::shared_ptr<Method>>;
+
+/// The library's record encoders alone leave the records as they are until the request has been sent.
+class RecordLender final : public TAVOX::Lender {
+public:
+    explicit RecordLender(Batch batch)
+        : batch_(batch) {}
+
+    bool answersForRuns() noexcept override {
+        return std::ranges::all_of(batch_, [](const auto& method) {
+            return method && TAVOXTranscode::isRecordEncoder(method->getEncoder());
+        });
+    }
+
+private:
+    Batch batch_;
+};
+
+[[noreturn]] void throwDeviceError(const DeviceError& error, std::uint32_t resultCount, Batch batch) {
     switch (error.code) {
     case 1000:
         throw ConfigurationError(error.message);
@@ -71,12 +85,21 @@ public:
         , buffer_(buffer) {}
 
     std::span<const std::uint8_t> gather(std::uint64_t count) noexcept override {
-        std::span<const std::uint8_t> bytes;
-        attempt([&] { bytes = buffer_.receive(transport_, count); });
-        return bytes;
+        try {
+            return buffer_.receive(transport_, count);
+        } catch (...) {
+            failure_ = std::current_exception();
+            return {};
+        }
     }
     bool receive(std::uint8_t* destination, std::uint64_t count) noexcept override {
-        return attempt([&] { transport_.receiveAll(destination, count); });
+        try {
+            transport_.receiveAll(destination, count);
+            return true;
+        } catch (...) {
+            failure_ = std::current_exception();
+            return false;
+        }
     }
 
     /// Receives what the decoder left.
@@ -88,16 +111,6 @@ public:
     }
 
 private:
-    template <class Action>
-    bool attempt(Action action) noexcept {
-        try {
-            action();
-        } catch (...) {
-            failure_ = std::current_exception();
-        }
-        return !failure_;
-    }
-
     Transport& transport_;
     ReplyBuffer& buffer_;
     std::exception_ptr failure_;
@@ -106,9 +119,11 @@ private:
 /// Frames one reply.
 class Reply {
 public:
-    Reply(Transport& transport, ReplyBuffer& buffer)
+    /// @param isRead becomes true when the last result has been received.
+    Reply(Transport& transport, ReplyBuffer& buffer, bool& isRead)
         : transport_(transport)
-        , buffer_(buffer) {}
+        , buffer_(buffer)
+        , isRead_(isRead) {}
 
     std::uint32_t number(const char* what, const Method* method = nullptr) {
         TAVOX::InputStream in = block(4);
@@ -136,9 +151,16 @@ public:
         return error;
     }
 
+    /// That many results follow.
+    void expectResults(std::uint32_t count) {
+        unread_ = count;
+        isRead_ = count == 0;
+    }
+    bool hasMore() const { return unread_ > 0; }
+
     void result(Method& method) {
         const auto size = number("Could not read Result Size from device for method: ", &method);
-        if (size > largestWhole) {
+        if (size > largestWhole && TAVOXTranscode::isRecordDecoder(method.getDecoder())) {
             arrivingResult(method, size);
             return;
         }
@@ -147,11 +169,14 @@ public:
     }
 
 private:
-    /// Results up to this size are received as a whole before they are decoded.
+    /// Larger results are read while they arrive, unless a decoder of the application's own reads them: it
+    /// may keep views or copy the reader, which a whole block alone allows.
     static constexpr std::uint32_t largestWhole = 64 * 1024;
 
+    /// Once the whole result has been received.
     template <class Decoding>
-    static void decode(Method& method, const TAVOX::InputStream& in, Decoding decoding) {
+    void decode(Method& method, const TAVOX::InputStream& in, Decoding decoding) {
+        isRead_ = --unread_ == 0;
         try {
             auto outcome = decoding();
             if (in.failed())
@@ -188,19 +213,39 @@ private:
 
     Transport& transport_;
     ReplyBuffer& buffer_;
+    bool& isRead_;
+    std::uint32_t unread_ = 0;
 };
 
 } // namespace
 
-template <class Batch>
-void CallExchange::runBatch(std::uint32_t lockId, const Batch& batch) {
+const Object_v1_0& CallExchange::addressee(const std::shared_ptr<Method>& method) const {
+    if (!method)
+        throw Error("NULL method found in multicall queue");
+    const auto* object = method->getObject();
+    if (!object)
+        throw SpecificationError("Method does not belong to a remote object: " + method->getFullName());
+    if (owner_ && object->deviceAddress_ != owner_)
+        if (const auto other = object->device()) {
+            const auto& device = *other;
+            if (typeid(device) == *kind_)
+                throw SpecificationError("Method belongs to another device: " + method->getFullName());
+        }
+    return *object;
+}
+
+void CallExchange::run(std::uint32_t lockId, Batch batch) {
     {
         TAVOX::OutputStream request;
-        request.borrowLongRuns(); // the records, which the Methods hold, lie still until the request is sent
+        RecordLender lender(batch);
+        request.takeLentRuns(lender);
         request.writeUInt32(lockId);
         request.writeUInt32(static_cast<std::uint32_t>(batch.size()));
-        for (const auto& method : batch)
-            writeCall(request, method);
+        for (const auto& method : batch) {
+            const auto& object = addressee(method);
+            writeCall(request, object, *method);
+        }
+        inStep_ = false;
         transport_.send(request.chunks());
     }
 
@@ -208,16 +253,16 @@ void CallExchange::runBatch(std::uint32_t lockId, const Batch& batch) {
     const auto shrink = [](ReplyBuffer* buffer) { buffer->shrink(); };
     const std::unique_ptr<ReplyBuffer, decltype(shrink)> shrinkAtEnd(&buffer_, shrink);
 
-    Reply reply(transport_, buffer_);
+    Reply reply(transport_, buffer_, inStep_);
     reply.skipStatus();
     const auto error = reply.error();
     const auto resultCount = reply.number("Could not read Result Count from device");
     if (!error && resultCount != batch.size())
         throw Error("Error calling methods: received result count of " + std::to_string(resultCount) +
                     " expected count of " + std::to_string(batch.size()));
-    auto unread = resultCount;
+    reply.expectResults(resultCount);
     for (const auto& method : batch)
-        if (unread-- > 0)
+        if (reply.hasMore())
             reply.result(*method);
         else
             break;
@@ -225,12 +270,17 @@ void CallExchange::runBatch(std::uint32_t lockId, const Batch& batch) {
         throwDeviceError(*error, resultCount, batch);
 }
 
-void CallExchange::run(std::uint32_t lockId, std::span<const std::shared_ptr<Method>> batch) {
-    runBatch(lockId, batch);
-}
-
 void CallExchange::run(std::uint32_t lockId, const std::deque<std::shared_ptr<Method>>& batch) {
-    runBatch(lockId, batch);
+    constexpr std::size_t mostKept = 4096;
+    auto copy = std::exchange(spareCopy_, {});
+    const auto giveBack = [&](auto* used) {
+        used->clear();
+        if (used->capacity() <= mostKept)
+            spareCopy_ = std::move(*used);
+    };
+    const std::unique_ptr<decltype(copy), decltype(giveBack)> giveBackAtEnd(&copy, giveBack);
+    copy.assign(batch.begin(), batch.end());
+    run(lockId, Batch(copy));
 }
 
 } // namespace TAVO

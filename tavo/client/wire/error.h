@@ -107,6 +107,7 @@ public:
     /// @param method  the Method that failed; kept alive by this exception.
     /// @param index   its position in the batch, counted from 0.
     /// @param message the device's own text.
+    /// @throws std::invalid_argument for an empty pointer to the method.
     ExecutionError(std::shared_ptr<Method> method, unsigned long long index, const std::string& message);
     ExecutionError(const ExecutionError&) = default;
     ExecutionError& operator=(const ExecutionError&) = default;

@@ -30,7 +30,8 @@ protected:
 /// that readSpan() gave out. Numbers are big-endian.
 ///
 /// A large block may be read while it still arrives, from an InputSource. A view that readSpan() gave out
-/// then ends with the next read.
+/// then ends with the next read, and copies of the reader take each other's bytes. A CallExchange reads so
+/// for the library's own record decoders alone.
 ///
 /// A read that asks for more than what remains fails the reader for good: that read and every later one yield
 /// zero (or a null pointer) and consume nothing. Nothing here throws; test failed() after the reads of a

@@ -1,5 +1,6 @@
 #include <tavo/client/wire/interrupter.h>
 
+#include <chrono>
 #include <thread>
 
 #include <tavo/client/wire/internal/socket.h>
@@ -7,32 +8,60 @@
 namespace TAVO {
 
 void Interrupter::interrupt() noexcept {
-    // Announced before the socket is read: its owner withdraws it, then waits for who may still act on it.
-    ++acting_;
+    // Counted before the socket is read, as the device's thread publishes before it reads the count: one of
+    // the two always finds the other.
     ++interrupts_;
-    if (const auto socket = socket_.load(); socket != noSocket)
-        sockets::shutDown(socket);
-    --acting_;
+    while (true) {
+        auto socket = socket_.load();
+        if (socket == noSocket || socket == claimed || socket == awaited)
+            return;
+        if (!socket_.compare_exchange_strong(socket, claimed))
+            continue;
+
+        const auto counted = interrupts_.load();
+        const bool pending = settled_ != counted;
+        if (pending)
+            sockets::shutDown(socket);
+        auto expected = claimed;
+        if (!socket_.compare_exchange_strong(expected, socket))
+            socket_ = noSocket;
+        // Who has come meanwhile has left it to this thread.
+        if (pending || interrupts_ == counted)
+            return;
+    }
 }
 
-bool Interrupter::beginExchange() noexcept {
-    const auto seenBefore = seen_;
-    const std::uint32_t interrupts = interrupts_;
-    if (operations_ == 0)
-        seen_ = interrupts;
-    return interrupts == seenBefore;
+Interrupter::Count Interrupter::beginExchange() noexcept {
+    const Count begin = operations_ > 0 ? operationBegin_ : interrupts_.load();
+    if (settled_ != begin)
+        settled_ = begin;
+    return begin;
 }
 
-void Interrupter::withdraw() noexcept {
-    socket_ = noSocket;
-    while (acting_ != 0)
-        std::this_thread::yield();
+bool Interrupter::publish(std::intptr_t socket) noexcept {
+    if (socket == published_)
+        return false;
+    withdraw(published_);
+    published_ = socket;
+    socket_ = socket;
+    return true;
+}
+
+void Interrupter::withdraw(std::intptr_t socket) noexcept {
+    if (socket != published_ || socket == noSocket)
+        return;
+    published_ = noSocket;
+    if (socket_.exchange(awaited) != claimed)
+        socket_ = noSocket;
+    // Asleep, not yielding: a thread of real time that yields lets no other one go on.
+    while (socket_ == awaited)
+        std::this_thread::sleep_for(std::chrono::microseconds(100));
 }
 
 Interrupter::Operation::Operation(Interrupter& interrupter) noexcept
     : interrupter_(interrupter) {
-    interrupter_.beginExchange();
-    ++interrupter_.operations_;
+    if (interrupter_.operations_++ == 0)
+        interrupter_.operationBegin_ = interrupter_.interrupts_;
 }
 
 Interrupter::Operation::~Operation() { --interrupter_.operations_; }

@@ -31,11 +31,6 @@ bool OutputStream::startChunk() noexcept {
 void OutputStream::writeLongRun(std::uint64_t length, const std::uint8_t* data) noexcept {
     if (failed_)
         return;
-    if (borrows_ && length >= shortestBorrowed && current_->borrowed.empty()) {
-        current_->borrowed = {data, static_cast<std::size_t>(length)};
-        closeChunk();
-        return;
-    }
     while (length > 0) {
         if (room() == 0 && !startChunk())
             return;
@@ -44,6 +39,22 @@ void OutputStream::writeLongRun(std::uint64_t length, const std::uint8_t* data) 
         data += run;
         length -= run;
     }
+}
+
+void OutputStream::lendLongRun(std::uint64_t length, const std::uint8_t* data) noexcept {
+    if (failed_)
+        return;
+    if (length >= shortestLent && lender_ && !lends_) {
+        lends_ = lender_->answersForRuns();
+        if (!lends_)
+            lender_ = nullptr;
+    }
+    if (length < shortestLent || !lends_) {
+        writeLongRun(length, data);
+        return;
+    }
+    current_->lent = {data, static_cast<std::size_t>(length)};
+    closeChunk();
 }
 
 void OutputStream::beginSizedBlock() noexcept {

@@ -13,6 +13,20 @@
 
 namespace TAVOX {
 
+/// Answers for the memory that encoders lend to an OutputStream.
+class TAVO_API Lender {
+public:
+    /// Whether the run that is offered now, and all that follow, stay unchanged until the chain was read.
+    /// Asked at the first long run alone, since the answer may cost something.
+    virtual bool answersForRuns() noexcept = 0;
+
+protected:
+    Lender() = default;
+    Lender(const Lender&) = default;
+    Lender& operator=(const Lender&) = default;
+    ~Lender() = default;
+};
+
 /// Collects the bytes of one request. Numbers are big-endian, nothing is padded.
 ///
 /// The bytes lie in a chain of chunks of `chunkCapacity` bytes each. The first chunk is part of the writer,
@@ -43,11 +57,11 @@ public:
 
             iterator() = default;
             value_type operator*() const {
-                return atBorrowed_ ? chunk_->borrowed : value_type(chunk_->data.data(), chunk_->used);
+                return atLent_ ? chunk_->lent : value_type(chunk_->data.data(), chunk_->used);
             }
             iterator& operator++() {
-                atBorrowed_ = !atBorrowed_ && !chunk_->borrowed.empty();
-                if (!atBorrowed_)
+                atLent_ = !atLent_ && !chunk_->lent.empty();
+                if (!atLent_)
                     chunk_ = chunk_->next.get();
                 return *this;
             }
@@ -63,7 +77,7 @@ public:
             explicit iterator(const Chunk* chunk)
                 : chunk_(chunk) {}
             const Chunk* chunk_ = nullptr;
-            bool atBorrowed_ = false;
+            bool atLent_ = false;
         };
 
         iterator begin() const { return iterator(first_); }
@@ -86,10 +100,9 @@ public:
     OutputStream& operator=(const OutputStream&) = delete;
     ~OutputStream();
 
-    /// Runs of at least `shortestBorrowed` bytes that writeBytes() is given from now on are not copied but
-    /// become part of the chain where they lie; they must stay there unchanged as long as the chain is read.
-    void borrowLongRuns() noexcept { borrows_ = true; }
-    static constexpr std::size_t shortestBorrowed = std::size_t{64} * 1024;
+    /// From now on lendBytes() may make a run part of the chain where it lies, once `lender` has agreed.
+    /// @param lender outlives the writing.
+    void takeLentRuns(Lender& lender) noexcept { lender_ = &lender; }
 
     /// 4 bytes. Signed values are passed as their two's-complement bits.
     void writeUInt32(std::uint32_t value) noexcept { writeNumber(value); }
@@ -99,14 +112,25 @@ public:
     void writeByte(std::uint8_t value) noexcept { writeNumber(value); }
     /// 1 byte: 1 for true, 0 for false.
     void writeBool(bool value) noexcept { writeByte(value ? 1 : 0); }
-    /// The low 32 bits of `length` as 4 bytes, then the `length` bytes at `data` as they stand.
+    /// The low 32 bits of `length` as 4 bytes, then a copy of the `length` bytes at `data`.
     void writeBytes(std::uint64_t length, const std::uint8_t* data) noexcept {
         writeUInt32(static_cast<std::uint32_t>(length));
         if (length > room())
             writeLongRun(length, data);
-        else if (length > 0)
-            std::memcpy(take(static_cast<std::size_t>(length)), data, static_cast<std::size_t>(length));
+        else
+            writeShortRun(length, data);
     }
+    /// The same bytes, but a run of at least `shortestLent` of them may be left where it lies, if the writer
+    /// takes lent runs: it must stay there unchanged as long as the chain is read. For the library's own
+    /// record encoders; writeBytes() is for everybody.
+    void lendBytes(std::uint64_t length, const std::uint8_t* data) noexcept {
+        writeUInt32(static_cast<std::uint32_t>(length));
+        if (length > room())
+            lendLongRun(length, data);
+        else
+            writeShortRun(length, data);
+    }
+    static constexpr std::size_t shortestLent = std::size_t{64} * 1024;
 
     /// Reserves 4 bytes for the size of what is written until endSizedBlock(). Blocks do not nest: a second
     /// begin simply starts the count anew at the new place.
@@ -118,9 +142,7 @@ public:
     /// True once memory for a chunk could not be had; the bytes are then incomplete and must not be sent.
     bool failed() const noexcept { return failed_; }
     /// Number of bytes written so far, over all chunks.
-    std::uint64_t total() const noexcept {
-        return inFormerChunks_ + current_->used + current_->borrowed.size();
-    }
+    std::uint64_t total() const noexcept { return inFormerChunks_ + current_->used + current_->lent.size(); }
     /// At least one chunk, the first possibly empty.
     Chunks chunks() const noexcept { return Chunks(&first_); }
 
@@ -128,7 +150,7 @@ private:
     struct Chunk { // NOLINT(cppcoreguidelines-pro-type-member-init): clearing `data` would cost each call
         std::unique_ptr<Chunk> next;
         std::size_t used = 0;
-        std::span<const std::uint8_t> borrowed; ///< follows the chunk's own bytes and ends the chunk
+        std::span<const std::uint8_t> lent; ///< follows the chunk's own bytes and ends the chunk
         std::array<std::uint8_t, chunkCapacity> data;
     };
 
@@ -148,7 +170,12 @@ private:
         if (auto* place = reserve(sizeof value))
             storeBigEndian(place, value);
     }
+    void writeShortRun(std::uint64_t length, const std::uint8_t* data) noexcept {
+        if (length > 0)
+            std::memcpy(take(static_cast<std::size_t>(length)), data, static_cast<std::size_t>(length));
+    }
     void writeLongRun(std::uint64_t length, const std::uint8_t* data) noexcept;
+    void lendLongRun(std::uint64_t length, const std::uint8_t* data) noexcept;
     bool startChunk() noexcept;
     /// From now on the current chunk is full.
     void closeChunk() noexcept { limit_ = current_->used; }
@@ -157,7 +184,8 @@ private:
     Chunk* current_ = &first_;
     std::size_t limit_ = chunkCapacity;
     bool failed_ = false;
-    bool borrows_ = false;
+    Lender* lender_ = nullptr;
+    bool lends_ = false;
     std::uint64_t inFormerChunks_ = 0;
     std::uint8_t* sizeField_ = nullptr;
     std::uint64_t sizeStart_ = 0;

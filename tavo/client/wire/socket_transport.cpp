@@ -49,7 +49,6 @@ SocketTransport::SocketTransport(const std::string& host, const std::string& por
     , readAhead_(std::make_unique_for_overwrite<std::uint8_t[]>(2 * readAheadCapacity)) {
     if (!sockets::startUp())
         throw NetworkError("Could not initialize WinSock library");
-    interrupter_->beginExchange();
     connect();
 }
 
@@ -61,12 +60,16 @@ void SocketTransport::close() noexcept {
     readAheadBegin_ = readAheadEnd_ = 0;
     if (!isOpen())
         return;
-    interrupter_->withdraw();
+    interrupter_->withdraw(socket_);
     sockets::close(socket_);
     socket_ = sockets::closedHandle;
 }
 
 void SocketTransport::interrupt() noexcept { interrupter_->interrupt(); }
+
+bool SocketTransport::isInterrupted() const noexcept {
+    return interrupter_->isInterruptedSince(exchangeBegin_);
+}
 
 void SocketTransport::endInterrupted() {
     close();
@@ -75,35 +78,85 @@ void SocketTransport::endInterrupted() {
 
 void SocketTransport::failReceive(sockets::ErrorCode error) {
     readAheadBegin_ = readAheadEnd_ = 0;
-    if (interrupter_->isInterrupted())
+    if (isInterrupted())
         endInterrupted();
     throw NetworkError("Connection to device closed unexpectedly." + sockets::errorText(error));
 }
 
 void SocketTransport::connect() {
+    exchangeBegin_ = interrupter_->beginExchange();
+    connectAnew();
+}
+
+void SocketTransport::connectAnew() {
     close();
+    connectionBegin_ = exchangeBegin_;
     ++counters_.connects;
-    const auto givesUp = [this] { return interrupter_->isInterrupted(); };
+    const auto givesUp = [this] { return isInterrupted(); };
     std::optional<sockets::ConnectFailure> failure;
     if (isBeyondAllPorts(port_))
         failure = {sockets::ConnectStep::resolve, sockets::noSuchPortText()};
     else if (!givesUp())
         failure = sockets::connect(host_, port_, socket_, givesUp);
-    if (isOpen())
+    if (isOpen()) {
+        ++connectionNumber_;
         interrupter_->publish(socket_);
+    }
     if (givesUp())
         endInterrupted();
     if (failure)
         throw NetworkError(introduction(failure->step) + host_ + " port " + port_ + failure->errorText);
 }
 
+bool SocketTransport::renew() noexcept {
+    close();
+    return true;
+}
+
+bool SocketTransport::hasUnaskedBytes() noexcept {
+    if (readAheadBegin_ < readAheadEnd_)
+        return true;
+    if (!isOpen())
+        return false;
+    ++counters_.polls;
+    if (!sockets::pollReadable(socket_))
+        return false;
+    ++counters_.receives;
+    // What else went wrong shows at the next send or receive, as an end.
+    const auto received =
+        sockets::receiveOnce(socket_, readAhead_.get() + readAheadCapacity, readAheadCapacity);
+    readAheadBegin_ = readAheadCapacity;
+    readAheadEnd_ = readAheadCapacity + received.bytes;
+    return received.bytes > 0;
+}
+
+void SocketTransport::ensureConnected() { prepareToSend(); }
+
+std::uint64_t SocketTransport::connectionNumber() const noexcept { return connectionNumber_; }
+
+void SocketTransport::keepConnection(bool kept) noexcept { kept_ = kept; }
+
+void SocketTransport::connectUnlessKept() {
+    if (kept_) {
+        close();
+        failReceive(sockets::connectionReset());
+    }
+    connectAnew();
+}
+
 void SocketTransport::prepareToSend() {
-    if (!interrupter_->beginExchange())
+    exchangeBegin_ = interrupter_->beginExchange();
+    if (isInterrupted())
+        endInterrupted();
+    // An interrupt from before this exchange ends the connection, not the exchange.
+    if (connectionBegin_ != exchangeBegin_)
         close();
     if (!isOpen()) {
-        connect();
+        connectUnlessKept();
         return;
     }
+    if (interrupter_->publish(socket_) && isInterrupted())
+        endInterrupted();
     std::uint8_t stray = 0;
     bool unexpectedData = takeReadAhead(&stray, 1) > 0;
     if (!unexpectedData) {
@@ -116,7 +169,7 @@ void SocketTransport::prepareToSend() {
     }
     if (unexpectedData)
         throw NetworkError("Unexpected data recieved from device.");
-    connect();
+    connectUnlessKept();
 }
 
 template <class RunIterator>
@@ -138,7 +191,7 @@ void SocketTransport::sendRuns(RunIterator run, RunIterator end) {
         ++counters_.sends;
         const auto sent = sockets::sendGathered(socket_, std::span(batch).first(runs));
         if (sent.error != 0) {
-            if (interrupter_->isInterrupted())
+            if (isInterrupted())
                 endInterrupted();
             throw NetworkError("Error transmitting message call to device." + sockets::errorText(sent.error));
         }

@@ -81,14 +81,32 @@ public:
 
     /// Ends a call that waits, see Interrupter: NetworkError "Call to device interrupted." leaves it within
     /// 100 ms. For other threads and signal handlers.
-    void interrupt() noexcept;
+    void interrupt() noexcept override;
+
+    /// As close(). @return true.
+    bool renew() noexcept override;
+
+    /// Costs one poll, and one receive when there is something.
+    bool hasUnaskedBytes() noexcept override;
+
+    /// Costs one poll, as it does before a send.
+    void ensureConnected() override;
+
+    /// 1 for the first connection, and one more for each that was made after it.
+    std::uint64_t connectionNumber() const noexcept override;
+
+    /// connect() makes a new connection all the same.
+    void keepConnection(bool kept) noexcept override;
 
     const TransportCounters& counters() const noexcept { return counters_; }
 
 private:
     bool isOpen() const noexcept;
+    bool isInterrupted() const noexcept;
     [[noreturn]] void endInterrupted();
     [[noreturn]] void failReceive(int error);
+    void connectAnew();
+    void connectUnlessKept();
     std::size_t takeReadAhead(std::uint8_t* destination, std::uint64_t length) noexcept;
     void readAhead();
     std::size_t receiveSome(std::uint8_t* destination, std::uint64_t length);
@@ -100,9 +118,14 @@ private:
     std::string port_;
     std::shared_ptr<Interrupter> interrupter_;
     std::intptr_t socket_;
+    Interrupter::Count exchangeBegin_ = 0;
+    /// That of the exchange which made the connection.
+    Interrupter::Count connectionBegin_ = 0;
     std::unique_ptr<std::uint8_t[]> readAhead_;
     std::size_t readAheadBegin_ = 0;
     std::size_t readAheadEnd_ = 0;
+    std::uint64_t connectionNumber_ = 0;
+    bool kept_ = false;
     TransportCounters counters_;
 };
 

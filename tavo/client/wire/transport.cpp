@@ -6,4 +6,16 @@ Transport::~Transport() = default;
 
 const std::uint8_t* Transport::receiveInPlace(std::uint64_t) { return nullptr; }
 
+void Transport::interrupt() noexcept {}
+
+bool Transport::renew() noexcept { return false; }
+
+bool Transport::hasUnaskedBytes() noexcept { return false; }
+
+void Transport::ensureConnected() {}
+
+std::uint64_t Transport::connectionNumber() const noexcept { return 0; }
+
+void Transport::keepConnection(bool) noexcept {}
+
 } // namespace TAVO

@@ -10,7 +10,7 @@ namespace TAVO {
 /// Moves the bytes of requests and replies; knows nothing of what they mean. SocketTransport is the one for
 /// real devices; deriving another one puts a different connection, or a test's script, below the calls.
 ///
-/// A transport is used by one thread at a time. Failures are thrown as NetworkError.
+/// A transport is used by one thread at a time, but for interrupt(). Failures are thrown as NetworkError.
 class TAVO_API Transport {
 public:
     Transport(const Transport&) = delete;
@@ -29,6 +29,34 @@ public:
     /// the next receive or send. Null, and nothing is taken, when it does not hold so many in one piece: they
     /// can be had by receiveAll(). A transport needs not to offer this.
     virtual const std::uint8_t* receiveInPlace(std::uint64_t length);
+
+    /// Ends a call that waits: NetworkError leaves it. For other threads and signal handlers, at any time.
+    /// Does nothing by default; a transport that cannot be interrupted waits for the device as long as it
+    /// takes.
+    virtual void interrupt() noexcept;
+
+    /// Gives the connection up, with every byte that came unasked: the next send() goes over a new one.
+    /// @return false when the transport has no way to make a new connection; it is left as it was then, as
+    ///         it is by default.
+    virtual bool renew() noexcept;
+
+    /// Whether bytes have come that nobody has asked for: read ahead, or readable now. None of them is taken.
+    /// False by default.
+    virtual bool hasUnaskedBytes() noexcept;
+
+    /// Makes sure that there is a connection, as send() does before its first byte: connects when there is
+    /// none or when the peer has closed it. Does nothing by default.
+    /// @throws NetworkError as send() does for bytes that nobody has asked for and for a failed connect.
+    virtual void ensureConnected();
+
+    /// The number of the connection in use: another one after each connection made anew. Always 0 by default.
+    virtual std::uint64_t connectionNumber() const noexcept;
+
+    /// While kept, a connection that has ended is not made anew. send() and ensureConnected() fail instead,
+    /// before anything is sent, with NetworkError "Connection to device closed unexpectedly." and the
+    /// system's error for a connection that was reset. For what must not go over a connection that was not
+    /// checked. Does nothing by default.
+    virtual void keepConnection(bool kept) noexcept;
 
 protected:
     Transport() = default;

@@ -1,10 +1,11 @@
 #include <tavo/simulator/internal/call_runner.h>
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 #include <tavo/client/wire/byte_order.h>
-#include <tavo/client/wire/input_stream.h>
+#include <tavo/simulator/internal/limits.h>
 
 namespace TAVO::simulator {
 
@@ -28,12 +29,13 @@ std::optional<Fault> deliveryFault(const std::vector<Fault>& faults) {
 } // namespace
 
 CallRunner::CallRunner(Appliance& appliance, std::uint64_t request, std::uint64_t connection,
-                       std::vector<Fault> faults, const Log& log)
+                       std::vector<Fault> faults, const Log& log, std::size_t mostAnswerBytes)
     : appliance_(appliance)
     , request_(request)
     , connection_(connection)
     , faults_(std::move(faults))
-    , log_(log) {}
+    , log_(log)
+    , mostAnswerBytes_(mostAnswerBytes) {}
 
 template <class Kind>
 const Kind* CallRunner::fault() const {
@@ -44,28 +46,63 @@ const Kind* CallRunner::fault() const {
 }
 
 Response CallRunner::run(std::span<const std::uint8_t> request) {
-    TAVOX::InputStream in(request.data(), request.size());
-    CallContext context(appliance_, static_cast<std::uint32_t>(in.readInt32()), connection_);
-    const auto* forced = fault<faults::DeviceError>();
-    const auto count = static_cast<std::uint32_t>(in.readInt32());
-    const auto wanted = forced ? std::min(count, forced->results) : count;
-    while (resultCount_ < wanted && !error_) {
+    read(request);
+    while (!proceed(Deadline::max()))
+        ;
+    return finish();
+}
+
+void CallRunner::begin(std::vector<std::uint8_t> request) {
+    requestBytes_ = std::move(request);
+    read(requestBytes_);
+}
+
+void CallRunner::read(std::span<const std::uint8_t> request) {
+    in_ = TAVOX::InputStream(request.data(), request.size());
+    lockId_ = static_cast<std::uint32_t>(in_.readInt32());
+    wanted_ = static_cast<std::uint32_t>(in_.readInt32());
+    if (const auto* forced = fault<faults::DeviceError>())
+        wanted_ = std::min(wanted_, forced->results);
+}
+
+bool CallRunner::proceed(Deadline deadline) {
+    CallContext context(appliance_, lockId_, connection_);
+    context.delay(delay_);
+    const auto formerHolder = appliance_.lock().holder();
+    bool inTime = true;
+    while (inTime && resultCount_ < wanted_ && !error_) {
         Call call;
-        call.instanceId = static_cast<std::uint32_t>(in.readInt32());
-        call.methodId = static_cast<std::uint32_t>(in.readInt32());
-        const auto size = static_cast<std::uint32_t>(in.readInt32());
-        call.parameters = {in.readSpan(size), size};
+        call.instanceId = static_cast<std::uint32_t>(in_.readInt32());
+        call.methodId = static_cast<std::uint32_t>(in_.readInt32());
+        const auto size = static_cast<std::uint32_t>(in_.readInt32());
+        call.parameters = {in_.readSpan(size), size};
         carryOut(call, context);
+        inTime = std::chrono::steady_clock::now() < deadline;
     }
-    if (forced) {
+    delay_ = context.totalDelay();
+    closesAllConnections_ = closesAllConnections_ || context.closesConnections();
+    if (const auto& holder = appliance_.lock().holder(); holder && holder != formerHolder)
+        lockTaken_ = holder->lockId;
+    return resultCount_ >= wanted_ || error_;
+}
+
+Response CallRunner::finish() {
+    if (const auto* forced = fault<faults::DeviceError>()) {
         while (resultCount_ < forced->results)
             addResult(nullptr, {0, nullptr});
         error_ = Error{forced->code, forced->results, forced->message};
     }
+    if (results_.failed())
+        throw std::bad_alloc();
     auto made = response();
-    made.delay = context.totalDelay();
-    made.closesAllConnections = context.closesConnections();
+    made.delay = delay_;
+    made.closesAllConnections = closesAllConnections_;
+    made.lockId = lockTaken_ != 0 ? lockTaken_ : lockId_;
     return made;
+}
+
+std::size_t CallRunner::heldBytes() const {
+    return requestBytes_.size() + static_cast<std::size_t>(results_.total());
 }
 
 Response CallRunner::refuse() {
@@ -94,7 +131,8 @@ void CallRunner::carryOut(const Call& call, CallContext& context) {
     const SimulatedObject::Method* method = nullptr;
     const auto position = resultCount_;
     const auto fail = [&](std::uint32_t code, const std::string& message) {
-        error_ = Error{code, position, message};
+        const bool whole = message.size() <= limits::messageBytes;
+        error_ = Error{code, position, whole ? message : message.substr(0, limits::messageBytes) + "..."};
         record.error = code;
         record.returnCode = return_code::failure;
         if (code == device_error::execution)
@@ -123,7 +161,8 @@ void CallRunner::carryOut(const Call& call, CallContext& context) {
     } catch (const std::exception& failure) {
         fail(device_error::execution, failure.what());
     }
-    log_(std::move(record));
+    if (log_)
+        log_(std::move(record));
 }
 
 dto::result CallRunner::invoke(const SimulatedObject::Method& method, const Call& call, CallContext& context,
@@ -138,8 +177,10 @@ dto::result CallRunner::invoke(const SimulatedObject::Method& method, const Call
         throw DeviceFault(device_error::malformedParameters,
                           std::string("The parameters of '") + record.object + "." + record.method +
                               "' are " + (in.failed() ? "too short" : "too long"));
-    if (request)
+    if (request && log_ && call.parameters.size() <= limits::recordedBytes)
         record.parameters = method.row->request->toValue(*request);
+    if (results_.total() >= mostAnswerBytes_)
+        throw DeviceFault(device_error::requestTooLarge, "The answer is too large");
     if (method.access == Access::locked)
         appliance_.lock().requireFreeOrHeldBy(context.lockId());
     if (const auto* forced = forcedReturn())

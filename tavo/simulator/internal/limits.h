@@ -1,13 +1,20 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
-/// How much of a request the simulator takes.
+/// How much the simulator takes from a client.
 namespace TAVO::simulator::limits {
 
 /// Parameters of one call.
 inline constexpr std::uint32_t parameterBytes = 64u << 20;
 /// The whole request.
 inline constexpr std::uint64_t requestBytes = 256u << 20;
+/// Each text of a reservation, which outlives the connection.
+inline constexpr std::size_t reservationText = std::size_t{64} << 10;
+/// The message of an error, which may quote what the client sent.
+inline constexpr std::size_t messageBytes = 4096;
+/// Parameters that a record of a call holds; larger ones are left out.
+inline constexpr std::size_t recordedBytes = std::size_t{8} << 20;
 
 } // namespace TAVO::simulator::limits

@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -87,8 +88,11 @@ bool isAtEnd(Handle socket) noexcept {
 
 std::optional<std::size_t> send(Handle socket, const std::uint8_t* bytes, std::size_t count,
                                 Following following) {
-    const int flags = following == Following::end ? MSG_NOSIGNAL | MSG_MORE : MSG_NOSIGNAL;
-    return moved(::send(descriptor(socket), bytes, count, flags), "write");
+    // MSG_MORE would not do: the bytes would leave when the receiver makes room.
+    const int heldBack = 1;
+    if (following == Following::end)
+        ::setsockopt(descriptor(socket), IPPROTO_TCP, TCP_CORK, &heldBack, sizeof heldBack);
+    return moved(::send(descriptor(socket), bytes, count, MSG_NOSIGNAL), "write");
 }
 
 void finishSending(Handle socket) noexcept { ::shutdown(descriptor(socket), SHUT_WR); }

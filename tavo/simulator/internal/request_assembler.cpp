@@ -21,22 +21,24 @@ void RequestAssembler::feed(std::span<const std::uint8_t> bytes) {
 }
 
 RequestAssembler::State RequestAssembler::scan() {
+    const auto available = bytes_.size() - begin_;
+    const auto* bytes = bytes_.data() + begin_;
     if (known_ == 0) {
-        if (bytes_.size() < headSize)
+        if (available < headSize)
             return State::incomplete;
-        callsLeft_ = TAVOX::loadBigEndian<std::uint32_t>(bytes_.data() + countOffset);
+        callsLeft_ = TAVOX::loadBigEndian<std::uint32_t>(bytes + countOffset);
         known_ = headSize;
     }
     while (callsLeft_ > 0) {
         if (known_ + callHeadSize > limits::requestBytes)
             return State::tooLarge;
-        if (bytes_.size() < known_ + callHeadSize)
+        if (available < known_ + callHeadSize)
             return State::incomplete;
-        const auto size = TAVOX::loadBigEndian<std::uint32_t>(bytes_.data() + known_ + parameterSizeOffset);
+        const auto size = TAVOX::loadBigEndian<std::uint32_t>(bytes + known_ + parameterSizeOffset);
         const auto end = known_ + callHeadSize + size;
         if (size > limits::parameterBytes || end > limits::requestBytes)
             return State::tooLarge;
-        if (bytes_.size() < end)
+        if (available < end)
             return State::incomplete;
         known_ = end;
         --callsLeft_;
@@ -45,11 +47,18 @@ RequestAssembler::State RequestAssembler::scan() {
 }
 
 std::vector<std::uint8_t> RequestAssembler::take() {
-    const auto end = bytes_.begin() + static_cast<std::ptrdiff_t>(std::exchange(known_, 0));
-    if (end == bytes_.end())
+    const auto begin = bytes_.begin() + static_cast<std::ptrdiff_t>(begin_);
+    const auto end = begin + static_cast<std::ptrdiff_t>(std::exchange(known_, 0));
+    if (begin_ == 0 && end == bytes_.end())
         return std::exchange(bytes_, {});
-    std::vector<std::uint8_t> request(bytes_.begin(), end);
-    bytes_.erase(bytes_.begin(), end);
+    std::vector<std::uint8_t> request(begin, end);
+    begin_ += request.size();
+    // Not with each of many small requests, for it copies the rest; and into new memory, for the old may be
+    // as large as the largest request.
+    if (begin_ >= bytes_.size() / 2) {
+        bytes_ = std::vector<std::uint8_t>(end, bytes_.end());
+        begin_ = 0;
+    }
     return request;
 }
 

@@ -16,10 +16,14 @@ public:
     State scan();
     /// Takes off a complete request.
     std::vector<std::uint8_t> take();
+    /// How many bytes are kept.
+    std::size_t size() const { return bytes_.size(); }
 
 private:
     std::vector<std::uint8_t> bytes_;
-    // How far the request at the front is known to be well formed, and how many calls are missing then.
+    // Where the request at the front begins: what lies before has been taken.
+    std::size_t begin_ = 0;
+    // How much of it is known to be well formed, and how many calls are missing then.
     std::size_t known_ = 0;
     std::uint32_t callsLeft_ = 0;
 };

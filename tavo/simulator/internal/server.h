@@ -1,10 +1,10 @@
 #pragma once
 
-#include <atomic>
+#include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -25,16 +25,29 @@ struct RequestHandler {
     /// A client has connected; gives the connection's number.
     virtual std::uint64_t connected() = 0;
     virtual void disconnected() = 0;
-    virtual Response handle(std::uint64_t connection, const std::vector<std::uint8_t>& request) = 0;
+    /// Makes ready to carry out a complete request.
+    virtual std::unique_ptr<CallRunner> begin(std::uint64_t connection,
+                                              std::vector<std::uint8_t> request) = 0;
+    /// Carries out a piece of it, such that others do not have to wait for long. Gives the answer with the
+    /// last piece.
+    virtual std::optional<Response> proceed(CallRunner& runner) = 0;
     /// A request that is too large.
     virtual Response refuse(std::uint64_t connection) = 0;
+    /// The lock id of the user who holds the lock, 0 when nobody does.
+    virtual std::uint32_t lockInUse() = 0;
+};
+
+/// How much a server keeps for its clients.
+struct ServerLimits {
+    std::size_t connections = 0;
+    std::size_t heldBytes = 0;
 };
 
 /// Listens from construction to destruction and serves all connections in one thread.
 class Server {
 public:
     /// @throws std::runtime_error that names host and port when it cannot listen.
-    Server(const std::string& host, std::uint16_t port, RequestHandler& handler);
+    Server(const std::string& host, std::uint16_t port, const ServerLimits& limits, RequestHandler& handler);
     /// Closes all connections.
     ~Server();
     Server(const Server&) = delete;
@@ -46,14 +59,25 @@ private:
     friend class Session;
 
     void accept();
+    void enter(asio::ip::tcp::socket socket);
     void closeAll();
     void forget(std::uint64_t connection);
+    void changeHeld(std::size_t before, std::size_t now) { heldBytes_ += now - before; }
+    /// Closes connections as long as too much is kept for all of them: `active` is the last one.
+    void boundHeld(Session& active);
+    /// Closes the one of those that are asked for that has been idle for the longest time, and does not hold
+    /// the lock. False when there is none.
+    template <class Condition>
+    bool closeIdlest(Condition asked);
+    bool closeIdlest();
 
+    ServerLimits limits_;
     RequestHandler& handler_;
     asio::io_context context_;
     asio::ip::tcp::acceptor acceptor_;
     asio::steady_timer acceptPause_;
     std::map<std::uint64_t, std::shared_ptr<Session>> sessions_;
+    std::size_t heldBytes_ = 0;
     std::uint16_t port_ = 0;
     std::thread thread_;
 };

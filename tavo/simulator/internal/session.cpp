@@ -5,6 +5,7 @@
 #include <utility>
 
 #include <asio/buffer.hpp>
+#include <asio/post.hpp>
 #include <asio/write.hpp>
 
 namespace TAVO::simulator {
@@ -14,6 +15,7 @@ namespace {
 // How long a connection that was told to go is read on, so that what it still sends cannot reset it before
 // the client has read the answer.
 constexpr std::chrono::seconds farewell{2};
+constexpr std::size_t largestPiece = std::size_t{64} * 1024;
 
 } // namespace
 
@@ -36,7 +38,16 @@ void Session::close() {
     asio::error_code ignored;
     socket_.close(ignored);
     timer_.cancel();
+    server_.changeHeld(std::exchange(heldBytes_, 0), 0);
     server_.forget(number_);
+}
+
+bool Session::note() {
+    active_ = std::chrono::steady_clock::now();
+    const auto held = assembler_.size() + (runner_ ? runner_->heldBytes() : 0) + response_.bytes.size();
+    server_.changeHeld(std::exchange(heldBytes_, held), held);
+    server_.boundHeld(*this);
+    return !closed_;
 }
 
 void Session::read() {
@@ -46,29 +57,62 @@ void Session::read() {
                                     return;
                                 if (failure)
                                     return self->close();
-                                self->assembler_.feed({self->received_.data(), count});
-                                self->serve();
+                                self->take(count);
                             });
 }
 
-void Session::serve() {
+// Out of memory: this client has to go, not the simulator.
+template <class Action>
+void Session::attempt(Action action) {
     try {
-        const auto state = assembler_.scan();
-        if (state == RequestAssembler::State::incomplete)
-            return read();
-        if (state == RequestAssembler::State::tooLarge)
-            response_ = server_.handler_.refuse(number_);
-        else
-            response_ = server_.handler_.handle(number_, assembler_.take());
-    } catch (const std::exception&) { // out of memory: this client has to go, not the simulator
-        return close();
+        action();
+    } catch (const std::exception&) {
+        close();
     }
-    answer();
+}
+
+void Session::take(std::size_t count) {
+    attempt([&] {
+        assembler_.feed({received_.data(), count});
+        if (note())
+            serve();
+    });
+}
+
+void Session::serve() {
+    const auto state = assembler_.scan();
+    if (state == RequestAssembler::State::incomplete)
+        return read();
+    if (state == RequestAssembler::State::tooLarge) {
+        assembler_ = {};
+        response_ = server_.handler_.refuse(number_);
+        return answer();
+    }
+    runner_ = server_.handler_.begin(number_, assembler_.take());
+    proceed();
+}
+
+void Session::proceed() {
+    auto response = server_.handler_.proceed(*runner_);
+    if (!response) {
+        if (note())
+            asio::post(socket_.get_executor(), [self = shared_from_this()] {
+                if (!self->closed_)
+                    self->attempt([&] { self->proceed(); });
+            });
+        return;
+    }
+    runner_.reset();
+    response_ = std::move(*response);
+    lockId_ = response_.lockId;
+    if (note())
+        answer();
 }
 
 void Session::answer() {
     if (response_.delay.count() == 0)
         return deliver();
+    active_ += response_.delay;
     timer_.expires_after(response_.delay);
     timer_.async_wait([self = shared_from_this()](const asio::error_code&) {
         if (!self->closed_)
@@ -94,7 +138,12 @@ void Session::deliver() {
 }
 
 void Session::write(std::size_t bytes, bool thenClose) {
-    asio::async_write(socket_, asio::buffer(response_.bytes.data(), bytes),
+    // Also asked before each piece: then the piece before it has been taken.
+    const auto goOn = [self = shared_from_this()](const asio::error_code& failure, std::size_t) {
+        self->active_ = std::chrono::steady_clock::now();
+        return failure ? 0 : largestPiece;
+    };
+    asio::async_write(socket_, asio::buffer(response_.bytes.data(), bytes), goOn,
                       [self = shared_from_this(), thenClose](const asio::error_code& failure, std::size_t) {
                           if (self->closed_)
                               return;
@@ -107,6 +156,7 @@ void Session::write(std::size_t bytes, bool thenClose) {
 void Session::dribble(std::size_t sent, std::chrono::microseconds pause) {
     if (sent == response_.bytes.size())
         return delivered();
+    active_ = std::chrono::steady_clock::now();
     asio::async_write(socket_, asio::buffer(response_.bytes.data() + sent, 1),
                       [self = shared_from_this(), sent, pause](const asio::error_code& failure, std::size_t) {
                           if (self->closed_)
@@ -126,7 +176,9 @@ void Session::delivered() {
         return server_.closeAll();
     if (response_.closesConnection)
         return closeGently();
-    serve();
+    response_ = {};
+    if (note())
+        attempt([&] { serve(); });
 }
 
 void Session::reset() {

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <array>
+#include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 
@@ -15,14 +17,30 @@ namespace TAVO::simulator {
 /// One connection: reads a request, answers it with one send, reads the next.
 class Session : public std::enable_shared_from_this<Session> {
 public:
+    using Time = std::chrono::steady_clock::time_point;
+
     Session(Server& server, asio::ip::tcp::socket socket, std::uint64_t number);
 
     void start();
     void close();
 
+    /// When bytes last came or went, or will go: an answer that is held back is no idleness of the client's.
+    Time active() const { return active_; }
+    /// Bytes of requests and answers that are kept for the client.
+    std::size_t heldBytes() const { return heldBytes_; }
+    /// The lock id that the client used last, 0 for none.
+    std::uint32_t lockId() const { return lockId_; }
+
 private:
+    template <class Action>
+    void attempt(Action action);
     void read();
+    void take(std::size_t count);
     void serve();
+    void proceed();
+    /// To be called when something has happened. False when the connection is closed then, because too much
+    /// is kept.
+    bool note();
     void answer();
     void deliver();
     void write(std::size_t bytes, bool thenClose);
@@ -38,7 +56,11 @@ private:
     std::uint64_t number_;
     std::array<std::uint8_t, 65536> received_;
     RequestAssembler assembler_;
+    std::unique_ptr<CallRunner> runner_;
     Response response_;
+    Time active_ = std::chrono::steady_clock::now();
+    std::size_t heldBytes_ = 0;
+    std::uint32_t lockId_ = 0;
     bool closed_ = false;
 };
 

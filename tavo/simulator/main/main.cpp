@@ -11,6 +11,8 @@
 
 #include <tavo/client/device/device_factory.h>
 #include <tavo/client/version_number.h>
+#include <tavo/simulator/main/accounts_file.h>
+#include <tavo/simulator/main/file_mode.h>
 #include <tavo/simulator/simulator.h>
 #include <tavo/simulator/topology.h>
 
@@ -23,7 +25,7 @@ constexpr int usageError = 2;
 struct Arguments {
     simulator::Options options;
     std::vector<std::string> faults;
-    std::vector<std::string> accounts;
+    std::string accounts;
     bool listTopologies = false;
     bool log = false;
     bool quiet = false;
@@ -44,11 +46,14 @@ void describe(CLI::App& app, Arguments& arguments) {
         ->type_name("REQUEST:FAULT")
         ->expected(1)
         ->take_all();
-    app.add_option("--account", arguments.accounts,
-                   "Who may take the lock (repeatable; replaces engineer:tavo and guest:tavo)")
-        ->type_name("USER:PASSWORD")
-        ->expected(1)
-        ->take_all();
+    app.add_option("--accounts", arguments.accounts,
+                   "Who may take the lock: a file with a line USER:PASSWORD for each\n"
+                   "(instead of engineer:tavo and guest:tavo)")
+        ->type_name("FILE");
+    app.add_option("--connections", options.mostConnections,
+                   "How many may be open; the longest idle one is closed for one more")
+        ->check(CLI::PositiveNumber)
+        ->capture_default_str();
     app.add_option("--key", options.serverKey,
                    "Which known server key it answers with, -1 for an unknown one")
         ->type_name("INDEX")
@@ -62,14 +67,13 @@ void describe(CLI::App& app, Arguments& arguments) {
 }
 
 void addAccounts(Arguments& arguments) {
-    if (!arguments.accounts.empty())
-        arguments.options.accounts.clear();
-    for (const auto& account : arguments.accounts) {
-        const auto colon = account.find(':');
-        if (colon == std::string::npos || colon == 0)
-            throw std::invalid_argument("account '" + account + "': expected USER:PASSWORD");
-        arguments.options.accounts[account.substr(0, colon)] = account.substr(colon + 1);
-    }
+    if (arguments.accounts.empty())
+        return;
+    arguments.options.accounts = readAccounts(arguments.accounts);
+    if (const auto mode = modeOpenToOthers(arguments.accounts); mode && !arguments.quiet)
+        fmt::print(stderr,
+                   "tavo-sim: the accounts file '{}' is open to others: its mode is {:04o}, not 0600\n",
+                   arguments.accounts, *mode);
 }
 
 simulator::FaultScript faultScript(const Arguments& arguments) {
@@ -80,10 +84,24 @@ simulator::FaultScript faultScript(const Arguments& arguments) {
 }
 
 void hidePassword(simulator::CallRecord& record) {
+    // With the challenge, which is no secret, a response tells the password too.
+    const auto* secret = record.method == "CHAPRespond" ? "response" : "password";
     if (auto* parameters = std::get_if<TAVO::Value::Record>(&record.parameters.data))
         for (auto& parameter : *parameters)
-            if (parameter.name == "password")
+            if (parameter.name == secret)
                 parameter.value = TAVO::Value(std::string("***"));
+}
+
+/// What a client says cannot steer the terminal: the line has nothing but printable ASCII characters.
+std::string lineOf(const simulator::CallRecord& record) {
+    std::string line;
+    for (const char character : record.toString()) {
+        if (character >= ' ' && character <= '~')
+            line += character;
+        else
+            line += fmt::format("\\x{:02x}", static_cast<unsigned char>(character));
+    }
+    return line;
 }
 
 int serve(simulator::Simulator& appliance, const Arguments& arguments) {
@@ -93,7 +111,7 @@ int serve(simulator::Simulator& appliance, const Arguments& arguments) {
     if (arguments.log)
         appliance.setObserver([](simulator::CallRecord record) {
             hidePassword(record);
-            fmt::print(stderr, "{}\n", record.toString());
+            fmt::print(stderr, "{}\n", lineOf(record));
         });
     appliance.start();
     fmt::print("listening on {}:{}\n", arguments.options.host, appliance.port());
@@ -111,6 +129,7 @@ int serve(simulator::Simulator& appliance, const Arguments& arguments) {
 int main(int argc, char** argv) {
     CLI::App app("An appliance in software.", "tavo-sim");
     Arguments arguments;
+    arguments.options.mostLogBytes = 0; // nobody asks for it here
     describe(app, arguments);
     try {
         app.parse(argc, argv);

@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include <tavo/client/export.h>
+#include <tavo/simulator/export.h>
 
 namespace TAVO::simulator {
 
@@ -16,7 +16,7 @@ class BoardObserver;
 ///
 /// Nothing runs by itself: every question is answered from the time that `now` gives, in microseconds. Not
 /// thread-safe; whoever shares a board serialises the calls.
-class TAVO_API Board {
+class TAVO_SIMULATOR_API Board {
 public:
     using Clock = std::function<std::uint64_t()>;
 
@@ -101,7 +101,7 @@ private:
 /// A model with a state of its own that follows the board.
 ///
 /// Keeps the board alive, and is forgotten by it when destroyed.
-class TAVO_API BoardObserver {
+class TAVO_SIMULATOR_API BoardObserver {
 public:
     BoardObserver(const BoardObserver&) = delete;
     BoardObserver& operator=(const BoardObserver&) = delete;

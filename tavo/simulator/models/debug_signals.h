@@ -7,7 +7,7 @@
 #include <optional>
 #include <vector>
 
-#include <tavo/client/export.h>
+#include <tavo/simulator/export.h>
 #include <tavo/simulator/models/board.h>
 
 namespace TAVO::simulator {
@@ -17,7 +17,7 @@ namespace TAVO::simulator {
 ///
 /// Events happen at their own times, however late they are asked for; everything is settled from the board's
 /// time.
-class TAVO_API DebugSignals : private BoardObserver {
+class TAVO_SIMULATOR_API DebugSignals : private BoardObserver {
 public:
     static constexpr std::size_t coreCount = 4;
     static constexpr std::size_t triggerCount = 4;

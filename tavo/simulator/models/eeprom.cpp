@@ -31,7 +31,7 @@ bool Eeprom::write(std::uint8_t byte) {
         position_ = ((position_ << 8) | byte) & (geometry_.size - 1);
         return true;
     }
-    changes_.push_back({position_, byte});
+    changes_[position_] = byte;
     const auto page = position_ - position_ % geometry_.pageSize;
     position_ = page + (position_ + 1) % geometry_.pageSize;
     return true;
@@ -46,8 +46,8 @@ std::uint8_t Eeprom::read() {
 void Eeprom::stop() {
     if (changes_.empty())
         return;
-    for (const auto& change : changes_)
-        content_[change.position] = change.byte;
+    for (const auto& [position, byte] : changes_)
+        content_[position] = byte;
     changes_.clear();
     busyUntil_ = now_() + writeCycle;
 }

@@ -3,15 +3,16 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <vector>
 
-#include <tavo/client/export.h>
+#include <tavo/simulator/export.h>
 #include <tavo/simulator/models/i2c_bus.h>
 
 namespace TAVO::simulator {
 
 /// An I2C EEPROM: written in pages that wrap, read on from an address that it keeps.
-class TAVO_API Eeprom : public I2cDevice {
+class TAVO_SIMULATOR_API Eeprom : public I2cDevice {
 public:
     struct Geometry {
         /// A power of two.
@@ -40,18 +41,14 @@ public:
     void stop() override;
 
 private:
-    struct Change {
-        std::size_t position;
-        std::uint8_t byte;
-    };
-
     Geometry geometry_;
     std::vector<std::uint8_t> content_;
     std::function<std::uint64_t()> now_;
     std::function<bool()> powered_;
     std::size_t position_ = 0;
     std::size_t addressBytesMissing_ = 0;
-    std::vector<Change> changes_;
+    // The latch of a page: bytes by position.
+    std::map<std::size_t, std::uint8_t> changes_;
     std::uint64_t busyUntil_ = 0;
 };
 

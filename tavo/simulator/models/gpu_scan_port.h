@@ -4,13 +4,13 @@
 #include <optional>
 #include <vector>
 
-#include <tavo/client/export.h>
+#include <tavo/simulator/export.h>
 
 namespace TAVO::simulator {
 
 /// The serial scan port of a graphics processor: every clock brings the next bit of a pattern of 64 bits that
 /// circulates, bit 0 first.
-class TAVO_API GpuScanPort {
+class TAVO_SIMULATOR_API GpuScanPort {
 public:
     static constexpr std::int32_t mostBits = 65536;
     static constexpr std::int32_t slowest = 1'000;

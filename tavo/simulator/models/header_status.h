@@ -5,14 +5,14 @@
 #include <string>
 #include <vector>
 
-#include <tavo/client/export.h>
+#include <tavo/simulator/export.h>
 #include <tavo/simulator/models/board.h>
 
 namespace TAVO::simulator {
 
 /// The debug headers of one module: names on the appliance's side, and those on the board that its cable
 /// leads to.
-class TAVO_API HeaderStatus {
+class TAVO_SIMULATOR_API HeaderStatus {
 public:
     struct Header {
         std::string name;

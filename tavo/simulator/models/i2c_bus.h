@@ -9,12 +9,12 @@
 #include <string>
 #include <vector>
 
-#include <tavo/client/export.h>
+#include <tavo/simulator/export.h>
 
 namespace TAVO::simulator {
 
 /// A device on a simulated I2C bus.
-class TAVO_API I2cDevice {
+class TAVO_SIMULATOR_API I2cDevice {
 public:
     enum class Direction { write, read };
 
@@ -33,7 +33,7 @@ public:
 /// An I2C master with its bus and devices.
 ///
 /// Only sending addresses takes simulated time: whoever calls lets it pass.
-class TAVO_API I2cBus {
+class TAVO_SIMULATOR_API I2cBus {
 public:
     using Wait = std::function<void(std::uint64_t microseconds)>;
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include <tavo/client/export.h>
+#include <tavo/simulator/export.h>
 #include <tavo/simulator/models/tap_state.h>
 
 namespace TAVO::simulator {
@@ -26,7 +26,7 @@ struct TapDescription {
 };
 
 /// The registers of one test access port (IEEE 1149.1).
-class TAVO_API Tap {
+class TAVO_SIMULATOR_API Tap {
 public:
     explicit Tap(TapDescription description);
 
@@ -61,7 +61,7 @@ private:
 ///
 /// TMS and TDI are taken at the rising edge of TCK, TDO changes at the falling edge and is pulled up to 1
 /// where no register is shifted.
-class TAVO_API JtagChain {
+class TAVO_SIMULATOR_API JtagChain {
 public:
     explicit JtagChain(std::vector<TapDescription> taps);
 

@@ -9,8 +9,8 @@ namespace TAVO::simulator {
 namespace {
 
 constexpr std::int32_t mostCount = 1000;
-// What one call may shift at most, all rounds together, so that a call ends in good time.
-constexpr std::int64_t mostShiftedBits = 20'000'000;
+// What one call may take at most, all rounds together, so that it ends in good time.
+constexpr std::int64_t mostClocks = 5'000'000;
 
 std::size_t bytesFor(std::int32_t bits) { return (static_cast<std::size_t>(bits) + 7) / 8; }
 
@@ -99,7 +99,8 @@ JtagPort::Outcome JtagPort::shift(Register target, std::int32_t bits, std::span<
     const auto& options = this->options(target);
     const bool compared = bits > 0 && options.expectation.bits == bits;
     const auto rounds = [](const Count& more) { return 1 + (more.enable ? std::int64_t{more.count} : 0); };
-    if (bits * rounds(options.repeat) * (compared ? rounds(options.retry) : 1) > mostShiftedBits)
+    const auto clocks = std::int64_t{bits} + options.preTck + options.postTck;
+    if (clocks * rounds(options.repeat) * (compared ? rounds(options.retry) : 1) > mostClocks)
         return {return_code::badArgument, {}};
     Outcome outcome;
     for (auto round = rounds(options.repeat); round > 0; --round) {

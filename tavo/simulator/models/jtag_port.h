@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-#include <tavo/client/export.h>
+#include <tavo/simulator/export.h>
 #include <tavo/simulator/models/board.h>
 #include <tavo/simulator/models/jtag_chain.h>
 
@@ -15,7 +15,7 @@ namespace TAVO::simulator {
 ///
 /// Bit strings are packed with bit i at bit i%8 of byte i/8; bit 0 goes first. While the board has no power
 /// the chain stays in Test-Logic-Reset and TDO reads 1.
-class TAVO_API JtagPort {
+class TAVO_SIMULATOR_API JtagPort {
 public:
     static constexpr std::int32_t mostBits = 1'000'000;
     static constexpr std::int32_t slowest = 1'000;

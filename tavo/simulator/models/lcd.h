@@ -5,12 +5,12 @@
 #include <cstdint>
 #include <string>
 
-#include <tavo/client/export.h>
+#include <tavo/simulator/export.h>
 
 namespace TAVO::simulator {
 
 /// A character display with a backlight.
-class TAVO_API Lcd {
+class TAVO_SIMULATOR_API Lcd {
 public:
     static constexpr std::int32_t rowCount = 2;
     static constexpr std::int32_t columnCount = 16;

@@ -7,13 +7,13 @@
 #include <memory>
 #include <vector>
 
-#include <tavo/client/export.h>
+#include <tavo/simulator/export.h>
 #include <tavo/simulator/models/board.h>
 
 namespace TAVO::simulator {
 
 /// Captures the POST codes that the board's firmware writes while it boots.
-class TAVO_API PostCodes : public BoardObserver {
+class TAVO_SIMULATOR_API PostCodes : public BoardObserver {
 public:
     struct Entry {
         std::uint8_t code = 0;

@@ -7,13 +7,13 @@
 #include <span>
 #include <vector>
 
-#include <tavo/client/export.h>
+#include <tavo/simulator/export.h>
 #include <tavo/simulator/models/board.h>
 
 namespace TAVO::simulator {
 
 /// The memory that serves a board's boot ROM: 8 MiB, all 0xFF at first.
-class TAVO_API RomEmulation {
+class TAVO_SIMULATOR_API RomEmulation {
 public:
     static constexpr std::size_t size = std::size_t{8} * 1024 * 1024;
     /// Kinds of ROM: behind the LPC bus, or a firmware hub.

@@ -68,6 +68,7 @@ void SerialConsole::type(std::uint8_t byte) {
 
 std::string SerialConsole::take(std::size_t count) {
     catchUp();
+    loseOldest();
     auto taken = output_.substr(0, count);
     output_.erase(0, taken.size());
     return taken;
@@ -104,6 +105,11 @@ void SerialConsole::boardChanged() {
 
 void SerialConsole::print(std::string_view text) {
     output_ += text;
+    if (output_.size() > 2 * longestBacklog) // not with each byte: it moves all the others
+        loseOldest();
+}
+
+void SerialConsole::loseOldest() {
     if (output_.size() > longestBacklog)
         output_.erase(0, output_.size() - longestBacklog);
 }

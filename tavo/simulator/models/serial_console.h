@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include <tavo/client/export.h>
+#include <tavo/simulator/export.h>
 #include <tavo/simulator/models/board.h>
 
 namespace TAVO::simulator {
@@ -16,7 +16,7 @@ namespace TAVO::simulator {
 ///
 /// Output that nobody takes is kept up to `longestBacklog` bytes; the oldest are lost then. What is typed
 /// before the prompt appears is lost, and so are NUL bytes at any time.
-class TAVO_API SerialConsole : public BoardObserver {
+class TAVO_SIMULATOR_API SerialConsole : public BoardObserver {
 public:
     static constexpr std::size_t longestBacklog = std::size_t{16} * 1024;
     static constexpr std::size_t longestLine = 256;
@@ -38,6 +38,7 @@ protected:
 private:
     void catchUp();
     void print(std::string_view text);
+    void loseOldest();
     void endLine();
     void run(const std::string& line);
     void showStatus();

@@ -43,6 +43,8 @@ std::int32_t SerialPort::close() {
 std::int32_t SerialPort::send(std::span<const std::uint8_t> data) {
     if (!settings_)
         return return_code::notReady;
+    if (data.size() > largestSend)
+        return return_code::badArgument;
     if (settings_->loopback) {
         looped_.append(data.begin(), data.end());
         looped_.erase(0, looped_.size() - std::min(looped_.size(), bufferSize));

@@ -8,16 +8,17 @@
 #include <string>
 #include <vector>
 
-#include <tavo/client/export.h>
+#include <tavo/simulator/export.h>
 #include <tavo/simulator/models/serial_console.h>
 
 namespace TAVO::simulator {
 
 /// The appliance's serial port, wired to the board's console. Receives only while it is open.
-class TAVO_API SerialPort {
+class TAVO_SIMULATOR_API SerialPort {
 public:
     static constexpr std::size_t bufferSize = std::size_t{16} * 1024;
     static constexpr std::int32_t largestCount = 65536;
+    static constexpr std::size_t largestSend = std::size_t{1024} * 1024;
 
     struct Settings {
         std::int32_t baud = 115200;

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include <tavo/client/export.h>
+#include <tavo/simulator/export.h>
 
 namespace TAVO::simulator {
 
@@ -28,13 +28,13 @@ enum class TapState : std::uint8_t {
 };
 
 /// The state after a rising edge of TCK.
-TAVO_API TapState nextState(TapState state, bool tms) noexcept;
+TAVO_SIMULATOR_API TapState nextState(TapState state, bool tms) noexcept;
 
 /// The values of TMS that lead from one state to another in the fewest clocks; none when it is there already.
-TAVO_API std::vector<bool> shortestPath(TapState from, TapState to);
+TAVO_SIMULATOR_API std::vector<bool> shortestPath(TapState from, TapState to);
 
 /// Whether the controller can stay there with TCK running and no register moving: Test-Logic-Reset,
 /// Run-Test/Idle and the two pauses.
-TAVO_API bool isResting(TapState state) noexcept;
+TAVO_SIMULATOR_API bool isResting(TapState state) noexcept;
 
 } // namespace TAVO::simulator

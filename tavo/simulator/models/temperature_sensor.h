@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <memory>
 
-#include <tavo/client/export.h>
+#include <tavo/simulator/export.h>
 #include <tavo/simulator/models/board.h>
 #include <tavo/simulator/models/i2c_bus.h>
 
@@ -17,7 +17,7 @@ namespace TAVO::simulator {
 ///
 /// Beyond -55 to 125 degrees it tells the nearest of these. Bit 0 of the configuration stops measuring.
 /// Without power it does not answer and forgets its settings.
-class TAVO_API TemperatureSensor : public I2cDevice {
+class TAVO_SIMULATOR_API TemperatureSensor : public I2cDevice {
 public:
     explicit TemperatureSensor(std::shared_ptr<Board> board);
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <tavo/client/export.h>
+#include <tavo/simulator/export.h>
 #include <tavo/simulator/models/lcd.h>
 #include <tavo/simulator/simulated_object.h>
 
@@ -8,7 +8,7 @@ namespace TAVO::simulator {
 
 /// A "cfa633": the display. No method of the type reads it back, so "available" tells Lcd::toString() as its
 /// info.
-class TAVO_API Cfa633 : public SimulatedObject {
+class TAVO_SIMULATOR_API Cfa633 : public SimulatedObject {
 public:
     Cfa633();
     void reset() override;

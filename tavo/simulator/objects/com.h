@@ -2,14 +2,14 @@
 
 #include <memory>
 
-#include <tavo/client/export.h>
+#include <tavo/simulator/export.h>
 #include <tavo/simulator/models/serial_port.h>
 #include <tavo/simulator/simulated_object.h>
 
 namespace TAVO::simulator {
 
 /// A "com": the serial port, wired to the board's console.
-class TAVO_API Com : public SimulatedObject {
+class TAVO_SIMULATOR_API Com : public SimulatedObject {
 public:
     explicit Com(std::shared_ptr<Board> board);
     /// Closed.

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include <tavo/client/export.h>
 #include <tavo/client/transcode/device_records.h>
 #include <tavo/client/transcode/system_records.h>
+#include <tavo/simulator/export.h>
 #include <tavo/simulator/simulated_object.h>
 
 namespace TAVO::simulator {
@@ -16,7 +16,7 @@ namespace TAVO::simulator {
 ///
 /// Login is a challenge of 16 bytes and a response: the bytes of the password, each combined by exclusive or
 /// with the challenge's byte at the same place (the challenge begins anew after its end).
-class TAVO_API DeviceObject : public SimulatedObject {
+class TAVO_SIMULATOR_API DeviceObject : public SimulatedObject {
 public:
     DeviceObject();
     void reset() override;
@@ -38,7 +38,7 @@ private:
 
 /// The object "system": clock, delays, reset and firmware. Times are microseconds, those of the clock since
 /// the epoch.
-class TAVO_API SystemObject : public SimulatedObject {
+class TAVO_SIMULATOR_API SystemObject : public SimulatedObject {
 public:
     SystemObject();
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <memory>
 
-#include <tavo/client/export.h>
+#include <tavo/simulator/export.h>
 #include <tavo/simulator/models/gpu_scan_port.h>
 #include <tavo/simulator/models/header_status.h>
 #include <tavo/simulator/simulated_object.h>
@@ -11,7 +11,7 @@
 namespace TAVO::simulator {
 
 /// A "gpuScan". Without power of the board SDO reads 0 and the pattern stays where it is.
-class TAVO_API GpuScan : public SimulatedObject {
+class TAVO_SIMULATOR_API GpuScan : public SimulatedObject {
 public:
     explicit GpuScan(std::shared_ptr<Board> board);
     void reset() override;
@@ -30,7 +30,7 @@ private:
 
 /// A "gpuDebug". Its client needs a Jtag of version 1.1 named "jtag" and a GpuScan named "gpuScan" below it;
 /// an I2c named "i2c" is of use too.
-class TAVO_API GpuDebug : public SimulatedObject {
+class TAVO_SIMULATOR_API GpuDebug : public SimulatedObject {
 public:
     explicit GpuDebug(std::shared_ptr<Board> board);
     void reset() override;
@@ -43,7 +43,7 @@ private:
 };
 
 /// A "kelvorGpuDebugMux".
-class TAVO_API KelvorGpuDebugMux : public SimulatedObject {
+class TAVO_SIMULATOR_API KelvorGpuDebugMux : public SimulatedObject {
 public:
     KelvorGpuDebugMux();
     void reset() override;

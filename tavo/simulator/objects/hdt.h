@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include <tavo/client/export.h>
+#include <tavo/simulator/export.h>
 #include <tavo/simulator/models/debug_signals.h>
 #include <tavo/simulator/models/header_status.h>
 #include <tavo/simulator/simulated_object.h>
@@ -11,7 +11,7 @@
 namespace TAVO::simulator {
 
 /// An "hdt" of version "1.0" or "1.1": the debug signals of the board's processor.
-class TAVO_API Hdt : public SimulatedObject {
+class TAVO_SIMULATOR_API Hdt : public SimulatedObject {
 public:
     Hdt(const std::string& version, std::shared_ptr<Board> board);
     void reset() override;
@@ -35,7 +35,7 @@ private:
 
 /// A "cpuDebug" of version "1.0" or "1.1". Its client needs a Jtag named "jtag" and an Hdt named "hdt" of the
 /// same version below it.
-class TAVO_API CpuDebug : public SimulatedObject {
+class TAVO_SIMULATOR_API CpuDebug : public SimulatedObject {
 public:
     CpuDebug(const std::string& version, std::shared_ptr<Board> board);
     void reset() override;

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include <tavo/client/export.h>
+#include <tavo/simulator/export.h>
 #include <tavo/simulator/models/header_status.h>
 #include <tavo/simulator/models/i2c_bus.h>
 #include <tavo/simulator/simulated_object.h>
@@ -10,7 +10,7 @@
 namespace TAVO::simulator {
 
 /// An "i2c": a bus, empty at first.
-class TAVO_API I2c : public SimulatedObject {
+class TAVO_SIMULATOR_API I2c : public SimulatedObject {
 public:
     explicit I2c(std::shared_ptr<Board> board);
     /// Options and frequency are as at first; devices and their content stay.

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include <tavo/client/export.h>
+#include <tavo/simulator/export.h>
 #include <tavo/simulator/models/header_status.h>
 #include <tavo/simulator/models/jtag_port.h>
 #include <tavo/simulator/simulated_object.h>
@@ -13,11 +13,11 @@ namespace TAVO::simulator {
 
 /// The chain of the standard board, the first one next to TDO: "cpu" (IR 8), "chipset" (IR 5), "cpld" (IR
 /// 10).
-TAVO_API std::vector<TapDescription> standardTaps();
+TAVO_SIMULATOR_API std::vector<TapDescription> standardTaps();
 
 /// A "jtag" of version "1.0" or "1.1": a port with a chain behind it. Version 1.0 has one set of retry,
 /// repeat and comparison for both registers.
-class TAVO_API Jtag : public SimulatedObject {
+class TAVO_SIMULATOR_API Jtag : public SimulatedObject {
 public:
     Jtag(const std::string& version, std::shared_ptr<Board> board,
          std::vector<TapDescription> taps = standardTaps());
@@ -41,7 +41,7 @@ private:
 };
 
 /// A "csJtag": a chip-select wrapper. Its client needs a Jtag of version 1.1 named "jtag" below it.
-class TAVO_API CsJtag : public SimulatedObject {
+class TAVO_SIMULATOR_API CsJtag : public SimulatedObject {
 public:
     CsJtag();
 };

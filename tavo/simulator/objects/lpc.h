@@ -4,7 +4,7 @@
 #include <functional>
 #include <memory>
 
-#include <tavo/client/export.h>
+#include <tavo/simulator/export.h>
 #include <tavo/simulator/models/post_codes.h>
 #include <tavo/simulator/models/rom_emulation.h>
 #include <tavo/simulator/simulated_object.h>
@@ -13,13 +13,13 @@ namespace TAVO::simulator {
 
 /// An "lpc": tells which of its connectors lead to a board with power. Its members are the "lpcPostCode" and
 /// the "lpcRomEmulation", which are of use without it too.
-class TAVO_API Lpc : public SimulatedObject {
+class TAVO_SIMULATOR_API Lpc : public SimulatedObject {
 public:
     explicit Lpc(std::shared_ptr<Board> board);
 };
 
 /// An "lpcRomEmulation".
-class TAVO_API LpcRomEmulation : public SimulatedObject {
+class TAVO_SIMULATOR_API LpcRomEmulation : public SimulatedObject {
 public:
     explicit LpcRomEmulation(std::shared_ptr<Board> board);
     /// Erased and disabled.
@@ -32,7 +32,7 @@ private:
 };
 
 /// An "lpcPostCode".
-class TAVO_API LpcPostCode : public SimulatedObject {
+class TAVO_SIMULATOR_API LpcPostCode : public SimulatedObject {
 public:
     /// @param fromEmulatedRom as for PostCodes.
     LpcPostCode(std::shared_ptr<Board> board, std::function<bool()> fromEmulatedRom);

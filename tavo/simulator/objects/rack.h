@@ -1,12 +1,12 @@
 #pragma once
 
-#include <tavo/client/export.h>
+#include <tavo/simulator/export.h>
 #include <tavo/simulator/simulated_object.h>
 
 namespace TAVO::simulator {
 
 /// A group of a type that no client knows: it keeps its members together, and blinks on "identify".
-class TAVO_API Rack : public SimulatedObject {
+class TAVO_SIMULATOR_API Rack : public SimulatedObject {
 public:
     Rack();
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include <tavo/client/commonmodules/relay_records.h>
-#include <tavo/client/export.h>
+#include <tavo/simulator/export.h>
 #include <tavo/simulator/models/board.h>
 #include <tavo/simulator/simulated_object.h>
 
@@ -14,7 +14,7 @@ namespace TAVO::simulator {
 
 /// A "relay": off at first. "toggle" with 0 changes the state for good, with a positive number for so many
 /// milliseconds of simulated time; a negative number is refused (badArgument). "set" ends a pulse.
-class TAVO_API Relay : public SimulatedObject {
+class TAVO_SIMULATOR_API Relay : public SimulatedObject {
 public:
     Relay();
     void reset() override;
@@ -38,7 +38,7 @@ private:
 
 /// A "cmosRelay". "cmosClear" takes the length of its pulse in milliseconds; a negative length is refused
 /// (badArgument), one above a minute fails (device error 1006).
-class TAVO_API CmosRelay : public SimulatedObject {
+class TAVO_SIMULATOR_API CmosRelay : public SimulatedObject {
 public:
     CmosRelay();
 

@@ -12,7 +12,7 @@ using Lines = DebugSignals::Lines;
 using Source = DebugSignals::Source;
 
 constexpr Lines none{};
-constexpr Lines all{true, true, true, true};
+constexpr Lines allLines{true, true, true, true};
 
 struct DebugSignalsTest : testing::Test, tests::HandClock {
     DebugSignals signals{board};
@@ -41,7 +41,7 @@ TEST_F(DebugSignalsTest, cores_answer_a_request_after_the_delay_and_run_on_relea
     advance(DebugSignals::haltDelay - 1);
     EXPECT_EQ(signals.debugReady(), none);
     advance(1);
-    EXPECT_EQ(signals.debugReady(), all);
+    EXPECT_EQ(signals.debugReady(), allLines);
     signals.setDebugRequest(false);
     EXPECT_EQ(signals.debugReady(), none);
     EXPECT_EQ(signals.source(), Source::command);
@@ -55,7 +55,7 @@ TEST_F(DebugSignalsTest, a_board_without_power_or_in_reset_does_not_answer) {
     advance(Board::resetDelay - 1);
     EXPECT_EQ(signals.debugReady(), none);
     advance(1 + DebugSignals::haltDelay);
-    EXPECT_EQ(signals.debugReady(), all) << "the request stood when reset was released";
+    EXPECT_EQ(signals.debugReady(), allLines) << "the request stood when reset was released";
     board->setPower(false);
     EXPECT_EQ(signals.debugReady(), none);
 }
@@ -79,7 +79,7 @@ TEST_F(DebugSignalsTest, a_short_answer_between_two_looks_is_in_the_snapshot) {
     signals.setDebugRequest(true);
     advance(DebugSignals::haltDelay + 1);
     signals.setDebugRequest(false);
-    EXPECT_EQ(signals.snapshot(), all);
+    EXPECT_EQ(signals.snapshot(), allLines);
 }
 
 TEST_F(DebugSignalsTest, masked_lines_take_no_part) {
@@ -99,7 +99,7 @@ TEST_F(DebugSignalsTest, a_pulse_ends_by_itself_and_leaves_the_cores_halted) {
     EXPECT_TRUE(signals.debugRequest());
     advance(1);
     EXPECT_FALSE(signals.debugRequest());
-    EXPECT_EQ(signals.debugReady(), all);
+    EXPECT_EQ(signals.debugReady(), allLines);
     signals.setDebugRequest(false);
     EXPECT_EQ(signals.debugReady(), none);
 }
@@ -109,7 +109,7 @@ TEST_F(DebugSignalsTest, the_reset_option_requests_at_the_release_of_reset) {
     board->setPower(true);
     advance(Board::resetDelay + DebugSignals::haltDelay);
     EXPECT_TRUE(signals.debugRequest());
-    EXPECT_EQ(signals.debugReady(), all);
+    EXPECT_EQ(signals.debugReady(), allLines);
     EXPECT_EQ(signals.source(), Source::reset);
 }
 
@@ -120,7 +120,7 @@ TEST_F(DebugSignalsTest, one_halted_core_halts_the_others_with_the_ready_option)
     EXPECT_TRUE(signals.debugRequest());
     EXPECT_EQ(signals.source(), Source::debugReady);
     advance(DebugSignals::haltDelay);
-    EXPECT_EQ(signals.debugReady(), all);
+    EXPECT_EQ(signals.debugReady(), allLines);
 }
 
 TEST_F(DebugSignalsTest, a_trigger_requests_at_its_edge_alone) {

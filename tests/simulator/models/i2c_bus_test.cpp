@@ -8,6 +8,7 @@
 #include <tavo/simulator/models/temperature_sensor.h>
 #include <tavo/simulator/return_codes.h>
 #include <tests/simulator/models/hand_clock.h>
+#include <tests/support/allocation_meter.h>
 
 namespace {
 
@@ -235,6 +236,20 @@ TEST_F(I2cBusTest, sensor_that_is_shut_down_keeps_its_last_measurement) {
     EXPECT_EQ(get(0x48, {0}, 2), (Bytes{0x24, 0x80}));
     EXPECT_EQ(put(0x48, {1, 0}), return_code::done);
     EXPECT_EQ(get(0x48, {0}, 2), (Bytes{0x32, 0x00}));
+}
+
+TEST_F(I2cBusTest, an_endless_write_takes_no_more_memory_than_a_page) {
+    ASSERT_EQ(bus.write(0x54, true, false, Bytes{0x01, 0x00}, wait).code, return_code::done);
+    const Bytes data(65536, 0x77);
+    const support::AllocationMeter memory;
+    for (int i = 0; i < 8; ++i)
+        ASSERT_EQ(bus.write(0x54, false, false, data, wait).code, return_code::done);
+    EXPECT_LT(memory.peak(), 16u * 1024);
+    ASSERT_EQ(bus.write(0x54, false, true, Bytes{0x11}, wait).code, return_code::done);
+    advance(Eeprom::writeCycle);
+    auto page = Bytes(128, 0x77);
+    page[0] = 0x11;
+    EXPECT_EQ(get(0x54, {0x01, 0x00}, 128), page) << "the last byte that came for each place";
 }
 
 } // namespace

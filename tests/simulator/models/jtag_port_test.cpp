@@ -178,6 +178,28 @@ TEST_F(JtagPortTest, wrong_counts_and_lengths_are_refused) {
     EXPECT_EQ(port.shift(data, JtagPort::mostBits, Bytes(125'000)).code, return_code::badArgument);
 }
 
+TEST_F(JtagPortTest, what_takes_too_many_clocks_is_refused_whatever_they_are_spent_on) {
+    const auto shift = [&] { return port.shift(data, 8, Bytes(1)).code; };
+    change(data, [](auto& options) {
+        options.preTck = options.postTck = 100;
+        options.repeat = {1000, true};
+    });
+    EXPECT_EQ(shift(), return_code::done);
+    change(data, [](auto& options) { options.preTck = options.postTck = 1000; });
+    change(data, [](auto& options) {
+        options.expectation = {8, Bytes(1), Bytes(1)};
+        options.retry = {2, true};
+    });
+    EXPECT_EQ(shift(), return_code::badArgument) << "6 million, if no attempt succeeds before the last";
+    change(data, [](auto& options) { options.preTck = options.postTck = 0; });
+    EXPECT_EQ(shift(), return_code::done);
+    change(data, [](auto& options) {
+        options.expectation = {};
+        options.repeat = {5, true};
+    });
+    EXPECT_EQ(port.shift(data, JtagPort::mostBits, Bytes(125'000)).code, return_code::badArgument);
+}
+
 TEST_F(JtagPortTest, nothing_moves_while_disabled) {
     port.setEnabled(false);
     EXPECT_EQ(port.shift(data, 8, Bytes(1)).code, return_code::disabled);

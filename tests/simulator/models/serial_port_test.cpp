@@ -171,4 +171,12 @@ TEST_F(SerialPortTest, keeps_the_latest_output_of_a_console_that_nobody_reads) {
     EXPECT_THAT(output, testing::EndsWith("target> "));
 }
 
+TEST_F(SerialPortTest, takes_a_mebibyte_at_a_time_at_most) {
+    openAtPrompt();
+    EXPECT_EQ(send(std::string(SerialPort::largestSend, 'x')), return_code::done);
+    EXPECT_EQ(receive().size(), SerialConsole::longestBacklog);
+    EXPECT_EQ(send(std::string(SerialPort::largestSend + 1, 'x')), return_code::badArgument);
+    EXPECT_EQ(receive().size(), 0u);
+}
+
 } // namespace

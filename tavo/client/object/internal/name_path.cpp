@@ -1,0 +1,48 @@
+#include <tavo/client/object/internal/name_path.h>
+
+#include <string_view>
+
+namespace TAVO {
+
+namespace {
+
+// Container::SEPARATOR, which a device that is released at the program's exit may outlive.
+constexpr std::string_view separator = ".";
+
+} // namespace
+
+NamePath::~NamePath() {
+    // One by one: letting each path destroy its parent's would recurse as deep as the tree is.
+    auto next = std::move(parent_);
+    while (next && next.use_count() == 1)
+        next = std::exchange(next->parent_, nullptr);
+}
+
+std::string NamePath::joined() const { return joinedWithin(0); }
+
+std::string NamePath::joinedWith(const std::string& last) const {
+    return joinedWithin(separator.size() + last.size()).append(separator).append(last);
+}
+
+std::string NamePath::joinedWithin(std::size_t spareRoom) const {
+    std::size_t size = name_.size();
+    for (const auto* path = parent_.get(); path; path = path->parent_.get())
+        size += path->name_.size() + separator.size();
+
+    std::string text;
+    text.reserve(size + spareRoom);
+    text.resize(size);
+    auto end = size;
+    const auto putInFront = [&](std::string_view part) {
+        end -= part.size();
+        text.replace(end, part.size(), part);
+    };
+    putInFront(name_);
+    for (const auto* path = parent_.get(); path; path = path->parent_.get()) {
+        putInFront(separator);
+        putInFront(path->name_);
+    }
+    return text;
+}
+
+} // namespace TAVO

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+namespace TAVO {
+
+class Method;
+
+/// For the few methods whose failure ends what the library does with them.
+/// @throws Error "Error executing " method "() method on " object ": " and the method's return code in
+///         lower-case hexadecimal, unless it is 0.
+void requireSuccess(const Method& method, const std::string& object);
+
+} // namespace TAVO

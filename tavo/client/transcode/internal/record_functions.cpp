@@ -1,0 +1,43 @@
+#include <tavo/client/transcode/internal/record_functions.h>
+
+#include <mutex>
+#include <set>
+
+#include <tavo/client/transcode/internal/immortal.h>
+
+namespace TAVO::TAVOXTranscode {
+
+namespace {
+
+struct RecordFunctions {
+    std::mutex mutex;
+    std::set<Encoder> encoders{encodeNothing};
+    std::set<Decoder> decoders{decodeStatus};
+};
+
+} // namespace
+
+void rememberRecordFunctions(MethodRows rows) {
+    auto& known = immortal<RecordFunctions>();
+    const std::lock_guard lock(known.mutex);
+    for (const auto& row : rows) {
+        if (row.request && row.request->function == row.encoder)
+            known.encoders.insert(row.encoder);
+        if (row.reply && row.reply->function == row.decoder)
+            known.decoders.insert(row.decoder);
+    }
+}
+
+bool isRecordEncoder(Encoder encoder) noexcept {
+    auto& known = immortal<RecordFunctions>();
+    const std::lock_guard lock(known.mutex);
+    return known.encoders.contains(encoder);
+}
+
+bool isRecordDecoder(Decoder decoder) noexcept {
+    auto& known = immortal<RecordFunctions>();
+    const std::lock_guard lock(known.mutex);
+    return known.decoders.contains(decoder);
+}
+
+} // namespace TAVO::TAVOXTranscode

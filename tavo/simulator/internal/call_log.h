@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <vector>
+
+#include <tavo/simulator/simulator.h>
+
+namespace TAVO::simulator {
+
+/// The last calls, as many as fit.
+class CallLog {
+public:
+    CallLog(std::size_t mostCalls, std::size_t mostBytes)
+        : mostCalls_(mostCalls)
+        , mostBytes_(mostBytes) {}
+
+    /// Drops the oldest ones where there is no room left. A call that is too large by itself is kept without
+    /// its parameters.
+    void add(CallRecord record);
+    void clear();
+    std::vector<CallRecord> records() const;
+
+private:
+    struct Entry {
+        CallRecord record;
+        std::size_t bytes;
+    };
+
+    std::size_t mostCalls_;
+    std::size_t mostBytes_;
+    std::size_t bytes_ = 0;
+    std::deque<Entry> entries_;
+};
+
+} // namespace TAVO::simulator

@@ -1,0 +1,3 @@
+#include <tavo/simulator/main/file_mode.h>
+
+std::optional<unsigned> modeOpenToOthers(const std::filesystem::path&) { return std::nullopt; }
