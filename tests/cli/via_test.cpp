@@ -123,8 +123,7 @@ TEST_F(Via, ACommandThatFailsIsNamedWithItsStatus) {
     // Which of the two fails depends on whether the command ends before the first request goes out.
     EXPECT_THAT(run.errors, AnyOf(StartsWith("no route\ntavo: Connection to device closed unexpectedly. "),
                                   StartsWith("no route\ntavo: Error transmitting message call to device. ")));
-    EXPECT_THAT(run.errors,
-                EndsWith("The command 'echo no route >&2; exit 3' ended with exit status 3.\n"));
+    EXPECT_THAT(run.errors, EndsWith("The command 'echo no route >&2; exit 3' ended with exit status 3.\n"));
     const auto absent = toolVia("/no/such/program %h", {"relay", "list"});
     EXPECT_EQ(absent.exitCode, 5);
     EXPECT_THAT(absent.errors,

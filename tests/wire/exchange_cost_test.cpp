@@ -7,16 +7,16 @@
 #include <tavo/client/wire/socket_transport.h>
 #include <tests/support/allocation_meter.h>
 #include <tests/support/exchange_fixture.h>
+#include <tests/support/output_chunks.h>
 #include <tests/support/raw_server.h>
 
 namespace {
 
 using support::Bytes;
+using support::chunkCapacity;
 using support::replyWith;
 using support::result;
 using support::text;
-
-constexpr std::size_t chunkCapacity = 24480;
 
 /// A socket whose peer has answered when the request is sent: the client finds the whole reply.
 class AnsweredSocket : public TAVO::Transport {
