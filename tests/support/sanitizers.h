@@ -12,4 +12,12 @@ inline constexpr bool sanitizerTakesMemory =
 inline constexpr bool sanitizerTakesMemory = false;
 #endif
 
+/// Whether Clang's undefined behaviour sanitizer watches: its checks of types open a pipe to find out what
+/// memory can be read, and report falsely where no descriptor is left.
+#if defined(__has_feature)
+inline constexpr bool sanitizerTakesDescriptors = __has_feature(undefined_behavior_sanitizer);
+#else
+inline constexpr bool sanitizerTakesDescriptors = false;
+#endif
+
 } // namespace support
