@@ -12,6 +12,14 @@ using support::RawConnection;
 
 constexpr std::chrono::milliseconds stall{2};
 
+// A connection costs many times more in Wine: there one position in so many is taken, other ones in the next
+// place.
+#ifdef _WIN32
+constexpr std::size_t stride = 6;
+#else
+constexpr std::size_t stride = 1;
+#endif
+
 Bytes firstOf(const Bytes& bytes, std::size_t count) {
     return {bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(count)};
 }
@@ -21,7 +29,10 @@ protected:
     /// The peer ends the connection in that way after each number of bytes at which this reply is cut.
     template <class Ending>
     void cutEverywhere(const std::string& how, Ending ending) {
-        for (const auto count : cutPositions(exchange.layout)) {
+        const auto positions = cutPositions(exchange.layout);
+        const auto first = GetParam().place % stride;
+        for (auto index = first; index < positions.size(); index += stride) {
+            const auto count = positions[index];
             const auto sent = firstOf(exchange.reply, count);
             const auto action = [&](RawConnection& connection, const Exchange&) {
                 connection.readRequest();
@@ -29,7 +40,7 @@ protected:
             };
             expectAfterBytes("byte " + std::to_string(count) + ", " + how, plan(action), sent);
         }
-        expectCases(GetParam().cuts);
+        expectCases((GetParam().cuts - first + stride - 1) / stride);
     }
 };
 
@@ -61,7 +72,7 @@ TEST_P(Cut, ByTheEndOfTheConnectionAfterAStallAtEveryByte) {
 TEST_P(Cut, OfAReplyInPiecesIsNone) {
     const auto action = [](RawConnection& connection, const Exchange& whole) {
         connection.readRequest();
-        const std::size_t piece = whole.reply.size() <= smallReply ? 1 : 13;
+        const std::size_t piece = whole.reply.size() <= smallReply ? 1 : 61;
         for (std::size_t done = 0; done < whole.reply.size(); done += piece) {
             const auto begin = whole.reply.begin() + static_cast<std::ptrdiff_t>(done);
             const auto length = std::min(piece, whole.reply.size() - done);

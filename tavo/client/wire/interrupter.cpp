@@ -33,6 +33,7 @@ void Interrupter::interrupt() noexcept {
 
 Interrupter::Count Interrupter::beginExchange() noexcept {
     const Count begin = operations_ > 0 ? operationBegin_ : interrupts_.load();
+    // cppcheck-suppress duplicateConditionalAssign; an atomic read costs each exchange less than a write
     if (settled_ != begin)
         settled_ = begin;
     return begin;

@@ -24,7 +24,7 @@ public:
 private:
     struct Entry {
         CallRecord record;
-        std::size_t bytes;
+        std::size_t bytes = 0;
     };
 
     std::size_t mostCalls_;
