@@ -7,6 +7,11 @@ failed_checks=()
 failed=()
 cases=
 
+# without_successes LOG: what is left without the lines that ctest and cppcheck write of all that is well.
+without_successes() {
+    grep -av -e '^ *Start *[0-9]*:' -e '[.] *Passed *[0-9.]* sec$' -e '^Checking ' -e '^[0-9/]* files checked ' "$1"
+}
+
 # step NAME COMMAND ...: runs it, keeps its output in a log, and tells how it went; shows the log when it fails.
 step() {
     local name=$1 start=$SECONDS
@@ -17,7 +22,7 @@ step() {
     else
         took=$((SECONDS - start))
         printf '%-34s FAILED (%d s)\n' "$name" "$took"
-        tail -n 100 "$results/logs/$name.log"
+        without_successes "$results/logs/$name.log" | tail -n 100
         failed+=("$name")
         return 1
     fi
