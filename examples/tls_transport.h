@@ -110,6 +110,8 @@ public:
 
     void keepConnection(bool kept) noexcept override { kept_ = kept; }
 
+    bool isConnected() const noexcept override { return tls_ != nullptr; }
+
 private:
     template <class Object, void (*release)(Object*)>
     struct Release {

@@ -45,6 +45,7 @@ public:
     void ensureConnected() override;
     std::uint64_t connectionNumber() const noexcept override { return starts_; }
     void keepConnection(bool kept) noexcept override { kept_ = kept; }
+    bool isConnected() const noexcept override { return running_.has_value(); }
 
 private:
     void start();

@@ -26,6 +26,21 @@ TEST_F(RelayTest, SendsItsStateAsOneByte) {
     EXPECT_EQ(sentBy(relay->getSetMethod(false)), request("set", "00"));
 }
 
+template <class Relay, class State>
+concept TakesState = requires(const Relay& relay, State state) {
+    relay.getSetMethod(state);
+};
+
+TEST_F(RelayTest, TakesNoTextForItsState) {
+    EXPECT_TRUE((TakesState<Relay_v1_0, bool>));
+    EXPECT_TRUE((TakesState<Relay_v1_0, int>));
+    EXPECT_FALSE((TakesState<Relay_v1_0, const char*>));
+    EXPECT_FALSE((TakesState<Relay_v1_0, char*>));
+    EXPECT_FALSE((TakesState<CmosRelay_v1_0, const char*>));
+    const auto relay = openOnly<Relay_v1_0>("relay");
+    EXPECT_EQ(sentBy(relay->getSetMethod(0)), request("set", "00"));
+}
+
 TEST_F(RelayTest, SendsTheIntegerOfToggle) {
     const auto relay = openOnly<Relay_v1_0>("relay");
     EXPECT_EQ(sentBy(relay->getToggleMethod(-1)), request("toggle", "ffffffff"));

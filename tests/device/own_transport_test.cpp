@@ -36,6 +36,15 @@ protected:
     support::MemoryLine line;
 };
 
+TEST_F(OwnTransport, TellsItsStateAndCountsItsConnectionsForTheDevice) {
+    const auto device = build();
+    EXPECT_TRUE(device->isConnected());
+    EXPECT_EQ(device->reconnects(), 0u);
+    line.endsBeforeSend = true;
+    device->getDevice()->type();
+    EXPECT_EQ(device->reconnects(), 1u);
+}
+
 const Names deviceObject{"0.methods", "0.type", "0.version", "0.methods", "0.members"};
 const Names rest{"2.methods", "2.type",    "2.methods", "2.members", "1.methods",
                  "1.type",    "1.version", "1.methods", "1.members", "0.rootMembers"};

@@ -63,6 +63,17 @@ TEST(BoundMethod, SaysThatItWasNotExecutedAndYieldsADefaultValue) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(), line + line + line + line + line);
 }
 
+TEST(BoundMethod, IsAsBeforeItsExecutionWhenItsResultWasCleared) {
+    BoundMethod<TypeReply> method("call", container, {});
+    const auto outcome = resultOf<TypeReply>(5, "relay");
+    method.setResult(outcome);
+    method.clearResult();
+    EXPECT_FALSE(method.isResultSet());
+    EXPECT_EQ(method.returnCode(), -1);
+    EXPECT_FALSE(method.getResult().reply);
+    EXPECT_EQ(outcome.reply.use_count(), 1) << "the reply is released";
+}
+
 TEST(BoundMethod, CopiesTheReplyRecordWhateverTheReturnCode) {
     for (const int code : {0, 5, -1}) {
         BoundMethod<TypeReply> method("call", container, {});

@@ -1,5 +1,6 @@
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -27,6 +28,15 @@ TEST(MulticallQueue, KeepsTheOrderOfAddingAndDuplicates) {
     for (const auto& each : {b, a, b, std::shared_ptr<Method>()})
         queue.add(each);
     EXPECT_EQ(queue.getMethods(), (Methods{b, a, b, nullptr}));
+}
+
+TEST(MulticallQueue, CanBeReadWhereItMustNotBeEdited) {
+    MulticallQueue queue;
+    const auto a = method("a");
+    queue.add(a);
+    const auto& read = queue;
+    EXPECT_EQ(read.getMethods(), Methods{a});
+    static_assert(std::is_const_v<std::remove_reference_t<decltype(read.getMethods())>>);
 }
 
 TEST(MulticallQueue, CanBeEdited) {

@@ -1,5 +1,8 @@
 #include <array>
+#include <concepts>
+#include <cstddef>
 #include <locale>
+#include <sstream>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -162,6 +165,27 @@ TEST(LibraryVersion, IsPublished) {
     EXPECT_EQ(TAVO::ClientLibraryMinorVersion, 0);
     EXPECT_EQ(TAVO::ClientLibraryBugfixVersion, 0);
     EXPECT_EQ(std::string(TAVO::ClientLibraryVersion), "2.0.0.0");
+}
+
+TEST(Version, ComparesWithTextLiterals) {
+    const Version version("1.1");
+    EXPECT_TRUE(version == "1.1");
+    EXPECT_TRUE("1.1" == version);
+    EXPECT_TRUE(version != "1.0");
+    EXPECT_TRUE(version < "1.2");
+    EXPECT_TRUE(version <= "1.1.5");
+    EXPECT_TRUE(version > "1.0");
+    EXPECT_TRUE(version >= "1.1");
+    EXPECT_TRUE(version == std::string("1.1"));
+    EXPECT_FALSE((std::constructible_from<Version, std::nullptr_t>));
+    EXPECT_EQ(failureOf<TAVO::SpecificationError>([&] { static_cast<void>(version == "new"); }),
+              "Could not parse version string: new");
+}
+
+TEST(Version, IsPrintedAsItsText) {
+    std::ostringstream out;
+    out << Version("1.2") << ' ' << Version(" 1 . 2");
+    EXPECT_EQ(out.str(), "1.2  1 . 2");
 }
 
 } // namespace

@@ -29,7 +29,7 @@ function(build_and_run name package)
   pkg_config(compile --cflags ${package})
   pkg_config(link --libs ${static} ${package})
   separate_arguments(flags UNIX_COMMAND "${FLAGS}")
-  step(${LAUNCHER} "${COMPILER}" ${flags} -std=c++20 -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
+  step(${LAUNCHER} "${COMPILER}" ${flags} -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
     ${compile} -c "${CMAKE_CURRENT_LIST_DIR}/sources/${name}.cpp" -o "${WORK}/${name}.o")
   step("${COMPILER}" ${flags} "${WORK}/${name}.o" ${link} -o "${WORK}/${name}")
   step("${WORK}/${name}")

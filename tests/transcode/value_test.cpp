@@ -1,3 +1,5 @@
+#include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <ostream>
@@ -5,6 +7,7 @@
 #include <string>
 #include <tuple>
 #include <utility>
+#include <variant>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -240,6 +243,20 @@ INSTANTIATE_TEST_SUITE_P(
         NumberCase{"u64", signedValue(-1), false}, NumberCase{"u64", unsignedValue(highestUnsigned64), true},
         NumberCase{"flag", signedValue(-1), false}, NumberCase{"flag", signedValue(1), true},
         NumberCase{"flag", unsignedValue(2), false}, NumberCase{"i32", Value(true), true}));
+
+TEST(Value, TakesNumbersOfEveryWidth) {
+    EXPECT_EQ(Value(5u), unsignedValue(5));
+    EXPECT_EQ(Value(std::uint8_t{255}), unsignedValue(255));
+    EXPECT_EQ(Value(std::uint16_t{5}), unsignedValue(5));
+    EXPECT_EQ(Value(std::size_t{5}), unsignedValue(5));
+    EXPECT_EQ(Value(5), signedValue(5));
+    EXPECT_EQ(Value(std::int8_t{-5}), signedValue(-5));
+    EXPECT_EQ(Value(-5L), signedValue(-5));
+    EXPECT_EQ(Value(-5LL), signedValue(-5));
+    EXPECT_TRUE(std::holds_alternative<bool>(Value(true).data));
+    EXPECT_EQ(Value("text"), text("text"));
+    EXPECT_FALSE((std::constructible_from<Value, double>));
+}
 
 TEST(FieldDescriptions, TellNamesAndTypesInOrder) {
     const auto fields = describeFields<Numbers>();

@@ -18,6 +18,9 @@ public:
 
     /// Remote method "set".
     std::shared_ptr<TAVO::Method> getSetMethod(bool state) const;
+    /// A text such as "on" would be true, whatever it says.
+    template <class T>
+    std::shared_ptr<TAVO::Method> getSetMethod(T* text) const = delete;
     /// Remote method "toggle". What the integer means (a duration, a count) is the device's to define.
     std::shared_ptr<TAVO::Method> getToggleMethod(int value) const;
     /// Remote method "get".

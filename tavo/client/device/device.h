@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -68,6 +69,15 @@ public:
     /// The one operation that another thread or a signal handler may call; the device must not be destroyed
     /// meanwhile. Does nothing for a class of devices that knows no better.
     virtual void interrupt() noexcept;
+    /// Whether this device holds the lock, as far as is known here: the device is not asked. False for a
+    /// class of devices that has no lock.
+    virtual bool isLocked() const noexcept;
+    /// Whether there is a connection, as far as is known here: one that the peer has ended meanwhile counts
+    /// until the next call, which makes it anew. False for a class of devices that has no connection.
+    virtual bool isConnected() const noexcept;
+    /// How often the connection was made anew since the device was made. What a connection carries alone,
+    /// such as a login, was lost each time; the lock stays. 0 for a class of devices that has no connection.
+    virtual std::uint64_t reconnects() const noexcept;
 
     /// The "device" object; empty until it is set.
     std::shared_ptr<Device_v1_0> getDevice() const { return device_; }

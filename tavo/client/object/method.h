@@ -53,11 +53,11 @@ public:
     /// The status word that the device returned: 0 is success, -1 also means that no result is set. Not an
     /// exception: it is the caller's to look at.
     int returnCode() const { return result_.code; }
+    /// Releases the result: the Method is as before its execution, and can be executed again.
+    void clearResult();
 
 protected:
     const dto::result& storedResult() const { return result_; }
-    /// As before the execution.
-    void clearResult();
 
 private:
     Method(const std::string& name, const Container& container, const Object_v1_0* object,

@@ -22,6 +22,7 @@ public:
 
     /// The queue itself, to read or to edit between exchanges.
     std::deque<std::shared_ptr<Method>>& getMethods() { return methods_; }
+    const std::deque<std::shared_ptr<Method>>& getMethods() const { return methods_; }
 
 private:
     std::deque<std::shared_ptr<Method>> methods_;

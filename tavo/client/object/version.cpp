@@ -3,6 +3,7 @@
 #include <cctype>
 #include <initializer_list>
 #include <locale>
+#include <ostream>
 #include <sstream>
 
 #include <tavo/client/wire/error.h>
@@ -84,5 +85,7 @@ bool Version::operator<(const Version& other) const {
         return minor < other.minor;
     return bugfix == DontCare || other.bugfix == DontCare || bugfix < other.bugfix;
 }
+
+std::ostream& operator<<(std::ostream& out, const Version& version) { return out << version.text; }
 
 } // namespace TAVO

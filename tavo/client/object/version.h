@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <iosfwd>
 #include <string>
 
 #include <tavo/client/export.h>
@@ -23,6 +25,10 @@ public:
     /// Parses the text, see initFromString().
     /// @throws SpecificationError "Could not parse version string: " and the text.
     Version(const std::string& text);
+    /// The same, so that versions compare with text literals: `version == "1.1"`.
+    Version(const char* versionText)
+        : Version(std::string(versionText)) {}
+    Version(std::nullptr_t) = delete;
     /// The numbers of a reply, as they are; the text is made from them and ends before the first part that is
     /// DontCare (0xFFFFFFFF on the wire): 1, 1, DontCare is "1.1".
     Version(const dto::Base::Version& version);
@@ -47,5 +53,8 @@ public:
     std::int32_t minor;
     std::int32_t bugfix;
 };
+
+/// Prints the text.
+TAVO_API std::ostream& operator<<(std::ostream& out, const Version& version);
 
 } // namespace TAVO

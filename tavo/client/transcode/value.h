@@ -1,8 +1,11 @@
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <type_traits>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -23,10 +26,19 @@ struct TAVO_API Value {
 
     std::variant<bool, std::int64_t, std::uint64_t, std::string, Bytes, List, Record> data;
 
+    /// Whole numbers of any width but bool.
+    template <class T>
+    static constexpr bool isNumber = std::integral<T> && !std::same_as<T, bool>;
+
     Value();
     template <class T>
-    requires(!std::same_as<std::remove_cvref_t<T>, Value>) explicit Value(T content)
+    requires(!std::same_as<T, Value> && !isNumber<T>) explicit Value(T content)
         : data(std::move(content)) {}
+    /// A number becomes std::int64_t or std::uint64_t by its own signedness.
+    template <class T>
+    requires isNumber<T>
+    explicit Value(T number)
+        : data(std::conditional_t<std::is_signed_v<T>, std::int64_t, std::uint64_t>(number)) {}
     Value(const Value&);
     Value(Value&&) noexcept;
     Value& operator=(const Value&);

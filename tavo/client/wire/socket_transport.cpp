@@ -54,11 +54,11 @@ SocketTransport::SocketTransport(const std::string& host, const std::string& por
 
 SocketTransport::~SocketTransport() { close(); }
 
-bool SocketTransport::isOpen() const noexcept { return socket_ != sockets::closedHandle; }
+bool SocketTransport::isConnected() const noexcept { return socket_ != sockets::closedHandle; }
 
 void SocketTransport::close() noexcept {
     readAheadBegin_ = readAheadEnd_ = 0;
-    if (!isOpen())
+    if (!isConnected())
         return;
     interrupter_->withdraw(socket_);
     sockets::close(socket_);
@@ -98,7 +98,7 @@ void SocketTransport::connectAnew() {
         failure = {sockets::ConnectStep::resolve, sockets::noSuchPortText()};
     else if (!givesUp())
         failure = sockets::connect(host_, port_, socket_, givesUp);
-    if (isOpen()) {
+    if (isConnected()) {
         ++connectionNumber_;
         interrupter_->publish(socket_);
     }
@@ -116,7 +116,7 @@ bool SocketTransport::renew() noexcept {
 bool SocketTransport::hasUnaskedBytes() noexcept {
     if (readAheadBegin_ < readAheadEnd_)
         return true;
-    if (!isOpen())
+    if (!isConnected())
         return false;
     ++counters_.polls;
     if (!sockets::pollReadable(socket_))
@@ -151,7 +151,7 @@ void SocketTransport::prepareToSend() {
     // An interrupt from before this exchange ends the connection, not the exchange.
     if (connectionBegin_ != exchangeBegin_)
         close();
-    if (!isOpen()) {
+    if (!isConnected()) {
         connectUnlessKept();
         return;
     }
@@ -251,7 +251,7 @@ const std::uint8_t* SocketTransport::receiveInPlace(std::uint64_t length) {
     if (length > readAheadCapacity)
         return nullptr;
     while (readAheadEnd_ - readAheadBegin_ < length) {
-        if (!isOpen())
+        if (!isConnected())
             failReceive(sockets::notConnected());
         const auto room = 2 * readAheadCapacity - readAheadEnd_;
         const auto missing = length - (readAheadEnd_ - readAheadBegin_);
@@ -268,7 +268,7 @@ const std::uint8_t* SocketTransport::receiveInPlace(std::uint64_t length) {
 void SocketTransport::receiveAll(std::uint8_t* buffer, std::uint64_t length) {
     if (length == 0)
         return;
-    if (!isOpen())
+    if (!isConnected())
         failReceive(sockets::notConnected());
     while (true) {
         const auto taken = takeReadAhead(buffer, length);

@@ -98,10 +98,12 @@ public:
     /// connect() makes a new connection all the same.
     void keepConnection(bool kept) noexcept override;
 
+    /// Whether the transport is open.
+    bool isConnected() const noexcept override;
+
     const TransportCounters& counters() const noexcept { return counters_; }
 
 private:
-    bool isOpen() const noexcept;
     bool isInterrupted() const noexcept;
     [[noreturn]] void endInterrupted();
     [[noreturn]] void failReceive(int error);

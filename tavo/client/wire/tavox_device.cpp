@@ -86,6 +86,15 @@ void TAVOXDevice::multicall(std::shared_ptr<MulticallQueue> queue) {
 
 void TAVOXDevice::interrupt() noexcept { connection_->transport->interrupt(); }
 
+bool TAVOXDevice::isLocked() const noexcept { return lock_.id != 0; }
+
+bool TAVOXDevice::isConnected() const noexcept { return connection_->transport->isConnected(); }
+
+std::uint64_t TAVOXDevice::reconnects() const noexcept {
+    const auto connections = connection_->transport->connectionNumber();
+    return connections > 0 ? connections - 1 : 0;
+}
+
 void TAVOXDevice::callMethods(std::deque<std::shared_ptr<Method>> methods) {
     connection_->exchange.run(lock_.id, methods);
 }

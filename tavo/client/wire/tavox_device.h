@@ -72,6 +72,10 @@ protected:
 
 public:
     void interrupt() noexcept override;
+    bool isLocked() const noexcept override;
+    bool isConnected() const noexcept override;
+    /// One less than the number of the transport's connection: 0 where the transport counts none.
+    std::uint64_t reconnects() const noexcept override;
 
     /// Executes the batch in one exchange and stores each result in its Method.
     ///

@@ -18,4 +18,6 @@ std::uint64_t Transport::connectionNumber() const noexcept { return 0; }
 
 void Transport::keepConnection(bool) noexcept {}
 
+bool Transport::isConnected() const noexcept { return true; }
+
 } // namespace TAVO

@@ -58,6 +58,10 @@ public:
     /// checked. Does nothing by default.
     virtual void keepConnection(bool kept) noexcept;
 
+    /// Whether there is a connection, as far as is known here: nothing is asked of the system, and what the
+    /// peer has ended meanwhile counts until the next send. True by default.
+    virtual bool isConnected() const noexcept;
+
 protected:
     Transport() = default;
 };
