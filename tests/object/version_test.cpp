@@ -175,7 +175,7 @@ TEST(Version, ComparesWithTextLiterals) {
     EXPECT_TRUE(version < "1.2");
     EXPECT_TRUE(version <= "1.1.5");
     EXPECT_TRUE(version > "1.0");
-    EXPECT_TRUE(version >= "1.1");
+    EXPECT_TRUE(Version("1.2.3") >= "1.2.3");
     EXPECT_TRUE(version == std::string("1.1"));
     EXPECT_FALSE((std::constructible_from<Version, std::nullptr_t>));
     EXPECT_EQ(failureOf<TAVO::SpecificationError>([&] { static_cast<void>(version == "new"); }),
