@@ -3,26 +3,29 @@
 simulator_pid=
 simulator_output=
 
+# await_port WHO PID LOG SCRIPT: waits until the process has said where it listens; sets port to what sed's script prints
+# of the log first. Shows the log when the process ends before, or says nothing for ten seconds.
+await_port() {
+    local waited=0
+    while port=$(sed -n "$4" "$3" | head -n 1) && [ -z "$port" ]; do
+        if ! kill -0 "$2" 2>/dev/null || [ "$waited" -ge 200 ]; then
+            echo "$1 does not start:" >&2
+            cat "$3" >&2
+            return 1
+        fi
+        sleep 0.05
+        waited=$((waited + 1))
+    done
+}
+
 # start_simulator PROGRAM [ARGUMENT ...]: runs it on a free port and waits until it listens; sets simulator_port.
 start_simulator() {
     simulator_output=$(mktemp)
     trap stop_simulator EXIT
     "$@" --port 0 >"$simulator_output" 2>&1 </dev/null &
     simulator_pid=$!
-    simulator_port=
-    local waited=0
-    while [ -z "$simulator_port" ]; do
-        simulator_port=$(sed -n 's/^.*[^0-9.]\([0-9]\{1,5\}\)[^0-9]*$/\1/p' "$simulator_output" | head -n 1)
-        if [ -z "$simulator_port" ]; then
-            if ! kill -0 "$simulator_pid" 2>/dev/null || [ "$waited" -ge 200 ]; then
-                echo "The simulator does not start:" >&2
-                cat "$simulator_output" >&2
-                return 1
-            fi
-            sleep 0.05
-            waited=$((waited + 1))
-        fi
-    done
+    await_port "The simulator" "$simulator_pid" "$simulator_output" 's/^.*[^0-9.]\([0-9]\{1,5\}\)[^0-9]*$/\1/p' || return 1
+    simulator_port=$port
 }
 
 stop_simulator() {

@@ -24,20 +24,8 @@ key = $stunnel_folder/gateway.key
 EOF
     stunnel4 "$stunnel_folder/stunnel.conf" >"$stunnel_folder/log" 2>&1 </dev/null &
     stunnel_pid=$!
-    stunnel_port=
-    local waited=0
-    while [ -z "$stunnel_port" ]; do
-        stunnel_port=$(sed -n 's/^.* bound to 127\.0\.0\.1:\([0-9]*\)$/\1/p' "$stunnel_folder/log")
-        if [ -z "$stunnel_port" ]; then
-            if ! kill -0 "$stunnel_pid" 2>/dev/null || [ "$waited" -ge 200 ]; then
-                echo "stunnel does not start:" >&2
-                cat "$stunnel_folder/log" >&2
-                return 1
-            fi
-            sleep 0.05
-            waited=$((waited + 1))
-        fi
-    done
+    await_port stunnel "$stunnel_pid" "$stunnel_folder/log" 's/^.* bound to 127\.0\.0\.1:\([0-9]*\)$/\1/p' || return 1
+    stunnel_port=$port
 }
 
 stop_stunnel() {
