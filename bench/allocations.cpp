@@ -1,7 +1,7 @@
 #include <bench/allocation_count.h>
 #include <bench/bench.h>
 
-#include <tavo/client/wire/call_exchange.h>
+#include <tavo/client/exchange/call_exchange.h>
 #include <tavo/client/wire/socket_transport.h>
 
 namespace bench {

@@ -6,7 +6,7 @@
 #include <stdexcept>
 
 #include <bench/prepared_transport.h>
-#include <tavo/client/wire/call_exchange.h>
+#include <tavo/client/exchange/call_exchange.h>
 
 namespace bench {
 

@@ -6,7 +6,7 @@
 
 #include <bench/measured_pieces.h>
 #include <bench/prepared_transport.h>
-#include <tavo/client/wire/call_exchange.h>
+#include <tavo/client/exchange/call_exchange.h>
 #include <tavo/client/wire/socket_transport.h>
 
 namespace bench {

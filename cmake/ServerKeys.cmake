@@ -83,7 +83,7 @@ function(tavo_write_server_keys_source keys source)
   endforeach()
   file(CONFIGURE OUTPUT "${source}" @ONLY CONTENT
 "// Written by the build from the file that TAVO_SERVER_KEYS_FILE names.
-#include <tavo/client/device/server_keys.h>
+#include <tavo/client/exchange/server_keys.h>
 
 namespace TAVO {
 

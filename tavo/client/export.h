@@ -13,3 +13,10 @@
 #else
 #define TAVO_API __attribute__((visibility("default")))
 #endif
+
+/// The same for class templates: an application makes its own of them on Windows, and shares them elsewhere.
+#if defined(_WIN32)
+#define TAVO_TEMPLATE_API
+#else
+#define TAVO_TEMPLATE_API TAVO_API
+#endif

@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include <tavo/client/method_tables.h>
+#include <tavo/client/commonmodules/common_modules_objects.h>
+#include <tavo/client/device/core_objects.h>
+#include <tavo/client/hwdebug/hwd_objects.h>
+#include <tavo/client/object/method_tables.h>
 #include <tavo/client/object/object.h>
 #include <tavo/client/object/version.h>
 #include <tavo/simulator/appliance.h>
@@ -18,6 +21,13 @@ dto::Base::Version wireVersion(const std::string& text) {
     const Version version(text);
     return {static_cast<std::uint32_t>(version.major), static_cast<std::uint32_t>(version.minor),
             static_cast<std::uint32_t>(version.bugfix)};
+}
+
+/// Their rows are what the objects' methods are made from.
+void registerLibraryTypes() {
+    CoreObjects::registerCoreObjects();
+    HWDebug::HwdObjects::registerCoreObjects();
+    CommonModules::CommonModulesObjects::registerCoreObjects();
 }
 
 std::string fieldList(const std::vector<FieldDescription>& fields) {
@@ -39,6 +49,7 @@ std::string signatureOf(const TAVOXTranscode::MethodRow& row) {
 SimulatedObject::SimulatedObject(std::string type, const std::string& version)
     : type_(std::move(type))
     , version_(wireVersion(version)) {
+    registerLibraryTypes();
     for (const auto& row : TAVOXTranscode::base_v1_0::rows())
         addMethod(row);
     for (const auto& row : methodRows(type_, version))
@@ -98,24 +109,11 @@ void SimulatedObject::setHandler(std::string_view method,
 
 void SimulatedObject::serveBaseMethods() {
     using namespace dto::Base;
-    on<None, TypeReply>(
-        "type",
-        [this] {
-            TypeReply reply;
-            reply.type = type_;
-            return reply;
-        },
-        Access::open);
-    on<None, VersionReply>(
-        "version",
-        [this] {
-            VersionReply reply;
-            reply.version = version_;
-            return reply;
-        },
-        Access::open);
-    on<None, MembersReply>(
-        "members",
+    namespace base = TAVOXTranscode::base_v1_0;
+    on(base::type, [this] { return makeRecord<TypeReply>(type_); }, Access::open);
+    on(base::version, [this] { return makeRecord<VersionReply>(version_); }, Access::open);
+    on(
+        base::members,
         [this] {
             MembersReply reply;
             for (const auto& member : members_)
@@ -123,23 +121,16 @@ void SimulatedObject::serveBaseMethods() {
             return reply;
         },
         Access::open);
-    on<None, MethodsReply>(
-        "methods", [this] { return methodList(false); }, Access::open);
-    on<None, MethodsReply>(
-        "methodsVerbose", [this] { return methodList(true); }, Access::open);
-    on<None, AvailableReply>(
-        "available",
+    on(base::methods, [this] { return methodList(false); }, Access::open);
+    on(base::methodsVerbose, [this] { return methodList(true); }, Access::open);
+    on(
+        base::available,
         [this] {
-            AvailableReply reply;
-            reply.available = reservation_ ? 0 : 1;
-            if (reservation_) {
-                reply.user = reservation_->user;
-                reply.info = reservation_->info;
-            }
-            return reply;
+            const auto holder = reservation_.value_or(Reservation{});
+            return makeRecord<AvailableReply>(!reservation_, holder.user, holder.info);
         },
         Access::open);
-    on<ReserveRequest, None>("reserve", [this](const ReserveRequest& request) {
+    on(base::reserve, [this](const ReserveRequest& request) {
         if (std::max(request.first.size(), request.second.size()) > limits::reservationText)
             throw Refusal(return_code::badArgument);
         const bool takesOver = request.flag != 0;
@@ -147,7 +138,7 @@ void SimulatedObject::serveBaseMethods() {
             throw Refusal(return_code::busy);
         reservation_ = Reservation{request.first, request.second};
     });
-    on<None, None>("unreserve", [this] { reservation_.reset(); });
+    on(base::unreserve, [this] { reservation_.reset(); });
 }
 
 void SimulatedObject::reset() {}

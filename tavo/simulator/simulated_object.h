@@ -13,6 +13,8 @@
 #include <vector>
 
 #include <tavo/client/transcode/base_records.h>
+#include <tavo/client/transcode/call.h>
+#include <tavo/client/transcode/make_record.h>
 #include <tavo/client/transcode/method_row.h>
 #include <tavo/simulator/call_context.h>
 #include <tavo/simulator/export.h>
@@ -21,7 +23,8 @@ namespace TAVO::simulator {
 
 class Appliance;
 
-/// Stands for "no parameters" or "status only" in SimulatedObject::on().
+/// For handlers: a reply from one argument for each of its fields.
+using TAVOXTranscode::makeRecord;
 using TAVOXTranscode::None;
 
 /// Who may make a call while a user holds the appliance's lock.
@@ -55,8 +58,8 @@ struct Reservation {
 /// @code
 /// Relay::Relay()
 ///     : SimulatedObject("relay", "1.0") {
-///     on<None, dto::relay::GetReply>("get", [this](CallContext& call) { ... return reply; });
-///     on<dto::relay::SetRequest, None>("set", [this](const dto::relay::SetRequest& request) { ... });
+///     on(relay_v1_0::get, [this](CallContext& call) { return makeRecord<GetReply>(stateAt(call.elapsed())); });
+///     on(relay_v1_0::set, [this](const SetRequest& request) { set(request.state); });
 /// }
 /// @endcode
 ///
@@ -66,8 +69,8 @@ struct Reservation {
 /// Handlers run one at a time, with the appliance locked (Simulator::inspect); they must not block.
 class TAVO_SIMULATOR_API SimulatedObject {
 public:
-    /// The methods are the rows of that type and version, or none beside the eight of every object when the
-    /// client library knows no such type. "1.0" is the version (1, 0, any) on the wire, "1.0.3" (1, 0, 3).
+    /// The methods are those that the client library, or a TypeFactory of the application's own, has for that
+    /// type and version, or none beside the eight of every object when there are none. "1.0" is the version (1, 0, any) on the wire, "1.0.3" (1, 0, 3).
     SimulatedObject(std::string type, const std::string& version);
     virtual ~SimulatedObject();
     SimulatedObject(const SimulatedObject&) = delete;
@@ -101,15 +104,16 @@ public:
     SimulatedObject& add(const std::string& name, std::unique_ptr<SimulatedObject> object);
     const std::vector<std::unique_ptr<SimulatedObject>>& members() const { return members_; }
 
-    /// Gives the named method its handler, or another one.
+    /// Gives the method of that call its handler, or another one.
     ///
-    /// The handler takes the request (unless `Request` is None), and then, if it likes, a CallContext&. It
-    /// returns a `Reply` or an `Answer<Reply>`; for a `Reply` of None it returns nothing or the return code.
-    /// It may throw Refusal and DeviceFault.
+    /// The handler takes the request, where the call has one, and then, if it likes, a CallContext&. It
+    /// returns the reply record or an Answer of it; where the call has none, nothing or the return code. It
+    /// may throw Refusal and DeviceFault.
     /// @throws std::logic_error when the object has no such method, or the method has other records.
     template <class Request, class Reply, class Handler>
-    void on(std::string_view method, Handler handler, Access access = Access::locked) {
-        setHandler(method, matches<dto::request_packet, Request>, matches<dto::reply_packet, Reply>,
+    void on(const TAVOXTranscode::Call<Request, Reply>& call, Handler handler,
+            Access access = Access::locked) {
+        setHandler(call.name, matches<dto::request_packet, Request>, matches<dto::reply_packet, Reply>,
                    erased<Request, Reply>(std::move(handler)), access);
     }
 

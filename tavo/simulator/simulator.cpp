@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include <tavo/client/device/server_keys.h>
+#include <tavo/client/exchange/server_keys.h>
 #include <tavo/simulator/internal/call_log.h>
 #include <tavo/simulator/internal/server.h>
 #include <tavo/simulator/topology.h>

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <utility>
 
-#include <tavo/client/method_tables.h>
+#include <tavo/client/object/method_tables.h>
 #include <tests/support/fake_appliance.h>
 #include <tests/support/said_value.h>
 

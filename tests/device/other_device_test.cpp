@@ -4,7 +4,7 @@
 
 #include <tavo/client/commonmodules/relay.h>
 #include <tavo/client/object/multicall_queue.h>
-#include <tavo/client/wire/tavox_device.h>
+#include <tavo/client/exchange/tavox_device.h>
 #include <tests/device/opened_device.h>
 
 namespace {

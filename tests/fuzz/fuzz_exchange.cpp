@@ -8,7 +8,7 @@
 
 #include <tavo/client/object/object.h>
 #include <tavo/client/wire/byte_order.h>
-#include <tavo/client/wire/call_exchange.h>
+#include <tavo/client/exchange/call_exchange.h>
 #include <tavo/client/wire/error.h>
 #include <tests/fuzz/fuzz_input.h>
 #include <tests/fuzz/method_choice.h>

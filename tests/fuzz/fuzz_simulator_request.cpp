@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <string>
 
-#include <tavo/client/method_tables.h>
+#include <tavo/client/object/method_tables.h>
 #include <tavo/client/transcode/base_tables.h>
 #include <tavo/client/wire/byte_order.h>
 #include <tavo/simulator/internal/limits.h>

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include <tavo/client/method_tables.h>
+#include <tavo/client/object/method_tables.h>
 
 namespace fuzz {
 

@@ -221,7 +221,7 @@ std::string contentOf(const std::string& path) {
 }
 
 void addServerKeys(Seeds& seeds) {
-    const auto development = contentOf("tavo/client/device/development_server_keys.txt");
+    const auto development = contentOf("tavo/client/exchange/development_server_keys.txt");
     const auto keys = development.substr(development.find("0 0 "));
     seeds.add("fuzz_server_keys", development);
     seeds.add("fuzz_server_keys", keys);

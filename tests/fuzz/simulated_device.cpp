@@ -4,7 +4,7 @@
 #include <map>
 
 #include <tavo/client.h>
-#include <tavo/client/device/server_keys.h>
+#include <tavo/client/exchange/server_keys.h>
 #include <tavo/simulator/internal/object_description.h>
 #include <tavo/simulator/simulator.h>
 #include <tavo/simulator/topology.h>

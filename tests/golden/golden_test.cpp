@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <tavo/cli/json_value.h>
-#include <tavo/client/method_tables.h>
+#include <tavo/client/object/method_tables.h>
 #include <tests/support/allocation_meter.h>
 #include <tests/support/golden_vectors.h>
 

@@ -6,12 +6,12 @@
 #include <span>
 #include <vector>
 
-#include <tavo/client/method_tables.h>
+#include <tavo/client/object/method_tables.h>
 #include <tavo/client/object/object.h>
 #include <tavo/client/transcode/codec.h>
 #include <tavo/client/transcode/device_tables.h>
 #include <tavo/client/transcode/system_tables.h>
-#include <tavo/client/wire/call_exchange.h>
+#include <tavo/client/exchange/call_exchange.h>
 #include <tavo/client/wire/error.h>
 #include <tests/support/fake_device.h>
 

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include <tavo/client/method_tables.h>
+#include <tavo/client/object/method_tables.h>
 #include <tavo/client/object/method.h>
 #include <tavo/client/object/object.h>
 #include <tavo/client/wire/error.h>

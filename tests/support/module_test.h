@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <tavo/cli/json_value.h>
-#include <tavo/client/method_tables.h>
+#include <tavo/client/object/method_tables.h>
 #include <tavo/client/object/object_factory.h>
 #include <tests/support/fake_device.h>
 

@@ -22,7 +22,7 @@
 #include <tavo/client/hwdebug/lpc_post_code_tables.h>
 #include <tavo/client/hwdebug/lpc_rom_emulation_tables.h>
 #include <tavo/client/hwdebug/lpc_tables.h>
-#include <tavo/client/method_tables.h>
+#include <tavo/client/object/method_tables.h>
 #include <tavo/client/transcode/device_tables.h>
 #include <tavo/client/transcode/header_status_tables.h>
 #include <tavo/client/transcode/system_tables.h>

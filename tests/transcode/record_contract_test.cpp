@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <tavo/client/commonmodules/relay_tables.h>
-#include <tavo/client/method_tables.h>
+#include <tavo/client/object/method_tables.h>
 #include <tavo/client/transcode/device_tables.h>
 #include <tavo/client/transcode/header_status_tables.h>
 #include <tavo/client/transcode/system_tables.h>

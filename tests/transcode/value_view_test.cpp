@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include <tavo/client/method_tables.h>
+#include <tavo/client/object/method_tables.h>
 #include <tavo/client/transcode/base_records.h>
 #include <tavo/client/transcode/value_view.h>
 #include <tavo/client/transcode/value_view_codec.h>

@@ -1,40 +1,39 @@
 #include <tavo/client/commonmodules/cfa633.h>
 
-#include <utility>
+#include <tavo/client/transcode/internal/function_names.h>
+#include <tavo/client/transcode/table.h>
+
+namespace CommonModules::TAVOXTranscode::cfa633_v1_0 {
+
+namespace {
+
+constexpr auto table = tableOf(lcdPrint, lcdClear, lcdBackLight);
+
+} // namespace
+
+MethodRows rows() noexcept { return table; }
+
+TAVO_FUNCTION_NAMES(lcdPrint);
+TAVO_FUNCTION_NAMES(lcdClear);
+TAVO_FUNCTION_NAMES(lcdBackLight);
+
+} // namespace CommonModules::TAVOXTranscode::cfa633_v1_0
 
 namespace CommonModules {
 
-using TAVOXTranscode::makeRequest;
-
-Cfa633_v1_0::Cfa633_v1_0(std::shared_ptr<TAVO::Device> device, const std::string& name,
-                         std::uint32_t instanceId, std::shared_ptr<TAVO::Container> parent,
-                         const TAVOXTranscode::cfa633_v1_0::EncoderList& encoders,
-                         const TAVOXTranscode::cfa633_v1_0::DecoderList& decoders)
-    : Object_v1_0(std::move(device), name, instanceId, std::move(parent), encoders, decoders) {}
-
-Cfa633_v1_0::~Cfa633_v1_0() = default;
+namespace cfa633_v1_0 = TAVOXTranscode::cfa633_v1_0;
 
 std::shared_ptr<TAVO::Method> Cfa633_v1_0::getLcdPrintMethod(int first, int second, std::string text) const {
-    return prepare("lcdPrint",
-                   makeRequest<TAVO::dto::cfa633::LcdPrintRequest>(first, second, std::move(text)));
+    return make(cfa633_v1_0::lcdPrint, first, second, std::move(text));
 }
 
-std::shared_ptr<TAVO::Method> Cfa633_v1_0::getLcdClearMethod() const { return prepare("lcdClear"); }
+std::shared_ptr<TAVO::Method> Cfa633_v1_0::getLcdClearMethod() const { return make(cfa633_v1_0::lcdClear); }
 
 std::shared_ptr<TAVO::Method> Cfa633_v1_0::getLcdBackLightMethod(int level) const {
-    return prepare("lcdBackLight", makeRequest<TAVO::dto::cfa633::LcdBackLightRequest>(level));
+    return make(cfa633_v1_0::lcdBackLight, level);
 }
 
 Cfa633Factory::Cfa633Factory()
-    : ObjectFactory("cfa633") {}
-
-std::shared_ptr<TAVO::Container> Cfa633Factory::build(std::shared_ptr<TAVO::Device> device,
-                                                      std::shared_ptr<TAVO::Container> parent,
-                                                      const std::string& name, std::uint32_t instanceId,
-                                                      std::shared_ptr<TAVO::Object_v1_0> probe) {
-    requireAtMostOneZero("cfa633", probe->version());
-    namespace tables = TAVOXTranscode::cfa633_v1_0;
-    return create<Cfa633_v1_0>(device, parent, name, instanceId, tables::encoders(), tables::decoders());
-}
+    : TypeFactory("cfa633", {servedBy<Cfa633_v1_0>("1.0", isAtMostOneZero)}) {}
 
 } // namespace CommonModules

@@ -3,11 +3,88 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <vector>
 
-#include <tavo/client/commonmodules/com_tables.h>
+#include <tavo/client/commonmodules/namespaces.h>
 #include <tavo/client/export.h>
-#include <tavo/client/object/object_factory.h>
+#include <tavo/client/object/type_factory.h>
+#include <tavo/client/transcode/base_tables.h>
+#include <tavo/client/transcode/field.h>
+#include <tavo/client/transcode/packet.h>
+
+/// Records of the "com" object. What a neutrally named member stands for is the device's to define.
+namespace TAVO::dto::com {
+
+/// "open": the line settings.
+struct TAVO_API OpenRequest : request_packet {
+    std::int32_t value1 = 0;
+    std::int32_t value2 = 0;
+    bool flag1 = false;
+    bool flag2 = false;
+    std::int32_t value3 = 0;
+    bool flag3 = false;
+    bool flag4 = false;
+    bool flag5 = false;
+    bool flag6 = false;
+    bool operator==(const OpenRequest&) const = default;
+    template <class Self = OpenRequest>
+    static constexpr auto fields() {
+        return std::tuple{
+            Field{"value1", &Self::value1}, Field{"value2", &Self::value2}, Field{"flag1", &Self::flag1},
+            Field{"flag2", &Self::flag2},   Field{"value3", &Self::value3}, Field{"flag3", &Self::flag3},
+            Field{"flag4", &Self::flag4},   Field{"flag5", &Self::flag5},   Field{"flag6", &Self::flag6}};
+    }
+};
+
+/// "send"
+struct TAVO_API SendRequest : request_packet {
+    std::vector<std::uint8_t> data;
+    bool operator==(const SendRequest&) const = default;
+    template <class Self = SendRequest>
+    static constexpr auto fields() {
+        return std::tuple{Field{"data", &Self::data}};
+    }
+};
+
+/// "recv"
+struct TAVO_API RecvRequest : request_packet {
+    std::int32_t value = 0;
+    bool operator==(const RecvRequest&) const = default;
+    template <class Self = RecvRequest>
+    static constexpr auto fields() {
+        return std::tuple{Field{"value", &Self::value}};
+    }
+};
+
+/// "recv"
+struct TAVO_API RecvReply : reply_packet {
+    std::vector<std::uint8_t> data;
+    bool operator==(const RecvReply&) const = default;
+    template <class Self = RecvReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"data", &Self::data}};
+    }
+};
+
+} // namespace TAVO::dto::com
+
+/// Method tables of the "com" object. Shaped like every type's tables, see base_v1_0.
+namespace CommonModules::TAVOXTranscode::com_v1_0 {
+
+inline constexpr Call<TAVO::dto::com::OpenRequest> open{"open"};
+inline constexpr Call<> close{"close"};
+inline constexpr Call<TAVO::dto::com::RecvRequest, TAVO::dto::com::RecvReply> recv{"recv"};
+inline constexpr Call<TAVO::dto::com::SendRequest> send{"send"};
+
+TAVO_API MethodRows rows() noexcept;
+using EncoderList = EncoderListOf<rows>;
+using DecoderList = DecoderListOf<rows>;
+
+TAVO_API extern EncoderFunction &encode_open, &encode_close, &encode_recv, &encode_send;
+TAVO_API extern DecoderFunction &decode_open, &decode_close, &decode_recv, &decode_send;
+
+} // namespace CommonModules::TAVOXTranscode::com_v1_0
 
 namespace TAVO::dto {
 
@@ -20,10 +97,8 @@ namespace CommonModules {
 
 /// Proxy of a "com" object, the appliance's serial port. Its operations build calls and
 /// send nothing; each throws TAVO::SpecificationError when the device does not list the method.
-class TAVO_API Com_v1_0 : public TAVO::Object_v1_0 {
+class TAVO_API Com_v1_0 : public TAVO::Proxy<TAVOXTranscode::com_v1_0::rows> {
 public:
-    ~Com_v1_0() override;
-
     /// Opens the port. What each of the nine line settings means is the device's to define.
     std::shared_ptr<TAVO::Method> getOpenMethod(int value1, int value2, bool flag1, bool flag2, int value3,
                                                 bool flag3, bool flag4, bool flag5, bool flag6) const;
@@ -35,24 +110,14 @@ public:
     std::shared_ptr<TAVO::BoundMethod<std::vector<int>>> getRecvMethod(int value) const;
 
 protected:
-    friend class TAVO::ObjectFactory;
-    Com_v1_0(std::shared_ptr<TAVO::Device> device, const std::string& name, std::uint32_t instanceId,
-             std::shared_ptr<TAVO::Container> parent, const TAVOXTranscode::com_v1_0::EncoderList& encoders,
-             const TAVOXTranscode::com_v1_0::DecoderList& decoders);
+    using Proxy::Proxy;
 };
 
 /// Serves type "com" up to version 1.0.
 /// A higher version is refused: TAVO::SpecificationError "Unknown com object version: " and the version.
-class TAVO_API ComFactory : public TAVO::ObjectFactory {
+class TAVO_API ComFactory : public TAVO::TypeFactory {
 public:
     ComFactory();
-
-private:
-    friend class CommonModulesObjects;
-    std::shared_ptr<TAVO::Container> build(std::shared_ptr<TAVO::Device> device,
-                                           std::shared_ptr<TAVO::Container> parent, const std::string& name,
-                                           std::uint32_t instanceId,
-                                           std::shared_ptr<TAVO::Object_v1_0> probe) override;
 };
 
 } // namespace CommonModules

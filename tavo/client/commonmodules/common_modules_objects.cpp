@@ -3,15 +3,11 @@
 #include <tavo/client/commonmodules/cfa633.h>
 #include <tavo/client/commonmodules/com.h>
 #include <tavo/client/commonmodules/relay.h>
-#include <tavo/client/transcode/internal/immortal.h>
 
 namespace CommonModules {
 
 void CommonModulesObjects::registerCoreObjects() {
-    TAVO::immortal<RelayFactory>().registerFactory();
-    TAVO::immortal<CmosRelayFactory>().registerFactory();
-    TAVO::immortal<ComFactory>().registerFactory();
-    TAVO::immortal<Cfa633Factory>().registerFactory();
+    TAVO::registerFactories<RelayFactory, CmosRelayFactory, ComFactory, Cfa633Factory>();
 }
 
 } // namespace CommonModules

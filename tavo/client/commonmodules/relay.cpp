@@ -1,66 +1,63 @@
 #include <tavo/client/commonmodules/relay.h>
 
-#include <utility>
+#include <tavo/client/transcode/internal/function_names.h>
+#include <tavo/client/transcode/table.h>
+
+namespace CommonModules::TAVOXTranscode::relay_v1_0 {
+
+namespace {
+
+constexpr auto table = tableOf(get, set, toggle);
+
+} // namespace
+
+MethodRows rows() noexcept { return table; }
+
+TAVO_FUNCTION_NAMES(get);
+TAVO_FUNCTION_NAMES(set);
+TAVO_FUNCTION_NAMES(toggle);
+
+} // namespace CommonModules::TAVOXTranscode::relay_v1_0
+
+namespace CommonModules::TAVOXTranscode::cmosRelay_v1_0 {
+
+namespace {
+
+constexpr auto table = tableOf(cmosClear);
+
+} // namespace
+
+MethodRows rows() noexcept { return table; }
+
+TAVO_FUNCTION_NAMES(cmosClear);
+
+} // namespace CommonModules::TAVOXTranscode::cmosRelay_v1_0
 
 namespace CommonModules {
 
-using TAVOXTranscode::makeRequest;
-
-Relay_v1_0::Relay_v1_0(std::shared_ptr<TAVO::Device> device, const std::string& name,
-                       std::uint32_t instanceId, std::shared_ptr<TAVO::Container> parent,
-                       const TAVOXTranscode::relay_v1_0::EncoderList& encoders,
-                       const TAVOXTranscode::relay_v1_0::DecoderList& decoders)
-    : Object_v1_0(std::move(device), name, instanceId, std::move(parent), encoders, decoders) {}
-
-Relay_v1_0::~Relay_v1_0() = default;
+namespace cmosRelay_v1_0 = TAVOXTranscode::cmosRelay_v1_0;
+namespace relay_v1_0 = TAVOXTranscode::relay_v1_0;
 
 std::shared_ptr<TAVO::Method> Relay_v1_0::getSetMethod(bool state) const {
-    return prepare("set", makeRequest<TAVO::dto::relay::SetRequest>(state));
+    return make(relay_v1_0::set, state);
 }
 
 std::shared_ptr<TAVO::Method> Relay_v1_0::getToggleMethod(int value) const {
-    return prepare("toggle", makeRequest<TAVO::dto::relay::ToggleRequest>(value));
+    return make(relay_v1_0::toggle, value);
 }
 
 std::shared_ptr<TAVO::BoundMethod<TAVO::dto::relay::GetReply>> Relay_v1_0::getGetMethod() const {
-    return prepare<TAVO::dto::relay::GetReply>("get");
+    return make(relay_v1_0::get);
 }
 
 RelayFactory::RelayFactory()
-    : ObjectFactory("relay") {}
-
-std::shared_ptr<TAVO::Container> RelayFactory::build(std::shared_ptr<TAVO::Device> device,
-                                                     std::shared_ptr<TAVO::Container> parent,
-                                                     const std::string& name, std::uint32_t instanceId,
-                                                     std::shared_ptr<TAVO::Object_v1_0> probe) {
-    // The version is asked for as in every factory, and no version is refused.
-    static_cast<void>(probe->version());
-    namespace tables = TAVOXTranscode::relay_v1_0;
-    return create<Relay_v1_0>(device, parent, name, instanceId, tables::encoders(), tables::decoders());
-}
-
-CmosRelay_v1_0::CmosRelay_v1_0(std::shared_ptr<TAVO::Device> device, const std::string& name,
-                               std::uint32_t instanceId, std::shared_ptr<TAVO::Container> parent,
-                               const TAVOXTranscode::cmosRelay_v1_0::EncoderList& encoders,
-                               const TAVOXTranscode::cmosRelay_v1_0::DecoderList& decoders)
-    : Object_v1_0(std::move(device), name, instanceId, std::move(parent), encoders, decoders) {}
-
-CmosRelay_v1_0::~CmosRelay_v1_0() = default;
+    : TypeFactory("relay", {servedBy<Relay_v1_0>("1.0")}) {}
 
 std::shared_ptr<TAVO::Method> CmosRelay_v1_0::getCmosClearMethod(int value) const {
-    return prepare("cmosClear", makeRequest<TAVO::dto::cmosRelay::CmosClear>(value));
+    return make(cmosRelay_v1_0::cmosClear, value);
 }
 
 CmosRelayFactory::CmosRelayFactory()
-    : ObjectFactory("cmosRelay") {}
-
-std::shared_ptr<TAVO::Container> CmosRelayFactory::build(std::shared_ptr<TAVO::Device> device,
-                                                         std::shared_ptr<TAVO::Container> parent,
-                                                         const std::string& name, std::uint32_t instanceId,
-                                                         std::shared_ptr<TAVO::Object_v1_0> probe) {
-    requireAtMostOneZero("cmosRelay", probe->version());
-    namespace tables = TAVOXTranscode::cmosRelay_v1_0;
-    return create<CmosRelay_v1_0>(device, parent, name, instanceId, tables::encoders(), tables::decoders());
-}
+    : TypeFactory("cmosRelay", {servedBy<CmosRelay_v1_0>("1.0", isAtMostOneZero)}) {}
 
 } // namespace CommonModules

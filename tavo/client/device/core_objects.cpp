@@ -3,14 +3,11 @@
 #include <tavo/client/device/device_v1_0.h>
 #include <tavo/client/device/private_v1_0.h>
 #include <tavo/client/device/system_v1_0.h>
-#include <tavo/client/transcode/internal/immortal.h>
 
 namespace TAVO {
 
 void CoreObjects::registerCoreObjects() {
-    immortal<DeviceObjectFactory>().registerFactory();
-    immortal<PrivateFactory>().registerFactory();
-    immortal<SystemFactory>().registerFactory();
+    registerFactories<DeviceObjectFactory, PrivateFactory, SystemFactory>();
 }
 
 } // namespace TAVO

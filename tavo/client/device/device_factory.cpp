@@ -6,11 +6,11 @@
 #include <tavo/client/device/device_v1_0.h>
 #include <tavo/client/device/private_v1_0.h>
 #include <tavo/client/device/system_v1_0.h>
+#include <tavo/client/exchange/tavox_device.h>
 #include <tavo/client/object/internal/return_code.h>
 #include <tavo/client/object/object_factory.h>
 #include <tavo/client/wire/error.h>
 #include <tavo/client/wire/interrupter.h>
-#include <tavo/client/wire/tavox_device.h>
 
 namespace TAVO {
 

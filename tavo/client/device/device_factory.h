@@ -4,8 +4,8 @@
 #include <memory>
 #include <string>
 
-#include <tavo/client/device/device.h>
 #include <tavo/client/export.h>
+#include <tavo/client/object/device.h>
 #include <tavo/client/wire/transport.h>
 
 namespace TAVO {

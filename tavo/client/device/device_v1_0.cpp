@@ -2,90 +2,73 @@
 
 #include <utility>
 
-#include <tavo/client/transcode/codec.h>
+#include <tavo/client/object/device.h>
+#include <tavo/client/transcode/convert_record.h>
 
 namespace TAVO {
 
-using TAVOXTranscode::makeRequest;
+namespace device_v1_0 = TAVOXTranscode::device_v1_0;
 
-BoardInfo::BoardInfo(const dto::Device::BoardInfo& reply)
-    : field1(reply.field1)
-    , field2(reply.field2)
-    , field3(reply.field3)
-    , field4(reply.field4) {}
+BoardInfo::BoardInfo(const dto::Device::BoardInfo& reply) { TAVOXTranscode::convertRecord(reply, *this); }
 
-FirmwareInfo::FirmwareInfo(const dto::Device::FirmwareInfo& reply)
-    : name(reply.name)
-    , version(reply.version) {}
+FirmwareInfo::FirmwareInfo(const dto::Device::FirmwareInfo& reply) {
+    TAVOXTranscode::convertRecord(reply, *this);
+}
 
-DeviceInfo::DeviceInfo(const dto::Device::InfoReply& reply)
-    : name(reply.name)
-    , version(reply.version)
-    , firmware(reply.firmware.begin(), reply.firmware.end())
-    , boards(reply.boards.begin(), reply.boards.end()) {}
+DeviceInfo::DeviceInfo(const dto::Device::InfoReply& reply) { TAVOXTranscode::convertRecord(reply, *this); }
 
 std::vector<unsigned char> PlainResult<std::vector<unsigned char>>::of(const dto::result& outcome) {
     const auto& text = dto::replyOf<dto::Device::CHAPResponseReply>(outcome).text;
     return {text.begin(), text.end()};
 }
 
-Device_v1_0::Device_v1_0(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
-                         std::shared_ptr<Container> parent,
-                         const TAVOXTranscode::device_v1_0::EncoderList& encoders,
-                         const TAVOXTranscode::device_v1_0::DecoderList& decoders)
-    : Object_v1_0(std::move(device), name, instanceId, std::move(parent), encoders, decoders) {}
-
-Device_v1_0::~Device_v1_0() = default;
-
 std::shared_ptr<BoundMethod<dto::Device::InfoReply>> Device_v1_0::getInfoMethod() const {
-    return prepare<dto::Device::InfoReply>("info");
+    return make(device_v1_0::info);
 }
 
 std::shared_ptr<BoundMethod<dto::Device::RootMembersReply>> Device_v1_0::getRootMembersMethod() const {
-    return prepare<dto::Device::RootMembersReply>("rootMembers");
+    return make(device_v1_0::rootMembers);
 }
 
 std::shared_ptr<BoundMethod<dto::Device::LockReply>>
 Device_v1_0::getLockMethod(const std::string& user, const std::string& password) const {
-    return prepare<dto::Device::LockReply>("lock", makeRequest<dto::Device::LockRequest>(user, password));
+    return make(device_v1_0::lock, user, password);
 }
 
 std::shared_ptr<Method> Device_v1_0::getUnlockMethod(const std::string& user,
                                                      const std::string& password) const {
-    return prepare("unlock", makeRequest<dto::Device::UnLockRequest>(user, password));
+    return make(device_v1_0::unlock, user, password);
 }
 
 std::shared_ptr<BoundMethod<dto::Device::KeyReply>> Device_v1_0::getGetKeyMethod() const {
-    return prepare<dto::Device::KeyReply>("getKey");
+    return make(device_v1_0::getKey);
 }
 
 std::shared_ptr<BoundMethod<dto::Device::LoginReply>>
 Device_v1_0::getLoginMethod(const std::string& user) const {
-    return prepare<dto::Device::LoginReply>("login", makeRequest<dto::Device::LoginRequest>(user));
+    return make(device_v1_0::login, user);
 }
 
 std::shared_ptr<BoundMethod<std::vector<unsigned char>>>
 Device_v1_0::getCHAPResponseMethod(std::vector<unsigned char> response, int number) const {
-    auto request = std::make_shared<dto::Device::CHAPResponseRequest>();
-    request->response = std::move(response);
-    request->number = number;
-    return prepare<std::vector<unsigned char>>("CHAPRespond", {std::move(request)});
+    dto::Device::CHAPResponseRequest request;
+    request.response = std::move(response);
+    request.number = number;
+    return make<std::vector<unsigned char>>(device_v1_0::CHAPRespond, std::move(request));
 }
 
 std::shared_ptr<BoundMethod<dto::Base::IntegerReply>> Device_v1_0::getMaxPacketSizeMethod() const {
-    return prepare<dto::Base::IntegerReply>("getMaxPacketSize");
+    // In no table: building the call always fails.
+    return make(TAVOXTranscode::Call<TAVOXTranscode::None, dto::Base::IntegerReply>{"getMaxPacketSize"});
+}
+
+// Here and not beside the rest of the class, which does not know the proxy.
+void Device::setDevice(std::shared_ptr<Device_v1_0> object) {
+    deviceObject_ = object;
+    device_ = std::move(object);
 }
 
 DeviceObjectFactory::DeviceObjectFactory()
-    : ObjectFactory("device") {}
-
-std::shared_ptr<Container> DeviceObjectFactory::build(std::shared_ptr<Device> device,
-                                                      std::shared_ptr<Container> parent,
-                                                      const std::string& name, std::uint32_t instanceId,
-                                                      std::shared_ptr<Object_v1_0> probe) {
-    requireAtMostOneZero("Device", probe->version());
-    namespace tables = TAVOXTranscode::device_v1_0;
-    return create<Device_v1_0>(device, parent, name, instanceId, tables::encoders(), tables::decoders());
-}
+    : TypeFactory("device", {servedBy<Device_v1_0>("1.0", isAtMostOneZero)}, "Device") {}
 
 } // namespace TAVO

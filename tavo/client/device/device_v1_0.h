@@ -3,11 +3,13 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <tavo/client/export.h>
-#include <tavo/client/object/object_factory.h>
+#include <tavo/client/object/type_factory.h>
 #include <tavo/client/transcode/device_tables.h>
+#include <tavo/client/transcode/field.h>
 
 namespace TAVO {
 
@@ -21,6 +23,11 @@ struct TAVO_API BoardInfo {
     std::string field3;
     std::string field4;
     bool operator==(const BoardInfo&) const = default;
+    template <class Self = BoardInfo>
+    static constexpr auto fields() {
+        return std::tuple{dto::Field{"field1", &Self::field1}, dto::Field{"field2", &Self::field2},
+                          dto::Field{"field3", &Self::field3}, dto::Field{"field4", &Self::field4}};
+    }
 };
 
 /// One piece of firmware in the device.
@@ -30,6 +37,10 @@ struct TAVO_API FirmwareInfo {
 
     std::string name;
     Version version;
+    template <class Self = FirmwareInfo>
+    static constexpr auto fields() {
+        return std::tuple{dto::Field{"name", &Self::name}, dto::Field{"version", &Self::version}};
+    }
 };
 
 /// The device's identity; converts from the reply of Device_v1_0::getInfoMethod(). The meaning of the name is
@@ -42,14 +53,17 @@ struct TAVO_API DeviceInfo {
     Version version;
     std::vector<FirmwareInfo> firmware;
     std::vector<BoardInfo> boards;
+    template <class Self = DeviceInfo>
+    static constexpr auto fields() {
+        return std::tuple{dto::Field{"name", &Self::name}, dto::Field{"version", &Self::version},
+                          dto::Field{"firmware", &Self::firmware}, dto::Field{"boards", &Self::boards}};
+    }
 };
 
 /// Proxy of the "device" object: identity, root members, lock, key and login. Its operations build calls and
 /// send nothing; each throws SpecificationError when the device does not list the method.
-class TAVO_API Device_v1_0 : public Object_v1_0 {
+class TAVO_API Device_v1_0 : public Proxy<TAVOXTranscode::device_v1_0::rows> {
 public:
-    ~Device_v1_0() override;
-
     std::shared_ptr<BoundMethod<dto::Device::InfoReply>> getInfoMethod() const;
     std::shared_ptr<BoundMethod<dto::Device::RootMembersReply>> getRootMembersMethod() const;
     std::shared_ptr<BoundMethod<dto::Device::LockReply>> getLockMethod(const std::string& user,
@@ -65,23 +79,14 @@ public:
     std::shared_ptr<BoundMethod<dto::Base::IntegerReply>> getMaxPacketSizeMethod() const;
 
 protected:
-    friend class ObjectFactory;
-    Device_v1_0(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
-                std::shared_ptr<Container> parent, const TAVOXTranscode::device_v1_0::EncoderList& encoders,
-                const TAVOXTranscode::device_v1_0::DecoderList& decoders);
+    using Proxy::Proxy;
 };
 
 /// Serves type "device" up to version 1.0.
 /// A higher version is refused: SpecificationError "Unknown Device object version: " and the version.
-class TAVO_API DeviceObjectFactory : public ObjectFactory {
+class TAVO_API DeviceObjectFactory : public TypeFactory {
 public:
     DeviceObjectFactory();
-
-private:
-    friend class CoreObjects;
-    std::shared_ptr<Container> build(std::shared_ptr<Device> device, std::shared_ptr<Container> parent,
-                                     const std::string& name, std::uint32_t instanceId,
-                                     std::shared_ptr<Object_v1_0> probe) override;
 };
 
 template <>

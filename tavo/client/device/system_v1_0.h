@@ -6,17 +6,15 @@
 #include <vector>
 
 #include <tavo/client/export.h>
-#include <tavo/client/object/object_factory.h>
+#include <tavo/client/object/type_factory.h>
 #include <tavo/client/transcode/system_tables.h>
 
 namespace TAVO {
 
 /// Proxy of the "system" object, which controls the appliance itself. Its operations build calls and send
 /// nothing; each throws SpecificationError when the device does not list the method.
-class TAVO_API System_v1_0 : public Object_v1_0 {
+class TAVO_API System_v1_0 : public Proxy<TAVOXTranscode::system_v1_0::rows> {
 public:
-    ~System_v1_0() override;
-
     std::shared_ptr<Method> getDeviceResetMethod() const;
     /// The image is copied. Which firmware a name stands for is the device's to define.
     std::shared_ptr<Method> getFirmwareUpdateMethod(std::string name,
@@ -31,23 +29,14 @@ public:
     std::shared_ptr<Method> getUWaitMethod(int microseconds) const;
 
 protected:
-    friend class ObjectFactory;
-    System_v1_0(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
-                std::shared_ptr<Container> parent, const TAVOXTranscode::system_v1_0::EncoderList& encoders,
-                const TAVOXTranscode::system_v1_0::DecoderList& decoders);
+    using Proxy::Proxy;
 };
 
 /// Serves type "system" up to version 1.0.
 /// A higher version is refused: SpecificationError "Unknown System object version: " and the version.
-class TAVO_API SystemFactory : public ObjectFactory {
+class TAVO_API SystemFactory : public TypeFactory {
 public:
     SystemFactory();
-
-private:
-    friend class CoreObjects;
-    std::shared_ptr<Container> build(std::shared_ptr<Device> device, std::shared_ptr<Container> parent,
-                                     const std::string& name, std::uint32_t instanceId,
-                                     std::shared_ptr<Object_v1_0> probe) override;
 };
 
 template <>

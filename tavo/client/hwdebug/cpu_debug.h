@@ -5,30 +5,48 @@
 #include <string>
 
 #include <tavo/client/export.h>
-#include <tavo/client/hwdebug/cpu_debug_tables.h>
 #include <tavo/client/hwdebug/hdt.h>
 #include <tavo/client/hwdebug/header_result.h>
 #include <tavo/client/hwdebug/jtag.h>
-#include <tavo/client/object/object_factory.h>
+#include <tavo/client/object/type_factory.h>
+#include <tavo/client/transcode/base_tables.h>
+#include <tavo/client/transcode/header_status_tables.h>
+
+/// Tables of the "cpuDebug" object, version 1.0: the eight methods of every object and nothing else.
+namespace TAVO::TAVOXTranscode::cpuDebug_v1_0 {
+
+TAVO_API MethodRows rows() noexcept;
+using EncoderList = EncoderListOf<rows>;
+using DecoderList = DecoderListOf<rows>;
+
+} // namespace TAVO::TAVOXTranscode::cpuDebug_v1_0
+
+/// Method tables of the "cpuDebug" object, version 1.1. Shaped like every type's tables, see base_v1_0.
+namespace TAVO::TAVOXTranscode::cpuDebug_v1_1 {
+
+using headerStatus_v1_1::headerStatusGet;
+
+TAVO_API MethodRows rows() noexcept;
+using EncoderList = EncoderListOf<rows>;
+using DecoderList = DecoderListOf<rows>;
+
+TAVO_API extern EncoderFunction& encode_headerStatusGet;
+TAVO_API extern DecoderFunction& decode_headerStatusGet;
+
+} // namespace TAVO::TAVOXTranscode::cpuDebug_v1_1
 
 namespace TAVO::HWDebug {
 
 /// Proxy of a "cpuDebug" object of version 1.0: the debug interfaces of one processor socket.
-class TAVO_API CpuDebug_v1_0 : public Object_v1_0 {
+class TAVO_API CpuDebug_v1_0 : public Proxy<TAVOXTranscode::cpuDebug_v1_0::rows> {
 public:
-    ~CpuDebug_v1_0() override;
-
     /// The child "jtag". No call to the device.
     std::shared_ptr<Jtag_v1_0> getJtag() const { return jtag_; }
     /// The child "hdt". No call to the device.
     std::shared_ptr<Hdt_v1_0> getHdt() const { return hdt_; }
 
 protected:
-    friend class TAVO::ObjectFactory;
-    CpuDebug_v1_0(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
-                  std::shared_ptr<Container> parent,
-                  const TAVOXTranscode::cpuDebug_v1_0::EncoderList& encoders,
-                  const TAVOXTranscode::cpuDebug_v1_0::DecoderList& decoders);
+    using Proxy::Proxy;
     /// @throws SpecificationError "jtag object not found." without a child "jtag" of class Jtag_v1_0, and
     /// then "hdt object not found." without a child "hdt" of class Hdt_v1_0.
     void initalize() override;
@@ -39,10 +57,8 @@ private:
 };
 
 /// Proxy of a "cpuDebug" object: the debug interfaces of one processor socket.
-class TAVO_API CpuDebug_v1_1 : public Object_v1_0 {
+class TAVO_API CpuDebug_v1_1 : public Proxy<TAVOXTranscode::cpuDebug_v1_1::rows> {
 public:
-    ~CpuDebug_v1_1() override;
-
     /// The child "jtag". No call to the device.
     std::shared_ptr<Jtag_v1_1> getJtag() const { return jtag_; }
     /// The child "hdt". No call to the device.
@@ -50,11 +66,7 @@ public:
     std::shared_ptr<BoundMethod<HeaderResult>> getheaderStatusGetMethod() const;
 
 protected:
-    friend class TAVO::ObjectFactory;
-    CpuDebug_v1_1(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
-                  std::shared_ptr<Container> parent,
-                  const TAVOXTranscode::cpuDebug_v1_1::EncoderList& encoders,
-                  const TAVOXTranscode::cpuDebug_v1_1::DecoderList& decoders);
+    using Proxy::Proxy;
     /// @throws SpecificationError "jtag object not found." without a child "jtag" of class Jtag_v1_1, and
     /// then "hdt object not found." without a child "hdt" of class Hdt_v1_1.
     void initalize() override;
@@ -65,15 +77,9 @@ private:
 };
 
 /// Serves type "cpuDebug": version 1.0 by CpuDebug_v1_0, every other version by CpuDebug_v1_1.
-class TAVO_API HwDebugFactory : public ObjectFactory {
+class TAVO_API HwDebugFactory : public TypeFactory {
 public:
     HwDebugFactory();
-
-private:
-    friend class HwdObjects;
-    std::shared_ptr<Container> build(std::shared_ptr<Device> device, std::shared_ptr<Container> parent,
-                                     const std::string& name, std::uint32_t instanceId,
-                                     std::shared_ptr<Object_v1_0> probe) override;
 };
 
 } // namespace TAVO::HWDebug

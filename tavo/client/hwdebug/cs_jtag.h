@@ -5,25 +5,29 @@
 #include <string>
 
 #include <tavo/client/export.h>
-#include <tavo/client/hwdebug/cs_jtag_tables.h>
 #include <tavo/client/hwdebug/jtag.h>
-#include <tavo/client/object/object_factory.h>
+#include <tavo/client/object/type_factory.h>
+#include <tavo/client/transcode/base_tables.h>
+
+/// Tables of the "csJtag" object: the eight methods of every object and nothing else.
+namespace TAVO::TAVOXTranscode::csJtag_v1_0 {
+
+TAVO_API MethodRows rows() noexcept;
+using EncoderList = EncoderListOf<rows>;
+using DecoderList = DecoderListOf<rows>;
+
+} // namespace TAVO::TAVOXTranscode::csJtag_v1_0
 
 namespace TAVO::HWDebug {
 
 /// Proxy of a "csJtag" object, a chip-select wrapper around a "jtag" object of version 1.1.
-class TAVO_API CsJtag_v1_0 : public Object_v1_0 {
+class TAVO_API CsJtag_v1_0 : public Proxy<TAVOXTranscode::csJtag_v1_0::rows> {
 public:
-    ~CsJtag_v1_0() override;
-
     /// The child "jtag". No call to the device.
     std::shared_ptr<Jtag_v1_1> getJtag() const { return jtag_; }
 
 protected:
-    friend class TAVO::ObjectFactory;
-    CsJtag_v1_0(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
-                std::shared_ptr<Container> parent, const TAVOXTranscode::csJtag_v1_0::EncoderList& encoders,
-                const TAVOXTranscode::csJtag_v1_0::DecoderList& decoders);
+    using Proxy::Proxy;
     /// @throws SpecificationError "jtag object not found." without a child "jtag" of that class.
     void initalize() override;
 
@@ -32,15 +36,9 @@ private:
 };
 
 /// Serves type "csJtag" of every version.
-class TAVO_API CsJtagFactory : public ObjectFactory {
+class TAVO_API CsJtagFactory : public TypeFactory {
 public:
     CsJtagFactory();
-
-private:
-    friend class HwdObjects;
-    std::shared_ptr<Container> build(std::shared_ptr<Device> device, std::shared_ptr<Container> parent,
-                                     const std::string& name, std::uint32_t instanceId,
-                                     std::shared_ptr<Object_v1_0> probe) override;
 };
 
 } // namespace TAVO::HWDebug

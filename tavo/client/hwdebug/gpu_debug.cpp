@@ -1,20 +1,29 @@
 #include <tavo/client/hwdebug/gpu_debug.h>
 
-#include <utility>
-
 #include <tavo/client/hwdebug/child.h>
+#include <tavo/client/transcode/internal/function_names.h>
+#include <tavo/client/transcode/table.h>
+
+namespace TAVO::TAVOXTranscode::gpuDebug_v1_0 {
+
+namespace {
+
+constexpr auto table = tableOf(headerStatusGet, headerModeGet, headerModeSet, ioPxEnGet);
+
+} // namespace
+
+MethodRows rows() noexcept { return table; }
+
+TAVO_FUNCTION_NAMES(headerStatusGet);
+TAVO_FUNCTION_NAMES(headerModeGet);
+TAVO_FUNCTION_NAMES(headerModeSet);
+TAVO_FUNCTION_NAMES(ioPxEnGet);
+
+} // namespace TAVO::TAVOXTranscode::gpuDebug_v1_0
 
 namespace TAVO::HWDebug {
 
-using TAVOXTranscode::makeRequest;
-
-GpuDebug_v1_0::GpuDebug_v1_0(std::shared_ptr<Device> device, const std::string& name,
-                             std::uint32_t instanceId, std::shared_ptr<Container> parent,
-                             const TAVOXTranscode::gpuDebug_v1_0::EncoderList& encoders,
-                             const TAVOXTranscode::gpuDebug_v1_0::DecoderList& decoders)
-    : Object_v1_0(std::move(device), name, instanceId, std::move(parent), encoders, decoders) {}
-
-GpuDebug_v1_0::~GpuDebug_v1_0() = default;
+namespace gpuDebug_v1_0 = TAVOXTranscode::gpuDebug_v1_0;
 
 void GpuDebug_v1_0::initalize() {
     jtag_ = requireChild<Jtag_v1_1>(*this, "jtag");
@@ -24,32 +33,22 @@ void GpuDebug_v1_0::initalize() {
 
 std::shared_ptr<BoundMethod<dto::gpuDebug::HeaderModeGetReply>>
 GpuDebug_v1_0::getHeaderModeGetMethod() const {
-    return prepare<dto::gpuDebug::HeaderModeGetReply>("headerModeGet");
+    return make(gpuDebug_v1_0::headerModeGet);
 }
 
 std::shared_ptr<Method> GpuDebug_v1_0::getHeaderModeSetMethod(int mode) const {
-    return prepare("headerModeSet", makeRequest<dto::gpuDebug::HeaderModeSetRequest>(mode));
+    return make(gpuDebug_v1_0::headerModeSet, mode);
 }
 
 std::shared_ptr<BoundMethod<dto::gpuDebug::IoPxEnGetReply>> GpuDebug_v1_0::getIoPxEnGetMethod() const {
-    return prepare<dto::gpuDebug::IoPxEnGetReply>("ioPxEnGet");
+    return make(gpuDebug_v1_0::ioPxEnGet);
 }
 
 std::shared_ptr<BoundMethod<HeaderResult>> GpuDebug_v1_0::getHeaderStatusGetMethod() const {
-    return prepare<HeaderResult>("headerStatusGet");
+    return make<HeaderResult>(gpuDebug_v1_0::headerStatusGet);
 }
 
 GpuDebugFactory::GpuDebugFactory()
-    : ObjectFactory("gpuDebug") {}
-
-std::shared_ptr<Container> GpuDebugFactory::build(std::shared_ptr<Device> device,
-                                                  std::shared_ptr<Container> parent, const std::string& name,
-                                                  std::uint32_t instanceId,
-                                                  std::shared_ptr<Object_v1_0> probe) {
-    // The version is asked for as in every factory, and no version is refused.
-    static_cast<void>(probe->version());
-    namespace tables = TAVOXTranscode::gpuDebug_v1_0;
-    return create<GpuDebug_v1_0>(device, parent, name, instanceId, tables::encoders(), tables::decoders());
-}
+    : TypeFactory("gpuDebug", {servedBy<GpuDebug_v1_0>("1.0")}) {}
 
 } // namespace TAVO::HWDebug

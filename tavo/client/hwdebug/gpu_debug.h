@@ -3,23 +3,79 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <tuple>
 
 #include <tavo/client/export.h>
-#include <tavo/client/hwdebug/gpu_debug_tables.h>
 #include <tavo/client/hwdebug/gpu_scan.h>
 #include <tavo/client/hwdebug/header_result.h>
 #include <tavo/client/hwdebug/i2c.h>
 #include <tavo/client/hwdebug/jtag.h>
-#include <tavo/client/object/object_factory.h>
+#include <tavo/client/object/type_factory.h>
+#include <tavo/client/transcode/base_tables.h>
+#include <tavo/client/transcode/field.h>
+#include <tavo/client/transcode/header_status_tables.h>
+#include <tavo/client/transcode/packet.h>
+
+/// Records of the "gpuDebug" object. The numbering of modes is the device's to define.
+namespace TAVO::dto::gpuDebug {
+
+/// "headerModeSet"
+struct TAVO_API HeaderModeSetRequest : request_packet {
+    std::int32_t mode = 0;
+    bool operator==(const HeaderModeSetRequest&) const = default;
+    template <class Self = HeaderModeSetRequest>
+    static constexpr auto fields() {
+        return std::tuple{Field{"mode", &Self::mode}};
+    }
+};
+
+/// "headerModeGet"
+struct TAVO_API HeaderModeGetReply : reply_packet {
+    std::int32_t mode = 0;
+    bool operator==(const HeaderModeGetReply&) const = default;
+    template <class Self = HeaderModeGetReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"mode", &Self::mode}};
+    }
+};
+
+/// "ioPxEnGet": the power-enable input.
+struct TAVO_API IoPxEnGetReply : reply_packet {
+    bool level = false;
+    bool operator==(const IoPxEnGetReply&) const = default;
+    template <class Self = IoPxEnGetReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"level", &Self::level}};
+    }
+};
+
+} // namespace TAVO::dto::gpuDebug
+
+/// Method tables of the "gpuDebug" object. Shaped like every type's tables, see base_v1_0.
+namespace TAVO::TAVOXTranscode::gpuDebug_v1_0 {
+
+using headerStatus_v1_1::headerStatusGet;
+inline constexpr Call<None, dto::gpuDebug::HeaderModeGetReply> headerModeGet{"headerModeGet"};
+inline constexpr Call<dto::gpuDebug::HeaderModeSetRequest> headerModeSet{"headerModeSet"};
+inline constexpr Call<None, dto::gpuDebug::IoPxEnGetReply> ioPxEnGet{"ioPxEnGet"};
+
+TAVO_API MethodRows rows() noexcept;
+using EncoderList = EncoderListOf<rows>;
+using DecoderList = DecoderListOf<rows>;
+
+TAVO_API extern EncoderFunction &encode_headerStatusGet, &encode_headerModeGet, &encode_headerModeSet,
+    &encode_ioPxEnGet;
+TAVO_API extern DecoderFunction &decode_headerStatusGet, &decode_headerModeGet, &decode_headerModeSet,
+    &decode_ioPxEnGet;
+
+} // namespace TAVO::TAVOXTranscode::gpuDebug_v1_0
 
 namespace TAVO::HWDebug {
 
 /// Proxy of a "gpuDebug" object, the debug connector of a graphics processor. Its operations build calls and
 /// send nothing; each throws SpecificationError when the device does not list the method.
-class TAVO_API GpuDebug_v1_0 : public Object_v1_0 {
+class TAVO_API GpuDebug_v1_0 : public Proxy<TAVOXTranscode::gpuDebug_v1_0::rows> {
 public:
-    ~GpuDebug_v1_0() override;
-
     /// The child "jtag". No call to the device.
     std::shared_ptr<Jtag_v1_1> getJtag() const { return jtag_; }
     /// The child "gpuScan". No call to the device.
@@ -34,11 +90,7 @@ public:
     std::shared_ptr<BoundMethod<HeaderResult>> getHeaderStatusGetMethod() const;
 
 protected:
-    friend class TAVO::ObjectFactory;
-    GpuDebug_v1_0(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
-                  std::shared_ptr<Container> parent,
-                  const TAVOXTranscode::gpuDebug_v1_0::EncoderList& encoders,
-                  const TAVOXTranscode::gpuDebug_v1_0::DecoderList& decoders);
+    using Proxy::Proxy;
     /// @throws SpecificationError "jtag object not found." without a child "jtag" of class Jtag_v1_1, and
     /// then "gpuscan object not found." without a child "gpuScan". A missing "i2c" is accepted.
     void initalize() override;
@@ -50,15 +102,9 @@ private:
 };
 
 /// Serves type "gpuDebug" of every version.
-class TAVO_API GpuDebugFactory : public ObjectFactory {
+class TAVO_API GpuDebugFactory : public TypeFactory {
 public:
     GpuDebugFactory();
-
-private:
-    friend class HwdObjects;
-    std::shared_ptr<Container> build(std::shared_ptr<Device> device, std::shared_ptr<Container> parent,
-                                     const std::string& name, std::uint32_t instanceId,
-                                     std::shared_ptr<Object_v1_0> probe) override;
 };
 
 } // namespace TAVO::HWDebug

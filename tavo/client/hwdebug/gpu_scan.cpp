@@ -1,109 +1,110 @@
 #include <tavo/client/hwdebug/gpu_scan.h>
 
-#include <utility>
+#include <tavo/client/transcode/convert_record.h>
+#include <tavo/client/transcode/internal/function_names.h>
+#include <tavo/client/transcode/table.h>
+
+namespace TAVO::TAVOXTranscode::gpuScan_v1_0 {
+
+namespace {
+
+constexpr auto table = tableOf(scan, optionSckFrequencyGet, optionSckFrequencySet, ioSckGet, ioSckSet,
+                               ioSdoGet, enableGet, enableSet, headerStatusGet, headerStatusClear);
+
+} // namespace
+
+MethodRows rows() noexcept { return table; }
+
+TAVO_FUNCTION_NAMES(scan);
+TAVO_FUNCTION_NAMES(optionSckFrequencyGet);
+TAVO_FUNCTION_NAMES(optionSckFrequencySet);
+TAVO_FUNCTION_NAMES(ioSckGet);
+TAVO_FUNCTION_NAMES(ioSckSet);
+TAVO_FUNCTION_NAMES(ioSdoGet);
+TAVO_FUNCTION_NAMES(enableGet);
+TAVO_FUNCTION_NAMES(enableSet);
+TAVO_FUNCTION_NAMES(headerStatusGet);
+TAVO_FUNCTION_NAMES(headerStatusClear);
+
+} // namespace TAVO::TAVOXTranscode::gpuScan_v1_0
 
 namespace TAVO::HWDebug {
 
-using TAVOXTranscode::makeRequest;
+namespace gpuScan_v1_0 = TAVOXTranscode::gpuScan_v1_0;
 
 namespace GpuScan_v1_0_Structs {
 
-ScanGet::ScanGet(const dto::gpuScan::ScanReply& reply)
-    : data(reply.data) {}
+ScanGet::ScanGet(const dto::gpuScan::ScanReply& reply) { TAVOXTranscode::convertRecord(reply, *this); }
 
 ScanGet::ScanGet(const dto::result& outcome)
     : ScanGet(dto::replyOf<dto::gpuScan::ScanReply>(outcome)) {}
 
-GpuScanIoSck::GpuScanIoSck(const dto::Header::IoGetReply& reply)
-    : first(reply.first)
-    , second(reply.second) {}
+GpuScanIoSck::GpuScanIoSck(const dto::Header::IoGetReply& reply) {
+    TAVOXTranscode::convertRecord(reply, *this);
+}
 
 GpuScanIoSck::GpuScanIoSck(const dto::result& outcome)
     : GpuScanIoSck(dto::replyOf<dto::Header::IoGetReply>(outcome)) {}
 
 GpuScanIoSck::operator dto::Header::IoGetReply() const {
-    dto::Header::IoGetReply reply;
-    reply.first = first;
-    reply.second = second;
-    return reply;
+    return TAVOXTranscode::converted<dto::Header::IoGetReply>(*this);
 }
 
-GpuScanSckFrequency::GpuScanSckFrequency(const dto::Base::FrequencyGetReply& reply)
-    : frequency(reply.frequency)
-    , value(reply.value) {}
+GpuScanSckFrequency::GpuScanSckFrequency(const dto::Base::FrequencyGetReply& reply) {
+    TAVOXTranscode::convertRecord(reply, *this);
+}
 
 GpuScanSckFrequency::GpuScanSckFrequency(const dto::result& outcome)
     : GpuScanSckFrequency(dto::replyOf<dto::Base::FrequencyGetReply>(outcome)) {}
 
 GpuScanSckFrequency::operator dto::Base::FrequencyGetReply() const {
-    dto::Base::FrequencyGetReply reply;
-    reply.frequency = frequency;
-    reply.value = value;
-    return reply;
+    return TAVOXTranscode::converted<dto::Base::FrequencyGetReply>(*this);
 }
 
 } // namespace GpuScan_v1_0_Structs
 
-GpuScan_v1_0::GpuScan_v1_0(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
-                           std::shared_ptr<Container> parent,
-                           const TAVOXTranscode::gpuScan_v1_0::EncoderList& encoders,
-                           const TAVOXTranscode::gpuScan_v1_0::DecoderList& decoders)
-    : Object_v1_0(std::move(device), name, instanceId, std::move(parent), encoders, decoders) {}
-
-GpuScan_v1_0::~GpuScan_v1_0() = default;
-
 std::shared_ptr<BoundMethod<GpuScan_v1_0_Structs::ScanGet>> GpuScan_v1_0::getScanMethod(int count) const {
-    return prepare<GpuScan_v1_0_Structs::ScanGet>("scan", makeRequest<dto::gpuScan::ScanRequest>(count));
+    return make<GpuScan_v1_0_Structs::ScanGet>(gpuScan_v1_0::scan, count);
 }
 
 std::shared_ptr<BoundMethod<GpuScan_v1_0_Structs::GpuScanSckFrequency>>
 GpuScan_v1_0::getOptionSckFrequencyGetMethod() const {
-    return prepare<GpuScan_v1_0_Structs::GpuScanSckFrequency>("optionSckFrequencyGet");
+    return make<GpuScan_v1_0_Structs::GpuScanSckFrequency>(gpuScan_v1_0::optionSckFrequencyGet);
 }
 
 std::shared_ptr<Method> GpuScan_v1_0::getOptionSckFrequencySetMethod(int frequency) const {
-    return prepare("optionSckFrequencySet", makeRequest<dto::Jtag::OptionTckFrequencySetRequest>(frequency));
+    return make(gpuScan_v1_0::optionSckFrequencySet, frequency);
 }
 
 std::shared_ptr<BoundMethod<GpuScan_v1_0_Structs::GpuScanIoSck>> GpuScan_v1_0::getIoSckGetMethod() const {
-    return prepare<GpuScan_v1_0_Structs::GpuScanIoSck>("ioSckGet");
+    return make<GpuScan_v1_0_Structs::GpuScanIoSck>(gpuScan_v1_0::ioSckGet);
 }
 
 std::shared_ptr<Method> GpuScan_v1_0::getIoSckSetMethod(bool first, bool second) const {
-    return prepare("ioSckSet", makeRequest<dto::Header::IoSetRequest>(first, second));
+    return make(gpuScan_v1_0::ioSckSet, first, second);
 }
 
 std::shared_ptr<BoundMethod<dto::Header::iGetReply>> GpuScan_v1_0::getIoSdoGetMethod() const {
-    return prepare<dto::Header::iGetReply>("ioSdoGet");
+    return make(gpuScan_v1_0::ioSdoGet);
 }
 
 std::shared_ptr<BoundMethod<dto::Header::EnableGetReply>> GpuScan_v1_0::getEnableGetMethod() const {
-    return prepare<dto::Header::EnableGetReply>("enableGet");
+    return make(gpuScan_v1_0::enableGet);
 }
 
 std::shared_ptr<Method> GpuScan_v1_0::getEnableSetMethod(bool enable) const {
-    return prepare("enableSet", makeRequest<dto::Header::EnableSetRequest>(enable));
+    return make(gpuScan_v1_0::enableSet, enable);
 }
 
 std::shared_ptr<BoundMethod<HeaderResult>> GpuScan_v1_0::getHeaderStatusGetMethod() const {
-    return prepare<HeaderResult>("headerStatusGet");
+    return make<HeaderResult>(gpuScan_v1_0::headerStatusGet);
 }
 
 std::shared_ptr<Method> GpuScan_v1_0::getHeaderStatusClearMethod() const {
-    return prepare("headerStatusClear");
+    return make(gpuScan_v1_0::headerStatusClear);
 }
 
 GpuScanFactory::GpuScanFactory()
-    : ObjectFactory("gpuScan") {}
-
-std::shared_ptr<Container> GpuScanFactory::build(std::shared_ptr<Device> device,
-                                                 std::shared_ptr<Container> parent, const std::string& name,
-                                                 std::uint32_t instanceId,
-                                                 std::shared_ptr<Object_v1_0> probe) {
-    // The version is asked for as in every factory, and no version is refused.
-    static_cast<void>(probe->version());
-    namespace tables = TAVOXTranscode::gpuScan_v1_0;
-    return create<GpuScan_v1_0>(device, parent, name, instanceId, tables::encoders(), tables::decoders());
-}
+    : TypeFactory("gpuScan", {servedBy<GpuScan_v1_0>("1.0")}) {}
 
 } // namespace TAVO::HWDebug

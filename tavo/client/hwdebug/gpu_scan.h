@@ -3,12 +3,68 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <tavo/client/export.h>
-#include <tavo/client/hwdebug/gpu_scan_tables.h>
 #include <tavo/client/hwdebug/header_result.h>
-#include <tavo/client/object/object_factory.h>
+#include <tavo/client/hwdebug/jtag_records.h>
+#include <tavo/client/object/type_factory.h>
+#include <tavo/client/transcode/base_tables.h>
+#include <tavo/client/transcode/field.h>
+#include <tavo/client/transcode/header_records.h>
+#include <tavo/client/transcode/header_status_tables.h>
+#include <tavo/client/transcode/packet.h>
+
+/// Records of the "gpuScan" object.
+namespace TAVO::dto::gpuScan {
+
+/// "scan". The unit of the count is the device's to define.
+struct TAVO_API ScanRequest : request_packet {
+    std::int32_t count = 0;
+    bool operator==(const ScanRequest&) const = default;
+    template <class Self = ScanRequest>
+    static constexpr auto fields() {
+        return std::tuple{Field{"count", &Self::count}};
+    }
+};
+
+/// "scan": the scanned bytes.
+struct TAVO_API ScanReply : reply_packet {
+    std::vector<std::uint8_t> data;
+    bool operator==(const ScanReply&) const = default;
+    template <class Self = ScanReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"data", &Self::data}};
+    }
+};
+
+} // namespace TAVO::dto::gpuScan
+
+/// Method tables of the "gpuScan" object. Shaped like every type's tables, see base_v1_0.
+namespace TAVO::TAVOXTranscode::gpuScan_v1_0 {
+
+using headerStatus_v1_1::enableGet, headerStatus_v1_1::enableSet, headerStatus_v1_1::headerStatusGet,
+    headerStatus_v1_1::headerStatusClear;
+inline constexpr Call<dto::gpuScan::ScanRequest, dto::gpuScan::ScanReply> scan{"scan"};
+inline constexpr Call<None, dto::Base::FrequencyGetReply> optionSckFrequencyGet{"optionSckFrequencyGet"};
+inline constexpr Call<dto::Jtag::OptionTckFrequencySetRequest> optionSckFrequencySet{"optionSckFrequencySet"};
+inline constexpr Call<None, dto::Header::IoGetReply> ioSckGet{"ioSckGet"};
+inline constexpr Call<dto::Header::IoSetRequest> ioSckSet{"ioSckSet"};
+inline constexpr Call<None, dto::Header::iGetReply> ioSdoGet{"ioSdoGet"};
+
+TAVO_API MethodRows rows() noexcept;
+using EncoderList = EncoderListOf<rows>;
+using DecoderList = DecoderListOf<rows>;
+
+TAVO_API extern EncoderFunction &encode_scan, &encode_optionSckFrequencyGet, &encode_optionSckFrequencySet,
+    &encode_ioSckGet, &encode_ioSckSet, &encode_ioSdoGet, &encode_enableGet, &encode_enableSet,
+    &encode_headerStatusGet, &encode_headerStatusClear;
+TAVO_API extern DecoderFunction &decode_scan, &decode_optionSckFrequencyGet, &decode_optionSckFrequencySet,
+    &decode_ioSckGet, &decode_ioSckSet, &decode_ioSdoGet, &decode_enableGet, &decode_enableSet,
+    &decode_headerStatusGet, &decode_headerStatusClear;
+
+} // namespace TAVO::TAVOXTranscode::gpuScan_v1_0
 
 namespace TAVO::HWDebug {
 
@@ -24,6 +80,10 @@ struct TAVO_API ScanGet {
 
     std::vector<std::uint8_t> data;
     bool operator==(const ScanGet&) const = default;
+    template <class Self = ScanGet>
+    static constexpr auto fields() {
+        return std::tuple{dto::Field{"data", &Self::data}};
+    }
 };
 
 struct TAVO_API GpuScanIoSck {
@@ -36,6 +96,10 @@ struct TAVO_API GpuScanIoSck {
     bool first = false;
     bool second = false;
     bool operator==(const GpuScanIoSck&) const = default;
+    template <class Self = GpuScanIoSck>
+    static constexpr auto fields() {
+        return std::tuple{dto::Field{"first", &Self::first}, dto::Field{"second", &Self::second}};
+    }
 };
 
 struct TAVO_API GpuScanSckFrequency {
@@ -48,16 +112,18 @@ struct TAVO_API GpuScanSckFrequency {
     std::uint64_t frequency = 0;
     std::int32_t value = 0;
     bool operator==(const GpuScanSckFrequency&) const = default;
+    template <class Self = GpuScanSckFrequency>
+    static constexpr auto fields() {
+        return std::tuple{dto::Field{"frequency", &Self::frequency}, dto::Field{"value", &Self::value}};
+    }
 };
 
 } // namespace GpuScan_v1_0_Structs
 
 /// Proxy of a "gpuScan" object, a serial scan port. Its operations build calls and
 /// send nothing; each throws SpecificationError when the device does not list the method.
-class TAVO_API GpuScan_v1_0 : public Object_v1_0 {
+class TAVO_API GpuScan_v1_0 : public Proxy<TAVOXTranscode::gpuScan_v1_0::rows> {
 public:
-    ~GpuScan_v1_0() override;
-
     std::shared_ptr<BoundMethod<GpuScan_v1_0_Structs::ScanGet>> getScanMethod(int count) const;
     std::shared_ptr<BoundMethod<GpuScan_v1_0_Structs::GpuScanSckFrequency>>
     getOptionSckFrequencyGetMethod() const;
@@ -71,22 +137,13 @@ public:
     std::shared_ptr<Method> getHeaderStatusClearMethod() const;
 
 protected:
-    friend class TAVO::ObjectFactory;
-    GpuScan_v1_0(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
-                 std::shared_ptr<Container> parent, const TAVOXTranscode::gpuScan_v1_0::EncoderList& encoders,
-                 const TAVOXTranscode::gpuScan_v1_0::DecoderList& decoders);
+    using Proxy::Proxy;
 };
 
 /// Serves type "gpuScan" of every version.
-class TAVO_API GpuScanFactory : public ObjectFactory {
+class TAVO_API GpuScanFactory : public TypeFactory {
 public:
     GpuScanFactory();
-
-private:
-    friend class HwdObjects;
-    std::shared_ptr<Container> build(std::shared_ptr<Device> device, std::shared_ptr<Container> parent,
-                                     const std::string& name, std::uint32_t instanceId,
-                                     std::shared_ptr<Object_v1_0> probe) override;
 };
 
 } // namespace TAVO::HWDebug

@@ -3,7 +3,89 @@
 #include <algorithm>
 #include <iterator>
 #include <stdexcept>
-#include <utility>
+
+#include <tavo/client/transcode/internal/function_names.h>
+#include <tavo/client/transcode/table.h>
+
+namespace TAVO::TAVOXTranscode::hdt_v1_0 {
+
+namespace {
+
+constexpr auto table = tableOf(ioDbreqGet, ioDbreqSet, ioDbrdyGet, ioDbrdySnapshotGet, ioDbrdySnapshotClear,
+                               ioResetGet, ioPwrokGet, optionDbreqOnDbrdySet, optionDbreqOnDbrdyGet,
+                               optionDbreqOnResetSet, optionDbreqOnResetGet, optionDbreqPulseWidthSet,
+                               optionDbreqPulseWidthGet, frequencyGet, enableGet, enableSet);
+
+} // namespace
+
+MethodRows rows() noexcept { return table; }
+
+TAVO_FUNCTION_NAMES(ioDbreqGet);
+TAVO_FUNCTION_NAMES(ioDbreqSet);
+TAVO_FUNCTION_NAMES(ioDbrdyGet);
+TAVO_FUNCTION_NAMES(ioDbrdySnapshotGet);
+TAVO_FUNCTION_NAMES(ioDbrdySnapshotClear);
+TAVO_FUNCTION_NAMES(ioResetGet);
+TAVO_FUNCTION_NAMES(ioPwrokGet);
+TAVO_FUNCTION_NAMES(optionDbreqOnDbrdySet);
+TAVO_FUNCTION_NAMES(optionDbreqOnDbrdyGet);
+TAVO_FUNCTION_NAMES(optionDbreqOnResetSet);
+TAVO_FUNCTION_NAMES(optionDbreqOnResetGet);
+TAVO_FUNCTION_NAMES(optionDbreqPulseWidthSet);
+TAVO_FUNCTION_NAMES(optionDbreqPulseWidthGet);
+TAVO_FUNCTION_NAMES(frequencyGet);
+TAVO_FUNCTION_NAMES(enableGet);
+TAVO_FUNCTION_NAMES(enableSet);
+
+} // namespace TAVO::TAVOXTranscode::hdt_v1_0
+
+namespace TAVO::TAVOXTranscode::hdt_v1_1 {
+
+namespace {
+
+constexpr auto table = tableOf(
+    ioDbreqGet, ioDbreqSet, ioDbrdyGet, ioDbrdyWait, ioDbrdySnapshotGet, ioDbrdySnapshotClear,
+    ioDbreqSourceSnapshotGet, ioDbreqSourceSnapshotClear, ioResetGet, ioPwrokGet, ioTriggerSet, ioTriggerGet,
+    optionDbreqOnDbrdySet, optionDbreqOnDbrdyGet, optionDbreqOnResetSet, optionDbreqOnResetGet,
+    optionDbreqOnTriggerSet, optionDbreqOnTriggerGet, optionDbreqPulseWidthSet, optionDbreqPulseWidthGet,
+    optionDbrdyMaskSet, optionDbrdyMaskGet, optionFrequencyGet, optionTriggerSetupSet, optionTriggerSetupGet,
+    enableGet, enableSet, headerStatusGet, headerStatusClear);
+
+} // namespace
+
+MethodRows rows() noexcept { return table; }
+
+TAVO_FUNCTION_NAMES(ioDbreqGet);
+TAVO_FUNCTION_NAMES(ioDbreqSet);
+TAVO_FUNCTION_NAMES(ioDbrdyGet);
+TAVO_FUNCTION_NAMES(ioDbrdyWait);
+TAVO_FUNCTION_NAMES(ioDbrdySnapshotGet);
+TAVO_FUNCTION_NAMES(ioDbrdySnapshotClear);
+TAVO_FUNCTION_NAMES(ioDbreqSourceSnapshotGet);
+TAVO_FUNCTION_NAMES(ioDbreqSourceSnapshotClear);
+TAVO_FUNCTION_NAMES(ioResetGet);
+TAVO_FUNCTION_NAMES(ioPwrokGet);
+TAVO_FUNCTION_NAMES(ioTriggerSet);
+TAVO_FUNCTION_NAMES(ioTriggerGet);
+TAVO_FUNCTION_NAMES(optionDbreqOnDbrdySet);
+TAVO_FUNCTION_NAMES(optionDbreqOnDbrdyGet);
+TAVO_FUNCTION_NAMES(optionDbreqOnResetSet);
+TAVO_FUNCTION_NAMES(optionDbreqOnResetGet);
+TAVO_FUNCTION_NAMES(optionDbreqOnTriggerSet);
+TAVO_FUNCTION_NAMES(optionDbreqOnTriggerGet);
+TAVO_FUNCTION_NAMES(optionDbreqPulseWidthSet);
+TAVO_FUNCTION_NAMES(optionDbreqPulseWidthGet);
+TAVO_FUNCTION_NAMES(optionDbrdyMaskSet);
+TAVO_FUNCTION_NAMES(optionDbrdyMaskGet);
+TAVO_FUNCTION_NAMES(optionFrequencyGet);
+TAVO_FUNCTION_NAMES(optionTriggerSetupSet);
+TAVO_FUNCTION_NAMES(optionTriggerSetupGet);
+TAVO_FUNCTION_NAMES(enableGet);
+TAVO_FUNCTION_NAMES(enableSet);
+TAVO_FUNCTION_NAMES(headerStatusGet);
+TAVO_FUNCTION_NAMES(headerStatusClear);
+
+} // namespace TAVO::TAVOXTranscode::hdt_v1_1
 
 namespace TAVO {
 
@@ -20,7 +102,8 @@ std::vector<bool> PlainResult<std::vector<bool>>::of(const dto::result& outcome)
 
 namespace TAVO::HWDebug {
 
-using TAVOXTranscode::makeRequest;
+namespace hdt_v1_0 = TAVOXTranscode::hdt_v1_0;
+namespace hdt_v1_1 = TAVOXTranscode::hdt_v1_1;
 
 Hdt::Hdt(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
          std::shared_ptr<Container> parent, const EncoderList& encoders, const DecoderList& decoders)
@@ -29,141 +112,125 @@ Hdt::Hdt(std::shared_ptr<Device> device, const std::string& name, std::uint32_t 
 Hdt::~Hdt() = default;
 
 std::shared_ptr<BoundMethod<dto::Header::EnableGetReply>> Hdt::getEnableGetMethod() const {
-    return prepare<dto::Header::EnableGetReply>("enableGet");
+    return make(hdt_v1_0::enableGet);
 }
 
 std::shared_ptr<Method> Hdt::getEnableSetMethod(bool enable) const {
-    return prepare("enableSet", makeRequest<dto::Header::EnableSetRequest>(enable));
+    return make(hdt_v1_0::enableSet, enable);
 }
 
 std::shared_ptr<BoundMethod<dto::Header::iGetReply>> Hdt::getIoDbreqGetMethod() const {
-    return prepare<dto::Header::iGetReply>("ioDbreqGet");
+    return make(hdt_v1_0::ioDbreqGet);
 }
 
 std::shared_ptr<Method> Hdt::getIoDbreqSetMethod(bool level) const {
-    return prepare("ioDbreqSet", makeRequest<dto::Header::iSetRequest>(level));
+    return make(hdt_v1_0::ioDbreqSet, level);
 }
 
 std::shared_ptr<BoundMethod<std::vector<bool>>> Hdt::getIoDbrdyGetMethod() const {
-    return prepare<std::vector<bool>>("ioDbrdyGet");
+    return make<std::vector<bool>>(hdt_v1_0::ioDbrdyGet);
 }
 
 std::shared_ptr<BoundMethod<std::vector<bool>>> Hdt::getIoDbrdySnapShotGetMethod() const {
-    return prepare<std::vector<bool>>("ioDbrdySnapshotGet");
+    return make<std::vector<bool>>(hdt_v1_0::ioDbrdySnapshotGet);
 }
 
-std::shared_ptr<Method> Hdt::getIoDbrdySnapshotClearMethod() const { return prepare("ioDbrdySnapshotClear"); }
+std::shared_ptr<Method> Hdt::getIoDbrdySnapshotClearMethod() const {
+    return make(hdt_v1_0::ioDbrdySnapshotClear);
+}
 
 std::shared_ptr<BoundMethod<dto::Header::iGetReply>> Hdt::getIoResetGetMethod() const {
-    return prepare<dto::Header::iGetReply>("ioResetGet");
+    return make(hdt_v1_0::ioResetGet);
 }
 
 std::shared_ptr<BoundMethod<dto::Header::iGetReply>> Hdt::getIoPwrokGetMethod() const {
-    return prepare<dto::Header::iGetReply>("ioPwrokGet");
+    return make(hdt_v1_0::ioPwrokGet);
 }
 
 std::shared_ptr<BoundMethod<dto::hdt::OptionDbreqOnDbrdyGetReply>>
 Hdt::getOptionDbreqOnDbrdyGetMethod() const {
-    return prepare<dto::hdt::OptionDbreqOnDbrdyGetReply>("optionDbreqOnDbrdyGet");
+    return make(hdt_v1_0::optionDbreqOnDbrdyGet);
 }
 
 std::shared_ptr<Method> Hdt::getOptionDbreqOnDbrdySetMethod(bool enable) const {
-    return prepare("optionDbreqOnDbrdySet", makeRequest<dto::hdt::OptionDbreqOnDbrdySetRequest>(enable));
+    return make(hdt_v1_0::optionDbreqOnDbrdySet, enable);
 }
 
 std::shared_ptr<BoundMethod<dto::hdt::OptionDbreqOnResetReply>> Hdt::getOptionDbreqOnResetGetMethod() const {
-    return prepare<dto::hdt::OptionDbreqOnResetReply>("optionDbreqOnResetGet");
+    return make(hdt_v1_0::optionDbreqOnResetGet);
 }
 
 std::shared_ptr<Method> Hdt::getOptionDbreqOnResetSetMethod(bool enable) const {
-    return prepare("optionDbreqOnResetSet", makeRequest<dto::hdt::OptionDbreqOnResetRequest>(enable));
+    return make(hdt_v1_0::optionDbreqOnResetSet, enable);
 }
 
 std::shared_ptr<BoundMethod<dto::hdt::OptionDbreqPulseWidthReply>>
 Hdt::getOptionDbreqPulseWidthGetMethod() const {
-    return prepare<dto::hdt::OptionDbreqPulseWidthReply>("optionDbreqPulseWidthGet");
+    return make(hdt_v1_0::optionDbreqPulseWidthGet);
 }
 
 std::shared_ptr<Method> Hdt::getOptionDbreqPulseWidthSetMethod(int pulseWidth) const {
-    return prepare("optionDbreqPulseWidthSet",
-                   makeRequest<dto::hdt::OptionDbreqPulseWidthRequest>(pulseWidth));
+    return make(hdt_v1_0::optionDbreqPulseWidthSet, pulseWidth);
 }
 
-Hdt_v1_0::Hdt_v1_0(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
-                   std::shared_ptr<Container> parent, const TAVOXTranscode::hdt_v1_0::EncoderList& encoders,
-                   const TAVOXTranscode::hdt_v1_0::DecoderList& decoders)
-    : Hdt(std::move(device), name, instanceId, std::move(parent), encoders, decoders) {}
-
-Hdt_v1_0::~Hdt_v1_0() = default;
-
-Hdt_v1_1::Hdt_v1_1(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
-                   std::shared_ptr<Container> parent, const TAVOXTranscode::hdt_v1_1::EncoderList& encoders,
-                   const TAVOXTranscode::hdt_v1_1::DecoderList& decoders)
-    : Hdt(std::move(device), name, instanceId, std::move(parent), encoders, decoders) {}
-
-Hdt_v1_1::~Hdt_v1_1() = default;
-
 std::shared_ptr<BoundMethod<dto::hdt::FrequencyGetReply>> Hdt_v1_1::getOptionFrequencyGetMethod() const {
-    return prepare<dto::hdt::FrequencyGetReply>("optionFrequencyGet");
+    return make(hdt_v1_1::optionFrequencyGet);
 }
 
 std::shared_ptr<BoundMethod<dto::Base::HeaderStatusGetReply>> Hdt_v1_1::getHeaderStatusGetMethod() const {
-    return prepare<dto::Base::HeaderStatusGetReply>("headerStatusGet");
+    return make(hdt_v1_1::headerStatusGet);
 }
 
-std::shared_ptr<Method> Hdt_v1_1::getHeaderStatusClearMethod() const { return prepare("headerStatusClear"); }
+std::shared_ptr<Method> Hdt_v1_1::getHeaderStatusClearMethod() const {
+    return make(hdt_v1_1::headerStatusClear);
+}
 
 std::shared_ptr<BoundMethod<dto::hdt::ioDbreqSourceSnapshotReply>>
 Hdt_v1_1::getIoDbreqSourceSnapshotGetMethod() const {
-    return prepare<dto::hdt::ioDbreqSourceSnapshotReply>("ioDbreqSourceSnapshotGet");
+    return make(hdt_v1_1::ioDbreqSourceSnapshotGet);
 }
 
 std::shared_ptr<Method> Hdt_v1_1::getIoDbreqSourceSnapshotClearMethod() const {
-    return prepare("ioDbreqSourceSnapshotClear");
+    return make(hdt_v1_1::ioDbreqSourceSnapshotClear);
 }
 
 std::shared_ptr<BoundMethod<dto::hdt::ioTriggerGetReply>> Hdt_v1_1::getIoTriggerGetMethod(int index) const {
-    return prepare<dto::hdt::ioTriggerGetReply>("ioTriggerGet",
-                                                makeRequest<dto::hdt::ioTriggerGetRequest>(index));
+    return make(hdt_v1_1::ioTriggerGet, index);
 }
 
 std::shared_ptr<Method> Hdt_v1_1::getIoTriggerSetMethod(int index, bool level) const {
-    return prepare("ioTriggerSet", makeRequest<dto::hdt::ioTriggerSetRequest>(index, level));
+    return make(hdt_v1_1::ioTriggerSet, index, level);
 }
 
 std::shared_ptr<BoundMethod<dto::hdt::OptionDbreqOnTriggerGetReply>>
 Hdt_v1_1::getOptionDbreqOnTriggerGetMethod() const {
-    return prepare<dto::hdt::OptionDbreqOnTriggerGetReply>("optionDbreqOnTriggerGet");
+    return make(hdt_v1_1::optionDbreqOnTriggerGet);
 }
 
 std::shared_ptr<Method> Hdt_v1_1::getOptionDbreqOnTriggerSetMethod(bool flag1, int value1, bool flag2,
                                                                    int value2) const {
-    return prepare("optionDbreqOnTriggerSet",
-                   makeRequest<dto::hdt::OptionDbreqOnTriggerSetRequest>(flag1, value1, flag2, value2));
+    return make(hdt_v1_1::optionDbreqOnTriggerSet, flag1, value1, flag2, value2);
 }
 
 std::shared_ptr<BoundMethod<dto::hdt::OptionDbrdyMaskGetReply>>
 Hdt_v1_1::getOptionDbrdyMaskGetMethod() const {
-    return prepare<dto::hdt::OptionDbrdyMaskGetReply>("optionDbrdyMaskGet");
+    return make(hdt_v1_1::optionDbrdyMaskGet);
 }
 
 std::shared_ptr<Method> Hdt_v1_1::getOptionDbrdyMaskSet(const std::vector<bool>& mask) const {
-    return prepare("optionDbrdyMaskSet", makeRequest<dto::hdt::OptionDbrdyMaskSetRequest>(
-                                             std::vector<std::uint8_t>(mask.begin(), mask.end())));
+    return make(hdt_v1_1::optionDbrdyMaskSet, std::vector<std::uint8_t>(mask.begin(), mask.end()));
 }
 
 std::shared_ptr<BoundMethod<dto::hdt::OptionTriggerSetupGetReply>>
 Hdt_v1_1::getOptionTriggerSetupGetMethod(int index) const {
-    return prepare<dto::hdt::OptionTriggerSetupGetReply>(
-        "optionTriggerSetupGet", makeRequest<dto::hdt::OptionTriggerSetupGetRequest>(index));
+    return make(hdt_v1_1::optionTriggerSetupGet, index);
 }
 
 std::shared_ptr<Method> Hdt_v1_1::getOptionTriggerSetupSetMethod(int index, int value1, int value2,
                                                                  int value3, int value4, int value5,
                                                                  int value6, int value7) const {
-    return prepare("optionTriggerSetupSet",
-                   makeRequest<dto::hdt::OptionTriggerSetupSetRequest>(index, value1, value2, value3, value4,
-                                                                       value5, value6, value7));
+    return make(hdt_v1_1::optionTriggerSetupSet, index, value1, value2, value3, value4, value5, value6,
+                value7);
 }
 
 std::shared_ptr<Method> Hdt_v1_1::getIoDbrdyWaitMethod(const std::vector<dto::Header::IoGetReply>&,
@@ -172,17 +239,6 @@ std::shared_ptr<Method> Hdt_v1_1::getIoDbrdyWaitMethod(const std::vector<dto::He
 }
 
 HdtFactory::HdtFactory()
-    : ObjectFactory("hdt") {}
-
-std::shared_ptr<Container> HdtFactory::build(std::shared_ptr<Device> device,
-                                             std::shared_ptr<Container> parent, const std::string& name,
-                                             std::uint32_t instanceId, std::shared_ptr<Object_v1_0> probe) {
-    if (isAtMostOneZero(probe->version())) {
-        namespace tables = TAVOXTranscode::hdt_v1_0;
-        return create<Hdt_v1_0>(device, parent, name, instanceId, tables::encoders(), tables::decoders());
-    }
-    namespace tables = TAVOXTranscode::hdt_v1_1;
-    return create<Hdt_v1_1>(device, parent, name, instanceId, tables::encoders(), tables::decoders());
-}
+    : TypeFactory("hdt", {servedBy<Hdt_v1_0>("1.0", isAtMostOneZero), servedBy<Hdt_v1_1>("1.1")}) {}
 
 } // namespace TAVO::HWDebug

@@ -6,8 +6,102 @@
 #include <vector>
 
 #include <tavo/client/export.h>
-#include <tavo/client/hwdebug/hdt_tables.h>
-#include <tavo/client/object/object_factory.h>
+#include <tavo/client/hwdebug/hdt_records.h>
+#include <tavo/client/object/type_factory.h>
+#include <tavo/client/transcode/base_tables.h>
+#include <tavo/client/transcode/header_records.h>
+#include <tavo/client/transcode/header_status_tables.h>
+
+/// Method tables of the "hdt" object, version 1.0. Shaped like every type's tables, see base_v1_0.
+namespace TAVO::TAVOXTranscode::hdt_v1_0 {
+
+using headerStatus_v1_1::enableGet, headerStatus_v1_1::enableSet;
+inline constexpr Call<None, dto::Header::iGetReply> ioDbreqGet{"ioDbreqGet"};
+inline constexpr Call<dto::Header::iSetRequest> ioDbreqSet{"ioDbreqSet"};
+inline constexpr Call<None, dto::hdt::ioDbrdyReply> ioDbrdyGet{"ioDbrdyGet"};
+inline constexpr Call<None, dto::hdt::ioDbrdySnapshotReply> ioDbrdySnapshotGet{"ioDbrdySnapshotGet"};
+inline constexpr Call<> ioDbrdySnapshotClear{"ioDbrdySnapshotClear"};
+inline constexpr Call<None, dto::Header::iGetReply> ioResetGet{"ioResetGet"};
+inline constexpr Call<None, dto::Header::iGetReply> ioPwrokGet{"ioPwrokGet"};
+inline constexpr Call<dto::hdt::OptionDbreqOnDbrdySetRequest> optionDbreqOnDbrdySet{"optionDbreqOnDbrdySet"};
+inline constexpr Call<None, dto::hdt::OptionDbreqOnDbrdyGetReply> optionDbreqOnDbrdyGet{
+    "optionDbreqOnDbrdyGet"};
+inline constexpr Call<dto::hdt::OptionDbreqOnResetRequest> optionDbreqOnResetSet{"optionDbreqOnResetSet"};
+inline constexpr Call<None, dto::hdt::OptionDbreqOnResetReply> optionDbreqOnResetGet{"optionDbreqOnResetGet"};
+inline constexpr Call<dto::hdt::OptionDbreqPulseWidthRequest> optionDbreqPulseWidthSet{
+    "optionDbreqPulseWidthSet"};
+inline constexpr Call<None, dto::hdt::OptionDbreqPulseWidthReply> optionDbreqPulseWidthGet{
+    "optionDbreqPulseWidthGet"};
+inline constexpr Call<None, dto::hdt::FrequencyGetReply> frequencyGet{"frequencyGet"};
+
+TAVO_API MethodRows rows() noexcept;
+using EncoderList = EncoderListOf<rows>;
+using DecoderList = DecoderListOf<rows>;
+
+TAVO_API extern EncoderFunction &encode_ioDbreqGet, &encode_ioDbreqSet, &encode_ioDbrdyGet,
+    &encode_ioDbrdySnapshotGet, &encode_ioDbrdySnapshotClear, &encode_ioResetGet, &encode_ioPwrokGet,
+    &encode_optionDbreqOnDbrdySet, &encode_optionDbreqOnDbrdyGet, &encode_optionDbreqOnResetSet,
+    &encode_optionDbreqOnResetGet, &encode_optionDbreqPulseWidthSet, &encode_optionDbreqPulseWidthGet,
+    &encode_frequencyGet, &encode_enableGet, &encode_enableSet;
+TAVO_API extern DecoderFunction &decode_ioDbreqGet, &decode_ioDbreqSet, &decode_ioDbrdyGet,
+    &decode_ioDbrdySnapshotGet, &decode_ioDbrdySnapshotClear, &decode_ioResetGet, &decode_ioPwrokGet,
+    &decode_optionDbreqOnDbrdySet, &decode_optionDbreqOnDbrdyGet, &decode_optionDbreqOnResetSet,
+    &decode_optionDbreqOnResetGet, &decode_optionDbreqPulseWidthSet, &decode_optionDbreqPulseWidthGet,
+    &decode_frequencyGet, &decode_enableGet, &decode_enableSet;
+
+} // namespace TAVO::TAVOXTranscode::hdt_v1_0
+
+/// Method tables of the "hdt" object, version 1.1. Shaped like every type's tables, see base_v1_0.
+namespace TAVO::TAVOXTranscode::hdt_v1_1 {
+
+using hdt_v1_0::ioDbreqGet, hdt_v1_0::ioDbreqSet, hdt_v1_0::ioDbrdyGet, hdt_v1_0::ioDbrdySnapshotGet,
+    hdt_v1_0::ioDbrdySnapshotClear, hdt_v1_0::ioResetGet, hdt_v1_0::ioPwrokGet,
+    hdt_v1_0::optionDbreqOnDbrdySet, hdt_v1_0::optionDbreqOnDbrdyGet, hdt_v1_0::optionDbreqOnResetSet,
+    hdt_v1_0::optionDbreqOnResetGet, hdt_v1_0::optionDbreqPulseWidthSet, hdt_v1_0::optionDbreqPulseWidthGet;
+using headerStatus_v1_1::enableGet, headerStatus_v1_1::enableSet, headerStatus_v1_1::headerStatusGet,
+    headerStatus_v1_1::headerStatusClear;
+inline constexpr Call<dto::hdt::ioDbrdyWaitRequest> ioDbrdyWait{"ioDbrdyWait"};
+inline constexpr Call<None, dto::hdt::ioDbreqSourceSnapshotReply> ioDbreqSourceSnapshotGet{
+    "ioDbreqSourceSnapshotGet"};
+inline constexpr Call<> ioDbreqSourceSnapshotClear{"ioDbreqSourceSnapshotClear"};
+inline constexpr Call<dto::hdt::ioTriggerSetRequest> ioTriggerSet{"ioTriggerSet"};
+inline constexpr Call<dto::hdt::ioTriggerGetRequest, dto::hdt::ioTriggerGetReply> ioTriggerGet{
+    "ioTriggerGet"};
+inline constexpr Call<dto::hdt::OptionDbreqOnTriggerSetRequest> optionDbreqOnTriggerSet{
+    "optionDbreqOnTriggerSet"};
+inline constexpr Call<None, dto::hdt::OptionDbreqOnTriggerGetReply> optionDbreqOnTriggerGet{
+    "optionDbreqOnTriggerGet"};
+inline constexpr Call<dto::hdt::OptionDbrdyMaskSetRequest> optionDbrdyMaskSet{"optionDbrdyMaskSet"};
+inline constexpr Call<None, dto::hdt::OptionDbrdyMaskGetReply> optionDbrdyMaskGet{"optionDbrdyMaskGet"};
+inline constexpr Call<None, dto::hdt::FrequencyGetReply> optionFrequencyGet{"optionFrequencyGet"};
+inline constexpr Call<dto::hdt::OptionTriggerSetupSetRequest> optionTriggerSetupSet{"optionTriggerSetupSet"};
+inline constexpr Call<dto::hdt::OptionTriggerSetupGetRequest, dto::hdt::OptionTriggerSetupGetReply>
+    optionTriggerSetupGet{"optionTriggerSetupGet"};
+
+TAVO_API MethodRows rows() noexcept;
+using EncoderList = EncoderListOf<rows>;
+using DecoderList = DecoderListOf<rows>;
+
+TAVO_API extern EncoderFunction &encode_ioDbreqGet, &encode_ioDbreqSet, &encode_ioDbrdyGet,
+    &encode_ioDbrdyWait, &encode_ioDbrdySnapshotGet, &encode_ioDbrdySnapshotClear,
+    &encode_ioDbreqSourceSnapshotGet, &encode_ioDbreqSourceSnapshotClear, &encode_ioResetGet,
+    &encode_ioPwrokGet, &encode_ioTriggerSet, &encode_ioTriggerGet, &encode_optionDbreqOnDbrdySet,
+    &encode_optionDbreqOnDbrdyGet, &encode_optionDbreqOnResetSet, &encode_optionDbreqOnResetGet,
+    &encode_optionDbreqOnTriggerSet, &encode_optionDbreqOnTriggerGet, &encode_optionDbreqPulseWidthSet,
+    &encode_optionDbreqPulseWidthGet, &encode_optionDbrdyMaskSet, &encode_optionDbrdyMaskGet,
+    &encode_optionFrequencyGet, &encode_optionTriggerSetupSet, &encode_optionTriggerSetupGet,
+    &encode_enableGet, &encode_enableSet, &encode_headerStatusGet, &encode_headerStatusClear;
+TAVO_API extern DecoderFunction &decode_ioDbreqGet, &decode_ioDbreqSet, &decode_ioDbrdyGet,
+    &decode_ioDbrdyWait, &decode_ioDbrdySnapshotGet, &decode_ioDbrdySnapshotClear,
+    &decode_ioDbreqSourceSnapshotGet, &decode_ioDbreqSourceSnapshotClear, &decode_ioResetGet,
+    &decode_ioPwrokGet, &decode_ioTriggerSet, &decode_ioTriggerGet, &decode_optionDbreqOnDbrdySet,
+    &decode_optionDbreqOnDbrdyGet, &decode_optionDbreqOnResetSet, &decode_optionDbreqOnResetGet,
+    &decode_optionDbreqOnTriggerSet, &decode_optionDbreqOnTriggerGet, &decode_optionDbreqPulseWidthSet,
+    &decode_optionDbreqPulseWidthGet, &decode_optionDbrdyMaskSet, &decode_optionDbrdyMaskGet,
+    &decode_optionFrequencyGet, &decode_optionTriggerSetupSet, &decode_optionTriggerSetupGet,
+    &decode_enableGet, &decode_enableSet, &decode_headerStatusGet, &decode_headerStatusClear;
+
+} // namespace TAVO::TAVOXTranscode::hdt_v1_1
 
 namespace TAVO::HWDebug {
 
@@ -43,22 +137,14 @@ protected:
 };
 
 /// Proxy of an "hdt" object up to version 1.0.
-class TAVO_API Hdt_v1_0 : public Hdt {
-public:
-    ~Hdt_v1_0() override;
-
+class TAVO_API Hdt_v1_0 : public Proxy<TAVOXTranscode::hdt_v1_0::rows, Hdt> {
 protected:
-    friend class TAVO::ObjectFactory;
-    Hdt_v1_0(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
-             std::shared_ptr<Container> parent, const TAVOXTranscode::hdt_v1_0::EncoderList& encoders,
-             const TAVOXTranscode::hdt_v1_0::DecoderList& decoders);
+    using Proxy::Proxy;
 };
 
 /// Proxy of an "hdt" object above version 1.0.
-class TAVO_API Hdt_v1_1 : public Hdt {
+class TAVO_API Hdt_v1_1 : public Proxy<TAVOXTranscode::hdt_v1_1::rows, Hdt> {
 public:
-    ~Hdt_v1_1() override;
-
     std::shared_ptr<BoundMethod<dto::hdt::FrequencyGetReply>> getOptionFrequencyGetMethod() const;
     /// The reply itself, unlike the other debug modules' HeaderResult.
     std::shared_ptr<BoundMethod<dto::Base::HeaderStatusGetReply>> getHeaderStatusGetMethod() const;
@@ -86,22 +172,13 @@ public:
                                                  int timeout) const;
 
 protected:
-    friend class TAVO::ObjectFactory;
-    Hdt_v1_1(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
-             std::shared_ptr<Container> parent, const TAVOXTranscode::hdt_v1_1::EncoderList& encoders,
-             const TAVOXTranscode::hdt_v1_1::DecoderList& decoders);
+    using Proxy::Proxy;
 };
 
 /// Serves type "hdt": up to version 1.0 by Hdt_v1_0, every higher version by Hdt_v1_1.
-class TAVO_API HdtFactory : public ObjectFactory {
+class TAVO_API HdtFactory : public TypeFactory {
 public:
     HdtFactory();
-
-private:
-    friend class HwdObjects;
-    std::shared_ptr<Container> build(std::shared_ptr<Device> device, std::shared_ptr<Container> parent,
-                                     const std::string& name, std::uint32_t instanceId,
-                                     std::shared_ptr<Object_v1_0> probe) override;
 };
 
 } // namespace TAVO::HWDebug

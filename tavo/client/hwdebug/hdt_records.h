@@ -15,14 +15,20 @@ namespace TAVO::dto::hdt {
 struct TAVO_API ioDbrdyReply : reply_packet {
     std::vector<std::uint8_t> lines;
     bool operator==(const ioDbrdyReply&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"lines", &ioDbrdyReply::lines}}; }
+    template <class Self = ioDbrdyReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"lines", &Self::lines}};
+    }
 };
 
 /// "ioDbrdySnapshotGet": one byte for each DBRDY line.
 struct TAVO_API ioDbrdySnapshotReply : reply_packet {
     std::vector<std::uint8_t> lines;
     bool operator==(const ioDbrdySnapshotReply&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"lines", &ioDbrdySnapshotReply::lines}}; }
+    template <class Self = ioDbrdySnapshotReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"lines", &Self::lines}};
+    }
 };
 
 /// "ioDbrdyWait" of version 1.1.
@@ -30,9 +36,9 @@ struct TAVO_API ioDbrdyWaitRequest : request_packet {
     std::vector<std::uint8_t> lines;
     std::int32_t timeout = 0;
     bool operator==(const ioDbrdyWaitRequest&) const = default;
+    template <class Self = ioDbrdyWaitRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"lines", &ioDbrdyWaitRequest::lines},
-                          Field{"timeout", &ioDbrdyWaitRequest::timeout}};
+        return std::tuple{Field{"lines", &Self::lines}, Field{"timeout", &Self::timeout}};
     }
 };
 
@@ -40,8 +46,9 @@ struct TAVO_API ioDbrdyWaitRequest : request_packet {
 struct TAVO_API ioDbreqSourceSnapshotReply : reply_packet {
     std::int32_t source = 0;
     bool operator==(const ioDbreqSourceSnapshotReply&) const = default;
+    template <class Self = ioDbreqSourceSnapshotReply>
     static constexpr auto fields() {
-        return std::tuple{Field{"source", &ioDbreqSourceSnapshotReply::source}};
+        return std::tuple{Field{"source", &Self::source}};
     }
 };
 
@@ -49,14 +56,20 @@ struct TAVO_API ioDbreqSourceSnapshotReply : reply_packet {
 struct TAVO_API ioTriggerGetRequest : request_packet {
     std::int32_t index = 0;
     bool operator==(const ioTriggerGetRequest&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"index", &ioTriggerGetRequest::index}}; }
+    template <class Self = ioTriggerGetRequest>
+    static constexpr auto fields() {
+        return std::tuple{Field{"index", &Self::index}};
+    }
 };
 
 /// "ioTriggerGet" of version 1.1.
 struct TAVO_API ioTriggerGetReply : reply_packet {
     bool level = false;
     bool operator==(const ioTriggerGetReply&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"level", &ioTriggerGetReply::level}}; }
+    template <class Self = ioTriggerGetReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"level", &Self::level}};
+    }
 };
 
 /// "ioTriggerSet" of version 1.1.
@@ -64,9 +77,9 @@ struct TAVO_API ioTriggerSetRequest : request_packet {
     std::int32_t index = 0;
     bool level = false;
     bool operator==(const ioTriggerSetRequest&) const = default;
+    template <class Self = ioTriggerSetRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"index", &ioTriggerSetRequest::index},
-                          Field{"level", &ioTriggerSetRequest::level}};
+        return std::tuple{Field{"index", &Self::index}, Field{"level", &Self::level}};
     }
 };
 
@@ -74,8 +87,9 @@ struct TAVO_API ioTriggerSetRequest : request_packet {
 struct TAVO_API OptionDbreqOnDbrdySetRequest : request_packet {
     bool enable = false;
     bool operator==(const OptionDbreqOnDbrdySetRequest&) const = default;
+    template <class Self = OptionDbreqOnDbrdySetRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"enable", &OptionDbreqOnDbrdySetRequest::enable}};
+        return std::tuple{Field{"enable", &Self::enable}};
     }
 };
 
@@ -86,8 +100,9 @@ using OptionDbreqOnDbrdyRequest = OptionDbreqOnDbrdySetRequest;
 struct TAVO_API OptionDbreqOnDbrdyGetReply : reply_packet {
     bool enable = false;
     bool operator==(const OptionDbreqOnDbrdyGetReply&) const = default;
+    template <class Self = OptionDbreqOnDbrdyGetReply>
     static constexpr auto fields() {
-        return std::tuple{Field{"enable", &OptionDbreqOnDbrdyGetReply::enable}};
+        return std::tuple{Field{"enable", &Self::enable}};
     }
 };
 
@@ -95,14 +110,20 @@ struct TAVO_API OptionDbreqOnDbrdyGetReply : reply_packet {
 struct TAVO_API OptionDbreqOnResetRequest : request_packet {
     bool enable = false;
     bool operator==(const OptionDbreqOnResetRequest&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"enable", &OptionDbreqOnResetRequest::enable}}; }
+    template <class Self = OptionDbreqOnResetRequest>
+    static constexpr auto fields() {
+        return std::tuple{Field{"enable", &Self::enable}};
+    }
 };
 
 /// "optionDbreqOnResetGet"
 struct TAVO_API OptionDbreqOnResetReply : reply_packet {
     bool enable = false;
     bool operator==(const OptionDbreqOnResetReply&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"enable", &OptionDbreqOnResetReply::enable}}; }
+    template <class Self = OptionDbreqOnResetReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"enable", &Self::enable}};
+    }
 };
 
 /// "optionDbreqOnTriggerSet" of version 1.1.
@@ -112,11 +133,10 @@ struct TAVO_API OptionDbreqOnTriggerSetRequest : request_packet {
     bool flag2 = false;
     std::int32_t value2 = 0;
     bool operator==(const OptionDbreqOnTriggerSetRequest&) const = default;
+    template <class Self = OptionDbreqOnTriggerSetRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"flag1", &OptionDbreqOnTriggerSetRequest::flag1},
-                          Field{"value1", &OptionDbreqOnTriggerSetRequest::value1},
-                          Field{"flag2", &OptionDbreqOnTriggerSetRequest::flag2},
-                          Field{"value2", &OptionDbreqOnTriggerSetRequest::value2}};
+        return std::tuple{Field{"flag1", &Self::flag1}, Field{"value1", &Self::value1},
+                          Field{"flag2", &Self::flag2}, Field{"value2", &Self::value2}};
     }
 };
 
@@ -127,11 +147,10 @@ struct TAVO_API OptionDbreqOnTriggerGetReply : reply_packet {
     bool flag2 = false;
     std::int32_t value2 = 0;
     bool operator==(const OptionDbreqOnTriggerGetReply&) const = default;
+    template <class Self = OptionDbreqOnTriggerGetReply>
     static constexpr auto fields() {
-        return std::tuple{Field{"flag1", &OptionDbreqOnTriggerGetReply::flag1},
-                          Field{"value1", &OptionDbreqOnTriggerGetReply::value1},
-                          Field{"flag2", &OptionDbreqOnTriggerGetReply::flag2},
-                          Field{"value2", &OptionDbreqOnTriggerGetReply::value2}};
+        return std::tuple{Field{"flag1", &Self::flag1}, Field{"value1", &Self::value1},
+                          Field{"flag2", &Self::flag2}, Field{"value2", &Self::value2}};
     }
 };
 
@@ -139,8 +158,9 @@ struct TAVO_API OptionDbreqOnTriggerGetReply : reply_packet {
 struct TAVO_API OptionDbreqPulseWidthRequest : request_packet {
     std::int32_t pulseWidth = 0;
     bool operator==(const OptionDbreqPulseWidthRequest&) const = default;
+    template <class Self = OptionDbreqPulseWidthRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"pulseWidth", &OptionDbreqPulseWidthRequest::pulseWidth}};
+        return std::tuple{Field{"pulseWidth", &Self::pulseWidth}};
     }
 };
 
@@ -148,8 +168,9 @@ struct TAVO_API OptionDbreqPulseWidthRequest : request_packet {
 struct TAVO_API OptionDbreqPulseWidthReply : reply_packet {
     std::int32_t pulseWidth = 0;
     bool operator==(const OptionDbreqPulseWidthReply&) const = default;
+    template <class Self = OptionDbreqPulseWidthReply>
     static constexpr auto fields() {
-        return std::tuple{Field{"pulseWidth", &OptionDbreqPulseWidthReply::pulseWidth}};
+        return std::tuple{Field{"pulseWidth", &Self::pulseWidth}};
     }
 };
 
@@ -157,14 +178,20 @@ struct TAVO_API OptionDbreqPulseWidthReply : reply_packet {
 struct TAVO_API OptionDbrdyMaskSetRequest : request_packet {
     std::vector<std::uint8_t> mask;
     bool operator==(const OptionDbrdyMaskSetRequest&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"mask", &OptionDbrdyMaskSetRequest::mask}}; }
+    template <class Self = OptionDbrdyMaskSetRequest>
+    static constexpr auto fields() {
+        return std::tuple{Field{"mask", &Self::mask}};
+    }
 };
 
 /// "optionDbrdyMaskGet" of version 1.1.
 struct TAVO_API OptionDbrdyMaskGetReply : reply_packet {
     std::vector<std::uint8_t> mask;
     bool operator==(const OptionDbrdyMaskGetReply&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"mask", &OptionDbrdyMaskGetReply::mask}}; }
+    template <class Self = OptionDbrdyMaskGetReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"mask", &Self::mask}};
+    }
 };
 
 /// "frequencyGet" of version 1.0, "optionFrequencyGet" of version 1.1: the frequency alone, unlike
@@ -172,7 +199,10 @@ struct TAVO_API OptionDbrdyMaskGetReply : reply_packet {
 struct TAVO_API FrequencyGetReply : reply_packet {
     std::uint64_t frequency = 0;
     bool operator==(const FrequencyGetReply&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"frequency", &FrequencyGetReply::frequency}}; }
+    template <class Self = FrequencyGetReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"frequency", &Self::frequency}};
+    }
 };
 
 /// "optionTriggerSetupSet" of version 1.1: the trigger and its setup.
@@ -186,15 +216,12 @@ struct TAVO_API OptionTriggerSetupSetRequest : request_packet {
     std::int32_t value6 = 0;
     std::int32_t value7 = 0;
     bool operator==(const OptionTriggerSetupSetRequest&) const = default;
+    template <class Self = OptionTriggerSetupSetRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"index", &OptionTriggerSetupSetRequest::index},
-                          Field{"value1", &OptionTriggerSetupSetRequest::value1},
-                          Field{"value2", &OptionTriggerSetupSetRequest::value2},
-                          Field{"value3", &OptionTriggerSetupSetRequest::value3},
-                          Field{"value4", &OptionTriggerSetupSetRequest::value4},
-                          Field{"value5", &OptionTriggerSetupSetRequest::value5},
-                          Field{"value6", &OptionTriggerSetupSetRequest::value6},
-                          Field{"value7", &OptionTriggerSetupSetRequest::value7}};
+        return std::tuple{Field{"index", &Self::index},   Field{"value1", &Self::value1},
+                          Field{"value2", &Self::value2}, Field{"value3", &Self::value3},
+                          Field{"value4", &Self::value4}, Field{"value5", &Self::value5},
+                          Field{"value6", &Self::value6}, Field{"value7", &Self::value7}};
     }
 };
 
@@ -202,8 +229,9 @@ struct TAVO_API OptionTriggerSetupSetRequest : request_packet {
 struct TAVO_API OptionTriggerSetupGetRequest : request_packet {
     std::int32_t index = 0;
     bool operator==(const OptionTriggerSetupGetRequest&) const = default;
+    template <class Self = OptionTriggerSetupGetRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"index", &OptionTriggerSetupGetRequest::index}};
+        return std::tuple{Field{"index", &Self::index}};
     }
 };
 
@@ -217,14 +245,12 @@ struct TAVO_API OptionTriggerSetupGetReply : reply_packet {
     std::int32_t value6 = 0;
     std::int32_t value7 = 0;
     bool operator==(const OptionTriggerSetupGetReply&) const = default;
+    template <class Self = OptionTriggerSetupGetReply>
     static constexpr auto fields() {
-        return std::tuple{Field{"value1", &OptionTriggerSetupGetReply::value1},
-                          Field{"value2", &OptionTriggerSetupGetReply::value2},
-                          Field{"value3", &OptionTriggerSetupGetReply::value3},
-                          Field{"value4", &OptionTriggerSetupGetReply::value4},
-                          Field{"value5", &OptionTriggerSetupGetReply::value5},
-                          Field{"value6", &OptionTriggerSetupGetReply::value6},
-                          Field{"value7", &OptionTriggerSetupGetReply::value7}};
+        return std::tuple{Field{"value1", &Self::value1}, Field{"value2", &Self::value2},
+                          Field{"value3", &Self::value3}, Field{"value4", &Self::value4},
+                          Field{"value5", &Self::value5}, Field{"value6", &Self::value6},
+                          Field{"value7", &Self::value7}};
     }
 };
 

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <tuple>
 #include <vector>
 
 #include <tavo/client/export.h>
 #include <tavo/client/transcode/base_records.h>
+#include <tavo/client/transcode/field.h>
 
 namespace TAVO::HWDebug {
 
@@ -18,6 +20,11 @@ struct TAVO_API HeaderResult {
     std::vector<dto::Base::Header> headers;
     std::vector<dto::Base::Connection> connections;
     bool operator==(const HeaderResult&) const = default;
+    template <class Self = HeaderResult>
+    static constexpr auto fields() {
+        return std::tuple{dto::Field{"headers", &Self::headers},
+                          dto::Field{"connections", &Self::connections}};
+    }
 };
 
 } // namespace TAVO::HWDebug

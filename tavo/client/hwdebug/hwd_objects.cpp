@@ -12,23 +12,13 @@
 #include <tavo/client/hwdebug/lpc.h>
 #include <tavo/client/hwdebug/lpc_post_code.h>
 #include <tavo/client/hwdebug/lpc_rom_emulation.h>
-#include <tavo/client/transcode/internal/immortal.h>
 
 namespace TAVO::HWDebug {
 
 void HwdObjects::registerCoreObjects() {
-    immortal<JtagFactory>().registerFactory();
-    immortal<CsJtagFactory>().registerFactory();
-    immortal<HdtFactory>().registerFactory();
-    immortal<HwDebugFactory>().registerFactory();
-    immortal<I2cFactory>().registerFactory();
-    immortal<GpuScanFactory>().registerFactory();
-    immortal<GpuDebugFactory>().registerFactory();
-    immortal<KelvorGpuDebugMuxFactory>().registerFactory();
-    immortal<KelvorUvdMuxFactory>().registerFactory();
-    immortal<LpcFactory>().registerFactory();
-    immortal<LpcPostCodeFactory>().registerFactory();
-    immortal<LpcRomEmulationFactory>().registerFactory();
+    registerFactories<JtagFactory, CsJtagFactory, HdtFactory, HwDebugFactory, I2cFactory, GpuScanFactory,
+                      GpuDebugFactory, KelvorGpuDebugMuxFactory, KelvorUvdMuxFactory, LpcFactory,
+                      LpcPostCodeFactory, LpcRomEmulationFactory>();
 }
 
 } // namespace TAVO::HWDebug

@@ -3,12 +3,50 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <tavo/client/export.h>
 #include <tavo/client/hwdebug/header_result.h>
-#include <tavo/client/hwdebug/i2c_tables.h>
-#include <tavo/client/object/object_factory.h>
+#include <tavo/client/hwdebug/i2c_records.h>
+#include <tavo/client/hwdebug/jtag_records.h>
+#include <tavo/client/object/type_factory.h>
+#include <tavo/client/transcode/base_tables.h>
+#include <tavo/client/transcode/field.h>
+#include <tavo/client/transcode/header_status_tables.h>
+
+/// Method tables of the "i2c" object. Shaped like every type's tables, see base_v1_0.
+namespace TAVO::TAVOXTranscode::i2c_v1_0 {
+
+using headerStatus_v1_1::headerStatusGet, headerStatus_v1_1::headerStatusClear;
+inline constexpr Call<dto::i2c::TransferRequest, dto::i2c::TransferReply> transfer{"transfer"};
+inline constexpr Call<dto::i2c::ReadRequest, dto::i2c::ReadReply> read{"read"};
+inline constexpr Call<dto::i2c::WriteRequest, dto::i2c::WriteReply> write{"write"};
+inline constexpr Call<None, dto::Base::FrequencyGetReply> optionSclFrequencyGet{"optionSclFrequencyGet"};
+inline constexpr Call<dto::Jtag::OptionTckFrequencySetRequest> optionSclFrequencySet{"optionSclFrequencySet"};
+inline constexpr Call<None, dto::i2c::OptionAddressRetryLimitGetReply> optionAddressRetryLimitGet{
+    "optionAddressRetryLimitGet"};
+inline constexpr Call<dto::i2c::OptionAddressRetryLimitSetRequest> optionAddressRetryLimitSet{
+    "optionAddressRetryLimitSet"};
+inline constexpr Call<None, dto::i2c::OptionTimeoutGetReply> optionTimeoutGet{"optionTimeoutGet"};
+inline constexpr Call<dto::i2c::OptionTimeoutSetRequest> optionTimeoutSet{"optionTimeoutSet"};
+inline constexpr Call<None, dto::i2c::OptionAckGetReply> optionAckGet{"optionAckGet"};
+inline constexpr Call<dto::i2c::OptionAckSetRequest> optionAckSet{"optionAckSet"};
+
+TAVO_API MethodRows rows() noexcept;
+using EncoderList = EncoderListOf<rows>;
+using DecoderList = DecoderListOf<rows>;
+
+TAVO_API extern EncoderFunction &encode_transfer, &encode_read, &encode_write, &encode_optionSclFrequencyGet,
+    &encode_optionSclFrequencySet, &encode_optionAddressRetryLimitGet, &encode_optionAddressRetryLimitSet,
+    &encode_optionTimeoutGet, &encode_optionTimeoutSet, &encode_optionAckGet, &encode_optionAckSet,
+    &encode_headerStatusGet, &encode_headerStatusClear;
+TAVO_API extern DecoderFunction &decode_transfer, &decode_read, &decode_write, &decode_optionSclFrequencyGet,
+    &decode_optionSclFrequencySet, &decode_optionAddressRetryLimitGet, &decode_optionAddressRetryLimitSet,
+    &decode_optionTimeoutGet, &decode_optionTimeoutSet, &decode_optionAckGet, &decode_optionAckSet,
+    &decode_headerStatusGet, &decode_headerStatusClear;
+
+} // namespace TAVO::TAVOXTranscode::i2c_v1_0
 
 namespace TAVO::HWDebug {
 
@@ -26,6 +64,11 @@ struct TAVO_API I2cTransfer {
     std::int32_t second = 0;
     std::vector<std::uint8_t> data;
     bool operator==(const I2cTransfer&) const = default;
+    template <class Self = I2cTransfer>
+    static constexpr auto fields() {
+        return std::tuple{dto::Field{"first", &Self::first}, dto::Field{"second", &Self::second},
+                          dto::Field{"data", &Self::data}};
+    }
 };
 
 struct TAVO_API I2cRead {
@@ -38,6 +81,10 @@ struct TAVO_API I2cRead {
     std::int32_t value = 0;
     std::vector<std::uint8_t> data;
     bool operator==(const I2cRead&) const = default;
+    template <class Self = I2cRead>
+    static constexpr auto fields() {
+        return std::tuple{dto::Field{"value", &Self::value}, dto::Field{"data", &Self::data}};
+    }
 };
 
 struct TAVO_API I2cAck {
@@ -50,6 +97,10 @@ struct TAVO_API I2cAck {
     bool first = false;
     bool second = false;
     bool operator==(const I2cAck&) const = default;
+    template <class Self = I2cAck>
+    static constexpr auto fields() {
+        return std::tuple{dto::Field{"first", &Self::first}, dto::Field{"second", &Self::second}};
+    }
 };
 
 struct TAVO_API I2cTimeout {
@@ -62,6 +113,10 @@ struct TAVO_API I2cTimeout {
     std::int32_t first = 0;
     std::int32_t second = 0;
     bool operator==(const I2cTimeout&) const = default;
+    template <class Self = I2cTimeout>
+    static constexpr auto fields() {
+        return std::tuple{dto::Field{"first", &Self::first}, dto::Field{"second", &Self::second}};
+    }
 };
 
 struct TAVO_API I2cSclFrequency {
@@ -74,6 +129,10 @@ struct TAVO_API I2cSclFrequency {
     std::uint64_t frequency = 0;
     std::int32_t value = 0;
     bool operator==(const I2cSclFrequency&) const = default;
+    template <class Self = I2cSclFrequency>
+    static constexpr auto fields() {
+        return std::tuple{dto::Field{"frequency", &Self::frequency}, dto::Field{"value", &Self::value}};
+    }
 };
 
 } // namespace I2c_v1_0_Structs
@@ -82,10 +141,8 @@ struct TAVO_API I2cSclFrequency {
 /// send nothing; each throws SpecificationError when the device does not list the method.
 /// Nothing is checked on this side. The meaning of flags and neutrally named values is the device's to
 /// define.
-class TAVO_API I2c_v1_0 : public Object_v1_0 {
+class TAVO_API I2c_v1_0 : public Proxy<TAVOXTranscode::i2c_v1_0::rows> {
 public:
-    ~I2c_v1_0() override;
-
     /// Writes `data`, then reads `count` bytes. The second argument goes nowhere.
     std::shared_ptr<BoundMethod<I2c_v1_0_Structs::I2cTransfer>>
     getTransferMethod(int address, int ignored, const std::vector<std::uint8_t>& data, int count) const;
@@ -108,22 +165,13 @@ public:
     std::shared_ptr<Method> getHeaderStatusClearMethod() const;
 
 protected:
-    friend class TAVO::ObjectFactory;
-    I2c_v1_0(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
-             std::shared_ptr<Container> parent, const TAVOXTranscode::i2c_v1_0::EncoderList& encoders,
-             const TAVOXTranscode::i2c_v1_0::DecoderList& decoders);
+    using Proxy::Proxy;
 };
 
 /// Serves type "i2c" of every version.
-class TAVO_API I2cFactory : public ObjectFactory {
+class TAVO_API I2cFactory : public TypeFactory {
 public:
     I2cFactory();
-
-private:
-    friend class HwdObjects;
-    std::shared_ptr<Container> build(std::shared_ptr<Device> device, std::shared_ptr<Container> parent,
-                                     const std::string& name, std::uint32_t instanceId,
-                                     std::shared_ptr<Object_v1_0> probe) override;
 };
 
 } // namespace TAVO::HWDebug

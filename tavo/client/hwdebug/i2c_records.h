@@ -16,9 +16,10 @@ struct TAVO_API TransferRequest : request_packet {
     std::vector<std::uint8_t> data;
     std::int32_t count = 0;
     bool operator==(const TransferRequest&) const = default;
+    template <class Self = TransferRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"address", &TransferRequest::address}, Field{"data", &TransferRequest::data},
-                          Field{"count", &TransferRequest::count}};
+        return std::tuple{Field{"address", &Self::address}, Field{"data", &Self::data},
+                          Field{"count", &Self::count}};
     }
 };
 
@@ -28,9 +29,10 @@ struct TAVO_API TransferReply : reply_packet {
     std::int32_t second = 0;
     std::vector<std::uint8_t> data;
     bool operator==(const TransferReply&) const = default;
+    template <class Self = TransferReply>
     static constexpr auto fields() {
-        return std::tuple{Field{"first", &TransferReply::first}, Field{"second", &TransferReply::second},
-                          Field{"data", &TransferReply::data}};
+        return std::tuple{Field{"first", &Self::first}, Field{"second", &Self::second},
+                          Field{"data", &Self::data}};
     }
 };
 
@@ -41,9 +43,10 @@ struct TAVO_API ReadRequest : request_packet {
     bool second = false;
     std::int32_t count = 0;
     bool operator==(const ReadRequest&) const = default;
+    template <class Self = ReadRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"address", &ReadRequest::address}, Field{"first", &ReadRequest::first},
-                          Field{"second", &ReadRequest::second}, Field{"count", &ReadRequest::count}};
+        return std::tuple{Field{"address", &Self::address}, Field{"first", &Self::first},
+                          Field{"second", &Self::second}, Field{"count", &Self::count}};
     }
 };
 
@@ -52,8 +55,9 @@ struct TAVO_API ReadReply : reply_packet {
     std::int32_t value = 0;
     std::vector<std::uint8_t> data;
     bool operator==(const ReadReply&) const = default;
+    template <class Self = ReadReply>
     static constexpr auto fields() {
-        return std::tuple{Field{"value", &ReadReply::value}, Field{"data", &ReadReply::data}};
+        return std::tuple{Field{"value", &Self::value}, Field{"data", &Self::data}};
     }
 };
 
@@ -64,9 +68,10 @@ struct TAVO_API WriteRequest : request_packet {
     bool second = false;
     std::vector<std::uint8_t> data;
     bool operator==(const WriteRequest&) const = default;
+    template <class Self = WriteRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"address", &WriteRequest::address}, Field{"first", &WriteRequest::first},
-                          Field{"second", &WriteRequest::second}, Field{"data", &WriteRequest::data}};
+        return std::tuple{Field{"address", &Self::address}, Field{"first", &Self::first},
+                          Field{"second", &Self::second}, Field{"data", &Self::data}};
     }
 };
 
@@ -74,15 +79,19 @@ struct TAVO_API WriteRequest : request_packet {
 struct TAVO_API WriteReply : reply_packet {
     std::int32_t value = 0;
     bool operator==(const WriteReply&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"value", &WriteReply::value}}; }
+    template <class Self = WriteReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"value", &Self::value}};
+    }
 };
 
 /// "optionAddressRetryLimitSet"
 struct TAVO_API OptionAddressRetryLimitSetRequest : request_packet {
     std::int32_t limit = 0;
     bool operator==(const OptionAddressRetryLimitSetRequest&) const = default;
+    template <class Self = OptionAddressRetryLimitSetRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"limit", &OptionAddressRetryLimitSetRequest::limit}};
+        return std::tuple{Field{"limit", &Self::limit}};
     }
 };
 
@@ -90,8 +99,9 @@ struct TAVO_API OptionAddressRetryLimitSetRequest : request_packet {
 struct TAVO_API OptionAddressRetryLimitGetReply : reply_packet {
     std::int32_t limit = 0;
     bool operator==(const OptionAddressRetryLimitGetReply&) const = default;
+    template <class Self = OptionAddressRetryLimitGetReply>
     static constexpr auto fields() {
-        return std::tuple{Field{"limit", &OptionAddressRetryLimitGetReply::limit}};
+        return std::tuple{Field{"limit", &Self::limit}};
     }
 };
 
@@ -100,9 +110,9 @@ struct TAVO_API OptionTimeoutSetRequest : request_packet {
     std::int32_t first = 0;
     std::int32_t second = 0;
     bool operator==(const OptionTimeoutSetRequest&) const = default;
+    template <class Self = OptionTimeoutSetRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"first", &OptionTimeoutSetRequest::first},
-                          Field{"second", &OptionTimeoutSetRequest::second}};
+        return std::tuple{Field{"first", &Self::first}, Field{"second", &Self::second}};
     }
 };
 
@@ -111,9 +121,9 @@ struct TAVO_API OptionTimeoutGetReply : reply_packet {
     std::int32_t first = 0;
     std::int32_t second = 0;
     bool operator==(const OptionTimeoutGetReply&) const = default;
+    template <class Self = OptionTimeoutGetReply>
     static constexpr auto fields() {
-        return std::tuple{Field{"first", &OptionTimeoutGetReply::first},
-                          Field{"second", &OptionTimeoutGetReply::second}};
+        return std::tuple{Field{"first", &Self::first}, Field{"second", &Self::second}};
     }
 };
 
@@ -122,9 +132,9 @@ struct TAVO_API OptionAckSetRequest : request_packet {
     bool first = false;
     bool second = false;
     bool operator==(const OptionAckSetRequest&) const = default;
+    template <class Self = OptionAckSetRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"first", &OptionAckSetRequest::first},
-                          Field{"second", &OptionAckSetRequest::second}};
+        return std::tuple{Field{"first", &Self::first}, Field{"second", &Self::second}};
     }
 };
 
@@ -133,9 +143,9 @@ struct TAVO_API OptionAckGetReply : reply_packet {
     bool first = false;
     bool second = false;
     bool operator==(const OptionAckGetReply&) const = default;
+    template <class Self = OptionAckGetReply>
     static constexpr auto fields() {
-        return std::tuple{Field{"first", &OptionAckGetReply::first},
-                          Field{"second", &OptionAckGetReply::second}};
+        return std::tuple{Field{"first", &Self::first}, Field{"second", &Self::second}};
     }
 };
 

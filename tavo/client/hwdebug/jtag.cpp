@@ -1,205 +1,258 @@
 #include <tavo/client/hwdebug/jtag.h>
 
-#include <utility>
+#include <tavo/client/transcode/convert_record.h>
+#include <tavo/client/transcode/internal/function_names.h>
+#include <tavo/client/transcode/table.h>
+
+namespace TAVO::TAVOXTranscode::jtag_v1_0 {
+
+namespace {
+
+constexpr auto table =
+    tableOf(shiftIR, shiftDR, tdoExpectedGet, tdoExpectedSet, retryGet, retrySet, repeatGet, repeatSet,
+            tapStateGet, tapStateSet, tckFrequencyGet, tckFrequencySet, sleep, terminationStateIRGet,
+            terminationStateIRSet, terminationStateDRGet, terminationStateDRSet, ioTrstGet, ioTrstSet,
+            ioTckGet, ioTckSet, ioTmsGet, ioTmsSet, ioTdiGet, ioTdiSet, ioTdoGet, enableGet, enableSet);
+
+} // namespace
+
+MethodRows rows() noexcept { return table; }
+
+TAVO_FUNCTION_NAMES(shiftIR);
+TAVO_FUNCTION_NAMES(shiftDR);
+TAVO_FUNCTION_NAMES(tdoExpectedGet);
+TAVO_FUNCTION_NAMES(tdoExpectedSet);
+TAVO_FUNCTION_NAMES(retryGet);
+TAVO_FUNCTION_NAMES(retrySet);
+TAVO_FUNCTION_NAMES(repeatGet);
+TAVO_FUNCTION_NAMES(repeatSet);
+TAVO_FUNCTION_NAMES(tapStateGet);
+TAVO_FUNCTION_NAMES(tapStateSet);
+TAVO_FUNCTION_NAMES(tckFrequencyGet);
+TAVO_FUNCTION_NAMES(tckFrequencySet);
+TAVO_FUNCTION_NAMES(sleep);
+TAVO_FUNCTION_NAMES(terminationStateIRGet);
+TAVO_FUNCTION_NAMES(terminationStateIRSet);
+TAVO_FUNCTION_NAMES(terminationStateDRGet);
+TAVO_FUNCTION_NAMES(terminationStateDRSet);
+TAVO_FUNCTION_NAMES(ioTrstGet);
+TAVO_FUNCTION_NAMES(ioTrstSet);
+TAVO_FUNCTION_NAMES(ioTckGet);
+TAVO_FUNCTION_NAMES(ioTckSet);
+TAVO_FUNCTION_NAMES(ioTmsGet);
+TAVO_FUNCTION_NAMES(ioTmsSet);
+TAVO_FUNCTION_NAMES(ioTdiGet);
+TAVO_FUNCTION_NAMES(ioTdiSet);
+TAVO_FUNCTION_NAMES(ioTdoGet);
+TAVO_FUNCTION_NAMES(enableGet);
+TAVO_FUNCTION_NAMES(enableSet);
+
+} // namespace TAVO::TAVOXTranscode::jtag_v1_0
+
+namespace TAVO::TAVOXTranscode::jtag_v1_1 {
+
+namespace {
+
+constexpr auto table =
+    tableOf(shiftIR, shiftDR, tapStateGet, tapStateSet, sleep, optionTdoExpectedGet, optionTdoExpectedSet,
+            optionRetryGet, optionRetrySet, optionRepeatGet, optionRepeatSet, optionTckFrequencyGet,
+            optionTckFrequencySet, optionTerminationStateGet, optionTerminationStateSet, optionPrePostTckGet,
+            optionPrePostTckSet, ioTrstGet, ioTrstSet, ioTckGet, ioTckSet, ioTmsGet, ioTmsSet, ioTdiGet,
+            ioTdiSet, ioTdoGet, enableGet, enableSet, headerStatusGet, headerStatusClear);
+
+} // namespace
+
+MethodRows rows() noexcept { return table; }
+
+TAVO_FUNCTION_NAMES(shiftIR);
+TAVO_FUNCTION_NAMES(shiftDR);
+TAVO_FUNCTION_NAMES(tapStateGet);
+TAVO_FUNCTION_NAMES(tapStateSet);
+TAVO_FUNCTION_NAMES(sleep);
+TAVO_FUNCTION_NAMES(optionTdoExpectedGet);
+TAVO_FUNCTION_NAMES(optionTdoExpectedSet);
+TAVO_FUNCTION_NAMES(optionRetryGet);
+TAVO_FUNCTION_NAMES(optionRetrySet);
+TAVO_FUNCTION_NAMES(optionRepeatGet);
+TAVO_FUNCTION_NAMES(optionRepeatSet);
+TAVO_FUNCTION_NAMES(optionTckFrequencyGet);
+TAVO_FUNCTION_NAMES(optionTckFrequencySet);
+TAVO_FUNCTION_NAMES(optionTerminationStateGet);
+TAVO_FUNCTION_NAMES(optionTerminationStateSet);
+TAVO_FUNCTION_NAMES(optionPrePostTckGet);
+TAVO_FUNCTION_NAMES(optionPrePostTckSet);
+TAVO_FUNCTION_NAMES(ioTrstGet);
+TAVO_FUNCTION_NAMES(ioTrstSet);
+TAVO_FUNCTION_NAMES(ioTckGet);
+TAVO_FUNCTION_NAMES(ioTckSet);
+TAVO_FUNCTION_NAMES(ioTmsGet);
+TAVO_FUNCTION_NAMES(ioTmsSet);
+TAVO_FUNCTION_NAMES(ioTdiGet);
+TAVO_FUNCTION_NAMES(ioTdiSet);
+TAVO_FUNCTION_NAMES(ioTdoGet);
+TAVO_FUNCTION_NAMES(enableGet);
+TAVO_FUNCTION_NAMES(enableSet);
+TAVO_FUNCTION_NAMES(headerStatusGet);
+TAVO_FUNCTION_NAMES(headerStatusClear);
+
+} // namespace TAVO::TAVOXTranscode::jtag_v1_1
 
 namespace TAVO::HWDebug {
 
-using TAVOXTranscode::makeRequest;
+namespace jtag_v1_1 = TAVOXTranscode::jtag_v1_1;
 
 namespace Jtag_v1_1_Structs {
 
-RepeatGet::RepeatGet(const dto::Jtag::OptionRepeatGetReply& reply)
-    : irCount(reply.irCount)
-    , irEnable(reply.irEnable)
-    , drCount(reply.drCount)
-    , drEnable(reply.drEnable) {}
+RepeatGet::RepeatGet(const dto::Jtag::OptionRepeatGetReply& reply) {
+    TAVOXTranscode::convertRecord(reply, *this);
+}
 
 RepeatGet::RepeatGet(const dto::result& outcome)
     : RepeatGet(dto::replyOf<dto::Jtag::OptionRepeatGetReply>(outcome)) {}
 
-RetryGet::RetryGet(const dto::Jtag::OptionRetryGetReply& reply)
-    : irCount(reply.irCount)
-    , irEnable(reply.irEnable)
-    , drCount(reply.drCount)
-    , drEnable(reply.drEnable) {}
+RetryGet::RetryGet(const dto::Jtag::OptionRetryGetReply& reply) {
+    TAVOXTranscode::convertRecord(reply, *this);
+}
 
 RetryGet::RetryGet(const dto::result& outcome)
     : RetryGet(dto::replyOf<dto::Jtag::OptionRetryGetReply>(outcome)) {}
 
-TdoExpectedGet::TdoExpectedGet(const dto::Jtag::OptionTdoExpectedGetReply& reply)
-    : irBits(reply.irBits)
-    , irExpected(reply.irExpected)
-    , irMask(reply.irMask)
-    , drBits(reply.drBits)
-    , drExpected(reply.drExpected)
-    , drMask(reply.drMask) {}
+TdoExpectedGet::TdoExpectedGet(const dto::Jtag::OptionTdoExpectedGetReply& reply) {
+    TAVOXTranscode::convertRecord(reply, *this);
+}
 
 TdoExpectedGet::TdoExpectedGet(const dto::result& outcome)
     : TdoExpectedGet(dto::replyOf<dto::Jtag::OptionTdoExpectedGetReply>(outcome)) {}
 
 } // namespace Jtag_v1_1_Structs
 
-Jtag_v1_0::Jtag_v1_0(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
-                     std::shared_ptr<Container> parent,
-                     const TAVOXTranscode::jtag_v1_0::EncoderList& encoders,
-                     const TAVOXTranscode::jtag_v1_0::DecoderList& decoders)
-    : Object_v1_0(std::move(device), name, instanceId, std::move(parent), encoders, decoders) {}
-
-Jtag_v1_0::~Jtag_v1_0() = default;
-
-Jtag_v1_1::Jtag_v1_1(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
-                     std::shared_ptr<Container> parent,
-                     const TAVOXTranscode::jtag_v1_1::EncoderList& encoders,
-                     const TAVOXTranscode::jtag_v1_1::DecoderList& decoders)
-    : Object_v1_0(std::move(device), name, instanceId, std::move(parent), encoders, decoders) {}
-
-Jtag_v1_1::~Jtag_v1_1() = default;
-
 std::shared_ptr<BoundMethod<dto::Jtag::ShiftReply>>
 Jtag_v1_1::getShiftIRMethod(int bits, const std::vector<std::uint8_t>& data) const {
-    return prepare<dto::Jtag::ShiftReply>("shiftIR", makeRequest<dto::Jtag::ShiftRequest>(bits, data));
+    return make(jtag_v1_1::shiftIR, bits, data);
 }
 
 std::shared_ptr<BoundMethod<dto::Jtag::ShiftReply>>
 Jtag_v1_1::getShiftDRMethod(int bits, const std::vector<std::uint8_t>& data) const {
-    return prepare<dto::Jtag::ShiftReply>("shiftDR", makeRequest<dto::Jtag::ShiftRequest>(bits, data));
+    return make(jtag_v1_1::shiftDR, bits, data);
 }
 
 std::shared_ptr<BoundMethod<dto::Jtag::TapStateGetReply>> Jtag_v1_1::tapStateGetMethod() const {
-    return prepare<dto::Jtag::TapStateGetReply>("tapStateGet");
+    return make(jtag_v1_1::tapStateGet);
 }
 
 std::shared_ptr<Method> Jtag_v1_1::getTapStateSetMethod(int state) const {
-    return prepare("tapStateSet", makeRequest<dto::Jtag::TapStateSetRequest>(state));
+    return make(jtag_v1_1::tapStateSet, state);
 }
 
 std::shared_ptr<Method> Jtag_v1_1::getSleepMethod(int duration, bool flag) const {
-    return prepare("sleep", makeRequest<dto::Jtag::SleepRequest>(duration, flag));
+    return make(jtag_v1_1::sleep, duration, flag);
 }
 
 std::shared_ptr<BoundMethod<dto::Base::FrequencyGetReply>> Jtag_v1_1::getOptionTckFrequencyGetMethod() const {
-    return prepare<dto::Base::FrequencyGetReply>("optionTckFrequencyGet");
+    return make(jtag_v1_1::optionTckFrequencyGet);
 }
 
 std::shared_ptr<Method> Jtag_v1_1::getOptionTckFrequencySetMethod(int frequency) const {
-    return prepare("optionTckFrequencySet", makeRequest<dto::Jtag::OptionTckFrequencySetRequest>(frequency));
+    return make(jtag_v1_1::optionTckFrequencySet, frequency);
 }
 
 std::shared_ptr<BoundMethod<Jtag_v1_1_Structs::TdoExpectedGet>>
 Jtag_v1_1::getOptionTdoExpectedGetMethod() const {
-    return prepare<Jtag_v1_1_Structs::TdoExpectedGet>("optionTdoExpectedGet");
+    return make<Jtag_v1_1_Structs::TdoExpectedGet>(jtag_v1_1::optionTdoExpectedGet);
 }
 
 std::shared_ptr<Method> Jtag_v1_1::getOptionTdoExpectedSetMethod(
     int irBits, const std::vector<std::uint8_t>& irExpected, const std::vector<std::uint8_t>& irMask,
     int drBits, const std::vector<std::uint8_t>& drExpected, const std::vector<std::uint8_t>& drMask) const {
-    return prepare("optionTdoExpectedSet", makeRequest<dto::Jtag::OptionTdoExpectedSetRequest>(
-                                               irBits, irExpected, irMask, drBits, drExpected, drMask));
+    return make(jtag_v1_1::optionTdoExpectedSet, irBits, irExpected, irMask, drBits, drExpected, drMask);
 }
 
 std::shared_ptr<BoundMethod<Jtag_v1_1_Structs::RetryGet>> Jtag_v1_1::getOptionRetryGetMethod() const {
-    return prepare<Jtag_v1_1_Structs::RetryGet>("optionRetryGet");
+    return make<Jtag_v1_1_Structs::RetryGet>(jtag_v1_1::optionRetryGet);
 }
 
 std::shared_ptr<Method> Jtag_v1_1::getOptionRetrySetMethod(int irCount, bool irEnable, int drCount,
                                                            bool drEnable) const {
-    return prepare("optionRetrySet",
-                   makeRequest<dto::Jtag::OptionRetrySetRequest>(irCount, irEnable, drCount, drEnable));
+    return make(jtag_v1_1::optionRetrySet, irCount, irEnable, drCount, drEnable);
 }
 
 std::shared_ptr<BoundMethod<Jtag_v1_1_Structs::RepeatGet>> Jtag_v1_1::getOptionRepeatGetMethod() const {
-    return prepare<Jtag_v1_1_Structs::RepeatGet>("optionRepeatGet");
+    return make<Jtag_v1_1_Structs::RepeatGet>(jtag_v1_1::optionRepeatGet);
 }
 
 std::shared_ptr<Method> Jtag_v1_1::getOptionRepeatSetMethod(int irCount, bool irEnable, int drCount,
                                                             bool drEnable) const {
-    return prepare("optionRepeatSet",
-                   makeRequest<dto::Jtag::OptionRepeatSetRequest>(irCount, irEnable, drCount, drEnable));
+    return make(jtag_v1_1::optionRepeatSet, irCount, irEnable, drCount, drEnable);
 }
 
 std::shared_ptr<BoundMethod<dto::Jtag::OptionTerminationStateGetReply>>
 Jtag_v1_1::getOptionTerminationStateGetMethod() const {
-    return prepare<dto::Jtag::OptionTerminationStateGetReply>("optionTerminationStateGet");
+    return make(jtag_v1_1::optionTerminationStateGet);
 }
 
 std::shared_ptr<Method> Jtag_v1_1::getOptionTerminationStateSetMethod(int ir, int dr) const {
-    return prepare("optionTerminationStateSet",
-                   makeRequest<dto::Jtag::OptionTerminationStateSetRequest>(ir, dr));
+    return make(jtag_v1_1::optionTerminationStateSet, ir, dr);
 }
 
 std::shared_ptr<BoundMethod<dto::Jtag::OptionPrePostTckGetReply>>
 Jtag_v1_1::getOptionPrePostTckGetMethod() const {
-    return prepare<dto::Jtag::OptionPrePostTckGetReply>("optionPrePostTckGet");
+    return make(jtag_v1_1::optionPrePostTckGet);
 }
 
 std::shared_ptr<Method> Jtag_v1_1::getOptionPrePostTckSetMethod(int value1, int value2, int value3,
                                                                 int value4) const {
-    return prepare("optionPrePostTckSet",
-                   makeRequest<dto::Jtag::OptionPrePostTckSetRequest>(value1, value2, value3, value4));
+    return make(jtag_v1_1::optionPrePostTckSet, value1, value2, value3, value4);
 }
 
 std::shared_ptr<BoundMethod<dto::Header::IoGetReply>> Jtag_v1_1::getIoTrstGetMethod() const {
-    return prepare<dto::Header::IoGetReply>("ioTrstGet");
+    return make(jtag_v1_1::ioTrstGet);
 }
 
 std::shared_ptr<BoundMethod<dto::Header::IoGetReply>> Jtag_v1_1::getIoTckGetMethod() const {
-    return prepare<dto::Header::IoGetReply>("ioTckGet");
+    return make(jtag_v1_1::ioTckGet);
 }
 
 std::shared_ptr<BoundMethod<dto::Header::IoGetReply>> Jtag_v1_1::getIoTmsGetMethod() const {
-    return prepare<dto::Header::IoGetReply>("ioTmsGet");
+    return make(jtag_v1_1::ioTmsGet);
 }
 
 std::shared_ptr<BoundMethod<dto::Header::IoGetReply>> Jtag_v1_1::getIoTdiGetMethod() const {
-    return prepare<dto::Header::IoGetReply>("ioTdiGet");
+    return make(jtag_v1_1::ioTdiGet);
 }
 
 std::shared_ptr<BoundMethod<dto::Header::oGetReply>> Jtag_v1_1::getIoTdoGetMethod() const {
-    return prepare<dto::Header::oGetReply>("ioTdoGet");
+    return make(jtag_v1_1::ioTdoGet);
 }
 
 std::shared_ptr<Method> Jtag_v1_1::getIoTrstSetMethod(bool first, bool second) const {
-    return prepare("ioTrstSet", makeRequest<dto::Header::IoSetRequest>(first, second));
+    return make(jtag_v1_1::ioTrstSet, first, second);
 }
 
 std::shared_ptr<Method> Jtag_v1_1::getIoTckSetMethod(bool first, bool second) const {
-    return prepare("ioTckSet", makeRequest<dto::Header::IoSetRequest>(first, second));
+    return make(jtag_v1_1::ioTckSet, first, second);
 }
 
 std::shared_ptr<Method> Jtag_v1_1::getIoTmsSetMethod(bool first, bool second) const {
-    return prepare("ioTmsSet", makeRequest<dto::Header::IoSetRequest>(first, second));
+    return make(jtag_v1_1::ioTmsSet, first, second);
 }
 
 std::shared_ptr<Method> Jtag_v1_1::getIoTdiSetMethod(bool first, bool second) const {
-    return prepare("ioTdiSet", makeRequest<dto::Header::IoSetRequest>(first, second));
+    return make(jtag_v1_1::ioTdiSet, first, second);
 }
 
 std::shared_ptr<BoundMethod<dto::Header::EnableGetReply>> Jtag_v1_1::getEnableGetMethod() const {
-    return prepare<dto::Header::EnableGetReply>("enableGet");
+    return make(jtag_v1_1::enableGet);
 }
 
 std::shared_ptr<Method> Jtag_v1_1::getEnableSetMethod(bool enable) const {
-    return prepare("enableSet", makeRequest<dto::Header::EnableSetRequest>(enable));
+    return make(jtag_v1_1::enableSet, enable);
 }
 
 std::shared_ptr<BoundMethod<HeaderResult>> Jtag_v1_1::getheaderStatusGetMethod() const {
-    return prepare<HeaderResult>("headerStatusGet");
+    return make<HeaderResult>(jtag_v1_1::headerStatusGet);
 }
 
 JtagFactory::JtagFactory()
-    : ObjectFactory("jtag") {}
-
-std::shared_ptr<Container> JtagFactory::build(std::shared_ptr<Device> device,
-                                              std::shared_ptr<Container> parent, const std::string& name,
-                                              std::uint32_t instanceId, std::shared_ptr<Object_v1_0> probe) {
-    const auto version = probe->version();
-    // "1" equals both; 1.1 comes first.
-    if (version != Version("1.1") && version == Version("1.0")) {
-        namespace tables = TAVOXTranscode::jtag_v1_0;
-        return create<Jtag_v1_0>(device, parent, name, instanceId, tables::encoders(), tables::decoders());
-    }
-    namespace tables = TAVOXTranscode::jtag_v1_1;
-    return create<Jtag_v1_1>(device, parent, name, instanceId, tables::encoders(), tables::decoders());
-}
+    : TypeFactory("jtag", {servedBy<Jtag_v1_0>("1.0", isOneZeroAlone), servedBy<Jtag_v1_1>("1.1")}) {}
 
 } // namespace TAVO::HWDebug

@@ -3,12 +3,118 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <tavo/client/export.h>
 #include <tavo/client/hwdebug/header_result.h>
-#include <tavo/client/hwdebug/jtag_tables.h>
-#include <tavo/client/object/object_factory.h>
+#include <tavo/client/hwdebug/jtag_records.h>
+#include <tavo/client/object/type_factory.h>
+#include <tavo/client/transcode/base_tables.h>
+#include <tavo/client/transcode/field.h>
+#include <tavo/client/transcode/header_records.h>
+#include <tavo/client/transcode/header_status_tables.h>
+
+/// Method tables of the "jtag" object, version 1.0. Shaped like every type's tables, see base_v1_0.
+namespace TAVO::TAVOXTranscode::jtag_v1_0 {
+
+using headerStatus_v1_1::enableGet, headerStatus_v1_1::enableSet;
+inline constexpr Call<dto::Jtag::ShiftRequest, dto::Jtag::ShiftReply> shiftIR{"shiftIR"};
+inline constexpr Call<dto::Jtag::ShiftRequest, dto::Jtag::ShiftReply> shiftDR{"shiftDR"};
+inline constexpr Call<None, dto::Jtag::TdoExpectedGetReply> tdoExpectedGet{"tdoExpectedGet"};
+inline constexpr Call<dto::Jtag::TdoExpectedSetRequest> tdoExpectedSet{"tdoExpectedSet"};
+inline constexpr Call<None, dto::Jtag::RetryGetReply> retryGet{"retryGet"};
+inline constexpr Call<dto::Jtag::RetrySetRequest> retrySet{"retrySet"};
+inline constexpr Call<None, dto::Jtag::RepeatGetReply> repeatGet{"repeatGet"};
+inline constexpr Call<dto::Jtag::RepeatSetRequest> repeatSet{"repeatSet"};
+inline constexpr Call<None, dto::Jtag::TapStateGetReply> tapStateGet{"tapStateGet"};
+inline constexpr Call<dto::Jtag::TapStateSetRequest> tapStateSet{"tapStateSet"};
+inline constexpr Call<None, dto::Base::FrequencyGetReply> tckFrequencyGet{"tckFrequencyGet"};
+inline constexpr Call<dto::Jtag::OptionTckFrequencySetRequest> tckFrequencySet{"tckFrequencySet"};
+inline constexpr Call<dto::Jtag::SleepRequest> sleep{"sleep"};
+inline constexpr Call<None, dto::Jtag::TerminationStateGetReply> terminationStateIRGet{
+    "terminationStateIRGet"};
+inline constexpr Call<dto::Jtag::TerminationStateSetRequest> terminationStateIRSet{"terminationStateIRSet"};
+inline constexpr Call<None, dto::Jtag::TerminationStateGetReply> terminationStateDRGet{
+    "terminationStateDRGet"};
+inline constexpr Call<dto::Jtag::TerminationStateSetRequest> terminationStateDRSet{"terminationStateDRSet"};
+inline constexpr Call<None, dto::Header::IoGetReply> ioTrstGet{"ioTrstGet"};
+inline constexpr Call<dto::Header::IoSetRequest> ioTrstSet{"ioTrstSet"};
+inline constexpr Call<None, dto::Header::IoGetReply> ioTckGet{"ioTckGet"};
+inline constexpr Call<dto::Header::IoSetRequest> ioTckSet{"ioTckSet"};
+inline constexpr Call<None, dto::Header::IoGetReply> ioTmsGet{"ioTmsGet"};
+inline constexpr Call<dto::Header::IoSetRequest> ioTmsSet{"ioTmsSet"};
+inline constexpr Call<None, dto::Header::IoGetReply> ioTdiGet{"ioTdiGet"};
+inline constexpr Call<dto::Header::IoSetRequest> ioTdiSet{"ioTdiSet"};
+inline constexpr Call<None, dto::Header::oGetReply> ioTdoGet{"ioTdoGet"};
+
+TAVO_API MethodRows rows() noexcept;
+using EncoderList = EncoderListOf<rows>;
+using DecoderList = DecoderListOf<rows>;
+
+TAVO_API extern EncoderFunction &encode_shiftIR, &encode_shiftDR, &encode_tdoExpectedGet,
+    &encode_tdoExpectedSet, &encode_retryGet, &encode_retrySet, &encode_repeatGet, &encode_repeatSet,
+    &encode_tapStateGet, &encode_tapStateSet, &encode_tckFrequencyGet, &encode_tckFrequencySet, &encode_sleep,
+    &encode_terminationStateIRGet, &encode_terminationStateIRSet, &encode_terminationStateDRGet,
+    &encode_terminationStateDRSet, &encode_ioTrstGet, &encode_ioTrstSet, &encode_ioTckGet, &encode_ioTckSet,
+    &encode_ioTmsGet, &encode_ioTmsSet, &encode_ioTdiGet, &encode_ioTdiSet, &encode_ioTdoGet,
+    &encode_enableGet, &encode_enableSet;
+TAVO_API extern DecoderFunction &decode_shiftIR, &decode_shiftDR, &decode_tdoExpectedGet,
+    &decode_tdoExpectedSet, &decode_retryGet, &decode_retrySet, &decode_repeatGet, &decode_repeatSet,
+    &decode_tapStateGet, &decode_tapStateSet, &decode_tckFrequencyGet, &decode_tckFrequencySet, &decode_sleep,
+    &decode_terminationStateIRGet, &decode_terminationStateIRSet, &decode_terminationStateDRGet,
+    &decode_terminationStateDRSet, &decode_ioTrstGet, &decode_ioTrstSet, &decode_ioTckGet, &decode_ioTckSet,
+    &decode_ioTmsGet, &decode_ioTmsSet, &decode_ioTdiGet, &decode_ioTdiSet, &decode_ioTdoGet,
+    &decode_enableGet, &decode_enableSet;
+
+} // namespace TAVO::TAVOXTranscode::jtag_v1_0
+
+/// Method tables of the "jtag" object, version 1.1. Shaped like every type's tables, see base_v1_0.
+namespace TAVO::TAVOXTranscode::jtag_v1_1 {
+
+using headerStatus_v1_1::enableGet, headerStatus_v1_1::enableSet, headerStatus_v1_1::headerStatusGet,
+    headerStatus_v1_1::headerStatusClear;
+using jtag_v1_0::shiftIR, jtag_v1_0::shiftDR, jtag_v1_0::tapStateGet, jtag_v1_0::tapStateSet,
+    jtag_v1_0::sleep, jtag_v1_0::ioTrstGet, jtag_v1_0::ioTrstSet, jtag_v1_0::ioTckGet, jtag_v1_0::ioTckSet,
+    jtag_v1_0::ioTmsGet, jtag_v1_0::ioTmsSet, jtag_v1_0::ioTdiGet, jtag_v1_0::ioTdiSet, jtag_v1_0::ioTdoGet;
+inline constexpr Call<None, dto::Jtag::OptionTdoExpectedGetReply> optionTdoExpectedGet{
+    "optionTdoExpectedGet"};
+inline constexpr Call<dto::Jtag::OptionTdoExpectedSetRequest> optionTdoExpectedSet{"optionTdoExpectedSet"};
+inline constexpr Call<None, dto::Jtag::OptionRetryGetReply> optionRetryGet{"optionRetryGet"};
+inline constexpr Call<dto::Jtag::OptionRetrySetRequest> optionRetrySet{"optionRetrySet"};
+inline constexpr Call<None, dto::Jtag::OptionRepeatGetReply> optionRepeatGet{"optionRepeatGet"};
+inline constexpr Call<dto::Jtag::OptionRepeatSetRequest> optionRepeatSet{"optionRepeatSet"};
+inline constexpr Call<None, dto::Base::FrequencyGetReply> optionTckFrequencyGet{"optionTckFrequencyGet"};
+inline constexpr Call<dto::Jtag::OptionTckFrequencySetRequest> optionTckFrequencySet{"optionTckFrequencySet"};
+inline constexpr Call<None, dto::Jtag::OptionTerminationStateGetReply> optionTerminationStateGet{
+    "optionTerminationStateGet"};
+inline constexpr Call<dto::Jtag::OptionTerminationStateSetRequest> optionTerminationStateSet{
+    "optionTerminationStateSet"};
+inline constexpr Call<None, dto::Jtag::OptionPrePostTckGetReply> optionPrePostTckGet{"optionPrePostTckGet"};
+inline constexpr Call<dto::Jtag::OptionPrePostTckSetRequest> optionPrePostTckSet{"optionPrePostTckSet"};
+
+TAVO_API MethodRows rows() noexcept;
+using EncoderList = EncoderListOf<rows>;
+using DecoderList = DecoderListOf<rows>;
+
+TAVO_API extern EncoderFunction &encode_shiftIR, &encode_shiftDR, &encode_tapStateGet, &encode_tapStateSet,
+    &encode_sleep, &encode_optionTdoExpectedGet, &encode_optionTdoExpectedSet, &encode_optionRetryGet,
+    &encode_optionRetrySet, &encode_optionRepeatGet, &encode_optionRepeatSet, &encode_optionTckFrequencyGet,
+    &encode_optionTckFrequencySet, &encode_optionTerminationStateGet, &encode_optionTerminationStateSet,
+    &encode_optionPrePostTckGet, &encode_optionPrePostTckSet, &encode_ioTrstGet, &encode_ioTrstSet,
+    &encode_ioTckGet, &encode_ioTckSet, &encode_ioTmsGet, &encode_ioTmsSet, &encode_ioTdiGet,
+    &encode_ioTdiSet, &encode_ioTdoGet, &encode_enableGet, &encode_enableSet, &encode_headerStatusGet,
+    &encode_headerStatusClear;
+TAVO_API extern DecoderFunction &decode_shiftIR, &decode_shiftDR, &decode_tapStateGet, &decode_tapStateSet,
+    &decode_sleep, &decode_optionTdoExpectedGet, &decode_optionTdoExpectedSet, &decode_optionRetryGet,
+    &decode_optionRetrySet, &decode_optionRepeatGet, &decode_optionRepeatSet, &decode_optionTckFrequencyGet,
+    &decode_optionTckFrequencySet, &decode_optionTerminationStateGet, &decode_optionTerminationStateSet,
+    &decode_optionPrePostTckGet, &decode_optionPrePostTckSet, &decode_ioTrstGet, &decode_ioTrstSet,
+    &decode_ioTckGet, &decode_ioTckSet, &decode_ioTmsGet, &decode_ioTmsSet, &decode_ioTdiGet,
+    &decode_ioTdiSet, &decode_ioTdoGet, &decode_enableGet, &decode_enableSet, &decode_headerStatusGet,
+    &decode_headerStatusClear;
+
+} // namespace TAVO::TAVOXTranscode::jtag_v1_1
 
 namespace TAVO::HWDebug {
 
@@ -26,6 +132,11 @@ struct TAVO_API RepeatGet {
     std::int32_t drCount = 0;
     bool drEnable = false;
     bool operator==(const RepeatGet&) const = default;
+    template <class Self = RepeatGet>
+    static constexpr auto fields() {
+        return std::tuple{dto::Field{"irCount", &Self::irCount}, dto::Field{"irEnable", &Self::irEnable},
+                          dto::Field{"drCount", &Self::drCount}, dto::Field{"drEnable", &Self::drEnable}};
+    }
 };
 
 struct TAVO_API RetryGet {
@@ -39,6 +150,11 @@ struct TAVO_API RetryGet {
     std::int32_t drCount = 0;
     bool drEnable = false;
     bool operator==(const RetryGet&) const = default;
+    template <class Self = RetryGet>
+    static constexpr auto fields() {
+        return std::tuple{dto::Field{"irCount", &Self::irCount}, dto::Field{"irEnable", &Self::irEnable},
+                          dto::Field{"drCount", &Self::drCount}, dto::Field{"drEnable", &Self::drEnable}};
+    }
 };
 
 struct TAVO_API TdoExpectedGet {
@@ -54,21 +170,22 @@ struct TAVO_API TdoExpectedGet {
     std::vector<std::uint8_t> drExpected;
     std::vector<std::uint8_t> drMask;
     bool operator==(const TdoExpectedGet&) const = default;
+    template <class Self = TdoExpectedGet>
+    static constexpr auto fields() {
+        return std::tuple{
+            dto::Field{"irBits", &Self::irBits},         dto::Field{"irExpected", &Self::irExpected},
+            dto::Field{"irMask", &Self::irMask},         dto::Field{"drBits", &Self::drBits},
+            dto::Field{"drExpected", &Self::drExpected}, dto::Field{"drMask", &Self::drMask}};
+    }
 };
 
 } // namespace Jtag_v1_1_Structs
 
 /// Proxy of a "jtag" object of version 1.0. It has the operations of every object alone: its methods are
 /// called by name.
-class TAVO_API Jtag_v1_0 : public Object_v1_0 {
-public:
-    ~Jtag_v1_0() override;
-
+class TAVO_API Jtag_v1_0 : public Proxy<TAVOXTranscode::jtag_v1_0::rows> {
 protected:
-    friend class TAVO::ObjectFactory;
-    Jtag_v1_0(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
-              std::shared_ptr<Container> parent, const TAVOXTranscode::jtag_v1_0::EncoderList& encoders,
-              const TAVOXTranscode::jtag_v1_0::DecoderList& decoders);
+    using Proxy::Proxy;
 };
 
 /// Proxy of a "jtag" object, one JTAG test access port. Its operations build calls and
@@ -76,10 +193,8 @@ protected:
 ///
 /// Nothing is checked on this side: the device judges counts, states and lengths and reports through the
 /// return code. The numbering of states, the units, and the meaning of flags are the device's to define.
-class TAVO_API Jtag_v1_1 : public Object_v1_0 {
+class TAVO_API Jtag_v1_1 : public Proxy<TAVOXTranscode::jtag_v1_1::rows> {
 public:
-    ~Jtag_v1_1() override;
-
     /// Shifts through the instruction register. The value holds the captured bits.
     std::shared_ptr<BoundMethod<dto::Jtag::ShiftReply>>
     getShiftIRMethod(int bits, const std::vector<std::uint8_t>& data) const;
@@ -123,22 +238,13 @@ public:
     std::shared_ptr<BoundMethod<HeaderResult>> getheaderStatusGetMethod() const;
 
 protected:
-    friend class TAVO::ObjectFactory;
-    Jtag_v1_1(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
-              std::shared_ptr<Container> parent, const TAVOXTranscode::jtag_v1_1::EncoderList& encoders,
-              const TAVOXTranscode::jtag_v1_1::DecoderList& decoders);
+    using Proxy::Proxy;
 };
 
 /// Serves type "jtag": version 1.0 by Jtag_v1_0, every other version by Jtag_v1_1.
-class TAVO_API JtagFactory : public ObjectFactory {
+class TAVO_API JtagFactory : public TypeFactory {
 public:
     JtagFactory();
-
-private:
-    friend class HwdObjects;
-    std::shared_ptr<Container> build(std::shared_ptr<Device> device, std::shared_ptr<Container> parent,
-                                     const std::string& name, std::uint32_t instanceId,
-                                     std::shared_ptr<Object_v1_0> probe) override;
 };
 
 } // namespace TAVO::HWDebug

@@ -16,8 +16,9 @@ struct TAVO_API ShiftRequest : request_packet {
     std::int32_t bits = 0;
     std::vector<std::uint8_t> data;
     bool operator==(const ShiftRequest&) const = default;
+    template <class Self = ShiftRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"bits", &ShiftRequest::bits}, Field{"data", &ShiftRequest::data}};
+        return std::tuple{Field{"bits", &Self::bits}, Field{"data", &Self::data}};
     }
 };
 
@@ -25,21 +26,30 @@ struct TAVO_API ShiftRequest : request_packet {
 struct TAVO_API ShiftReply : reply_packet {
     std::vector<std::uint8_t> data;
     bool operator==(const ShiftReply&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"data", &ShiftReply::data}}; }
+    template <class Self = ShiftReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"data", &Self::data}};
+    }
 };
 
 /// "tapStateSet"
 struct TAVO_API TapStateSetRequest : request_packet {
     std::int32_t state = 0;
     bool operator==(const TapStateSetRequest&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"state", &TapStateSetRequest::state}}; }
+    template <class Self = TapStateSetRequest>
+    static constexpr auto fields() {
+        return std::tuple{Field{"state", &Self::state}};
+    }
 };
 
 /// "tapStateGet"
 struct TAVO_API TapStateGetReply : reply_packet {
     std::int32_t state = 0;
     bool operator==(const TapStateGetReply&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"state", &TapStateGetReply::state}}; }
+    template <class Self = TapStateGetReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"state", &Self::state}};
+    }
 };
 
 /// "sleep"
@@ -47,8 +57,9 @@ struct TAVO_API SleepRequest : request_packet {
     std::int32_t duration = 0;
     bool flag = false;
     bool operator==(const SleepRequest&) const = default;
+    template <class Self = SleepRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"duration", &SleepRequest::duration}, Field{"flag", &SleepRequest::flag}};
+        return std::tuple{Field{"duration", &Self::duration}, Field{"flag", &Self::flag}};
     }
 };
 
@@ -56,8 +67,9 @@ struct TAVO_API SleepRequest : request_packet {
 struct TAVO_API OptionTckFrequencySetRequest : request_packet {
     std::int32_t frequency = 0;
     bool operator==(const OptionTckFrequencySetRequest&) const = default;
+    template <class Self = OptionTckFrequencySetRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"frequency", &OptionTckFrequencySetRequest::frequency}};
+        return std::tuple{Field{"frequency", &Self::frequency}};
     }
 };
 
@@ -65,14 +77,20 @@ struct TAVO_API OptionTckFrequencySetRequest : request_packet {
 struct TAVO_API TerminationStateSetRequest : request_packet {
     std::int32_t state = 0;
     bool operator==(const TerminationStateSetRequest&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"state", &TerminationStateSetRequest::state}}; }
+    template <class Self = TerminationStateSetRequest>
+    static constexpr auto fields() {
+        return std::tuple{Field{"state", &Self::state}};
+    }
 };
 
 /// "terminationStateIRGet", "terminationStateDRGet" of version 1.0.
 struct TAVO_API TerminationStateGetReply : reply_packet {
     std::int32_t state = 0;
     bool operator==(const TerminationStateGetReply&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"state", &TerminationStateGetReply::state}}; }
+    template <class Self = TerminationStateGetReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"state", &Self::state}};
+    }
 };
 
 /// "repeatSet" of version 1.0.
@@ -80,9 +98,9 @@ struct TAVO_API RepeatSetRequest : request_packet {
     std::int32_t count = 0;
     bool enable = false;
     bool operator==(const RepeatSetRequest&) const = default;
+    template <class Self = RepeatSetRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"count", &RepeatSetRequest::count},
-                          Field{"enable", &RepeatSetRequest::enable}};
+        return std::tuple{Field{"count", &Self::count}, Field{"enable", &Self::enable}};
     }
 };
 
@@ -91,8 +109,9 @@ struct TAVO_API RepeatGetReply : reply_packet {
     std::int32_t count = 0;
     bool enable = false;
     bool operator==(const RepeatGetReply&) const = default;
+    template <class Self = RepeatGetReply>
     static constexpr auto fields() {
-        return std::tuple{Field{"count", &RepeatGetReply::count}, Field{"enable", &RepeatGetReply::enable}};
+        return std::tuple{Field{"count", &Self::count}, Field{"enable", &Self::enable}};
     }
 };
 
@@ -101,8 +120,9 @@ struct TAVO_API RetrySetRequest : request_packet {
     std::int32_t first = 0;
     std::int32_t second = 0;
     bool operator==(const RetrySetRequest&) const = default;
+    template <class Self = RetrySetRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"first", &RetrySetRequest::first}, Field{"second", &RetrySetRequest::second}};
+        return std::tuple{Field{"first", &Self::first}, Field{"second", &Self::second}};
     }
 };
 
@@ -111,8 +131,9 @@ struct TAVO_API RetryGetReply : reply_packet {
     std::int32_t count = 0;
     bool enable = false;
     bool operator==(const RetryGetReply&) const = default;
+    template <class Self = RetryGetReply>
     static constexpr auto fields() {
-        return std::tuple{Field{"count", &RetryGetReply::count}, Field{"enable", &RetryGetReply::enable}};
+        return std::tuple{Field{"count", &Self::count}, Field{"enable", &Self::enable}};
     }
 };
 
@@ -122,10 +143,10 @@ struct TAVO_API TdoExpectedSetRequest : request_packet {
     std::vector<std::uint8_t> expected;
     std::vector<std::uint8_t> mask;
     bool operator==(const TdoExpectedSetRequest&) const = default;
+    template <class Self = TdoExpectedSetRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"bits", &TdoExpectedSetRequest::bits},
-                          Field{"expected", &TdoExpectedSetRequest::expected},
-                          Field{"mask", &TdoExpectedSetRequest::mask}};
+        return std::tuple{Field{"bits", &Self::bits}, Field{"expected", &Self::expected},
+                          Field{"mask", &Self::mask}};
     }
 };
 
@@ -135,10 +156,10 @@ struct TAVO_API TdoExpectedGetReply : reply_packet {
     std::vector<std::uint8_t> expected;
     std::vector<std::uint8_t> mask;
     bool operator==(const TdoExpectedGetReply&) const = default;
+    template <class Self = TdoExpectedGetReply>
     static constexpr auto fields() {
-        return std::tuple{Field{"bits", &TdoExpectedGetReply::bits},
-                          Field{"expected", &TdoExpectedGetReply::expected},
-                          Field{"mask", &TdoExpectedGetReply::mask}};
+        return std::tuple{Field{"bits", &Self::bits}, Field{"expected", &Self::expected},
+                          Field{"mask", &Self::mask}};
     }
 };
 
@@ -147,9 +168,9 @@ struct TAVO_API OptionTerminationStateSetRequest : request_packet {
     std::int32_t irState = 0;
     std::int32_t drState = 0;
     bool operator==(const OptionTerminationStateSetRequest&) const = default;
+    template <class Self = OptionTerminationStateSetRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"irState", &OptionTerminationStateSetRequest::irState},
-                          Field{"drState", &OptionTerminationStateSetRequest::drState}};
+        return std::tuple{Field{"irState", &Self::irState}, Field{"drState", &Self::drState}};
     }
 };
 
@@ -158,9 +179,9 @@ struct TAVO_API OptionTerminationStateGetReply : reply_packet {
     std::int32_t irState = 0;
     std::int32_t drState = 0;
     bool operator==(const OptionTerminationStateGetReply&) const = default;
+    template <class Self = OptionTerminationStateGetReply>
     static constexpr auto fields() {
-        return std::tuple{Field{"irState", &OptionTerminationStateGetReply::irState},
-                          Field{"drState", &OptionTerminationStateGetReply::drState}};
+        return std::tuple{Field{"irState", &Self::irState}, Field{"drState", &Self::drState}};
     }
 };
 
@@ -171,11 +192,10 @@ struct TAVO_API OptionRepeatSetRequest : request_packet {
     std::int32_t drCount = 0;
     bool drEnable = false;
     bool operator==(const OptionRepeatSetRequest&) const = default;
+    template <class Self = OptionRepeatSetRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"irCount", &OptionRepeatSetRequest::irCount},
-                          Field{"irEnable", &OptionRepeatSetRequest::irEnable},
-                          Field{"drCount", &OptionRepeatSetRequest::drCount},
-                          Field{"drEnable", &OptionRepeatSetRequest::drEnable}};
+        return std::tuple{Field{"irCount", &Self::irCount}, Field{"irEnable", &Self::irEnable},
+                          Field{"drCount", &Self::drCount}, Field{"drEnable", &Self::drEnable}};
     }
 };
 
@@ -186,11 +206,10 @@ struct TAVO_API OptionRepeatGetReply : reply_packet {
     std::int32_t drCount = 0;
     bool drEnable = false;
     bool operator==(const OptionRepeatGetReply&) const = default;
+    template <class Self = OptionRepeatGetReply>
     static constexpr auto fields() {
-        return std::tuple{Field{"irCount", &OptionRepeatGetReply::irCount},
-                          Field{"irEnable", &OptionRepeatGetReply::irEnable},
-                          Field{"drCount", &OptionRepeatGetReply::drCount},
-                          Field{"drEnable", &OptionRepeatGetReply::drEnable}};
+        return std::tuple{Field{"irCount", &Self::irCount}, Field{"irEnable", &Self::irEnable},
+                          Field{"drCount", &Self::drCount}, Field{"drEnable", &Self::drEnable}};
     }
 };
 
@@ -201,11 +220,10 @@ struct TAVO_API OptionRetrySetRequest : request_packet {
     std::int32_t drCount = 0;
     bool drEnable = false;
     bool operator==(const OptionRetrySetRequest&) const = default;
+    template <class Self = OptionRetrySetRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"irCount", &OptionRetrySetRequest::irCount},
-                          Field{"irEnable", &OptionRetrySetRequest::irEnable},
-                          Field{"drCount", &OptionRetrySetRequest::drCount},
-                          Field{"drEnable", &OptionRetrySetRequest::drEnable}};
+        return std::tuple{Field{"irCount", &Self::irCount}, Field{"irEnable", &Self::irEnable},
+                          Field{"drCount", &Self::drCount}, Field{"drEnable", &Self::drEnable}};
     }
 };
 
@@ -216,11 +234,10 @@ struct TAVO_API OptionRetryGetReply : reply_packet {
     std::int32_t drCount = 0;
     bool drEnable = false;
     bool operator==(const OptionRetryGetReply&) const = default;
+    template <class Self = OptionRetryGetReply>
     static constexpr auto fields() {
-        return std::tuple{Field{"irCount", &OptionRetryGetReply::irCount},
-                          Field{"irEnable", &OptionRetryGetReply::irEnable},
-                          Field{"drCount", &OptionRetryGetReply::drCount},
-                          Field{"drEnable", &OptionRetryGetReply::drEnable}};
+        return std::tuple{Field{"irCount", &Self::irCount}, Field{"irEnable", &Self::irEnable},
+                          Field{"drCount", &Self::drCount}, Field{"drEnable", &Self::drEnable}};
     }
 };
 
@@ -233,13 +250,11 @@ struct TAVO_API OptionTdoExpectedSetRequest : request_packet {
     std::vector<std::uint8_t> drExpected;
     std::vector<std::uint8_t> drMask;
     bool operator==(const OptionTdoExpectedSetRequest&) const = default;
+    template <class Self = OptionTdoExpectedSetRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"irBits", &OptionTdoExpectedSetRequest::irBits},
-                          Field{"irExpected", &OptionTdoExpectedSetRequest::irExpected},
-                          Field{"irMask", &OptionTdoExpectedSetRequest::irMask},
-                          Field{"drBits", &OptionTdoExpectedSetRequest::drBits},
-                          Field{"drExpected", &OptionTdoExpectedSetRequest::drExpected},
-                          Field{"drMask", &OptionTdoExpectedSetRequest::drMask}};
+        return std::tuple{Field{"irBits", &Self::irBits},         Field{"irExpected", &Self::irExpected},
+                          Field{"irMask", &Self::irMask},         Field{"drBits", &Self::drBits},
+                          Field{"drExpected", &Self::drExpected}, Field{"drMask", &Self::drMask}};
     }
 };
 
@@ -252,13 +267,11 @@ struct TAVO_API OptionTdoExpectedGetReply : reply_packet {
     std::vector<std::uint8_t> drExpected;
     std::vector<std::uint8_t> drMask;
     bool operator==(const OptionTdoExpectedGetReply&) const = default;
+    template <class Self = OptionTdoExpectedGetReply>
     static constexpr auto fields() {
-        return std::tuple{Field{"irBits", &OptionTdoExpectedGetReply::irBits},
-                          Field{"irExpected", &OptionTdoExpectedGetReply::irExpected},
-                          Field{"irMask", &OptionTdoExpectedGetReply::irMask},
-                          Field{"drBits", &OptionTdoExpectedGetReply::drBits},
-                          Field{"drExpected", &OptionTdoExpectedGetReply::drExpected},
-                          Field{"drMask", &OptionTdoExpectedGetReply::drMask}};
+        return std::tuple{Field{"irBits", &Self::irBits},         Field{"irExpected", &Self::irExpected},
+                          Field{"irMask", &Self::irMask},         Field{"drBits", &Self::drBits},
+                          Field{"drExpected", &Self::drExpected}, Field{"drMask", &Self::drMask}};
     }
 };
 
@@ -269,11 +282,10 @@ struct TAVO_API OptionPrePostTckSetRequest : request_packet {
     std::int32_t value3 = 0;
     std::int32_t value4 = 0;
     bool operator==(const OptionPrePostTckSetRequest&) const = default;
+    template <class Self = OptionPrePostTckSetRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"value1", &OptionPrePostTckSetRequest::value1},
-                          Field{"value2", &OptionPrePostTckSetRequest::value2},
-                          Field{"value3", &OptionPrePostTckSetRequest::value3},
-                          Field{"value4", &OptionPrePostTckSetRequest::value4}};
+        return std::tuple{Field{"value1", &Self::value1}, Field{"value2", &Self::value2},
+                          Field{"value3", &Self::value3}, Field{"value4", &Self::value4}};
     }
 };
 
@@ -284,11 +296,10 @@ struct TAVO_API OptionPrePostTckGetReply : reply_packet {
     std::int32_t value3 = 0;
     std::int32_t value4 = 0;
     bool operator==(const OptionPrePostTckGetReply&) const = default;
+    template <class Self = OptionPrePostTckGetReply>
     static constexpr auto fields() {
-        return std::tuple{Field{"value1", &OptionPrePostTckGetReply::value1},
-                          Field{"value2", &OptionPrePostTckGetReply::value2},
-                          Field{"value3", &OptionPrePostTckGetReply::value3},
-                          Field{"value4", &OptionPrePostTckGetReply::value4}};
+        return std::tuple{Field{"value1", &Self::value1}, Field{"value2", &Self::value2},
+                          Field{"value3", &Self::value3}, Field{"value4", &Self::value4}};
     }
 };
 

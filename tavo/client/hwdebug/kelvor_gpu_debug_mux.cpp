@@ -1,40 +1,37 @@
 #include <tavo/client/hwdebug/kelvor_gpu_debug_mux.h>
 
-#include <utility>
+#include <tavo/client/transcode/internal/function_names.h>
+#include <tavo/client/transcode/table.h>
+
+namespace TAVO::TAVOXTranscode::kelvorGpuDebugMux_v1_0 {
+
+namespace {
+
+constexpr auto table = tableOf(headerModeGet, headerModeSet);
+
+} // namespace
+
+MethodRows rows() noexcept { return table; }
+
+TAVO_FUNCTION_NAMES(headerModeGet);
+TAVO_FUNCTION_NAMES(headerModeSet);
+
+} // namespace TAVO::TAVOXTranscode::kelvorGpuDebugMux_v1_0
 
 namespace TAVO::HWDebug {
 
-using TAVOXTranscode::makeRequest;
-
-KelvorGpuDebugMux_v1_0::KelvorGpuDebugMux_v1_0(
-    std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
-    std::shared_ptr<Container> parent, const TAVOXTranscode::kelvorGpuDebugMux_v1_0::EncoderList& encoders,
-    const TAVOXTranscode::kelvorGpuDebugMux_v1_0::DecoderList& decoders)
-    : Object_v1_0(std::move(device), name, instanceId, std::move(parent), encoders, decoders) {}
-
-KelvorGpuDebugMux_v1_0::~KelvorGpuDebugMux_v1_0() = default;
+namespace kelvorGpuDebugMux_v1_0 = TAVOXTranscode::kelvorGpuDebugMux_v1_0;
 
 std::shared_ptr<BoundMethod<dto::kelvorGpuDebugMux::HeaderModeGetReply>>
 KelvorGpuDebugMux_v1_0::getHeaderModeGetMethod() const {
-    return prepare<dto::kelvorGpuDebugMux::HeaderModeGetReply>("headerModeGet");
+    return make(kelvorGpuDebugMux_v1_0::headerModeGet);
 }
 
 std::shared_ptr<Method> KelvorGpuDebugMux_v1_0::getHeaderModeSetMethod(int mode) const {
-    return prepare("headerModeSet", makeRequest<dto::kelvorGpuDebugMux::HeaderModeSetRequest>(mode));
+    return make(kelvorGpuDebugMux_v1_0::headerModeSet, mode);
 }
 
 KelvorGpuDebugMuxFactory::KelvorGpuDebugMuxFactory()
-    : ObjectFactory("kelvorGpuDebugMux") {}
-
-std::shared_ptr<Container> KelvorGpuDebugMuxFactory::build(std::shared_ptr<Device> device,
-                                                           std::shared_ptr<Container> parent,
-                                                           const std::string& name, std::uint32_t instanceId,
-                                                           std::shared_ptr<Object_v1_0> probe) {
-    // The version is asked for as in every factory, and no version is refused.
-    static_cast<void>(probe->version());
-    namespace tables = TAVOXTranscode::kelvorGpuDebugMux_v1_0;
-    return create<KelvorGpuDebugMux_v1_0>(device, parent, name, instanceId, tables::encoders(),
-                                          tables::decoders());
-}
+    : TypeFactory("kelvorGpuDebugMux", {servedBy<KelvorGpuDebugMux_v1_0>("1.0")}) {}
 
 } // namespace TAVO::HWDebug

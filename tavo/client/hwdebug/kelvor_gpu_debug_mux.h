@@ -3,40 +3,71 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <tuple>
 
 #include <tavo/client/export.h>
-#include <tavo/client/hwdebug/kelvor_gpu_debug_mux_tables.h>
-#include <tavo/client/object/object_factory.h>
+#include <tavo/client/object/type_factory.h>
+#include <tavo/client/transcode/base_tables.h>
+#include <tavo/client/transcode/field.h>
+#include <tavo/client/transcode/packet.h>
+
+/// Records of the "kelvorGpuDebugMux" object. The numbering of modes is the device's to define.
+namespace TAVO::dto::kelvorGpuDebugMux {
+
+/// "headerModeSet"
+struct TAVO_API HeaderModeSetRequest : request_packet {
+    std::int32_t mode = 0;
+    bool operator==(const HeaderModeSetRequest&) const = default;
+    template <class Self = HeaderModeSetRequest>
+    static constexpr auto fields() {
+        return std::tuple{Field{"mode", &Self::mode}};
+    }
+};
+
+/// "headerModeGet"
+struct TAVO_API HeaderModeGetReply : reply_packet {
+    std::int32_t mode = 0;
+    bool operator==(const HeaderModeGetReply&) const = default;
+    template <class Self = HeaderModeGetReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"mode", &Self::mode}};
+    }
+};
+
+} // namespace TAVO::dto::kelvorGpuDebugMux
+
+/// Method tables of the "kelvorGpuDebugMux" object. Shaped like every type's tables, see base_v1_0.
+namespace TAVO::TAVOXTranscode::kelvorGpuDebugMux_v1_0 {
+
+inline constexpr Call<None, dto::kelvorGpuDebugMux::HeaderModeGetReply> headerModeGet{"headerModeGet"};
+inline constexpr Call<dto::kelvorGpuDebugMux::HeaderModeSetRequest> headerModeSet{"headerModeSet"};
+
+TAVO_API MethodRows rows() noexcept;
+using EncoderList = EncoderListOf<rows>;
+using DecoderList = DecoderListOf<rows>;
+
+TAVO_API extern EncoderFunction &encode_headerModeGet, &encode_headerModeSet;
+TAVO_API extern DecoderFunction &decode_headerModeGet, &decode_headerModeSet;
+
+} // namespace TAVO::TAVOXTranscode::kelvorGpuDebugMux_v1_0
 
 namespace TAVO::HWDebug {
 
 /// Proxy of a "kelvorGpuDebugMux" object, a multiplexer board. Its operations build calls and
 /// send nothing; each throws SpecificationError when the device does not list the method.
-class TAVO_API KelvorGpuDebugMux_v1_0 : public Object_v1_0 {
+class TAVO_API KelvorGpuDebugMux_v1_0 : public Proxy<TAVOXTranscode::kelvorGpuDebugMux_v1_0::rows> {
 public:
-    ~KelvorGpuDebugMux_v1_0() override;
-
     std::shared_ptr<BoundMethod<dto::kelvorGpuDebugMux::HeaderModeGetReply>> getHeaderModeGetMethod() const;
     std::shared_ptr<Method> getHeaderModeSetMethod(int mode) const;
 
 protected:
-    friend class TAVO::ObjectFactory;
-    KelvorGpuDebugMux_v1_0(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
-                           std::shared_ptr<Container> parent,
-                           const TAVOXTranscode::kelvorGpuDebugMux_v1_0::EncoderList& encoders,
-                           const TAVOXTranscode::kelvorGpuDebugMux_v1_0::DecoderList& decoders);
+    using Proxy::Proxy;
 };
 
 /// Serves type "kelvorGpuDebugMux" of every version.
-class TAVO_API KelvorGpuDebugMuxFactory : public ObjectFactory {
+class TAVO_API KelvorGpuDebugMuxFactory : public TypeFactory {
 public:
     KelvorGpuDebugMuxFactory();
-
-private:
-    friend class HwdObjects;
-    std::shared_ptr<Container> build(std::shared_ptr<Device> device, std::shared_ptr<Container> parent,
-                                     const std::string& name, std::uint32_t instanceId,
-                                     std::shared_ptr<Object_v1_0> probe) override;
 };
 
 } // namespace TAVO::HWDebug

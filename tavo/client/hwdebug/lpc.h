@@ -3,20 +3,62 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <tuple>
+#include <vector>
 
 #include <tavo/client/export.h>
 #include <tavo/client/hwdebug/lpc_post_code.h>
 #include <tavo/client/hwdebug/lpc_rom_emulation.h>
-#include <tavo/client/hwdebug/lpc_tables.h>
-#include <tavo/client/object/object_factory.h>
+#include <tavo/client/object/type_factory.h>
+#include <tavo/client/transcode/base_tables.h>
+#include <tavo/client/transcode/field.h>
+#include <tavo/client/transcode/packet.h>
+
+/// Records of the "lpc" object.
+namespace TAVO::dto::lpc {
+
+/// A header connection and whether it is present.
+struct TAVO_API HeaderConnection {
+    std::string name;
+    bool connected = false;
+    bool operator==(const HeaderConnection&) const = default;
+    template <class Self = HeaderConnection>
+    static constexpr auto fields() {
+        return std::tuple{Field{"name", &Self::name}, Field{"connected", &Self::connected}};
+    }
+};
+
+/// "headerConnectGet"
+struct TAVO_API HeaderConnectionsReply : reply_packet {
+    std::vector<HeaderConnection> connections;
+    bool operator==(const HeaderConnectionsReply&) const = default;
+    template <class Self = HeaderConnectionsReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"connections", &Self::connections}};
+    }
+};
+
+} // namespace TAVO::dto::lpc
+
+/// Method tables of the "lpc" object. Shaped like every type's tables, see base_v1_0.
+namespace TAVO::TAVOXTranscode::lpc_v1_0 {
+
+inline constexpr Call<None, dto::lpc::HeaderConnectionsReply> headerConnectGet{"headerConnectGet"};
+
+TAVO_API MethodRows rows() noexcept;
+using EncoderList = EncoderListOf<rows>;
+using DecoderList = DecoderListOf<rows>;
+
+TAVO_API extern EncoderFunction& encode_headerConnectGet;
+TAVO_API extern DecoderFunction& decode_headerConnectGet;
+
+} // namespace TAVO::TAVOXTranscode::lpc_v1_0
 
 namespace TAVO::HWDebug {
 
 /// Proxy of an "lpc" object, which attaches to a target's LPC bus.
-class TAVO_API Lpc_v1_0 : public Object_v1_0 {
+class TAVO_API Lpc_v1_0 : public Proxy<TAVOXTranscode::lpc_v1_0::rows> {
 public:
-    ~Lpc_v1_0() override;
-
     /// The child "lpcPostCode". No call to the device.
     std::shared_ptr<LpcPostCode_v1_0> getLpcPostCode() const { return postCode_; }
     /// The child "lpcRomEmulation". No call to the device.
@@ -24,10 +66,7 @@ public:
     std::shared_ptr<BoundMethod<dto::lpc::HeaderConnectionsReply>> getHeaderConnectGetMethod() const;
 
 protected:
-    friend class TAVO::ObjectFactory;
-    Lpc_v1_0(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
-             std::shared_ptr<Container> parent, const TAVOXTranscode::lpc_v1_0::EncoderList& encoders,
-             const TAVOXTranscode::lpc_v1_0::DecoderList& decoders);
+    using Proxy::Proxy;
     /// @throws SpecificationError "lpc rom emulation object not found." without a child "lpcRomEmulation",
     /// and then "lpc post code object not found." without a child "lpcPostCode".
     void initalize() override;
@@ -39,15 +78,9 @@ private:
 
 /// Serves type "lpc" up to version 1.0.
 /// A higher version is refused: SpecificationError "Unknown lpc object version: " and the version.
-class TAVO_API LpcFactory : public ObjectFactory {
+class TAVO_API LpcFactory : public TypeFactory {
 public:
     LpcFactory();
-
-private:
-    friend class HwdObjects;
-    std::shared_ptr<Container> build(std::shared_ptr<Device> device, std::shared_ptr<Container> parent,
-                                     const std::string& name, std::uint32_t instanceId,
-                                     std::shared_ptr<Object_v1_0> probe) override;
 };
 
 } // namespace TAVO::HWDebug

@@ -1,27 +1,46 @@
 #include <tavo/client/hwdebug/lpc_post_code.h>
 
-#include <utility>
+#include <tavo/client/transcode/internal/function_names.h>
+#include <tavo/client/transcode/table.h>
+
+namespace TAVO::TAVOXTranscode::lpcPostCode_v1_0 {
+
+namespace {
+
+constexpr auto table =
+    tableOf(postCodeGet, fifoSizeGet, fifoGet, fifoClear, fifoStatusGet, fifoStatusClear, optionPortSet,
+            optionPortGet, optionPassiveSet, optionPassiveGet, optionFifoCircularSet, optionFifoCircularGet,
+            optionFifoDiscardSet, optionFifoDiscardGet, optionFifoAutoResetSet, optionFifoAutoResetGet,
+            enableSet, enableGet);
+
+} // namespace
+
+MethodRows rows() noexcept { return table; }
+
+TAVO_FUNCTION_NAMES(postCodeGet);
+TAVO_FUNCTION_NAMES(fifoSizeGet);
+TAVO_FUNCTION_NAMES(fifoGet);
+TAVO_FUNCTION_NAMES(fifoClear);
+TAVO_FUNCTION_NAMES(fifoStatusGet);
+TAVO_FUNCTION_NAMES(fifoStatusClear);
+TAVO_FUNCTION_NAMES(optionPortSet);
+TAVO_FUNCTION_NAMES(optionPortGet);
+TAVO_FUNCTION_NAMES(optionPassiveSet);
+TAVO_FUNCTION_NAMES(optionPassiveGet);
+TAVO_FUNCTION_NAMES(optionFifoCircularSet);
+TAVO_FUNCTION_NAMES(optionFifoCircularGet);
+TAVO_FUNCTION_NAMES(optionFifoDiscardSet);
+TAVO_FUNCTION_NAMES(optionFifoDiscardGet);
+TAVO_FUNCTION_NAMES(optionFifoAutoResetSet);
+TAVO_FUNCTION_NAMES(optionFifoAutoResetGet);
+TAVO_FUNCTION_NAMES(enableSet);
+TAVO_FUNCTION_NAMES(enableGet);
+
+} // namespace TAVO::TAVOXTranscode::lpcPostCode_v1_0
 
 namespace TAVO::HWDebug {
 
-LpcPostCode_v1_0::LpcPostCode_v1_0(std::shared_ptr<Device> device, const std::string& name,
-                                   std::uint32_t instanceId, std::shared_ptr<Container> parent,
-                                   const TAVOXTranscode::lpcPostCode_v1_0::EncoderList& encoders,
-                                   const TAVOXTranscode::lpcPostCode_v1_0::DecoderList& decoders)
-    : Object_v1_0(std::move(device), name, instanceId, std::move(parent), encoders, decoders) {}
-
-LpcPostCode_v1_0::~LpcPostCode_v1_0() = default;
-
 LpcPostCodeFactory::LpcPostCodeFactory()
-    : ObjectFactory("lpcPostCode") {}
-
-std::shared_ptr<Container> LpcPostCodeFactory::build(std::shared_ptr<Device> device,
-                                                     std::shared_ptr<Container> parent,
-                                                     const std::string& name, std::uint32_t instanceId,
-                                                     std::shared_ptr<Object_v1_0> probe) {
-    requireAtMostOneZero("lpcPostCode", probe->version());
-    namespace tables = TAVOXTranscode::lpcPostCode_v1_0;
-    return create<LpcPostCode_v1_0>(device, parent, name, instanceId, tables::encoders(), tables::decoders());
-}
+    : TypeFactory("lpcPostCode", {servedBy<LpcPostCode_v1_0>("1.0", isAtMostOneZero)}) {}
 
 } // namespace TAVO::HWDebug

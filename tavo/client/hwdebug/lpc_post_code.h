@@ -5,36 +5,70 @@
 #include <string>
 
 #include <tavo/client/export.h>
-#include <tavo/client/hwdebug/lpc_post_code_tables.h>
-#include <tavo/client/object/object_factory.h>
+#include <tavo/client/hwdebug/lpc_post_code_records.h>
+#include <tavo/client/object/type_factory.h>
+#include <tavo/client/transcode/base_tables.h>
+#include <tavo/client/transcode/header_records.h>
+#include <tavo/client/transcode/header_status_tables.h>
+
+/// Method tables of the "lpcPostCode" object. Shaped like every type's tables, see base_v1_0.
+namespace TAVO::TAVOXTranscode::lpcPostCode_v1_0 {
+
+using headerStatus_v1_1::enableSet, headerStatus_v1_1::enableGet;
+inline constexpr Call<None, dto::lpcPostCode::PostCodeGetReply> postCodeGet{"postCodeGet"};
+inline constexpr Call<None, dto::lpcPostCode::FifoSizeGetReply> fifoSizeGet{"fifoSizeGet"};
+inline constexpr Call<None, dto::lpcPostCode::FifoGetReply> fifoGet{"fifoGet"};
+inline constexpr Call<> fifoClear{"fifoClear"};
+inline constexpr Call<None, dto::lpcPostCode::FifoStatusReply> fifoStatusGet{"fifoStatusGet"};
+inline constexpr Call<> fifoStatusClear{"fifoStatusClear"};
+inline constexpr Call<dto::lpcPostCode::OptionPortSetRequest> optionPortSet{"optionPortSet"};
+inline constexpr Call<None, dto::lpcPostCode::OptionPortGetReply> optionPortGet{"optionPortGet"};
+inline constexpr Call<dto::lpcPostCode::OptionPassiveSetRequest> optionPassiveSet{"optionPassiveSet"};
+inline constexpr Call<None, dto::lpcPostCode::OptionPassiveGetReply> optionPassiveGet{"optionPassiveGet"};
+inline constexpr Call<dto::lpcPostCode::OptionFifoCircularSetRequest> optionFifoCircularSet{
+    "optionFifoCircularSet"};
+inline constexpr Call<None, dto::lpcPostCode::OptionFifoCircularGetReply> optionFifoCircularGet{
+    "optionFifoCircularGet"};
+inline constexpr Call<dto::lpcPostCode::OptionFifoDiscardSetRequest> optionFifoDiscardSet{
+    "optionFifoDiscardSet"};
+inline constexpr Call<None, dto::lpcPostCode::OptionFifoDiscardGetReply> optionFifoDiscardGet{
+    "optionFifoDiscardGet"};
+inline constexpr Call<dto::lpcPostCode::OptionFifoAutoResetSetRequest> optionFifoAutoResetSet{
+    "optionFifoAutoResetSet"};
+inline constexpr Call<None, dto::lpcPostCode::OptionFifoAutoResetGetReply> optionFifoAutoResetGet{
+    "optionFifoAutoResetGet"};
+
+TAVO_API MethodRows rows() noexcept;
+using EncoderList = EncoderListOf<rows>;
+using DecoderList = DecoderListOf<rows>;
+
+TAVO_API extern EncoderFunction &encode_postCodeGet, &encode_fifoSizeGet, &encode_fifoGet, &encode_fifoClear,
+    &encode_fifoStatusGet, &encode_fifoStatusClear, &encode_optionPortSet, &encode_optionPortGet,
+    &encode_optionPassiveSet, &encode_optionPassiveGet, &encode_optionFifoCircularSet,
+    &encode_optionFifoCircularGet, &encode_optionFifoDiscardSet, &encode_optionFifoDiscardGet,
+    &encode_optionFifoAutoResetSet, &encode_optionFifoAutoResetGet, &encode_enableSet, &encode_enableGet;
+TAVO_API extern DecoderFunction &decode_postCodeGet, &decode_fifoSizeGet, &decode_fifoGet, &decode_fifoClear,
+    &decode_fifoStatusGet, &decode_fifoStatusClear, &decode_optionPortSet, &decode_optionPortGet,
+    &decode_optionPassiveSet, &decode_optionPassiveGet, &decode_optionFifoCircularSet,
+    &decode_optionFifoCircularGet, &decode_optionFifoDiscardSet, &decode_optionFifoDiscardGet,
+    &decode_optionFifoAutoResetSet, &decode_optionFifoAutoResetGet, &decode_enableSet, &decode_enableGet;
+
+} // namespace TAVO::TAVOXTranscode::lpcPostCode_v1_0
 
 namespace TAVO::HWDebug {
 
 /// Proxy of an "lpcPostCode" object, which captures POST codes. It has the operations of every object alone:
 /// its methods are called by name.
-class TAVO_API LpcPostCode_v1_0 : public Object_v1_0 {
-public:
-    ~LpcPostCode_v1_0() override;
-
+class TAVO_API LpcPostCode_v1_0 : public Proxy<TAVOXTranscode::lpcPostCode_v1_0::rows> {
 protected:
-    friend class TAVO::ObjectFactory;
-    LpcPostCode_v1_0(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
-                     std::shared_ptr<Container> parent,
-                     const TAVOXTranscode::lpcPostCode_v1_0::EncoderList& encoders,
-                     const TAVOXTranscode::lpcPostCode_v1_0::DecoderList& decoders);
+    using Proxy::Proxy;
 };
 
 /// Serves type "lpcPostCode" up to version 1.0.
 /// A higher version is refused: SpecificationError "Unknown lpcPostCode object version: " and the version.
-class TAVO_API LpcPostCodeFactory : public ObjectFactory {
+class TAVO_API LpcPostCodeFactory : public TypeFactory {
 public:
     LpcPostCodeFactory();
-
-private:
-    friend class HwdObjects;
-    std::shared_ptr<Container> build(std::shared_ptr<Device> device, std::shared_ptr<Container> parent,
-                                     const std::string& name, std::uint32_t instanceId,
-                                     std::shared_ptr<Object_v1_0> probe) override;
 };
 
 } // namespace TAVO::HWDebug

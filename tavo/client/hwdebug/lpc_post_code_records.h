@@ -14,14 +14,20 @@ namespace TAVO::dto::lpcPostCode {
 struct TAVO_API PostCodeGetReply : reply_packet {
     std::int32_t postCode = 0;
     bool operator==(const PostCodeGetReply&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"postCode", &PostCodeGetReply::postCode}}; }
+    template <class Self = PostCodeGetReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"postCode", &Self::postCode}};
+    }
 };
 
 /// "fifoSizeGet"
 struct TAVO_API FifoSizeGetReply : reply_packet {
     std::int32_t size = 0;
     bool operator==(const FifoSizeGetReply&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"size", &FifoSizeGetReply::size}}; }
+    template <class Self = FifoSizeGetReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"size", &Self::size}};
+    }
 };
 
 /// A captured entry.
@@ -31,9 +37,10 @@ struct TAVO_API FifoEntry {
     std::uint8_t byte3 = 0;
     std::uint64_t value = 0;
     bool operator==(const FifoEntry&) const = default;
+    template <class Self = FifoEntry>
     static constexpr auto fields() {
-        return std::tuple{Field{"byte1", &FifoEntry::byte1}, Field{"byte2", &FifoEntry::byte2},
-                          Field{"byte3", &FifoEntry::byte3}, Field{"value", &FifoEntry::value}};
+        return std::tuple{Field{"byte1", &Self::byte1}, Field{"byte2", &Self::byte2},
+                          Field{"byte3", &Self::byte3}, Field{"value", &Self::value}};
     }
 };
 
@@ -41,7 +48,10 @@ struct TAVO_API FifoEntry {
 struct TAVO_API FifoGetReply : reply_packet {
     std::vector<FifoEntry> entries;
     bool operator==(const FifoGetReply&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"entries", &FifoGetReply::entries}}; }
+    template <class Self = FifoGetReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"entries", &Self::entries}};
+    }
 };
 
 /// "fifoStatusGet"
@@ -52,10 +62,11 @@ struct TAVO_API FifoStatusReply : reply_packet {
     bool flag3 = false;
     bool flag4 = false;
     bool operator==(const FifoStatusReply&) const = default;
+    template <class Self = FifoStatusReply>
     static constexpr auto fields() {
-        return std::tuple{Field{"value", &FifoStatusReply::value}, Field{"flag1", &FifoStatusReply::flag1},
-                          Field{"flag2", &FifoStatusReply::flag2}, Field{"flag3", &FifoStatusReply::flag3},
-                          Field{"flag4", &FifoStatusReply::flag4}};
+        return std::tuple{Field{"value", &Self::value}, Field{"flag1", &Self::flag1},
+                          Field{"flag2", &Self::flag2}, Field{"flag3", &Self::flag3},
+                          Field{"flag4", &Self::flag4}};
     }
 };
 
@@ -63,36 +74,49 @@ struct TAVO_API FifoStatusReply : reply_packet {
 struct TAVO_API OptionPortSetRequest : request_packet {
     std::uint8_t port = 0;
     bool operator==(const OptionPortSetRequest&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"port", &OptionPortSetRequest::port}}; }
+    template <class Self = OptionPortSetRequest>
+    static constexpr auto fields() {
+        return std::tuple{Field{"port", &Self::port}};
+    }
 };
 
 /// "optionPortGet"
 struct TAVO_API OptionPortGetReply : reply_packet {
     std::uint8_t port = 0;
     bool operator==(const OptionPortGetReply&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"port", &OptionPortGetReply::port}}; }
+    template <class Self = OptionPortGetReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"port", &Self::port}};
+    }
 };
 
 /// "optionPassiveSet"
 struct TAVO_API OptionPassiveSetRequest : request_packet {
     std::uint8_t passive = 0;
     bool operator==(const OptionPassiveSetRequest&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"passive", &OptionPassiveSetRequest::passive}}; }
+    template <class Self = OptionPassiveSetRequest>
+    static constexpr auto fields() {
+        return std::tuple{Field{"passive", &Self::passive}};
+    }
 };
 
 /// "optionPassiveGet"
 struct TAVO_API OptionPassiveGetReply : reply_packet {
     std::uint8_t passive = 0;
     bool operator==(const OptionPassiveGetReply&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"passive", &OptionPassiveGetReply::passive}}; }
+    template <class Self = OptionPassiveGetReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"passive", &Self::passive}};
+    }
 };
 
 /// "optionFifoCircularSet"
 struct TAVO_API OptionFifoCircularSetRequest : request_packet {
     std::uint8_t circular = 0;
     bool operator==(const OptionFifoCircularSetRequest&) const = default;
+    template <class Self = OptionFifoCircularSetRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"circular", &OptionFifoCircularSetRequest::circular}};
+        return std::tuple{Field{"circular", &Self::circular}};
     }
 };
 
@@ -100,8 +124,9 @@ struct TAVO_API OptionFifoCircularSetRequest : request_packet {
 struct TAVO_API OptionFifoCircularGetReply : reply_packet {
     std::uint8_t circular = 0;
     bool operator==(const OptionFifoCircularGetReply&) const = default;
+    template <class Self = OptionFifoCircularGetReply>
     static constexpr auto fields() {
-        return std::tuple{Field{"circular", &OptionFifoCircularGetReply::circular}};
+        return std::tuple{Field{"circular", &Self::circular}};
     }
 };
 
@@ -109,8 +134,9 @@ struct TAVO_API OptionFifoCircularGetReply : reply_packet {
 struct TAVO_API OptionFifoDiscardSetRequest : request_packet {
     std::uint8_t discard = 0;
     bool operator==(const OptionFifoDiscardSetRequest&) const = default;
+    template <class Self = OptionFifoDiscardSetRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"discard", &OptionFifoDiscardSetRequest::discard}};
+        return std::tuple{Field{"discard", &Self::discard}};
     }
 };
 
@@ -118,8 +144,9 @@ struct TAVO_API OptionFifoDiscardSetRequest : request_packet {
 struct TAVO_API OptionFifoDiscardGetReply : reply_packet {
     std::uint8_t discard = 0;
     bool operator==(const OptionFifoDiscardGetReply&) const = default;
+    template <class Self = OptionFifoDiscardGetReply>
     static constexpr auto fields() {
-        return std::tuple{Field{"discard", &OptionFifoDiscardGetReply::discard}};
+        return std::tuple{Field{"discard", &Self::discard}};
     }
 };
 
@@ -127,8 +154,9 @@ struct TAVO_API OptionFifoDiscardGetReply : reply_packet {
 struct TAVO_API OptionFifoAutoResetSetRequest : request_packet {
     std::uint8_t autoReset = 0;
     bool operator==(const OptionFifoAutoResetSetRequest&) const = default;
+    template <class Self = OptionFifoAutoResetSetRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"autoReset", &OptionFifoAutoResetSetRequest::autoReset}};
+        return std::tuple{Field{"autoReset", &Self::autoReset}};
     }
 };
 
@@ -136,8 +164,9 @@ struct TAVO_API OptionFifoAutoResetSetRequest : request_packet {
 struct TAVO_API OptionFifoAutoResetGetReply : reply_packet {
     std::uint8_t autoReset = 0;
     bool operator==(const OptionFifoAutoResetGetReply&) const = default;
+    template <class Self = OptionFifoAutoResetGetReply>
     static constexpr auto fields() {
-        return std::tuple{Field{"autoReset", &OptionFifoAutoResetGetReply::autoReset}};
+        return std::tuple{Field{"autoReset", &Self::autoReset}};
     }
 };
 

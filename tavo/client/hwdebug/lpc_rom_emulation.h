@@ -3,11 +3,105 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <tavo/client/export.h>
-#include <tavo/client/hwdebug/lpc_rom_emulation_tables.h>
-#include <tavo/client/object/object_factory.h>
+#include <tavo/client/object/type_factory.h>
+#include <tavo/client/transcode/base_tables.h>
+#include <tavo/client/transcode/field.h>
+#include <tavo/client/transcode/header_records.h>
+#include <tavo/client/transcode/header_status_tables.h>
+#include <tavo/client/transcode/packet.h>
+
+/// Records of the "lpcRomEmulation" object. The values of the ROM type are the device's to define.
+namespace TAVO::dto::lpcRomEmulation {
+
+/// "sramGet"
+struct TAVO_API SramGetRequest : request_packet {
+    std::int32_t offset = 0;
+    std::int32_t length = 0;
+    bool operator==(const SramGetRequest&) const = default;
+    template <class Self = SramGetRequest>
+    static constexpr auto fields() {
+        return std::tuple{Field{"offset", &Self::offset}, Field{"length", &Self::length}};
+    }
+};
+
+/// "sramGet"
+struct TAVO_API SramGetReply : reply_packet {
+    std::vector<std::uint8_t> data;
+    bool operator==(const SramGetReply&) const = default;
+    template <class Self = SramGetReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"data", &Self::data}};
+    }
+};
+
+/// "sramSet"
+struct TAVO_API SramSetRequest : request_packet {
+    std::int32_t offset = 0;
+    std::vector<std::uint8_t> data;
+    bool operator==(const SramSetRequest&) const = default;
+    template <class Self = SramSetRequest>
+    static constexpr auto fields() {
+        return std::tuple{Field{"offset", &Self::offset}, Field{"data", &Self::data}};
+    }
+};
+
+/// "sramSizeGet"
+struct TAVO_API SramSizeGetReply : reply_packet {
+    std::int32_t size = 0;
+    bool operator==(const SramSizeGetReply&) const = default;
+    template <class Self = SramSizeGetReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"size", &Self::size}};
+    }
+};
+
+/// "optionRomTypeSet"
+struct TAVO_API OptionRomTypeSetRequest : request_packet {
+    std::uint8_t romType = 0;
+    bool operator==(const OptionRomTypeSetRequest&) const = default;
+    template <class Self = OptionRomTypeSetRequest>
+    static constexpr auto fields() {
+        return std::tuple{Field{"romType", &Self::romType}};
+    }
+};
+
+/// "optionRomTypeGet"
+struct TAVO_API OptionRomTypeGetReply : reply_packet {
+    std::uint8_t romType = 0;
+    bool operator==(const OptionRomTypeGetReply&) const = default;
+    template <class Self = OptionRomTypeGetReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"romType", &Self::romType}};
+    }
+};
+
+} // namespace TAVO::dto::lpcRomEmulation
+
+/// Method tables of the "lpcRomEmulation" object. Shaped like every type's tables, see base_v1_0.
+namespace TAVO::TAVOXTranscode::lpcRomEmulation_v1_0 {
+
+using headerStatus_v1_1::enableSet, headerStatus_v1_1::enableGet;
+inline constexpr Call<None, dto::lpcRomEmulation::SramSizeGetReply> sramSizeGet{"sramSizeGet"};
+inline constexpr Call<dto::lpcRomEmulation::SramSetRequest> sramSet{"sramSet"};
+inline constexpr Call<dto::lpcRomEmulation::SramGetRequest, dto::lpcRomEmulation::SramGetReply> sramGet{
+    "sramGet"};
+inline constexpr Call<dto::lpcRomEmulation::OptionRomTypeSetRequest> optionRomTypeSet{"optionRomTypeSet"};
+inline constexpr Call<None, dto::lpcRomEmulation::OptionRomTypeGetReply> optionRomTypeGet{"optionRomTypeGet"};
+
+TAVO_API MethodRows rows() noexcept;
+using EncoderList = EncoderListOf<rows>;
+using DecoderList = DecoderListOf<rows>;
+
+TAVO_API extern EncoderFunction &encode_sramSizeGet, &encode_sramSet, &encode_sramGet,
+    &encode_optionRomTypeSet, &encode_optionRomTypeGet, &encode_enableSet, &encode_enableGet;
+TAVO_API extern DecoderFunction &decode_sramSizeGet, &decode_sramSet, &decode_sramGet,
+    &decode_optionRomTypeSet, &decode_optionRomTypeGet, &decode_enableSet, &decode_enableGet;
+
+} // namespace TAVO::TAVOXTranscode::lpcRomEmulation_v1_0
 
 namespace TAVO::HWDebug {
 
@@ -23,6 +117,10 @@ struct TAVO_API SramGet {
 
     std::vector<std::uint8_t> data;
     bool operator==(const SramGet&) const = default;
+    template <class Self = SramGet>
+    static constexpr auto fields() {
+        return std::tuple{dto::Field{"data", &Self::data}};
+    }
 };
 
 } // namespace LpcRomEmulation_v1_0_Structs
@@ -30,10 +128,8 @@ struct TAVO_API SramGet {
 /// Proxy of an "lpcRomEmulation" object, which serves the target's boot ROM from memory in the device. Its
 /// operations build calls and send nothing; each throws SpecificationError when the device does not list the
 /// method.
-class TAVO_API LpcRomEmulation_v1_0 : public Object_v1_0 {
+class TAVO_API LpcRomEmulation_v1_0 : public Proxy<TAVOXTranscode::lpcRomEmulation_v1_0::rows> {
 public:
-    ~LpcRomEmulation_v1_0() override;
-
     std::shared_ptr<BoundMethod<LpcRomEmulation_v1_0_Structs::SramGet>> getSramGetMethod(int offset,
                                                                                          int length) const;
     std::shared_ptr<Method> getSramSetMethod(int offset, const std::vector<std::uint8_t>& data) const;
@@ -46,25 +142,15 @@ public:
     std::shared_ptr<Method> getEnableSetMethod(bool enable) const;
 
 protected:
-    friend class TAVO::ObjectFactory;
-    LpcRomEmulation_v1_0(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
-                         std::shared_ptr<Container> parent,
-                         const TAVOXTranscode::lpcRomEmulation_v1_0::EncoderList& encoders,
-                         const TAVOXTranscode::lpcRomEmulation_v1_0::DecoderList& decoders);
+    using Proxy::Proxy;
 };
 
 /// Serves type "lpcRomEmulation" up to version 1.0.
 /// A higher version is refused: SpecificationError "Unknown lpcRomEmulation object version: " and the
 /// version.
-class TAVO_API LpcRomEmulationFactory : public ObjectFactory {
+class TAVO_API LpcRomEmulationFactory : public TypeFactory {
 public:
     LpcRomEmulationFactory();
-
-private:
-    friend class HwdObjects;
-    std::shared_ptr<Container> build(std::shared_ptr<Device> device, std::shared_ptr<Container> parent,
-                                     const std::string& name, std::uint32_t instanceId,
-                                     std::shared_ptr<Object_v1_0> probe) override;
 };
 
 } // namespace TAVO::HWDebug

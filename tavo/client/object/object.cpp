@@ -4,11 +4,12 @@
 #include <iterator>
 #include <utility>
 
-#include <tavo/client/device/device.h>
-#include <tavo/client/transcode/codec.h>
+#include <tavo/client/object/device.h>
 #include <tavo/client/wire/error.h>
 
 namespace TAVO {
+
+namespace base_v1_0 = TAVOXTranscode::base_v1_0;
 
 namespace {
 
@@ -129,6 +130,13 @@ TAVOXTranscode::Decoder Object_v1_0::getDecoder(const std::string& name) const {
     return lookUp(*decoders_, name, "Decoder");
 }
 
+Object_v1_0::Functions Object_v1_0::findFunctions(std::string_view name) const {
+    const auto encoder = encoders_->find(name);
+    const auto decoder = decoders_->find(name);
+    return {encoder == encoders_->end() ? nullptr : encoder->second,
+            decoder == decoders_->end() ? nullptr : decoder->second};
+}
+
 Object_v1_0::RemoteMethod Object_v1_0::remoteMethod(const std::string& name) const {
     const auto found = methods_.find(name);
     if (found == methods_.end()) {
@@ -141,36 +149,35 @@ Object_v1_0::RemoteMethod Object_v1_0::remoteMethod(const std::string& name) con
 }
 
 std::shared_ptr<BoundMethod<dto::Base::TypeReply>> Object_v1_0::getTypeMethod() const {
-    return prepare<dto::Base::TypeReply>("type");
+    return make(base_v1_0::type);
 }
 
 std::shared_ptr<BoundMethod<dto::Base::VersionReply>> Object_v1_0::getVersionMethod() const {
-    return prepare<dto::Base::VersionReply>("version");
+    return make(base_v1_0::version);
 }
 
 std::shared_ptr<BoundMethod<dto::Base::MembersReply>> Object_v1_0::getMembersMethod() const {
-    return prepare<dto::Base::MembersReply>("members");
+    return make(base_v1_0::members);
 }
 
 std::shared_ptr<BoundMethod<dto::Base::MethodsReply>> Object_v1_0::getMethodsMethod() const {
-    return prepare<dto::Base::MethodsReply>("methods");
+    return make(base_v1_0::methods);
 }
 
 std::shared_ptr<BoundMethod<std::vector<Object_v1_0::MethodSignature>>>
 Object_v1_0::getMethodsVerboseMethod() const {
-    return prepare<std::vector<MethodSignature>>("methodsVerbose");
+    return make<std::vector<MethodSignature>>(base_v1_0::methodsVerbose);
 }
 
 std::shared_ptr<BoundMethod<Object_v1_0::Available>> Object_v1_0::getAvailableMethod() const {
-    return prepare<Available>("available");
+    return make<Available>(base_v1_0::available);
 }
 
 std::shared_ptr<Method> Object_v1_0::getReserveMethod(std::string first, std::string second) const {
-    return prepare("reserve", TAVOXTranscode::makeRequest<dto::Base::ReserveRequest>(0, std::move(first),
-                                                                                     std::move(second)));
+    return make(base_v1_0::reserve, 0, std::move(first), std::move(second));
 }
 
-std::shared_ptr<Method> Object_v1_0::getUnreserveMethod() const { return prepare("unreserve"); }
+std::shared_ptr<Method> Object_v1_0::getUnreserveMethod() const { return make(base_v1_0::unreserve); }
 
 template <class Result>
 Result Object_v1_0::execute(std::shared_ptr<BoundMethod<Result>> method) const {

@@ -4,7 +4,9 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include <tavo/client/export.h>
@@ -12,6 +14,7 @@
 #include <tavo/client/object/container.h>
 #include <tavo/client/object/version.h>
 #include <tavo/client/transcode/base_tables.h>
+#include <tavo/client/transcode/make_record.h>
 
 namespace TAVO {
 
@@ -57,8 +60,8 @@ struct TAVO_API Available {
 /// Proxy of one remote object, and base of every versioned proxy class.
 ///
 /// It is addressed by its instance id and knows the ids of the object's methods, which it asks the device for
-/// when it is built. Its `get...Method` operations build calls and send nothing; type(), version(),
-/// members(), methods() and toString() execute at once and throw what Device::call throws.
+/// when it is built. Its `get...Method` operations and make() build calls and send nothing; type(),
+/// version(), members(), methods() and toString() execute at once and throw what Device::call throws.
 ///
 /// A proxy holds its device weakly: once the device is gone, what would send throws Error "Device no longer
 /// exists for object: " and the full name. A proxy belongs to its device's thread.
@@ -94,6 +97,44 @@ public:
     /// @throws SpecificationError "Could not find Method Decoder for Method: " and the name.
     TAVOXTranscode::Decoder getDecoder(const std::string& name) const;
 
+    /// What make() builds: a Method where there is a status alone, else a BoundMethod.
+    template <class Result>
+    using MethodFor =
+        std::conditional_t<std::is_same_v<Result, TAVOXTranscode::None>, Method, BoundMethod<Result>>;
+
+    /// A call of any method of the object: the typed way beside the named operations. Nothing is sent. A
+    /// wrong number of arguments, or a record that is not the call's, does not compile.
+    ///
+    /// @code
+    /// using namespace TAVO::TAVOXTranscode;
+    /// auto shift = jtag->make(jtag_v1_1::shiftDR, 32, bytes);
+    /// device->call(shift);
+    /// use(shift->value().data);
+    /// @endcode
+    /// @param call one of the calls in the namespace of the object's type, or one of your own.
+    /// @param arguments one for each field of the request record, in wire order, or such a record; an integer
+    ///        is narrowed to the field's width by keeping its low bits.
+    /// @return a BoundMethod of the call's reply record, or of `Result` where that is given: a user-level
+    ///         record or a plain value, as BoundMethod takes them. A Method where the call has no reply.
+    /// @throws SpecificationError when the device does not list the method, or the object's tables have no
+    ///         functions for it.
+    template <class Result = void, class Request, class Reply, class... Arguments>
+    auto make(const TAVOXTranscode::Call<Request, Reply>& call, Arguments&&... arguments) const {
+        using Built = MethodFor<std::conditional_t<std::is_void_v<Result>, Reply, Result>>;
+        return std::make_shared<Built>(
+            std::string(call.name), *this,
+            TAVOXTranscode::makeParams(call, std::forward<Arguments>(arguments)...));
+    }
+
+    /// Whether the device lists the method.
+    bool hasMethod(const std::string& name) const { return methods_.contains(name) || otherMethod(name); }
+    /// What the object's tables hold for a method; null where they have no such entry.
+    struct Functions {
+        TAVOXTranscode::Encoder encoder = nullptr;
+        TAVOXTranscode::Decoder decoder = nullptr;
+    };
+    Functions findFunctions(std::string_view name) const;
+
     std::shared_ptr<BoundMethod<dto::Base::TypeReply>> getTypeMethod() const;
     std::shared_ptr<BoundMethod<dto::Base::VersionReply>> getVersionMethod() const;
     std::shared_ptr<BoundMethod<dto::Base::MembersReply>> getMembersMethod() const;
@@ -114,18 +155,6 @@ public:
     std::vector<MethodNameIDPair> methods() const;
     /// Type, version, members and methods in one line. Four exchanges.
     std::string toString() const;
-
-protected:
-    /// A call of the named method on this object. Nothing is sent.
-    std::shared_ptr<Method> prepare(const std::string& name, const dto::Params& params = {}) const {
-        return std::make_shared<Method>(name, *this, params);
-    }
-    /// The same with a typed result.
-    template <class Result>
-    std::shared_ptr<BoundMethod<Result>> prepare(const std::string& name,
-                                                 const dto::Params& params = {}) const {
-        return std::make_shared<BoundMethod<Result>>(name, *this, params);
-    }
 
 private:
     friend class CallExchange;

@@ -1,6 +1,6 @@
 #include <tavo/client/object/object_factory.h>
 
-#include <tavo/client/device/device.h>
+#include <tavo/client/object/device.h>
 #include <tavo/client/object/internal/return_code.h>
 #include <tavo/client/wire/error.h>
 

@@ -17,9 +17,10 @@ struct TAVO_API Version {
     std::uint32_t minor = 0;
     std::uint32_t bugfix = 0;
     bool operator==(const Version&) const = default;
+    template <class Self = Version>
     static constexpr auto fields() {
-        return std::tuple{Field{"major", &Version::major}, Field{"minor", &Version::minor},
-                          Field{"bugfix", &Version::bugfix}};
+        return std::tuple{Field{"major", &Self::major}, Field{"minor", &Self::minor},
+                          Field{"bugfix", &Self::bugfix}};
     }
 };
 
@@ -28,8 +29,9 @@ struct TAVO_API Member {
     std::string name;
     std::uint32_t id = 0;
     bool operator==(const Member&) const = default;
+    template <class Self = Member>
     static constexpr auto fields() {
-        return std::tuple{Field{"name", &Member::name}, Field{"id", &Member::id}};
+        return std::tuple{Field{"name", &Self::name}, Field{"id", &Self::id}};
     }
 };
 
@@ -39,9 +41,10 @@ struct TAVO_API Method {
     std::uint32_t id = 0;
     std::string signature;
     bool operator==(const Method&) const = default;
+    template <class Self = Method>
     static constexpr auto fields() {
-        return std::tuple{Field{"name", &Method::name}, Field{"id", &Method::id},
-                          Field{"signature", &Method::signature}};
+        return std::tuple{Field{"name", &Self::name}, Field{"id", &Self::id},
+                          Field{"signature", &Self::signature}};
     }
 };
 
@@ -49,41 +52,39 @@ struct TAVO_API Method {
 struct TAVO_API TypeReply : reply_packet {
     std::string type;
     bool operator==(const TypeReply&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"type", &TypeReply::type}}; }
+    template <class Self = TypeReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"type", &Self::type}};
+    }
 };
 
 /// "version"
 struct TAVO_API VersionReply : reply_packet {
     Version version;
     bool operator==(const VersionReply&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"version", &VersionReply::version}}; }
+    template <class Self = VersionReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"version", &Self::version}};
+    }
 };
 
 /// "members"
 struct TAVO_API MembersReply : reply_packet {
     std::vector<Member> members;
     bool operator==(const MembersReply&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"members", &MembersReply::members}}; }
+    template <class Self = MembersReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"members", &Self::members}};
+    }
 };
 
 /// "methods" and "methodsVerbose"; after "methods" every signature is empty.
 struct TAVO_API MethodsReply : reply_packet {
     std::vector<Method> methods;
     bool operator==(const MethodsReply&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"methods", &MethodsReply::methods}}; }
-};
-
-/// The wire form of an entry of "methods": a Method without its signature.
-struct BriefMethodForm {
+    template <class Self = MethodsReply>
     static constexpr auto fields() {
-        return std::tuple{Field{"name", &Method::name}, Field{"id", &Method::id}};
-    }
-};
-
-/// The wire form of the reply to "methods".
-struct BriefMethodsForm {
-    static constexpr auto fields() {
-        return std::tuple{listField<BriefMethodForm>("methods", &MethodsReply::methods)};
+        return std::tuple{Field{"methods", &Self::methods}};
     }
 };
 
@@ -93,9 +94,10 @@ struct TAVO_API AvailableReply : reply_packet {
     std::string user;
     std::string info;
     bool operator==(const AvailableReply&) const = default;
+    template <class Self = AvailableReply>
     static constexpr auto fields() {
-        return std::tuple{Field{"available", &AvailableReply::available},
-                          Field{"user", &AvailableReply::user}, Field{"info", &AvailableReply::info}};
+        return std::tuple{Field{"available", &Self::available}, Field{"user", &Self::user},
+                          Field{"info", &Self::info}};
     }
 };
 
@@ -105,9 +107,10 @@ struct TAVO_API ReserveRequest : request_packet {
     std::string first;
     std::string second;
     bool operator==(const ReserveRequest&) const = default;
+    template <class Self = ReserveRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"flag", &ReserveRequest::flag}, Field{"first", &ReserveRequest::first},
-                          Field{"second", &ReserveRequest::second}};
+        return std::tuple{Field{"flag", &Self::flag}, Field{"first", &Self::first},
+                          Field{"second", &Self::second}};
     }
 };
 
@@ -115,7 +118,10 @@ struct TAVO_API ReserveRequest : request_packet {
 struct TAVO_API IntegerReply : reply_packet {
     std::int32_t value = 0;
     bool operator==(const IntegerReply&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"value", &IntegerReply::value}}; }
+    template <class Self = IntegerReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"value", &Self::value}};
+    }
 };
 
 /// A clock frequency, in the device's unit, and a further integer that the device defines.
@@ -123,9 +129,9 @@ struct TAVO_API FrequencyGetReply : reply_packet {
     std::uint64_t frequency = 0;
     std::int32_t value = 0;
     bool operator==(const FrequencyGetReply&) const = default;
+    template <class Self = FrequencyGetReply>
     static constexpr auto fields() {
-        return std::tuple{Field{"frequency", &FrequencyGetReply::frequency},
-                          Field{"value", &FrequencyGetReply::value}};
+        return std::tuple{Field{"frequency", &Self::frequency}, Field{"value", &Self::value}};
     }
 };
 
@@ -136,9 +142,10 @@ struct TAVO_API Header {
     std::uint8_t flag2 = 0;
     std::uint8_t flag3 = 0;
     bool operator==(const Header&) const = default;
+    template <class Self = Header>
     static constexpr auto fields() {
-        return std::tuple{Field{"name", &Header::name}, Field{"flag1", &Header::flag1},
-                          Field{"flag2", &Header::flag2}, Field{"flag3", &Header::flag3}};
+        return std::tuple{Field{"name", &Self::name}, Field{"flag1", &Self::flag1},
+                          Field{"flag2", &Self::flag2}, Field{"flag3", &Self::flag3}};
     }
 };
 
@@ -147,8 +154,9 @@ struct TAVO_API Connection {
     std::vector<std::string> first;
     std::vector<std::string> second;
     bool operator==(const Connection&) const = default;
+    template <class Self = Connection>
     static constexpr auto fields() {
-        return std::tuple{Field{"first", &Connection::first}, Field{"second", &Connection::second}};
+        return std::tuple{Field{"first", &Self::first}, Field{"second", &Self::second}};
     }
 };
 
@@ -157,9 +165,9 @@ struct TAVO_API HeaderStatusGetReply : reply_packet {
     std::vector<Header> headers;
     std::vector<Connection> connections;
     bool operator==(const HeaderStatusGetReply&) const = default;
+    template <class Self = HeaderStatusGetReply>
     static constexpr auto fields() {
-        return std::tuple{Field{"headers", &HeaderStatusGetReply::headers},
-                          Field{"connections", &HeaderStatusGetReply::connections}};
+        return std::tuple{Field{"headers", &Self::headers}, Field{"connections", &Self::connections}};
     }
 };
 

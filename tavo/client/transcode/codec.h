@@ -24,9 +24,9 @@ concept Described = requires {
 
 using Bytes = std::vector<std::uint8_t>;
 
-template <class Form, class Visitor>
+template <class Record, class Visitor>
 constexpr void forEachField(Visitor&& visit) {
-    std::apply([&](const auto&... field) { (visit(field), ...); }, Form::fields());
+    std::apply([&](const auto&... field) { (visit(field), ...); }, Record::fields());
 }
 
 // Smallest number of bytes that a value can take: what bounds a list's count before memory is taken for it.
@@ -37,11 +37,6 @@ constexpr std::uint64_t smallestSize();
 template <class Record, class Member>
 constexpr std::uint64_t smallestFieldSize(const dto::Field<Record, Member>&) {
     return smallestSize<Member>();
-}
-
-template <class ElementForm, class Record, class Element>
-constexpr std::uint64_t smallestFieldSize(const dto::ListField<ElementForm, Record, Element>&) {
-    return 4;
 }
 
 template <class T>
@@ -59,29 +54,23 @@ constexpr std::uint64_t smallestSize() {
 
 // Writing.
 
-template <class Form, class Record>
+template <class Record>
 void writeFields(TAVOX::OutputStream& out, const Record& record);
 
 template <class T>
 void writeValue(TAVOX::OutputStream& out, const T& value);
 
-template <class ElementForm, class Element>
+template <class Element>
 void writeList(TAVOX::OutputStream& out, const std::vector<Element>& list) {
     out.writeUInt32(static_cast<std::uint32_t>(list.size()));
-    for (const auto& element : list) {
-        if constexpr (Described<ElementForm>)
-            writeFields<ElementForm>(out, element);
-        else
-            writeValue<Element>(out, element);
-    }
+    for (const auto& element : list)
+        writeValue<Element>(out, element);
 }
 
 template <class T>
-struct ListElement : std::false_type {};
+inline constexpr bool isList = false;
 template <class Element>
-struct ListElement<std::vector<Element>> : std::true_type {
-    using type = Element;
-};
+inline constexpr bool isList<std::vector<Element>> = true;
 
 template <class T>
 void writeValue(TAVOX::OutputStream& out, const T& value) {
@@ -97,52 +86,39 @@ void writeValue(TAVOX::OutputStream& out, const T& value) {
         out.lendBytes(value.size(), reinterpret_cast<const std::uint8_t*>(value.data()));
     else if constexpr (std::same_as<T, Bytes>)
         out.lendBytes(value.size(), value.data());
-    else if constexpr (ListElement<T>::value)
-        writeList<typename ListElement<T>::type>(out, value);
+    else if constexpr (isList<T>)
+        writeList(out, value);
     else
-        writeFields<T>(out, value);
+        writeFields(out, value);
 }
 
-template <class Record, class Member>
-void writeField(TAVOX::OutputStream& out, const dto::Field<Record, Member>& field, const Record& record) {
-    writeValue(out, record.*field.member);
-}
-
-template <class ElementForm, class Record, class Element>
-void writeField(TAVOX::OutputStream& out, const dto::ListField<ElementForm, Record, Element>& field,
-                const Record& record) {
-    writeList<ElementForm>(out, record.*field.member);
-}
-
-template <class Form, class Record>
+template <class Record>
 void writeFields(TAVOX::OutputStream& out, const Record& record) {
-    forEachField<Form>([&](const auto& field) { writeField(out, field, record); });
+    forEachField<Record>([&](const auto& field) { writeValue(out, record.*field.member); });
 }
 
 // Reading. A reader that has failed yields zeros and empty values.
 
-template <class Form, class Record>
+template <class Record>
 void readFields(TAVOX::InputStream& in, Record& record);
 
 template <class T>
 void readValue(TAVOX::InputStream& in, T& value);
 
-template <class ElementForm, class Element>
-void readList(TAVOX::InputStream& in, std::vector<Element>& list) {
+/// Each element takes at least `smallestElement` bytes and is read by `readElement`.
+template <class Element, class ReadElement>
+void readList(TAVOX::InputStream& in, std::vector<Element>& list, std::uint64_t smallestElement,
+              ReadElement readElement) {
     list.clear();
     const auto count = static_cast<std::uint32_t>(in.readInt32());
     in.awaitRest(); // for the count bounds the list only by bytes that have really come
-    if (in.failed() || count > in.remaining() / smallestSize<ElementForm>()) {
+    if (in.failed() || count > in.remaining() / smallestElement) {
         in.fail();
         return;
     }
     list.resize(count);
-    for (auto& element : list) {
-        if constexpr (Described<ElementForm>)
-            readFields<ElementForm>(in, element);
-        else
-            readValue<Element>(in, element);
-    }
+    for (auto& element : list)
+        readElement(element);
 }
 
 /// Receives a block straight into its destination, which grows with what has arrived.
@@ -191,26 +167,16 @@ void readValue(TAVOX::InputStream& in, T& value) {
         value = static_cast<T>(in.readInt64());
     else if constexpr (std::same_as<T, std::string> || std::same_as<T, Bytes>)
         readBlock(in, value);
-    else if constexpr (ListElement<T>::value)
-        readList<typename ListElement<T>::type>(in, value);
+    else if constexpr (isList<T>)
+        readList(in, value, smallestSize<typename T::value_type>(),
+                 [&in](auto& element) { readValue(in, element); });
     else
-        readFields<T>(in, value);
+        readFields(in, value);
 }
 
-template <class Record, class Member>
-void readField(TAVOX::InputStream& in, const dto::Field<Record, Member>& field, Record& record) {
-    readValue(in, record.*field.member);
-}
-
-template <class ElementForm, class Record, class Element>
-void readField(TAVOX::InputStream& in, const dto::ListField<ElementForm, Record, Element>& field,
-               Record& record) {
-    readList<ElementForm>(in, record.*field.member);
-}
-
-template <class Form, class Record>
+template <class Record>
 void readFields(TAVOX::InputStream& in, Record& record) {
-    forEachField<Form>([&](const auto& field) { readField(in, field, record); });
+    forEachField<Record>([&](const auto& field) { readValue(in, record.*field.member); });
 }
 
 // The two functions of a method.
@@ -219,38 +185,22 @@ void readFields(TAVOX::InputStream& in, Record& record) {
 /// "Can't convert Params to desire type".
 [[noreturn]] TAVO_API void refuseParams(const std::type_info& desired);
 
-/// The encoder of a method whose parameters are a `Request`, written in the form `Form`.
-template <class Request, class Form = Request>
+/// The encoder of a method whose parameters are a `Request`.
+template <class Request>
 void encodeRequest(TAVOX::OutputStream& out, const dto::Params& params) {
     const auto* request = dto::recordIn<Request>(params.request.get());
     if (!request)
         refuseParams(typeid(Request));
-    writeFields<Form>(out, *request);
+    writeFields(out, *request);
 }
 
-/// The decoder of a method whose reply is a `Reply`, read in the form `Form`.
-template <class Reply, class Form = Reply>
+/// The decoder of a method whose reply is a `Reply`.
+template <class Reply>
 dto::result decodeReply(TAVOX::InputStream& in) {
     const auto code = in.readInt32();
     auto reply = std::make_shared<Reply>();
-    readFields<Form>(in, *reply);
+    readFields(in, *reply);
     return {code, std::move(reply)};
-}
-
-/// A new request record, its fields filled from the arguments in wire order. An integer argument is narrowed
-/// to the field's width by keeping its low bits.
-template <class Request, class... Arguments>
-dto::Params makeRequest(Arguments&&... arguments) {
-    auto request = std::make_shared<Request>();
-    std::apply(
-        [&](const auto&... field) {
-            static_assert(sizeof...(field) == sizeof...(arguments), "one argument for each field");
-            ((*request.*field.member = static_cast<std::remove_reference_t<decltype(*request.*field.member)>>(
-                  std::forward<Arguments>(arguments))),
-             ...);
-        },
-        Request::fields());
-    return {std::move(request)};
 }
 
 } // namespace TAVO::TAVOXTranscode

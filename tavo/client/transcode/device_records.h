@@ -14,8 +14,9 @@ struct TAVO_API FirmwareInfo {
     std::string name;
     Base::Version version;
     bool operator==(const FirmwareInfo&) const = default;
+    template <class Self = FirmwareInfo>
     static constexpr auto fields() {
-        return std::tuple{Field{"name", &FirmwareInfo::name}, Field{"version", &FirmwareInfo::version}};
+        return std::tuple{Field{"name", &Self::name}, Field{"version", &Self::version}};
     }
 };
 
@@ -26,9 +27,10 @@ struct TAVO_API BoardInfo {
     std::string field3;
     std::string field4;
     bool operator==(const BoardInfo&) const = default;
+    template <class Self = BoardInfo>
     static constexpr auto fields() {
-        return std::tuple{Field{"field1", &BoardInfo::field1}, Field{"field2", &BoardInfo::field2},
-                          Field{"field3", &BoardInfo::field3}, Field{"field4", &BoardInfo::field4}};
+        return std::tuple{Field{"field1", &Self::field1}, Field{"field2", &Self::field2},
+                          Field{"field3", &Self::field3}, Field{"field4", &Self::field4}};
     }
 };
 
@@ -39,9 +41,10 @@ struct TAVO_API InfoReply : reply_packet {
     std::vector<FirmwareInfo> firmware;
     std::vector<BoardInfo> boards;
     bool operator==(const InfoReply&) const = default;
+    template <class Self = InfoReply>
     static constexpr auto fields() {
-        return std::tuple{Field{"name", &InfoReply::name}, Field{"version", &InfoReply::version},
-                          Field{"firmware", &InfoReply::firmware}, Field{"boards", &InfoReply::boards}};
+        return std::tuple{Field{"name", &Self::name}, Field{"version", &Self::version},
+                          Field{"firmware", &Self::firmware}, Field{"boards", &Self::boards}};
     }
 };
 
@@ -49,7 +52,10 @@ struct TAVO_API InfoReply : reply_packet {
 struct TAVO_API RootMembersReply : reply_packet {
     std::vector<Base::Member> members;
     bool operator==(const RootMembersReply&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"members", &RootMembersReply::members}}; }
+    template <class Self = RootMembersReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"members", &Self::members}};
+    }
 };
 
 /// "lock"
@@ -57,8 +63,9 @@ struct TAVO_API LockRequest : request_packet {
     std::string user;
     std::string password;
     bool operator==(const LockRequest&) const = default;
+    template <class Self = LockRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"user", &LockRequest::user}, Field{"password", &LockRequest::password}};
+        return std::tuple{Field{"user", &Self::user}, Field{"password", &Self::password}};
     }
 };
 
@@ -66,7 +73,10 @@ struct TAVO_API LockRequest : request_packet {
 struct TAVO_API LockReply : reply_packet {
     std::uint32_t lockId = 0;
     bool operator==(const LockReply&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"lockId", &LockReply::lockId}}; }
+    template <class Self = LockReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"lockId", &Self::lockId}};
+    }
 };
 
 /// "unlock"
@@ -74,8 +84,9 @@ struct TAVO_API UnLockRequest : request_packet {
     std::string user;
     std::string password;
     bool operator==(const UnLockRequest&) const = default;
+    template <class Self = UnLockRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"user", &UnLockRequest::user}, Field{"password", &UnLockRequest::password}};
+        return std::tuple{Field{"user", &Self::user}, Field{"password", &Self::password}};
     }
 };
 
@@ -83,21 +94,30 @@ struct TAVO_API UnLockRequest : request_packet {
 struct TAVO_API KeyReply : reply_packet {
     std::vector<std::uint8_t> key;
     bool operator==(const KeyReply&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"key", &KeyReply::key}}; }
+    template <class Self = KeyReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"key", &Self::key}};
+    }
 };
 
 /// "login"
 struct TAVO_API LoginRequest : request_packet {
     std::string user;
     bool operator==(const LoginRequest&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"user", &LoginRequest::user}}; }
+    template <class Self = LoginRequest>
+    static constexpr auto fields() {
+        return std::tuple{Field{"user", &Self::user}};
+    }
 };
 
 /// "login"
 struct TAVO_API LoginReply : reply_packet {
     std::vector<std::uint8_t> challenge;
     bool operator==(const LoginReply&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"challenge", &LoginReply::challenge}}; }
+    template <class Self = LoginReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"challenge", &Self::challenge}};
+    }
 };
 
 /// "CHAPRespond". Only the response travels; `number` stays on this side.
@@ -105,14 +125,20 @@ struct TAVO_API CHAPResponseRequest : request_packet {
     std::vector<std::uint8_t> response;
     std::int32_t number = 0;
     bool operator==(const CHAPResponseRequest&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"response", &CHAPResponseRequest::response}}; }
+    template <class Self = CHAPResponseRequest>
+    static constexpr auto fields() {
+        return std::tuple{Field{"response", &Self::response}};
+    }
 };
 
 /// "CHAPRespond": a text, the device's to define.
 struct TAVO_API CHAPResponseReply : reply_packet {
     std::string text;
     bool operator==(const CHAPResponseReply&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"text", &CHAPResponseReply::text}}; }
+    template <class Self = CHAPResponseReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"text", &Self::text}};
+    }
 };
 
 } // namespace TAVO::dto::Device

@@ -8,19 +8,18 @@
 /// base_v1_0.
 namespace TAVO::TAVOXTranscode::device_v1_0 {
 
-class TAVO_API EncoderList : public base_v1_0::EncoderList {
-public:
-    EncoderList();
-};
-
-class TAVO_API DecoderList : public base_v1_0::DecoderList {
-public:
-    DecoderList();
-};
+inline constexpr Call<None, dto::Device::InfoReply> info{"info"};
+inline constexpr Call<None, dto::Device::RootMembersReply> rootMembers{"rootMembers"};
+inline constexpr Call<dto::Device::LockRequest, dto::Device::LockReply> lock{"lock"};
+inline constexpr Call<dto::Device::UnLockRequest> unlock{"unlock"};
+inline constexpr Call<None, dto::Device::KeyReply> getKey{"getKey"};
+inline constexpr Call<dto::Device::LoginRequest, dto::Device::LoginReply> login{"login"};
+inline constexpr Call<dto::Device::CHAPResponseRequest, dto::Device::CHAPResponseReply> CHAPRespond{
+    "CHAPRespond"};
 
 TAVO_API MethodRows rows() noexcept;
-TAVO_API const EncoderList& encoders() noexcept;
-TAVO_API const DecoderList& decoders() noexcept;
+using EncoderList = EncoderListOf<rows>;
+using DecoderList = DecoderListOf<rows>;
 
 TAVO_API extern EncoderFunction &encode_info, &encode_rootMembers, &encode_lock, &encode_unlock,
     &encode_getKey, &encode_login, &encode_CHAPResponse;

@@ -1,15 +1,16 @@
 #pragma once
 
 #include <string_view>
-#include <vector>
 
 namespace TAVO::dto {
 
 /// One entry of a record's wire form: a name and the member that it stands for.
 ///
 /// A record describes its wire form once, in a static operation `fields()` that returns a std::tuple of these
-/// in wire order. Encoder, decoder, smallest size, printing and calls by name all follow from it. The type of
-/// the member is its wire type:
+/// in wire order. Encoder, decoder, smallest size, printing and calls by name all follow from it. As a
+/// template
+/// (`template <class Self = SetRequest> static constexpr auto fields()`, with `&Self::state`) it costs those
+/// who only include the record nothing. The type of the member is its wire type:
 ///
 /// | member                          | on the wire                                       |
 /// |---------------------------------|---------------------------------------------------|
@@ -27,18 +28,5 @@ struct Field {
 
 template <class Record, class Member>
 Field(const char*, Member Record::*) -> Field<Record, Member>;
-
-/// A list whose elements travel in the form `ElementForm::fields()` instead of their own.
-template <class ElementForm, class Record, class Element>
-struct ListField {
-    std::string_view name;
-    std::vector<Element> Record::*member;
-};
-
-template <class ElementForm, class Record, class Element>
-constexpr ListField<ElementForm, Record, Element> listField(const char* name,
-                                                            std::vector<Element> Record::*member) {
-    return {name, member};
-}
 
 } // namespace TAVO::dto

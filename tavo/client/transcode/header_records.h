@@ -12,33 +12,48 @@ namespace TAVO::dto::Header {
 struct TAVO_API EnableGetReply : reply_packet {
     bool enable = false;
     bool operator==(const EnableGetReply&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"enable", &EnableGetReply::enable}}; }
+    template <class Self = EnableGetReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"enable", &Self::enable}};
+    }
 };
 
 struct TAVO_API EnableSetRequest : request_packet {
     bool enable = false;
     bool operator==(const EnableSetRequest&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"enable", &EnableSetRequest::enable}}; }
+    template <class Self = EnableSetRequest>
+    static constexpr auto fields() {
+        return std::tuple{Field{"enable", &Self::enable}};
+    }
 };
 
 /// The level of an input.
 struct TAVO_API iGetReply : reply_packet {
     bool level = false;
     bool operator==(const iGetReply&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"level", &iGetReply::level}}; }
+    template <class Self = iGetReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"level", &Self::level}};
+    }
 };
 
 struct TAVO_API iSetRequest : request_packet {
     bool level = false;
     bool operator==(const iSetRequest&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"level", &iSetRequest::level}}; }
+    template <class Self = iSetRequest>
+    static constexpr auto fields() {
+        return std::tuple{Field{"level", &Self::level}};
+    }
 };
 
 /// The level of an output.
 struct TAVO_API oGetReply : reply_packet {
     bool level = false;
     bool operator==(const oGetReply&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"level", &oGetReply::level}}; }
+    template <class Self = oGetReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"level", &Self::level}};
+    }
 };
 
 /// Two flags of a bidirectional pin, the device's to define.
@@ -46,8 +61,9 @@ struct TAVO_API IoGetReply : reply_packet {
     bool first = false;
     bool second = false;
     bool operator==(const IoGetReply&) const = default;
+    template <class Self = IoGetReply>
     static constexpr auto fields() {
-        return std::tuple{Field{"first", &IoGetReply::first}, Field{"second", &IoGetReply::second}};
+        return std::tuple{Field{"first", &Self::first}, Field{"second", &Self::second}};
     }
 };
 
@@ -56,8 +72,9 @@ struct TAVO_API IoSetRequest : request_packet {
     bool first = false;
     bool second = false;
     bool operator==(const IoSetRequest&) const = default;
+    template <class Self = IoSetRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"first", &IoSetRequest::first}, Field{"second", &IoSetRequest::second}};
+        return std::tuple{Field{"first", &Self::first}, Field{"second", &Self::second}};
     }
 };
 

@@ -16,9 +16,9 @@ struct TAVO_API FirmwareUpdateRequest : request_packet {
     std::string name;
     std::vector<std::uint8_t> image;
     bool operator==(const FirmwareUpdateRequest&) const = default;
+    template <class Self = FirmwareUpdateRequest>
     static constexpr auto fields() {
-        return std::tuple{Field{"name", &FirmwareUpdateRequest::name},
-                          Field{"image", &FirmwareUpdateRequest::image}};
+        return std::tuple{Field{"name", &Self::name}, Field{"image", &Self::image}};
     }
 };
 
@@ -26,7 +26,10 @@ struct TAVO_API FirmwareUpdateRequest : request_packet {
 struct TAVO_API FirmwareStatusRequest : request_packet {
     std::string name;
     bool operator==(const FirmwareStatusRequest&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"name", &FirmwareStatusRequest::name}}; }
+    template <class Self = FirmwareStatusRequest>
+    static constexpr auto fields() {
+        return std::tuple{Field{"name", &Self::name}};
+    }
 };
 
 /// "firmwareStatus": two numbers, the device's to define.
@@ -34,9 +37,9 @@ struct TAVO_API FirmwareStatusReply : reply_packet {
     std::uint32_t first = 0;
     std::uint32_t second = 0;
     bool operator==(const FirmwareStatusReply&) const = default;
+    template <class Self = FirmwareStatusReply>
     static constexpr auto fields() {
-        return std::tuple{Field{"first", &FirmwareStatusReply::first},
-                          Field{"second", &FirmwareStatusReply::second}};
+        return std::tuple{Field{"first", &Self::first}, Field{"second", &Self::second}};
     }
 };
 
@@ -44,28 +47,40 @@ struct TAVO_API FirmwareStatusReply : reply_packet {
 struct TAVO_API TimeGetReply : reply_packet {
     std::int64_t time = 0;
     bool operator==(const TimeGetReply&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"time", &TimeGetReply::time}}; }
+    template <class Self = TimeGetReply>
+    static constexpr auto fields() {
+        return std::tuple{Field{"time", &Self::time}};
+    }
 };
 
 /// "timeSet"
 struct TAVO_API TimeSetRequest : request_packet {
     std::int64_t time = 0;
     bool operator==(const TimeSetRequest&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"time", &TimeSetRequest::time}}; }
+    template <class Self = TimeSetRequest>
+    static constexpr auto fields() {
+        return std::tuple{Field{"time", &Self::time}};
+    }
 };
 
 /// "usleep"
 struct TAVO_API uSleepRequest : request_packet {
     std::int32_t microseconds = 0;
     bool operator==(const uSleepRequest&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"microseconds", &uSleepRequest::microseconds}}; }
+    template <class Self = uSleepRequest>
+    static constexpr auto fields() {
+        return std::tuple{Field{"microseconds", &Self::microseconds}};
+    }
 };
 
 /// "uwait"
 struct TAVO_API uWaitRequest : request_packet {
     std::int32_t microseconds = 0;
     bool operator==(const uWaitRequest&) const = default;
-    static constexpr auto fields() { return std::tuple{Field{"microseconds", &uWaitRequest::microseconds}}; }
+    template <class Self = uWaitRequest>
+    static constexpr auto fields() {
+        return std::tuple{Field{"microseconds", &Self::microseconds}};
+    }
 };
 
 } // namespace TAVO::dto::system

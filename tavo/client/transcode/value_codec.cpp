@@ -4,6 +4,13 @@
 
 namespace TAVO::TAVOXTranscode {
 
+std::string recordText(const std::vector<FieldDescription>& fields) {
+    std::string text;
+    for (const auto& field : fields)
+        text += (text.empty() ? "" : ", ") + field.name + ": " + field.type;
+    return "{" + text + "}";
+}
+
 void refuseValue(const std::string& path, const std::string& type, const Value& value) {
     const auto place = path.empty() ? "the value" : "'" + path + "'";
     throw std::invalid_argument(place + " must be " + type + ", not " + value.toString());

@@ -6,6 +6,8 @@
 #include <string_view>
 #include <variant>
 
+#include <tavo/client/transcode/value.h>
+
 namespace TAVO {
 
 /// What Value is, without a copy: a look at a record where it lies. For tools that print large results.
@@ -45,5 +47,8 @@ inline ValueView ValueView::List::operator[](std::size_t index) const { return e
 inline ValueView ValueView::Record::operator[](std::size_t field) const {
     return fields[field].valueIn(record);
 }
+
+/// A copy of what is looked at.
+TAVO_API Value valueOf(const ValueView& view);
 
 } // namespace TAVO

@@ -3,7 +3,7 @@
 #include <mutex>
 #include <set>
 
-#include <tavo/client/transcode/internal/immortal.h>
+#include <tavo/client/transcode/immortal.h>
 
 namespace TAVO::TAVOXTranscode {
 

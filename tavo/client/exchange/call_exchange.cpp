@@ -1,0 +1,286 @@
+#include <tavo/client/exchange/call_exchange.h>
+
+#include <algorithm>
+#include <exception>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include <tavo/client/object/device.h>
+#include <tavo/client/object/object.h>
+#include <tavo/client/transcode/internal/record_functions.h>
+#include <tavo/client/wire/error.h>
+
+namespace TAVO {
+
+namespace {
+
+struct DeviceError {
+    std::uint32_t code = 0;
+    std::string message;
+};
+
+void writeCall(TAVOX::OutputStream& out, const Object_v1_0& object, const Method& method) {
+    out.writeUInt32(object.getInstanceID());
+    out.writeUInt32(method.getID());
+    out.beginSizedBlock();
+    try {
+        method.getEncoder()(out, method.getParams());
+    } catch (const std::exception& failure) {
+        throw SpecificationError("Error encoding TAVOX parameters in call to " + method.getFullName() + ": " +
+                                 failure.what());
+    }
+    out.endSizedBlock();
+    if (out.failed())
+        throw Error("Error writing to output stream for method: " + method.getFullName());
+}
+
+using Batch = std::span<const std::shared_ptr<Method>>;
+
+/// The library's record encoders alone leave the records as they are until the request has been sent.
+class RecordLender final : public TAVOX::Lender {
+public:
+    explicit RecordLender(Batch batch)
+        : batch_(batch) {}
+
+    bool answersForRuns() noexcept override {
+        return std::ranges::all_of(batch_, [](const auto& method) {
+            return method && TAVOXTranscode::isRecordEncoder(method->getEncoder());
+        });
+    }
+
+private:
+    Batch batch_;
+};
+
+[[noreturn]] void throwDeviceError(const DeviceError& error, std::uint32_t resultCount, Batch batch) {
+    switch (error.code) {
+    case 1000:
+        throw ConfigurationError(error.message);
+    case 1001:
+        throw LockError(error.message);
+    case 1002:
+    case 1003:
+    case 1004:
+    case 1005:
+        throw SpecificationError(error.message);
+    case 1006: {
+        if (batch.empty())
+            throw Error(error.message);
+        const auto blamed = std::clamp<std::size_t>(resultCount, 1, batch.size()) - 1;
+        throw ExecutionError(batch[blamed], blamed, error.message);
+    }
+    case 1013:
+        throw TAVOLoginError(error.message);
+    default:
+        throw Error("Unknown error code: " + std::to_string(error.code) + ": " + error.message);
+    }
+}
+
+/// A result that is read while it arrives, so that what it holds can be received where it belongs.
+class ArrivingResult final : public TAVOX::InputSource {
+public:
+    ArrivingResult(Transport& transport, ReplyBuffer& buffer)
+        : transport_(transport)
+        , buffer_(buffer) {}
+
+    std::span<const std::uint8_t> gather(std::uint64_t count) noexcept override {
+        try {
+            return buffer_.receive(transport_, count);
+        } catch (...) {
+            failure_ = std::current_exception();
+            return {};
+        }
+    }
+    bool receive(std::uint8_t* destination, std::uint64_t count) noexcept override {
+        try {
+            transport_.receiveAll(destination, count);
+            return true;
+        } catch (...) {
+            failure_ = std::current_exception();
+            return false;
+        }
+    }
+
+    /// Receives what the decoder left.
+    /// @throws what failed while it read.
+    void finish(const TAVOX::InputStream& in) {
+        if (failure_)
+            std::rethrow_exception(failure_);
+        buffer_.discard(transport_, in.remaining() - in.arrived());
+    }
+
+private:
+    Transport& transport_;
+    ReplyBuffer& buffer_;
+    std::exception_ptr failure_;
+};
+
+/// Frames one reply.
+class Reply {
+public:
+    /// @param isRead becomes true when the last result has been received.
+    Reply(Transport& transport, ReplyBuffer& buffer, bool& isRead)
+        : transport_(transport)
+        , buffer_(buffer)
+        , isRead_(isRead) {}
+
+    std::uint32_t number(const char* what, const Method* method = nullptr) {
+        TAVOX::InputStream in = block(4);
+        const auto value = static_cast<std::uint32_t>(in.readInt32());
+        if (in.failed())
+            throw Error(what + (method ? method->getFullName() : std::string()));
+        return value;
+    }
+
+    void skipStatus() { buffer_.discard(transport_, number("Could not read Status count from device")); }
+
+    std::optional<DeviceError> error() {
+        const auto size = number("Could not read Error count from device");
+        if (size == 0)
+            return std::nullopt;
+        TAVOX::InputStream in = block(size);
+        in.readInt32();
+        DeviceError error;
+        error.code = static_cast<std::uint32_t>(in.readInt32());
+        const auto length = static_cast<std::uint32_t>(in.readInt32());
+        if (const auto* text = in.readSpan(length))
+            error.message.assign(reinterpret_cast<const char*>(text), length);
+        if (in.failed())
+            throw Error("Could not read Error from device");
+        return error;
+    }
+
+    /// That many results follow.
+    void expectResults(std::uint32_t count) {
+        unread_ = count;
+        isRead_ = count == 0;
+    }
+    bool hasMore() const { return unread_ > 0; }
+
+    void result(Method& method) {
+        const auto size = number("Could not read Result Size from device for method: ", &method);
+        if (size > largestWhole && TAVOXTranscode::isRecordDecoder(method.getDecoder())) {
+            arrivingResult(method, size);
+            return;
+        }
+        TAVOX::InputStream in = block(size);
+        decode(method, in, [&] { return method.getDecoder()(in); });
+    }
+
+private:
+    /// Larger results are read while they arrive, unless a decoder of the application's own reads them: it
+    /// may keep views or copy the reader, which a whole block alone allows.
+    static constexpr std::uint32_t largestWhole = 64 * 1024;
+
+    /// Once the whole result has been received.
+    template <class Decoding>
+    void decode(Method& method, const TAVOX::InputStream& in, Decoding decoding) {
+        isRead_ = --unread_ == 0;
+        try {
+            auto outcome = decoding();
+            if (in.failed())
+                throw Error("Could not read Result from device for method: " + method.getFullName());
+            method.setResult(std::move(outcome));
+        } catch (const std::exception& failure) {
+            throw SpecificationError("Error decoding TAVOX return values in call to " + method.getFullName() +
+                                     ": " + failure.what());
+        }
+    }
+
+    void arrivingResult(Method& method, std::uint32_t size) {
+        ArrivingResult source(transport_, buffer_);
+        TAVOX::InputStream in(source, size);
+        dto::result outcome;
+        std::exception_ptr refusal;
+        try {
+            outcome = method.getDecoder()(in);
+        } catch (...) {
+            refusal = std::current_exception();
+        }
+        source.finish(in);
+        decode(method, in, [&] {
+            if (refusal)
+                std::rethrow_exception(refusal);
+            return std::move(outcome);
+        });
+    }
+
+    TAVOX::InputStream block(std::uint32_t length) {
+        const auto bytes = buffer_.receive(transport_, length);
+        return {bytes.data(), bytes.size()};
+    }
+
+    Transport& transport_;
+    ReplyBuffer& buffer_;
+    bool& isRead_;
+    std::uint32_t unread_ = 0;
+};
+
+} // namespace
+
+const Object_v1_0& CallExchange::addressee(const std::shared_ptr<Method>& method) const {
+    if (!method)
+        throw Error("NULL method found in multicall queue");
+    const auto* object = method->getObject();
+    if (!object)
+        throw SpecificationError("Method does not belong to a remote object: " + method->getFullName());
+    if (owner_ && object->deviceAddress_ != owner_)
+        if (const auto other = object->device()) {
+            const auto& device = *other;
+            if (typeid(device) == *kind_)
+                throw SpecificationError("Method belongs to another device: " + method->getFullName());
+        }
+    return *object;
+}
+
+void CallExchange::run(std::uint32_t lockId, Batch batch) {
+    {
+        TAVOX::OutputStream request;
+        RecordLender lender(batch);
+        request.takeLentRuns(lender);
+        request.writeUInt32(lockId);
+        request.writeUInt32(static_cast<std::uint32_t>(batch.size()));
+        for (const auto& method : batch) {
+            const auto& object = addressee(method);
+            writeCall(request, object, *method);
+        }
+        inStep_ = false;
+        transport_.send(request.chunks());
+    }
+
+    // Large blocks are given back however the exchange ends.
+    const auto shrink = [](ReplyBuffer* buffer) { buffer->shrink(); };
+    const std::unique_ptr<ReplyBuffer, decltype(shrink)> shrinkAtEnd(&buffer_, shrink);
+
+    Reply reply(transport_, buffer_, inStep_);
+    reply.skipStatus();
+    const auto error = reply.error();
+    const auto resultCount = reply.number("Could not read Result Count from device");
+    if (!error && resultCount != batch.size())
+        throw Error("Error calling methods: received result count of " + std::to_string(resultCount) +
+                    " expected count of " + std::to_string(batch.size()));
+    reply.expectResults(resultCount);
+    for (const auto& method : batch)
+        if (reply.hasMore())
+            reply.result(*method);
+        else
+            break;
+    if (error)
+        throwDeviceError(*error, resultCount, batch);
+}
+
+void CallExchange::run(std::uint32_t lockId, const std::deque<std::shared_ptr<Method>>& batch) {
+    constexpr std::size_t mostKept = 4096;
+    auto copy = std::exchange(spareCopy_, {});
+    const auto giveBack = [&](auto* used) {
+        used->clear();
+        if (used->capacity() <= mostKept)
+            spareCopy_ = std::move(*used);
+    };
+    const std::unique_ptr<decltype(copy), decltype(giveBack)> giveBackAtEnd(&copy, giveBack);
+    copy.assign(batch.begin(), batch.end());
+    run(lockId, Batch(copy));
+}
+
+} // namespace TAVO

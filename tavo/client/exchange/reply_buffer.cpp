@@ -1,0 +1,54 @@
+#include <tavo/client/exchange/reply_buffer.h>
+
+#include <algorithm>
+#include <new>
+
+namespace TAVO {
+
+namespace {
+
+constexpr std::size_t smallCapacity = std::size_t{64} * 1024;
+
+} // namespace
+
+void ReplyBuffer::grow(std::size_t capacity) {
+    // realloc, because for large blocks it moves pages instead of copying bytes.
+    auto* moved = static_cast<std::uint8_t*>(std::realloc(bytes_.get(), capacity));
+    if (!moved)
+        throw std::bad_alloc();
+    static_cast<void>(bytes_.release());
+    bytes_.reset(moved);
+    capacity_ = capacity;
+}
+
+std::span<const std::uint8_t> ReplyBuffer::receive(Transport& transport, std::uint64_t length) {
+    if (const auto* bytes = transport.receiveInPlace(length))
+        return {bytes, static_cast<std::size_t>(length)};
+    if (capacity_ == 0)
+        grow(smallCapacity);
+    for (std::uint64_t received = 0; received < length;) {
+        if (received == capacity_)
+            grow(static_cast<std::size_t>(std::min<std::uint64_t>(length, 2 * capacity_)));
+        const auto run = std::min<std::uint64_t>(length, capacity_) - received;
+        transport.receiveAll(bytes_.get() + received, run);
+        received += run;
+    }
+    return {bytes_.get(), static_cast<std::size_t>(length)};
+}
+
+void ReplyBuffer::discard(Transport& transport, std::uint64_t length) {
+    while (length > 0) {
+        const auto run = std::min<std::uint64_t>(length, smallCapacity);
+        receive(transport, run);
+        length -= run;
+    }
+}
+
+void ReplyBuffer::shrink() noexcept {
+    if (capacity_ <= smallCapacity)
+        return;
+    bytes_.reset();
+    capacity_ = 0;
+}
+
+} // namespace TAVO

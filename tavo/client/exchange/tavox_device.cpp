@@ -1,0 +1,199 @@
+#include <tavo/client/exchange/tavox_device.h>
+
+#include <algorithm>
+#include <span>
+#include <stdexcept>
+#include <typeinfo>
+#include <utility>
+
+#include <tavo/client/exchange/call_exchange.h>
+#include <tavo/client/exchange/server_keys.h>
+#include <tavo/client/object/internal/return_code.h>
+#include <tavo/client/object/object.h>
+#include <tavo/client/transcode/device_tables.h>
+#include <tavo/client/wire/error.h>
+#include <tavo/client/wire/socket_transport.h>
+
+namespace TAVO {
+
+namespace device_v1_0 = TAVOXTranscode::device_v1_0;
+
+namespace {
+
+/// While it lives, the connection is not made anew if it is to be kept.
+class KeptConnection {
+public:
+    KeptConnection(Transport& transport, bool kept)
+        : transport_(transport) {
+        transport_.keepConnection(kept);
+    }
+    KeptConnection(const KeptConnection&) = delete;
+    KeptConnection& operator=(const KeptConnection&) = delete;
+    ~KeptConnection() { transport_.keepConnection(false); }
+
+private:
+    Transport& transport_;
+};
+
+std::unique_ptr<Transport> required(std::unique_ptr<Transport> transport) {
+    if (!transport)
+        throw std::invalid_argument("TAVOXDevice got an empty pointer to the transport");
+    return transport;
+}
+
+} // namespace
+
+struct TAVOXDevice::Connection {
+    Connection(std::unique_ptr<Transport> usedTransport, const TAVOXDevice& device)
+        : transport(std::move(usedTransport))
+        , exchange(*transport, device, typeid(TAVOXDevice)) {}
+
+    bool isInStep() const noexcept { return exchange.isInStep() && !transport->hasUnaskedBytes(); }
+
+    std::unique_ptr<Transport> transport;
+    CallExchange exchange;
+};
+
+TAVOXDevice::TAVOXDevice(const std::string& host, int port, const std::string& user,
+                         const std::string& password, bool secure, std::shared_ptr<Interrupter> interrupter)
+    : TAVOXDevice(std::make_unique<SocketTransport>(host, std::to_string(port), std::move(interrupter)), user,
+                  password, secure) {
+    host_ = host;
+    port_ = port;
+}
+
+TAVOXDevice::TAVOXDevice(std::unique_ptr<Transport> transport, const std::string& user,
+                         const std::string& password, bool)
+    : lock_{0, user, password}
+    , connection_(std::make_unique<Connection>(required(std::move(transport)), *this)) {}
+
+TAVOXDevice::~TAVOXDevice() {
+    try {
+        if (lock_.id != 0)
+            giveLockBack();
+    } catch (...) { // an exception that left here would end the application
+    }
+}
+
+void TAVOXDevice::initalize() {}
+
+void TAVOXDevice::call(std::shared_ptr<Method> method) {
+    connection_->exchange.run(lock_.id, std::span(&method, 1));
+}
+
+void TAVOXDevice::multicall(std::shared_ptr<MulticallQueue> queue) {
+    if (!queue)
+        throw Error("NULL multicall queue");
+    connection_->exchange.run(lock_.id, queue->getMethods());
+}
+
+void TAVOXDevice::interrupt() noexcept { connection_->transport->interrupt(); }
+
+bool TAVOXDevice::isLocked() const noexcept { return lock_.id != 0; }
+
+bool TAVOXDevice::isConnected() const noexcept { return connection_->transport->isConnected(); }
+
+std::uint64_t TAVOXDevice::reconnects() const noexcept {
+    const auto connections = connection_->transport->connectionNumber();
+    return connections > 0 ? connections - 1 : 0;
+}
+
+void TAVOXDevice::callMethods(std::deque<std::shared_ptr<Method>> methods) {
+    connection_->exchange.run(lock_.id, methods);
+}
+
+const Object_v1_0& TAVOXDevice::requireDeviceObject() const {
+    if (!deviceObject())
+        throw SpecificationError("device object not found.");
+    return *deviceObject();
+}
+
+void TAVOXDevice::getKey() {
+    const auto method = requireDeviceObject().make(device_v1_0::getKey);
+    call(method); // NOLINT(clang-analyzer-optin.cplusplus.VirtualCall): the destructor too wants this class's
+    requireSuccess(*method, "device");
+    serverKey_ = method->value().key;
+    keyConnection_ = connection_->transport->connectionNumber();
+}
+
+bool TAVOXDevice::checkTavoKey(bool& first, bool& second) const {
+    for (const auto& known : serverKeys()) {
+        if (!std::equal(serverKey_.begin(), serverKey_.end(), known.key.begin(), known.key.end()))
+            continue;
+        first = known.firstFlag;
+        second = known.secondFlag;
+        return true;
+    }
+    first = second = false;
+    return false;
+}
+
+int TAVOXDevice::getMaxPacketSize() {
+    throw std::runtime_error("called getMaxPacketSize and don't have implementation");
+}
+
+void TAVOXDevice::checkKeyOfConnection() {
+    // A device that closes the connection behind each key is asked no more than this.
+    constexpr int mostKeys = 3;
+    auto& transport = *connection_->transport;
+    for (int keys = 0; keys < mostKeys; ++keys) {
+        transport.ensureConnected();
+        if (transport.connectionNumber() == keyConnection_)
+            break;
+        TAVOXDevice::getKey();
+    }
+    if (bool first = false, second = false; !TAVOXDevice::checkTavoKey(first, second))
+        throw TAVOKeyError("TAVO authentication key not matched!");
+}
+
+void TAVOXDevice::callWithPassword(const std::shared_ptr<Method>& method) {
+    if (keyMustFit_)
+        checkKeyOfConnection();
+    const KeptConnection kept(*connection_->transport, keyMustFit_);
+    call(method); // NOLINT(clang-analyzer-optin.cplusplus.VirtualCall): the destructor too wants this class's
+}
+
+void TAVOXDevice::lock(const std::string& user, const std::string& password) {
+    lock_.user = user;
+    lock_.password = password;
+    lock();
+}
+
+void TAVOXDevice::lock() {
+    const auto method = requireDeviceObject().make(device_v1_0::lock, lock_.user, lock_.password);
+    callWithPassword(method);
+    requireSuccess(*method, "device");
+    lock_.id = method->value().lockId;
+}
+
+void TAVOXDevice::unlock() {
+    if (lock_.id == 0)
+        return;
+    callWithPassword(requireDeviceObject().make(device_v1_0::unlock, lock_.user, lock_.password));
+    lock_.id = 0;
+}
+
+void TAVOXDevice::giveLockBack() {
+    if (connection_->isInStep() || connection_->transport->renew())
+        unlock(); // NOLINT(clang-analyzer-optin.cplusplus.VirtualCall): the destructor too wants this class's
+}
+
+void TAVOXDevice::returnTo(Lock& former) noexcept {
+    if (former.id == 0)
+        try {
+            giveLockBack();
+        } catch (...) { // the release of the device tries once more
+        }
+    // Another lock than before is given back with the credentials that took it.
+    if (lock_.id == former.id)
+        std::swap(lock_, former);
+}
+
+bool TAVOXDevice::login(const std::string& user, const std::string& password) {
+    loginUser_ = user;
+    loginPassword_ = password;
+    call(requireDeviceObject().make(device_v1_0::login, user));
+    return false;
+}
+
+} // namespace TAVO

@@ -1,0 +1,26 @@
+#include <tavo/client/object/device.h>
+
+#include <utility>
+
+namespace TAVO {
+
+Device::Device()
+    : Container("", nullptr) {}
+Device::~Device() = default;
+
+void Device::initalize() {}
+
+void Device::relock() { lock(); }
+
+void Device::interrupt() noexcept {}
+
+bool Device::isLocked() const noexcept { return false; }
+
+bool Device::isConnected() const noexcept { return false; }
+
+std::uint64_t Device::reconnects() const noexcept { return 0; }
+
+void Device::setSystem(std::shared_ptr<System_v1_0> object) { system_ = std::move(object); }
+void Device::setPrivate(std::shared_ptr<Private_v1_0> object) { private_ = std::move(object); }
+
+} // namespace TAVO

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <concepts>
+#include <cstddef>
+#include <tuple>
+#include <utility>
+
+#include <tavo/client/transcode/codec.h>
+
+/// Records to user-level records of the same fields and back, by the field lists of both.
+namespace TAVO::TAVOXTranscode {
+
+template <class From, class To>
+void convertRecord(const From& from, To& to);
+
+template <class To, class From>
+void convertValue(const From& from, To& to) {
+    if constexpr (std::same_as<From, To>) {
+        to = from;
+    } else if constexpr (isList<From> && isList<To>) {
+        to.resize(from.size());
+        for (std::size_t i = 0; i < from.size(); ++i)
+            convertValue(from[i], to[i]);
+    } else if constexpr (Described<From> && Described<To>) {
+        convertRecord(from, to);
+    } else {
+        to = static_cast<To>(from);
+    }
+}
+
+template <std::size_t index, class From, class To>
+void convertField(const From& from, To& to) {
+    constexpr auto source = std::get<index>(From::fields());
+    constexpr auto target = std::get<index>(To::fields());
+    static_assert(source.name == target.name, "the fields are the same, in the same order");
+    convertValue(from.*source.member, to.*target.member);
+}
+
+template <class From, class To>
+void convertRecord(const From& from, To& to) {
+    constexpr auto count = std::tuple_size_v<decltype(From::fields())>;
+    static_assert(count == std::tuple_size_v<decltype(To::fields())>, "the fields are the same");
+    [&]<std::size_t... index>(std::index_sequence<index...>) { (convertField<index>(from, to), ...); }
+    (std::make_index_sequence<count>());
+}
+
+template <class To, class From>
+To converted(const From& from) {
+    To to;
+    convertRecord(from, to);
+    return to;
+}
+
+} // namespace TAVO::TAVOXTranscode

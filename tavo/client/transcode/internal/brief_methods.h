@@ -1,0 +1,13 @@
+#pragma once
+
+#include <tavo/client/transcode/method_row.h>
+
+/// The reply to "methods": a dto::Base::MethodsReply whose entries travel without their signatures, which no
+/// field list can say. Signatures are empty once it is read.
+namespace TAVO::TAVOXTranscode {
+
+dto::result decodeBriefMethods(TAVOX::InputStream& in);
+
+extern const ReplyDescription briefMethodsDescription;
+
+} // namespace TAVO::TAVOXTranscode

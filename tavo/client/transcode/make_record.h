@@ -1,0 +1,61 @@
+#pragma once
+
+#include <concepts>
+#include <memory>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+
+#include <tavo/client/transcode/call.h>
+#include <tavo/client/transcode/packet.h>
+
+namespace TAVO::TAVOXTranscode {
+
+/// Fills the fields of `record` from the arguments, in wire order. An integer argument is narrowed to the
+/// field's width by keeping its low bits.
+template <class Record, class... Arguments>
+void fillRecord(Record& record, Arguments&&... arguments) {
+    std::apply(
+        [&](const auto&... field) {
+            static_assert(sizeof...(field) == sizeof...(arguments), "one argument for each field");
+            ((record.*field.member = static_cast<std::remove_reference_t<decltype(record.*field.member)>>(
+                  std::forward<Arguments>(arguments))),
+             ...);
+        },
+        Record::fields());
+}
+
+/// A record, its fields filled as by fillRecord().
+template <class Record, class... Arguments>
+Record makeRecord(Arguments&&... arguments) {
+    Record record;
+    fillRecord(record, std::forward<Arguments>(arguments)...);
+    return record;
+}
+
+/// The parameters of a call: a request record of their own, made from one argument for each field or from a
+/// record.
+template <class Request, class... Arguments>
+dto::Params makeRequest(Arguments&&... arguments) {
+    if constexpr (sizeof...(Arguments) == 1 &&
+                  (std::same_as<std::remove_cvref_t<Arguments>, Request> && ...)) {
+        return {std::make_shared<Request>(std::forward<Arguments>(arguments)...)};
+    } else {
+        auto request = std::make_shared<Request>();
+        fillRecord(*request, std::forward<Arguments>(arguments)...);
+        return {std::move(request)};
+    }
+}
+
+/// The same for a Call, of whose request the arguments must be; none where it takes no parameters.
+template <class Request, class Reply, class... Arguments>
+dto::Params makeParams(const Call<Request, Reply>&, Arguments&&... arguments) {
+    if constexpr (std::same_as<Request, None>) {
+        static_assert(sizeof...(Arguments) == 0, "the method takes no parameters");
+        return {};
+    } else {
+        return makeRequest<Request>(std::forward<Arguments>(arguments)...);
+    }
+}
+
+} // namespace TAVO::TAVOXTranscode
