@@ -183,14 +183,14 @@ void readFields(TAVOX::InputStream& in, Record& record) {
 
 /// Writes to the standard error stream that the parameters cannot be converted, and throws std::runtime_error
 /// "Can't convert Params to desire type".
-[[noreturn]] TAVO_API void refuseParams(const std::type_info& desired);
+[[noreturn]] TAVO_API void refuseParams(const dto::Params& params, const std::type_info& desired);
 
 /// The encoder of a method whose parameters are a `Request`.
 template <class Request>
 void encodeRequest(TAVOX::OutputStream& out, const dto::Params& params) {
     const auto* request = dto::recordIn<Request>(params.request.get());
     if (!request)
-        refuseParams(typeid(Request));
+        refuseParams(params, typeid(Request));
     writeFields(out, *request);
 }
 
