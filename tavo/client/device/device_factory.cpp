@@ -193,8 +193,8 @@ bool DeviceFactory::authenticate(std::shared_ptr<Device> device, std::string use
         return false;
     try {
         return device->login(user, password);
-    } catch (const Error&) {
-        throw TAVOLoginError("Server cannot authenticate user login!");
+    } catch (const Error& failure) {
+        throw withFacts(TAVOLoginError("Server cannot authenticate user login!"), failure.facts());
     }
 }
 
