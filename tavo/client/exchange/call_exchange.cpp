@@ -288,10 +288,10 @@ void CallExchange::converse(std::uint32_t lockId, Batch batch, const Method*& co
     reply.skipStatus();
     const auto error = reply.error();
     const auto resultCount = reply.number("Could not read Result Count from device");
-    reply.expectResults(resultCount);
     if (!error && resultCount != batch.size())
         throw Error("Error calling methods: received result count of " + std::to_string(resultCount) +
                     " expected count of " + std::to_string(batch.size()));
+    reply.expectResults(resultCount);
     for (const auto& method : batch) {
         if (!reply.hasMore())
             break;

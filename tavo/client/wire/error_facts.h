@@ -23,8 +23,8 @@ struct TAVO_API ErrorFacts {
     /// The code of the error that the device reported: 1000 to 1006, 1013, or one that the library does not
     /// know. A method's return code is none.
     std::optional<std::uint32_t> deviceErrorCode = {};
-    /// Whether the next call goes over the same connection. False when there is none any more, or when bytes
-    /// on it have not been read: docs/errors.md tells what the next call does then.
+    /// Whether the connection can be used on: nothing was sent, or the reply was read to its end. False when
+    /// the connection has ended, and when bytes may be left on it that nobody has read.
     bool connectionUsable = true;
     /// Full name of the method that the failure concerns; empty where it concerns none, or several at once.
     std::string method = {};
