@@ -1,4 +1,5 @@
 #include <tests/fuzz/simulated_device.h>
+#include <tests/support/all_types.h>
 
 #include <algorithm>
 #include <map>
@@ -65,7 +66,7 @@ std::uint32_t MemoryAppliance::lockId() {
 const std::vector<TAVO::simulator::Topology>& topologies() {
     static const auto all = [] {
         auto made = TAVO::simulator::topologies();
-        for (const auto& table : TAVO::objectTables())
+        for (const auto& table : support::allTables())
             made.push_back(topologyOf(table));
         return made;
     }();
