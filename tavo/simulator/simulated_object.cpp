@@ -3,13 +3,11 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include <tavo/client/commonmodules/common_modules_objects.h>
-#include <tavo/client/device/core_objects.h>
-#include <tavo/client/hwdebug/hwd_objects.h>
 #include <tavo/client/object/method_tables.h>
 #include <tavo/client/object/object.h>
 #include <tavo/client/object/version.h>
 #include <tavo/simulator/appliance.h>
+#include <tavo/simulator/internal/library_types.h>
 #include <tavo/simulator/internal/limits.h>
 #include <tavo/simulator/internal/scramble.h>
 
@@ -21,13 +19,6 @@ dto::Base::Version wireVersion(const std::string& text) {
     const Version version(text);
     return {static_cast<std::uint32_t>(version.major), static_cast<std::uint32_t>(version.minor),
             static_cast<std::uint32_t>(version.bugfix)};
-}
-
-/// Their rows are what the objects' methods are made from.
-void registerLibraryTypes() {
-    CoreObjects::registerCoreObjects();
-    HWDebug::HwdObjects::registerCoreObjects();
-    CommonModules::CommonModulesObjects::registerCoreObjects();
 }
 
 std::string fieldList(const std::vector<FieldDescription>& fields) {
@@ -110,8 +101,10 @@ void SimulatedObject::setHandler(std::string_view method,
 void SimulatedObject::serveBaseMethods() {
     using namespace dto::Base;
     namespace base = TAVOXTranscode::base_v1_0;
-    on(base::type, [this] { return makeRecord<TypeReply>(type_); }, Access::open);
-    on(base::version, [this] { return makeRecord<VersionReply>(version_); }, Access::open);
+    on(
+        base::type, [this] { return makeRecord<TypeReply>(type_); }, Access::open);
+    on(
+        base::version, [this] { return makeRecord<VersionReply>(version_); }, Access::open);
     on(
         base::members,
         [this] {
@@ -121,8 +114,10 @@ void SimulatedObject::serveBaseMethods() {
             return reply;
         },
         Access::open);
-    on(base::methods, [this] { return methodList(false); }, Access::open);
-    on(base::methodsVerbose, [this] { return methodList(true); }, Access::open);
+    on(
+        base::methods, [this] { return methodList(false); }, Access::open);
+    on(
+        base::methodsVerbose, [this] { return methodList(true); }, Access::open);
     on(
         base::available,
         [this] {
