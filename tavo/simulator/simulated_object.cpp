@@ -84,7 +84,7 @@ void SimulatedObject::removeMethod(std::string_view method) {
 
 void SimulatedObject::setHandler(std::string_view method,
                                  bool (*takes)(const TAVOXTranscode::RequestDescription*),
-                                 bool (*gives)(const TAVOXTranscode::ReplyDescription*), Call call,
+                                 bool (*gives)(const TAVOXTranscode::ReplyDescription*), Service serve,
                                  Access access) {
     const auto found = methods_.find(method);
     const auto place = type_ + " method '" + std::string(method) + "'";
@@ -94,7 +94,7 @@ void SimulatedObject::setHandler(std::string_view method,
         throw std::logic_error(place + " takes other parameters than its handler");
     if (!gives(found->second.row->reply))
         throw std::logic_error(place + " answers with other data than its handler");
-    found->second.call = std::move(call);
+    found->second.serve = std::move(serve);
     found->second.access = access;
 }
 
@@ -159,7 +159,7 @@ void SimulatedObject::adopt(const std::string& name, std::unique_ptr<SimulatedOb
 
 void SimulatedObject::requireHandlers() const {
     for (const auto& [name, method] : methods_)
-        if (!method.call)
+        if (!method.serve)
             throw std::logic_error(type_ + " method '" + name + "' has no handler");
 }
 

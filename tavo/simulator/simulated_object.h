@@ -141,12 +141,12 @@ private:
     friend class Appliance;
     friend class CallRunner;
 
-    using Call = std::function<dto::result(const dto::request_packet*, CallContext&)>;
+    using Service = std::function<dto::result(const dto::request_packet*, CallContext&)>;
     struct Method {
         const TAVOXTranscode::MethodRow* row = nullptr;
         std::uint32_t id = 0;
         Access access = Access::locked;
-        Call call;
+        Service serve;
     };
 
     template <class Packet, class Record>
@@ -174,7 +174,7 @@ private:
     }
 
     template <class Request, class Reply, class Handler>
-    static Call erased(Handler handler) {
+    static Service erased(Handler handler) {
         return [handler = std::move(handler)](const dto::request_packet* request,
                                               CallContext& context) mutable -> dto::result {
             using Result = decltype(invoke<Request>(handler, request, context));
@@ -196,7 +196,7 @@ private:
 
     void adopt(const std::string& name, std::unique_ptr<SimulatedObject> object);
     void setHandler(std::string_view method, bool (*takes)(const TAVOXTranscode::RequestDescription*),
-                    bool (*gives)(const TAVOXTranscode::ReplyDescription*), Call call, Access access);
+                    bool (*gives)(const TAVOXTranscode::ReplyDescription*), Service serve, Access access);
     void serveBaseMethods();
     void requireHandlers() const;
     void assignMethodIds();
