@@ -1,6 +1,6 @@
 #include <tavo/cli/object_choice.h>
 
-#include <tavo/cli/name_list.h>
+#include <tavo/cli/values/name_list.h>
 
 namespace TAVO::cli {
 

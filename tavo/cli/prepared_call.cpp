@@ -7,8 +7,8 @@
 
 #include <fmt/format.h>
 
-#include <tavo/cli/field_text.h>
-#include <tavo/cli/value_output.h>
+#include <tavo/cli/values/field_text.h>
+#include <tavo/cli/values/value_output.h>
 
 namespace TAVO::cli {
 

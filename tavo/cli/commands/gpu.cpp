@@ -9,9 +9,9 @@
 
 #include <fmt/format.h>
 
-#include <tavo/cli/bit_string.h>
 #include <tavo/cli/command_group.h>
 #include <tavo/cli/object_choice.h>
+#include <tavo/cli/values/bit_string.h>
 
 namespace TAVO::cli {
 

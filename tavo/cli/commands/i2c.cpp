@@ -11,9 +11,10 @@
 
 #include <tavo/cli/command_group.h>
 #include <tavo/cli/consent.h>
-#include <tavo/cli/i2c_grid.h>
 #include <tavo/cli/i2c_transfers.h>
 #include <tavo/cli/object_choice.h>
+#include <tavo/cli/user_input.h>
+#include <tavo/cli/values/i2c_grid.h>
 
 namespace TAVO::cli {
 
@@ -84,8 +85,10 @@ void write(JsonWriter& json, const I2c_v1_0& bus, const Arguments& arguments,
 }
 
 void dump(Session& session, Output& output, const Arguments& arguments) {
-    const auto range = arguments.range.empty() ? NumberRange{0, arguments.highestRegister()}
-                                               : parseRange(arguments.range, arguments.highestRegister());
+    const auto highest = arguments.highestRegister();
+    const auto range = arguments.range.empty()
+                           ? NumberRange{0, highest}
+                           : parseInput([&] { return parseRange(arguments.range, highest); });
     const auto bus = busOf(session, arguments);
     const auto target = I2cTarget{*bus, arguments.address, arguments.wide};
     const auto bytes =

@@ -1,12 +1,11 @@
 #include <tavo/cli/commands/jtag.h>
 
-#include <stdexcept>
-
 #include <fmt/format.h>
 
 #include <tavo/cli/command_group.h>
 #include <tavo/cli/commands/commands.h>
-#include <tavo/cli/tap_state_name.h>
+#include <tavo/cli/user_input.h>
+#include <tavo/cli/values/tap_state_name.h>
 
 namespace TAVO::cli {
 
@@ -16,11 +15,7 @@ using HWDebug::Jtag_v1_0;
 using HWDebug::Jtag_v1_1;
 
 std::int32_t stateOf(const std::string& text) {
-    try {
-        return parseTapState(text);
-    } catch (const std::invalid_argument& error) {
-        throw Failure(ExitCode::usage, error.what());
-    }
+    return parseInput([&] { return parseTapState(text); });
 }
 
 void moveOrShowState(Session& session, Output& output, const JtagArguments& arguments) {

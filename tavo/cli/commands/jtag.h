@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include <tavo/cli/bit_string.h>
 #include <tavo/cli/object_choice.h>
 #include <tavo/cli/output.h>
+#include <tavo/cli/values/bit_string.h>
 
 /// What the subcommands of `jtag` share. They work on both versions of the "jtag" object.
 namespace TAVO::cli {

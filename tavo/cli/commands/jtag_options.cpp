@@ -2,7 +2,7 @@
 
 #include <fmt/format.h>
 
-#include <tavo/cli/tap_state_name.h>
+#include <tavo/cli/values/tap_state_name.h>
 
 namespace TAVO::cli {
 

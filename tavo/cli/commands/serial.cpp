@@ -16,7 +16,7 @@
 #include <tavo/cli/object_choice.h>
 #include <tavo/cli/raw_terminal.h>
 #include <tavo/cli/serial_link.h>
-#include <tavo/cli/visible_text.h>
+#include <tavo/cli/values/visible_text.h>
 
 namespace TAVO::cli {
 

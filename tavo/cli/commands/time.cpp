@@ -5,12 +5,12 @@
 #include <map>
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
 
 #include <fmt/format.h>
 
-#include <tavo/cli/moment.h>
+#include <tavo/cli/user_input.h>
+#include <tavo/cli/values/moment.h>
 
 namespace TAVO::cli {
 
@@ -62,11 +62,9 @@ std::int64_t wantedTime(const Arguments& arguments) {
                       fmt::format("'{}' is no number: for a moment, --unit says what the device counts",
                                   arguments.time));
     const auto unit = units.at(arguments.unit);
-    try {
-        return arguments.time == "now" ? now(unit) : parseMoment(arguments.time, unit);
-    } catch (const std::invalid_argument& error) {
-        throw Failure(ExitCode::usage, error.what());
-    }
+    if (arguments.time == "now")
+        return now(unit);
+    return parseInput([&] { return parseMoment(arguments.time, unit); });
 }
 
 void setTime(Session& session, Output& output, const Arguments& arguments) {

@@ -8,8 +8,8 @@
 
 #include <fmt/format.h>
 
-#include <tavo/cli/sink.h>
-#include <tavo/cli/visible_text.h>
+#include <tavo/cli/values/sink.h>
+#include <tavo/cli/values/visible_text.h>
 
 namespace TAVO::cli {
 

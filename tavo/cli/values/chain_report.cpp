@@ -1,4 +1,4 @@
-#include <tavo/cli/chain_report.h>
+#include <tavo/cli/values/chain_report.h>
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>

@@ -1,12 +1,11 @@
-#include <tavo/cli/i2c_grid.h>
+#include <tavo/cli/values/i2c_grid.h>
 
 #include <algorithm>
 #include <charconv>
+#include <stdexcept>
 #include <string_view>
 
 #include <fmt/format.h>
-
-#include <tavo/cli/failure.h>
 
 namespace TAVO::cli {
 
@@ -53,8 +52,8 @@ NumberRange parseRange(const std::string& text, std::uint32_t highest) {
     const auto first = parseNumber(std::string_view(text).substr(0, dash));
     const auto last = parseNumber(std::string_view(text).substr(std::min(dash + 1, text.size())));
     if (!first || !last || *first > *last || *last > highest)
-        throw Failure(ExitCode::usage,
-                      fmt::format("'{}' is no range A-B with numbers up to 0x{:02x}", text, highest));
+        throw std::invalid_argument(
+            fmt::format("'{}' is no range A-B with numbers up to 0x{:02x}", text, highest));
     return {*first, *last};
 }
 

@@ -7,9 +7,9 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <tavo/cli/json_value.h>
-#include <tavo/cli/json_writer.h>
-#include <tavo/cli/utf8.h>
+#include <tavo/cli/values/json_value.h>
+#include <tavo/cli/values/json_writer.h>
+#include <tavo/cli/values/utf8.h>
 #include <tests/cli/written.h>
 
 namespace {

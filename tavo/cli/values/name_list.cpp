@@ -1,4 +1,4 @@
-#include <tavo/cli/name_list.h>
+#include <tavo/cli/values/name_list.h>
 
 #include <fmt/format.h>
 

@@ -1,4 +1,4 @@
-#include <tavo/cli/tap_state_name.h>
+#include <tavo/cli/values/tap_state_name.h>
 
 #include <charconv>
 #include <iterator>

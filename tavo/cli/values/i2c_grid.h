@@ -18,7 +18,7 @@ struct NumberRange {
 };
 
 /// `A-B`, each decimal, hexadecimal after 0x, or octal after 0.
-/// @throws Failure (usage) unless both are numbers up to `highest` and A is not above B.
+/// @throws std::invalid_argument unless both are numbers up to `highest` and A is not above B.
 NumberRange parseRange(const std::string& text, std::uint32_t highest);
 
 /// @param found the addresses in `range` that acknowledged.

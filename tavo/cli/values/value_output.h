@@ -1,7 +1,7 @@
 #pragma once
 
-#include <tavo/cli/json_writer.h>
-#include <tavo/cli/text_writer.h>
+#include <tavo/cli/values/json_writer.h>
+#include <tavo/cli/values/text_writer.h>
 #include <tavo/client/transcode/value_view.h>
 
 /// Results of any record, written as they are looked at.

@@ -1,12 +1,12 @@
 #include <cstdint>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include <tavo/cli/failure.h>
-#include <tavo/cli/i2c_grid.h>
+#include <tavo/cli/values/i2c_grid.h>
 
 namespace {
 
@@ -25,7 +25,7 @@ TEST(I2cRange, IsTwoNumbersWithADash) {
 TEST(I2cRange, IsRefusedWhenItIsNone) {
     for (const auto* text : {"", "-", "5", "5-", "-5", "5-4", "0-256", "0x-0x1", "a-b", "08-9", "1-2-3",
                              "1 -2", "1-99999999999"})
-        EXPECT_THROW(parseRange(text, 0xff), Failure) << text;
+        EXPECT_THROW(parseRange(text, 0xff), std::invalid_argument) << text;
 }
 
 TEST(I2cDetectGrid, HasBlanksOutsideTheRangeAndDashesWhereNobodyAnswers) {

@@ -3,10 +3,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
-#include <tavo/cli/bit_string.h>
+#include <tavo/cli/values/bit_string.h>
 
 /// What an unknown JTAG chain (IEEE 1149.1) tells of itself when nothing but BYPASS is loaded.
 namespace TAVO::cli {
@@ -36,6 +37,12 @@ struct ChainProbes {
 /// Enough for chains of 256 TAPs and 4096 bits of instruction. All instructions that it leaves are BYPASS.
 ChainProbes chainProbes();
 
+/// Why a chain cannot be surveyed.
+class ChainFault : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
 struct ChainSurvey {
     /// One for each TAP, beginning next to TDO; empty for one without an IDCODE.
     std::vector<std::optional<Idcode>> taps;
@@ -48,7 +55,7 @@ struct ChainSurvey {
 };
 
 /// @param captured what came back for each of chainProbes().
-/// @throws Failure (refused) when no chain answers, when it is too long, or when its answers contradict each
+/// @throws ChainFault when no chain answers, when it is too long, or when its answers contradict each
 ///         other.
 ChainSurvey surveyChain(const ChainProbes& captured);
 

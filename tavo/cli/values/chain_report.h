@@ -4,7 +4,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include <tavo/cli/jtag_survey.h>
+#include <tavo/cli/values/jtag_survey.h>
 
 namespace TAVO::cli {
 

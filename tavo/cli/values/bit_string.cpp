@@ -1,4 +1,4 @@
-#include <tavo/cli/bit_string.h>
+#include <tavo/cli/values/bit_string.h>
 
 #include <algorithm>
 #include <stdexcept>
@@ -6,7 +6,7 @@
 
 #include <fmt/format.h>
 
-#include <tavo/cli/json_value.h>
+#include <tavo/cli/values/json_value.h>
 
 namespace TAVO::cli {
 

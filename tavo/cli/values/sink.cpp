@@ -1,4 +1,4 @@
-#include <tavo/cli/sink.h>
+#include <tavo/cli/values/sink.h>
 
 #include <algorithm>
 #include <cerrno>

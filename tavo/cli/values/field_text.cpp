@@ -1,4 +1,4 @@
-#include <tavo/cli/field_text.h>
+#include <tavo/cli/values/field_text.h>
 
 #include <charconv>
 #include <cstdint>
@@ -8,7 +8,7 @@
 
 #include <fmt/format.h>
 
-#include <tavo/cli/json_value.h>
+#include <tavo/cli/values/json_value.h>
 
 namespace TAVO::cli {
 

@@ -8,7 +8,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include <tavo/cli/sink.h>
+#include <tavo/cli/values/sink.h>
 
 namespace TAVO::cli {
 

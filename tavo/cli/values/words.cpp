@@ -1,4 +1,4 @@
-#include <tavo/cli/words.h>
+#include <tavo/cli/values/words.h>
 
 #include <stdexcept>
 

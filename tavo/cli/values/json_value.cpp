@@ -1,4 +1,4 @@
-#include <tavo/cli/json_value.h>
+#include <tavo/cli/values/json_value.h>
 
 #include <charconv>
 #include <stdexcept>

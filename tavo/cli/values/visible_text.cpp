@@ -1,4 +1,4 @@
-#include <tavo/cli/visible_text.h>
+#include <tavo/cli/values/visible_text.h>
 
 namespace TAVO::cli {
 

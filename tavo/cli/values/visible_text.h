@@ -8,7 +8,7 @@
 
 #include <fmt/format.h>
 
-#include <tavo/cli/utf8.h>
+#include <tavo/cli/values/utf8.h>
 
 /// The one way by which a text that is not the tool's own reaches a terminal: names, results and messages of
 /// a device, and the user's own words too.

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <tavo/cli/json_value.h>
+#include <tavo/cli/values/json_value.h>
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include <tavo/cli/value_output.h>
+#include <tavo/cli/values/value_output.h>
 
 #include <algorithm>
 #include <numeric>

@@ -6,9 +6,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <tavo/cli/chain_report.h>
 #include <tavo/cli/failure.h>
-#include <tavo/cli/jtag_survey.h>
+#include <tavo/cli/values/chain_report.h>
+#include <tavo/cli/values/jtag_survey.h>
 #include <tests/support/failure_text.h>
 
 namespace {
@@ -50,7 +50,7 @@ ChainProbes answersOf(const std::vector<Part>& chain) {
 }
 
 std::string failureOf(const ChainProbes& answers) {
-    return support::failureOf<Failure>([&] { static_cast<void>(surveyChain(answers)); });
+    return support::failureOf<ChainFault>([&] { static_cast<void>(surveyChain(answers)); });
 }
 
 using Splits = std::vector<std::vector<std::size_t>>;

@@ -1,4 +1,4 @@
-#include <tavo/cli/moment.h>
+#include <tavo/cli/values/moment.h>
 
 #include <chrono>
 #include <regex>

@@ -1,8 +1,6 @@
-#include <tavo/cli/jtag_survey.h>
+#include <tavo/cli/values/jtag_survey.h>
 
 #include <fmt/format.h>
-
-#include <tavo/cli/failure.h>
 
 namespace TAVO::cli {
 
@@ -13,7 +11,7 @@ constexpr std::size_t mostInstructionBits = 4096;
 constexpr std::size_t mostSplits = 16;
 constexpr std::size_t idcodeBits = 32;
 
-[[noreturn]] void fail(const std::string& message) { throw Failure(ExitCode::refused, message); }
+[[noreturn]] void fail(const std::string& message) { throw ChainFault(message); }
 
 /// Ones around a single zero, which comes out as much later as there are bits in between.
 BitString markedOnes(std::size_t most) {

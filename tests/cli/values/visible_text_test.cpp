@@ -3,9 +3,9 @@
 
 #include <gtest/gtest.h>
 
-#include <tavo/cli/text_writer.h>
-#include <tavo/cli/utf8.h>
-#include <tavo/cli/visible_text.h>
+#include <tavo/cli/values/text_writer.h>
+#include <tavo/cli/values/utf8.h>
+#include <tavo/cli/values/visible_text.h>
 #include <tests/cli/written.h>
 
 namespace {

@@ -1,4 +1,4 @@
-#include <tavo/cli/text_writer.h>
+#include <tavo/cli/values/text_writer.h>
 
 namespace TAVO::cli {
 

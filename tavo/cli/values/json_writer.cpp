@@ -1,4 +1,4 @@
-#include <tavo/cli/json_writer.h>
+#include <tavo/cli/values/json_writer.h>
 
 #include <array>
 #include <string>
@@ -6,7 +6,7 @@
 
 #include <fmt/format.h>
 
-#include <tavo/cli/utf8.h>
+#include <tavo/cli/values/utf8.h>
 
 namespace TAVO::cli {
 

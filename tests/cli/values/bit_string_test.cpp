@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <tavo/cli/bit_string.h>
+#include <tavo/cli/values/bit_string.h>
 #include <tests/support/failure_text.h>
 
 namespace {

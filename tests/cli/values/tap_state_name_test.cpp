@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <tavo/cli/tap_state_name.h>
+#include <tavo/cli/values/tap_state_name.h>
 #include <tests/support/failure_text.h>
 
 namespace {

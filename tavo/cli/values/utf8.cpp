@@ -1,4 +1,4 @@
-#include <tavo/cli/utf8.h>
+#include <tavo/cli/values/utf8.h>
 
 #include <algorithm>
 #include <cstdint>
