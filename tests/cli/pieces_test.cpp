@@ -9,10 +9,10 @@
 #include <gtest/gtest.h>
 
 #include <tavo/cli/failure.h>
-#include <tavo/cli/output.h>
-#include <tavo/cli/prepared_call.h>
 #include <tavo/cli/values/field_text.h>
 #include <tavo/cli/values/moment.h>
+#include <tavo/cli/output.h>
+#include <tavo/cli/prepared_call.h>
 #include <tavo/cli/values/words.h>
 #include <tavo/client/object/container.h>
 #include <tavo/client/wire/error.h>

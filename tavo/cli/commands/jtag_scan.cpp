@@ -25,8 +25,8 @@ ChainSurvey survey(Session& session, const Object_v1_0& jtag) {
 
 } // namespace
 
-void scanChain(Session& session, Output& output, const JtagArguments& arguments) {
-    const auto jtag = chooseJtag(session, arguments);
+void scanChain(Session& session, Output& output, const ObjectOptions& options) {
+    const auto jtag = chooseJtag(session, options);
     const auto found = survey(session, *jtag);
     auto document = chainDocument(found);
     document["object"] = jtag->getFullName();
