@@ -6,8 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <tavo/cli/values/chain_report.h>
 #include <tavo/cli/failure.h>
+#include <tavo/cli/values/chain_report.h>
 #include <tavo/cli/values/jtag_survey.h>
 #include <tests/support/failure_text.h>
 
