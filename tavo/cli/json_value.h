@@ -1,0 +1,4 @@
+#pragma once
+
+// The path by which tests outside tests/cli include it.
+#include <tavo/cli/values/json_value.h>
