@@ -8,6 +8,7 @@
 
 #include <tavo/client/commonmodules/namespaces.h>
 #include <tavo/client/export.h>
+#include <tavo/client/object/plain_results.h>
 #include <tavo/client/object/type_factory.h>
 #include <tavo/client/transcode/base_tables.h>
 #include <tavo/client/transcode/field.h>
@@ -143,13 +144,3 @@ public:
 };
 
 } // namespace CommonModules
-
-namespace TAVO {
-
-/// One integer, 0 to 255, for each byte of a dto::com::RecvReply.
-template <>
-struct TAVO_API PlainResult<std::vector<int>> {
-    static std::vector<int> of(const dto::result& outcome);
-};
-
-} // namespace TAVO

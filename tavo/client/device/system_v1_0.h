@@ -6,6 +6,7 @@
 #include <vector>
 
 #include <tavo/client/export.h>
+#include <tavo/client/object/plain_results.h>
 #include <tavo/client/object/type_factory.h>
 #include <tavo/client/transcode/system_tables.h>
 
@@ -58,12 +59,6 @@ protected:
 class TAVO_API SystemFactory : public TypeFactory {
 public:
     SystemFactory();
-};
-
-/// The time in a dto::system::TimeGetReply.
-template <>
-struct TAVO_API PlainResult<long long> {
-    static long long of(const dto::result& outcome);
 };
 
 } // namespace TAVO

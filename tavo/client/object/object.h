@@ -86,6 +86,9 @@ public:
     ~Object_v1_0() override;
 
     std::uint32_t getInstanceID() const { return instanceId_; }
+    /// The name of the object's remote type as it was when ObjectFactory::buildObject made the object; empty
+    /// for one that was made otherwise. Unlike type(), no call to the device.
+    const std::string& knownType() const { return knownType_; }
     /// Empty when the device is gone.
     std::shared_ptr<Device> device() const { return device_.lock(); }
 
@@ -159,6 +162,7 @@ public:
 private:
     friend class CallExchange;
     friend class Method;
+    friend class ObjectFactory;
 
     /// What a Method is bound to.
     struct RemoteMethod {
@@ -196,6 +200,7 @@ private:
     std::weak_ptr<Device> device_;
     const Device* deviceAddress_; ///< to compare, never to follow
     std::uint32_t instanceId_;
+    std::string knownType_;
     std::unordered_map<std::string, MethodEntry> methods_;
     std::vector<OtherMethod> others_; ///< by name
     std::string otherNames_;
