@@ -44,7 +44,6 @@
 #include <tavo/client/object/multicall_queue.h>
 #include <tavo/client/object/object.h>
 #include <tavo/client/object/object_factory.h>
-#include <tavo/client/object/plain_results.h>
 #include <tavo/client/object/proxy.h>
 #include <tavo/client/object/type_factory.h>
 #include <tavo/client/object/version.h>

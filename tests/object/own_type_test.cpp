@@ -7,9 +7,12 @@
 
 #include <gtest/gtest.h>
 
+#include <tavo/client/commonmodules/com.h>
 #include <tavo/client/commonmodules/relay.h>
+#include <tavo/client/device/device_v1_0.h>
+#include <tavo/client/device/system_v1_0.h>
+#include <tavo/client/hwdebug/hdt.h>
 #include <tavo/client/object/method_tables.h>
-#include <tavo/client/object/plain_results.h>
 #include <tavo/client/object/type_factory.h>
 #include <tavo/client/transcode/table.h>
 #include <tavo/client/wire/error.h>
@@ -190,12 +193,14 @@ TEST_F(OwnType, RefusesPlainValuesOfOtherReplies) {
         EXPECT_TRUE(testing::internal::GetCapturedStderr().starts_with("const Can't convert result "));
         return failure;
     };
-    EXPECT_EQ(refusal(vault->make<long long>(vault_v1_0::serial)), "Can't convert Result to desire type");
     EXPECT_EQ(refusal(vault->make<long long>(vault_v1_0::pair)), "Can't convert Result to desire type");
-    EXPECT_EQ(refusal(vault->make<std::vector<bool>>(vault_v1_0::owner)),
+    EXPECT_EQ(refusal(std::make_shared<TAVO::BoundMethod<long long>>("serial", *vault, dto::Params())),
               "Can't convert Result to desire type");
-    EXPECT_EQ(refusal(vault->make<std::vector<int>>(vault_v1_0::pair)),
-              "Can't convert Result to desire type");
+    const auto serial = vault->make<std::vector<std::uint8_t>>(vault_v1_0::serial);
+    serial->setResult({0, std::make_shared<PairReply>()});
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(failureOf<std::runtime_error>([&] { serial->value(); }), "Can't convert Result to desire type");
+    EXPECT_TRUE(testing::internal::GetCapturedStderr().starts_with("const Can't convert result "));
 }
 
 TEST_F(OwnType, IsBuiltByTheFirstClassThatServesItsVersion) {
@@ -242,8 +247,9 @@ TEST_F(OwnType, IsDescribedByItsRows) {
 }
 
 TEST_F(OwnType, HasAMethodThatOnlyTheDeviceKnowsOrOnlyTheTables) {
-    appliance.object(7).withoutListedMethods().listedMethod("blink", 9);
-    const auto vault = build();
+    appliance.add(8, "vault").listedMethod("blink", 99);
+    const auto vault =
+        std::dynamic_pointer_cast<Vault_v1_0>(TAVO::ObjectFactory::buildObject(device, "other", 8, nullptr));
     EXPECT_TRUE(vault->hasMethod("blink"));
     EXPECT_EQ(TAVO::findMethodRow(*vault, "blink"), nullptr);
     EXPECT_FALSE(vault->hasMethod("serial"));
@@ -272,7 +278,8 @@ TEST_F(OwnType, ExecutesAndInsistsOnSuccess) {
 }
 
 TEST_F(OwnType, LeavesItsResultToWhoeverHoldsTheCall) {
-    const auto owner = build()->make(vault_v1_0::owner);
+    const auto vault = build();
+    const auto owner = vault->make(vault_v1_0::owner);
     EXPECT_EQ(device->value(owner).owner, "ada");
     EXPECT_EQ(device->value(owner).owner, "ada");
     EXPECT_EQ(owner->returnCode(), -1) << "taken, since nobody else holds it";

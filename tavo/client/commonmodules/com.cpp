@@ -29,6 +29,11 @@ std::vector<std::uint8_t> dto::convert_to_byte_array(const std::vector<int>& int
     return bytes;
 }
 
+std::vector<int> PlainResult<std::vector<int>>::of(const dto::result& outcome) {
+    const auto& data = dto::replyOf<dto::com::RecvReply>(outcome).data;
+    return {data.begin(), data.end()};
+}
+
 } // namespace TAVO
 
 namespace CommonModules {

@@ -8,7 +8,6 @@
 
 #include <tavo/client/commonmodules/namespaces.h>
 #include <tavo/client/export.h>
-#include <tavo/client/object/plain_results.h>
 #include <tavo/client/object/type_factory.h>
 #include <tavo/client/transcode/base_tables.h>
 #include <tavo/client/transcode/field.h>
@@ -144,3 +143,12 @@ public:
 };
 
 } // namespace CommonModules
+
+namespace TAVO {
+
+template <>
+struct TAVO_API PlainResult<std::vector<int>> {
+    static std::vector<int> of(const dto::result& outcome);
+};
+
+} // namespace TAVO

@@ -17,6 +17,11 @@ FirmwareInfo::FirmwareInfo(const dto::Device::FirmwareInfo& reply) {
 
 DeviceInfo::DeviceInfo(const dto::Device::InfoReply& reply) { TAVOXTranscode::convertRecord(reply, *this); }
 
+std::vector<unsigned char> PlainResult<std::vector<unsigned char>>::of(const dto::result& outcome) {
+    const auto& text = dto::replyOf<dto::Device::CHAPResponseReply>(outcome).text;
+    return {text.begin(), text.end()};
+}
+
 std::shared_ptr<BoundMethod<dto::Device::InfoReply>> Device_v1_0::getInfoMethod() const {
     return make(device_v1_0::info);
 }

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include <tavo/client/export.h>
-#include <tavo/client/object/plain_results.h>
 #include <tavo/client/object/type_factory.h>
 #include <tavo/client/transcode/device_tables.h>
 #include <tavo/client/transcode/field.h>
@@ -108,6 +107,11 @@ protected:
 class TAVO_API DeviceObjectFactory : public TypeFactory {
 public:
     DeviceObjectFactory();
+};
+
+template <>
+struct TAVO_API PlainResult<std::vector<unsigned char>> {
+    static std::vector<unsigned char> of(const dto::result& outcome);
 };
 
 } // namespace TAVO

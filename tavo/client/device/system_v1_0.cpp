@@ -6,6 +6,10 @@ namespace TAVO {
 
 namespace system_v1_0 = TAVOXTranscode::system_v1_0;
 
+long long PlainResult<long long>::of(const dto::result& outcome) {
+    return dto::replyOf<dto::system::TimeGetReply>(outcome).time;
+}
+
 std::shared_ptr<Method> System_v1_0::getDeviceResetMethod() const { return make(system_v1_0::deviceReset); }
 
 std::shared_ptr<Method> System_v1_0::getFirmwareUpdateMethod(std::string name,

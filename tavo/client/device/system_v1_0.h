@@ -6,7 +6,6 @@
 #include <vector>
 
 #include <tavo/client/export.h>
-#include <tavo/client/object/plain_results.h>
 #include <tavo/client/object/type_factory.h>
 #include <tavo/client/transcode/system_tables.h>
 
@@ -59,6 +58,11 @@ protected:
 class TAVO_API SystemFactory : public TypeFactory {
 public:
     SystemFactory();
+};
+
+template <>
+struct TAVO_API PlainResult<long long> {
+    static long long of(const dto::result& outcome);
 };
 
 } // namespace TAVO

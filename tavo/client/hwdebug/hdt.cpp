@@ -87,6 +87,19 @@ TAVO_FUNCTION_NAMES(headerStatusClear);
 
 } // namespace TAVO::TAVOXTranscode::hdt_v1_1
 
+namespace TAVO {
+
+std::vector<bool> PlainResult<std::vector<bool>>::of(const dto::result& outcome) {
+    const auto* snapshot = dynamic_cast<const dto::hdt::ioDbrdySnapshotReply*>(outcome.reply.get());
+    const auto& lines = snapshot ? snapshot->lines : dto::replyOf<dto::hdt::ioDbrdyReply>(outcome).lines;
+    std::vector<bool> levels;
+    std::transform(lines.begin(), lines.end(), std::back_inserter(levels),
+                   [](std::uint8_t line) { return line != 0; });
+    return levels;
+}
+
+} // namespace TAVO
+
 namespace TAVO::HWDebug {
 
 namespace hdt_v1_0 = TAVOXTranscode::hdt_v1_0;

@@ -7,7 +7,6 @@
 
 #include <tavo/client/export.h>
 #include <tavo/client/hwdebug/hdt_records.h>
-#include <tavo/client/object/plain_results.h>
 #include <tavo/client/object/type_factory.h>
 #include <tavo/client/transcode/base_tables.h>
 #include <tavo/client/transcode/header_records.h>
@@ -246,3 +245,13 @@ public:
 };
 
 } // namespace TAVO::HWDebug
+
+namespace TAVO {
+
+/// The lines of a DBRDY reply or snapshot, in the order of its bytes; any byte but 0 is true.
+template <>
+struct TAVO_API PlainResult<std::vector<bool>> {
+    static std::vector<bool> of(const dto::result& outcome);
+};
+
+} // namespace TAVO

@@ -118,15 +118,19 @@ public:
     /// @param arguments one for each field of the request record, in wire order, or such a record; an integer
     ///        is narrowed to the field's width by keeping its low bits.
     /// @return a BoundMethod of the call's reply record, or of `Result` where that is given: a user-level
-    ///         record or a plain value, as BoundMethod takes them. A Method where the call has no reply.
+    ///         record, or a plain value, as BoundMethod takes them; a plain value is that of the reply's only
+    ///         field. A Method where the call has no reply.
     /// @throws SpecificationError when the device does not list the method, or the object's tables have no
     ///         functions for it.
     template <class Result = void, class Request, class Reply, class... Arguments>
     auto make(const TAVOXTranscode::Call<Request, Reply>& call, Arguments&&... arguments) const {
-        using Built = MethodFor<std::conditional_t<std::is_void_v<Result>, Reply, Result>>;
-        return std::make_shared<Built>(
+        using Given = std::conditional_t<std::is_void_v<Result>, Reply, Result>;
+        auto method = std::make_shared<MethodFor<Given>>(
             std::string(call.name), *this,
             TAVOXTranscode::makeParams(call, std::forward<Arguments>(arguments)...));
+        if constexpr (TAVOXTranscode::hasOnlyField<Reply>() && Plain<Given>)
+            method->template takeOnlyFieldOf<Reply>();
+        return method;
     }
 
     /// Whether the device lists the method.

@@ -12,6 +12,15 @@
 
 namespace TAVO::TAVOXTranscode {
 
+/// Whether a reply consists of a single field.
+template <class Reply>
+consteval bool hasOnlyField() {
+    if constexpr (std::same_as<Reply, None>)
+        return false;
+    else
+        return std::tuple_size_v<decltype(Reply::fields())> == 1;
+}
+
 /// Fills the fields of `record` from the arguments, in wire order. An integer argument is narrowed to the
 /// field's width by keeping its low bits.
 template <class Record, class... Arguments>

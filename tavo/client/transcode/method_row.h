@@ -5,7 +5,6 @@
 #include <span>
 #include <string_view>
 #include <type_traits>
-#include <typeinfo>
 #include <vector>
 
 #include <tavo/client/transcode/packet.h>
@@ -19,7 +18,6 @@ namespace TAVO::TAVOXTranscode {
 /// `Packet` is dto::request_packet or dto::reply_packet. All operations expect a packet that create() made.
 template <class Packet>
 struct RecordDescription {
-    const std::type_info* type;
     /// The encoder that writes the record, or the decoder that reads it.
     std::conditional_t<std::same_as<Packet, dto::request_packet>, Encoder, Decoder> function;
     std::shared_ptr<Packet> (*create)();

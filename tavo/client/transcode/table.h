@@ -22,7 +22,6 @@ constexpr auto recordFunction() {
 
 template <class Packet, class Record>
 inline constexpr RecordDescription<Packet> recordDescription{
-    &typeid(Record),
     recordFunction<Packet, Record>(),
     +[]() -> std::shared_ptr<Packet> { return std::make_shared<Record>(); },
     +[](TAVOX::OutputStream& out, const Packet& packet) {

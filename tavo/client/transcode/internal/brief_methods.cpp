@@ -77,7 +77,6 @@ dto::result decodeBriefMethods(TAVOX::InputStream& in) {
 }
 
 constinit const ReplyDescription briefMethodsDescription{
-    &typeid(MethodsReply),
     decodeBriefMethods,
     +[]() -> std::shared_ptr<dto::reply_packet> { return std::make_shared<MethodsReply>(); },
     write,

@@ -1,10 +1,7 @@
 #include <tavo/client/transcode/internal/record_functions.h>
 
-#include <map>
 #include <mutex>
 #include <set>
-#include <typeindex>
-#include <typeinfo>
 
 #include <tavo/client/transcode/immortal.h>
 
@@ -16,7 +13,6 @@ struct RecordFunctions {
     std::mutex mutex;
     std::set<Encoder> encoders{encodeNothing};
     std::set<Decoder> decoders{decodeStatus};
-    std::map<std::type_index, const ReplyDescription*> replies;
 };
 
 } // namespace
@@ -29,16 +25,7 @@ void rememberRecordFunctions(MethodRows rows) {
             known.encoders.insert(row.encoder);
         if (row.reply && row.reply->function == row.decoder)
             known.decoders.insert(row.decoder);
-        if (row.reply)
-            known.replies.try_emplace(*row.reply->type, row.reply);
     }
-}
-
-const ReplyDescription* replyDescription(const dto::reply_packet& reply) noexcept {
-    auto& known = immortal<RecordFunctions>();
-    const std::lock_guard lock(known.mutex);
-    const auto found = known.replies.find(typeid(reply));
-    return found == known.replies.end() ? nullptr : found->second;
 }
 
 bool isRecordEncoder(Encoder encoder) noexcept {

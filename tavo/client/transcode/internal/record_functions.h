@@ -10,9 +10,6 @@ namespace TAVO::TAVOXTranscode {
 /// Remembers the functions of those rows that row() made; called by every table that is filled from rows.
 void rememberRecordFunctions(MethodRows rows);
 
-/// The description of a reply record that a table so remembered has; null for others.
-const ReplyDescription* replyDescription(const dto::reply_packet& reply) noexcept;
-
 /// These lock and search: ask only where blocks are long.
 bool isRecordEncoder(Encoder encoder) noexcept;
 bool isRecordDecoder(Decoder decoder) noexcept;

@@ -2,9 +2,9 @@
 #include <string_view>
 #include <utility>
 
+#include <tavo/client/object/method_tables.h>
 #include <tavo/client/object/version.h>
-#include <tavo/simulator/internal/json_entries.h>
-#include <tavo/simulator/internal/object_description.h>
+#include <tavo/simulator/internal/library_types.h>
 #include <tavo/simulator/models/eeprom.h>
 #include <tavo/simulator/models/spd_image.h>
 #include <tavo/simulator/models/temperature_sensor.h>
@@ -13,6 +13,8 @@
 #include <tavo/simulator/objects/gpu.h>
 #include <tavo/simulator/objects/hdt.h>
 #include <tavo/simulator/objects/i2c.h>
+#include <tavo/simulator/objects/internal/json_entries.h>
+#include <tavo/simulator/objects/internal/object_description.h>
 #include <tavo/simulator/objects/jtag.h>
 #include <tavo/simulator/objects/lpc.h>
 #include <tavo/simulator/objects/rack.h>
@@ -26,6 +28,7 @@ using Made = std::unique_ptr<SimulatedObject>;
 
 struct Request {
     Appliance& appliance;
+    const std::string& type;
     const std::string& version;
     JsonEntries options;
 };
@@ -132,12 +135,13 @@ Made makeAlone(Request&) {
     return std::make_unique<Object>();
 }
 
-/// For objects that exist in the versions 1.0 and 1.1: the same choice as the client's factories make.
-template <class Object, bool olderIsFirst>
+/// For objects that exist in the versions 1.0 and 1.1: the one whose methods the proxy has that serves the
+/// version.
+template <class Object>
 Made makeVersioned(Request& request) {
-    const Version version(request.version);
-    const bool isFirst =
-        olderIsFirst ? version <= Version("1.0") : version != Version("1.1") && version == Version("1.0");
+    registerLibraryTypes();
+    const auto* table = findObjectTable(request.type, Version(request.version));
+    const bool isFirst = table && table->version == "1.0";
     return std::make_unique<Object>(isFirst ? "1.0" : "1.1", request.appliance.board());
 }
 
@@ -148,13 +152,13 @@ const std::map<std::string_view, Builder>& builders() {
         {"cfa633", makeAlone<Cfa633>},
         {"cmosRelay", makeCmosRelay},
         {"com", makeOnBoard<Com>},
-        {"cpuDebug", makeVersioned<CpuDebug, false>},
+        {"cpuDebug", makeVersioned<CpuDebug>},
         {"csJtag", makeAlone<CsJtag>},
         {"gpuDebug", makeOnBoard<GpuDebug>},
         {"gpuScan", makeOnBoard<GpuScan>},
-        {"hdt", makeVersioned<Hdt, true>},
+        {"hdt", makeVersioned<Hdt>},
         {"i2c", makeI2c},
-        {"jtag", makeVersioned<Jtag, false>},
+        {"jtag", makeVersioned<Jtag>},
         {"kelvorGpuDebugMux", makeAlone<KelvorGpuDebugMux>},
         {"lpc", makeOnBoard<Lpc>},
         {"lpcPostCode", makePostCode},
@@ -203,7 +207,7 @@ void addBelow(SimulatedObject& parent, Appliance& appliance, const ObjectDescrip
 
 std::unique_ptr<SimulatedObject> makeObject(Appliance& appliance, const ObjectDescription& description) {
     const auto builder = builders().find(description.type);
-    Request request{appliance, description.version, JsonEntries(description.options)};
+    Request request{appliance, description.type, description.version, JsonEntries(description.options)};
     auto made = builder == builders().end() ? makePlain(description.type) : builder->second(request);
     request.options.finish();
     made->setVersion(description.version);
