@@ -8,7 +8,7 @@
 
 #include <tavo/client/device/core_objects.h>
 #include <tavo/client/device/device_factory.h>
-#include <tavo/client/object/object_factory.h>
+#include <tavo/client/object/type_factory.h>
 #include <tavo/client/transcode/field.h>
 
 /// The remote type whose methods are measured, defined as an application defines a type of its own.
@@ -49,14 +49,17 @@ struct FetchReply : TAVO::dto::reply_packet {
     static constexpr auto fields() { return std::tuple{TAVO::dto::Field{"data", &FetchReply::data}}; }
 };
 
-class Gauge : public TAVO::Object_v1_0 {
-public:
-    using Object_v1_0::Object_v1_0;
+TAVO::TAVOXTranscode::MethodRows gaugeRows() noexcept;
 
+class Gauge : public TAVO::Proxy<gaugeRows> {
+public:
     std::shared_ptr<TAVO::BoundMethod<ExchangeReply>> getExchangeMethod(std::int32_t number,
                                                                         const Bytes& data) const;
     std::shared_ptr<TAVO::Method> getStoreMethod(Bytes data) const;
     std::shared_ptr<TAVO::BoundMethod<FetchReply>> getFetchMethod(std::int32_t length) const;
+
+protected:
+    using Proxy::Proxy;
 };
 
 /// Makes the type known to the library; once, before a device is opened.

@@ -1,7 +1,6 @@
 // Gives a remote object type that the library does not know a proxy of the application's own.
 //
 // The type is "rack": it groups other objects and can show which one it is by blinking.
-#include <cstdint>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -13,25 +12,20 @@ namespace lab {
 
 namespace wire = TAVO::TAVOXTranscode;
 
-// The tables: the methods of the type, which join the eight of every object.
-constexpr wire::MethodRow rackRows[] = {
-    wire::row<wire::None, wire::None>("identify"), // no parameters, returns its status alone
-};
+// The methods of the type, and its table, which puts them behind the eight of every object.
+namespace rack {
 
-struct RackEncoders : wire::base_v1_0::EncoderList {
-    RackEncoders() { enter(rackRows); }
-};
+constexpr wire::Call<> identify{"identify"}; // no parameters, returns its status alone
 
-struct RackDecoders : wire::base_v1_0::DecoderList {
-    RackDecoders() { enter(rackRows); }
-};
+constexpr auto table = wire::tableOf(identify);
+wire::MethodRows rows() noexcept { return table; }
+
+} // namespace rack
 
 // The proxy: an operation for each method, none of which sends anything, and whatever else is of use.
-class Rack : public TAVO::Object_v1_0 {
+class Rack : public TAVO::Proxy<rack::rows> {
 public:
-    using Object_v1_0::Object_v1_0;
-
-    std::shared_ptr<TAVO::Method> getIdentifyMethod() const { return prepare("identify"); }
+    std::shared_ptr<TAVO::Method> getIdentifyMethod() const { return make(rack::identify); }
 
     // One batch that sets all relays of the rack and of the racks in it.
     std::shared_ptr<TAVO::MulticallQueue> getSetAllQueue(bool on) const {
@@ -41,6 +35,8 @@ public:
     }
 
 protected:
+    using Proxy::Proxy;
+
     // Runs once, when the members are there.
     void initalize() override {
         for (const auto& child : getChildren()) {
@@ -64,23 +60,13 @@ private:
 };
 
 // The factory: makes the proxies of the type. It enters itself under the type's name when it is constructed.
-class RackFactory : public TAVO::ObjectFactory {
+class RackFactory : public TAVO::TypeFactory {
 public:
     RackFactory()
-        : ObjectFactory("rack") {}
+        : TypeFactory("rack", {servedBy<Rack>("3", isThree)}) {}
 
 private:
-    std::shared_ptr<TAVO::Container> build(std::shared_ptr<TAVO::Device> device,
-                                           std::shared_ptr<TAVO::Container> parent, const std::string& name,
-                                           std::uint32_t instanceId,
-                                           std::shared_ptr<TAVO::Object_v1_0> probe) override {
-        const auto version = probe->version();
-        if (version != TAVO::Version("3"))
-            throw TAVO::SpecificationError("Unknown rack object version: " + version.text);
-        static const RackEncoders encoders;
-        static const RackDecoders decoders;
-        return create<Rack>(device, parent, name, instanceId, encoders, decoders);
-    }
+    static bool isThree(const TAVO::Version& version) { return version == "3"; }
 };
 
 void registerObjects() { static RackFactory rackFactory; }
@@ -95,9 +81,7 @@ void run(const std::string& host, int port) {
     lab::registerObjects();
 
     const auto device = TAVO::DeviceFactory::buildDevice(host, port, "engineer", "tavo", false);
-    const auto bench = std::dynamic_pointer_cast<lab::Rack>(device->getChild("bench"));
-    if (!bench)
-        throw std::runtime_error("this device has no rack named bench");
+    const auto bench = device->get<lab::Rack>("bench");
 
     const auto identify = bench->getIdentifyMethod();
     device->call(identify);

@@ -31,18 +31,15 @@ struct ReadReply : TAVO::dto::reply_packet {
 };
 
 // The methods of the type, for both ends of the connection.
-constexpr wire::MethodRow thermometerRows[] = {
-    wire::row<LimitRequest, wire::None>("limit"),
-    wire::row<wire::None, ReadReply>("read"),
-};
+namespace thermometer {
 
-struct ThermometerEncoders : wire::base_v1_0::EncoderList {
-    ThermometerEncoders() { enter(thermometerRows); }
-};
+constexpr wire::Call<LimitRequest> limit{"limit"};
+constexpr wire::Call<wire::None, ReadReply> read{"read"};
 
-struct ThermometerDecoders : wire::base_v1_0::DecoderList {
-    ThermometerDecoders() { enter(thermometerRows); }
-};
+constexpr auto table = wire::tableOf(limit, read);
+wire::MethodRows rows() noexcept { return table; }
+
+} // namespace thermometer
 
 // What applications read, made from the result of a call.
 struct Temperature {
@@ -54,50 +51,37 @@ struct Temperature {
     std::string text;
 };
 
-class Thermometer : public TAVO::Object_v1_0 {
+class Thermometer : public TAVO::Proxy<thermometer::rows> {
 public:
-    using Object_v1_0::Object_v1_0;
-
     std::shared_ptr<TAVO::Method> getLimitMethod(const std::string& zone, int celsius) const {
-        return prepare("limit", wire::makeRequest<LimitRequest>(zone, celsius));
+        return make(thermometer::limit, zone, celsius);
     }
     std::shared_ptr<TAVO::BoundMethod<Temperature>> getReadMethod() const {
-        return prepare<Temperature>("read");
+        return make<Temperature>(thermometer::read);
     }
+
+protected:
+    using Proxy::Proxy;
 };
 
-class ThermometerFactory : public TAVO::ObjectFactory {
+class ThermometerFactory : public TAVO::TypeFactory {
 public:
     ThermometerFactory()
-        : ObjectFactory("thermometer") {}
-
-private:
-    std::shared_ptr<TAVO::Container> build(std::shared_ptr<TAVO::Device> device,
-                                           std::shared_ptr<TAVO::Container> parent, const std::string& name,
-                                           std::uint32_t instanceId,
-                                           std::shared_ptr<TAVO::Object_v1_0>) override {
-        static const ThermometerEncoders encoders;
-        static const ThermometerDecoders decoders;
-        return create<Thermometer>(device, parent, name, instanceId, encoders, decoders);
-    }
+        : TypeFactory("thermometer", {servedBy<Thermometer>("1.0")}) {}
 };
 
-// The other end: what a thermometer of a simulated appliance does.
+// The other end: what a thermometer of a simulated appliance does. It has the methods that the factory tells.
 class SimulatedThermometer : public TAVO::simulator::SimulatedObject {
 public:
     SimulatedThermometer()
         : SimulatedObject("thermometer", "1.0") {
-        for (const auto& row : thermometerRows)
-            addMethod(row);
-        on<LimitRequest, wire::None>("limit", [this](const LimitRequest& request) {
+        on(thermometer::limit, [this](const LimitRequest& request) {
             limit_ = request.celsius;
             return std::int32_t{request.zone == "board" ? 0 : 1}; // the return code
         });
-        on<wire::None, ReadReply>("read", [this] {
-            ReadReply reply;
-            reply.celsius = 41;
-            reply.overLimit = reply.celsius > limit_;
-            return reply;
+        on(thermometer::read, [this] {
+            const std::int32_t celsius = 41;
+            return wire::makeRecord<ReadReply>(celsius, celsius > limit_);
         });
     }
 
@@ -118,9 +102,7 @@ int main() try {
 
     const auto device =
         TAVO::DeviceFactory::buildDevice("127.0.0.1", simulator.port(), "engineer", "tavo", false);
-    const auto probe = std::dynamic_pointer_cast<lab::Thermometer>(device->getChild("probe"));
-    if (!probe)
-        throw std::runtime_error("the device has no thermometer named probe");
+    const auto probe = device->get<lab::Thermometer>("probe");
     for (const int limit : {50, 40}) {
         const auto read = probe->getReadMethod();
         const auto batch = std::make_shared<TAVO::MulticallQueue>();

@@ -3,13 +3,11 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include <tavo/client/commonmodules/common_modules_objects.h>
-#include <tavo/client/device/core_objects.h>
-#include <tavo/client/hwdebug/hwd_objects.h>
 #include <tavo/client/object/method_tables.h>
 #include <tavo/client/object/object.h>
 #include <tavo/client/object/version.h>
 #include <tavo/simulator/appliance.h>
+#include <tavo/simulator/internal/library_types.h>
 #include <tavo/simulator/internal/limits.h>
 #include <tavo/simulator/internal/scramble.h>
 
@@ -21,13 +19,6 @@ dto::Base::Version wireVersion(const std::string& text) {
     const Version version(text);
     return {static_cast<std::uint32_t>(version.major), static_cast<std::uint32_t>(version.minor),
             static_cast<std::uint32_t>(version.bugfix)};
-}
-
-/// Their rows are what the objects' methods are made from.
-void registerLibraryTypes() {
-    CoreObjects::registerCoreObjects();
-    HWDebug::HwdObjects::registerCoreObjects();
-    CommonModules::CommonModulesObjects::registerCoreObjects();
 }
 
 std::string fieldList(const std::vector<FieldDescription>& fields) {
@@ -93,7 +84,7 @@ void SimulatedObject::removeMethod(std::string_view method) {
 
 void SimulatedObject::setHandler(std::string_view method,
                                  bool (*takes)(const TAVOXTranscode::RequestDescription*),
-                                 bool (*gives)(const TAVOXTranscode::ReplyDescription*), Call call,
+                                 bool (*gives)(const TAVOXTranscode::ReplyDescription*), Service serve,
                                  Access access) {
     const auto found = methods_.find(method);
     const auto place = type_ + " method '" + std::string(method) + "'";
@@ -103,15 +94,17 @@ void SimulatedObject::setHandler(std::string_view method,
         throw std::logic_error(place + " takes other parameters than its handler");
     if (!gives(found->second.row->reply))
         throw std::logic_error(place + " answers with other data than its handler");
-    found->second.call = std::move(call);
+    found->second.serve = std::move(serve);
     found->second.access = access;
 }
 
 void SimulatedObject::serveBaseMethods() {
     using namespace dto::Base;
     namespace base = TAVOXTranscode::base_v1_0;
-    on(base::type, [this] { return makeRecord<TypeReply>(type_); }, Access::open);
-    on(base::version, [this] { return makeRecord<VersionReply>(version_); }, Access::open);
+    on(
+        base::type, [this] { return makeRecord<TypeReply>(type_); }, Access::open);
+    on(
+        base::version, [this] { return makeRecord<VersionReply>(version_); }, Access::open);
     on(
         base::members,
         [this] {
@@ -121,8 +114,10 @@ void SimulatedObject::serveBaseMethods() {
             return reply;
         },
         Access::open);
-    on(base::methods, [this] { return methodList(false); }, Access::open);
-    on(base::methodsVerbose, [this] { return methodList(true); }, Access::open);
+    on(
+        base::methods, [this] { return methodList(false); }, Access::open);
+    on(
+        base::methodsVerbose, [this] { return methodList(true); }, Access::open);
     on(
         base::available,
         [this] {
@@ -164,7 +159,7 @@ void SimulatedObject::adopt(const std::string& name, std::unique_ptr<SimulatedOb
 
 void SimulatedObject::requireHandlers() const {
     for (const auto& [name, method] : methods_)
-        if (!method.call)
+        if (!method.serve)
             throw std::logic_error(type_ + " method '" + name + "' has no handler");
 }
 

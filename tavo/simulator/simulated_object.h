@@ -52,13 +52,14 @@ struct Reservation {
 /// One remote object of the appliance: its type, version, members and methods.
 ///
 /// A model derives from this class and gives every method of its type a handler in its constructor. The
-/// methods are those that the client library knows for the type and version, with their records, so that
-/// there is one description of each. The eight methods of every object are served here.
+/// methods are those that proxies of the type and version have, with their records, so that there is one
+/// description of each. The eight methods of every object are served here.
 ///
 /// @code
 /// Relay::Relay()
 ///     : SimulatedObject("relay", "1.0") {
-///     on(relay_v1_0::get, [this](CallContext& call) { return makeRecord<GetReply>(stateAt(call.elapsed())); });
+///     on(relay_v1_0::get,
+///        [this](CallContext& call) { return makeRecord<GetReply>(stateAt(call.elapsed())); });
 ///     on(relay_v1_0::set, [this](const SetRequest& request) { set(request.state); });
 /// }
 /// @endcode
@@ -70,7 +71,8 @@ struct Reservation {
 class TAVO_SIMULATOR_API SimulatedObject {
 public:
     /// The methods are those that the client library, or a TypeFactory of the application's own, has for that
-    /// type and version, or none beside the eight of every object when there are none. "1.0" is the version (1, 0, any) on the wire, "1.0.3" (1, 0, 3).
+    /// type and version, or none beside the eight of every object when there are none. "1.0" is the version
+    /// (1, 0, any) on the wire, "1.0.3" (1, 0, 3).
     SimulatedObject(std::string type, const std::string& version);
     virtual ~SimulatedObject();
     SimulatedObject(const SimulatedObject&) = delete;
@@ -117,8 +119,8 @@ public:
                    erased<Request, Reply>(std::move(handler)), access);
     }
 
-    /// Adds a method that the client library has no row for: of an unknown type, or beside a type's own. Give
-    /// it a handler with on(). Only before the object is part of an appliance.
+    /// Adds a method that no proxy of the type has. Give it a handler with on(). Only before the object is
+    /// part of an appliance.
     /// @param row must outlive the object.
     void addMethod(const TAVOXTranscode::MethodRow& row);
     /// From now on the object neither lists nor serves the method.
@@ -139,12 +141,12 @@ private:
     friend class Appliance;
     friend class CallRunner;
 
-    using Call = std::function<dto::result(const dto::request_packet*, CallContext&)>;
+    using Service = std::function<dto::result(const dto::request_packet*, CallContext&)>;
     struct Method {
         const TAVOXTranscode::MethodRow* row = nullptr;
         std::uint32_t id = 0;
         Access access = Access::locked;
-        Call call;
+        Service serve;
     };
 
     template <class Packet, class Record>
@@ -172,7 +174,7 @@ private:
     }
 
     template <class Request, class Reply, class Handler>
-    static Call erased(Handler handler) {
+    static Service erased(Handler handler) {
         return [handler = std::move(handler)](const dto::request_packet* request,
                                               CallContext& context) mutable -> dto::result {
             using Result = decltype(invoke<Request>(handler, request, context));
@@ -194,7 +196,7 @@ private:
 
     void adopt(const std::string& name, std::unique_ptr<SimulatedObject> object);
     void setHandler(std::string_view method, bool (*takes)(const TAVOXTranscode::RequestDescription*),
-                    bool (*gives)(const TAVOXTranscode::ReplyDescription*), Call call, Access access);
+                    bool (*gives)(const TAVOXTranscode::ReplyDescription*), Service serve, Access access);
     void serveBaseMethods();
     void requireHandlers() const;
     void assignMethodIds();

@@ -3,7 +3,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include <tavo/simulator/internal/object_description.h>
+#include <tavo/simulator/objects/internal/object_description.h>
 
 namespace TAVO::simulator {
 

@@ -4,8 +4,8 @@
 #include <stdexcept>
 #include <utility>
 
-#include <tavo/simulator/internal/json_entries.h>
-#include <tavo/simulator/internal/object_description.h>
+#include <tavo/simulator/objects/internal/json_entries.h>
+#include <tavo/simulator/objects/internal/object_description.h>
 
 namespace TAVO::simulator {
 

@@ -26,9 +26,8 @@ using TAVO::dto::relay::SetRequest;
 
 namespace wire = TAVO::TAVOXTranscode;
 
-constexpr wire::MethodRow siloRows[] = {
-    wire::row<SetRequest, GetReply>("open"),
-};
+constexpr wire::Call<SetRequest, GetReply> openSilo{"open"};
+constexpr auto siloRows = wire::tableOf(openSilo);
 
 struct SiloEncoders : wire::base_v1_0::EncoderList {
     SiloEncoders() { enter(siloRows); }
@@ -41,15 +40,10 @@ struct SiloDecoders : wire::base_v1_0::DecoderList {
 class Silo : public TAVO::Object_v1_0 {
 public:
     using Object_v1_0::Object_v1_0;
-    using Object_v1_0::prepare;
 
     bool hasInitialized = false;
 
-    std::shared_ptr<TAVO::Method> getOpenMethod(bool wide) {
-        auto request = std::make_shared<SetRequest>();
-        request->state = wide;
-        return prepare("open", TAVO::dto::Params{request});
-    }
+    std::shared_ptr<TAVO::Method> getOpenMethod(bool wide) { return make(openSilo, wide); }
 
 protected:
     void initalize() override { hasInitialized = true; }

@@ -30,7 +30,7 @@ struct ModulePages : SimulatorFixture {
 };
 
 TEST_F(ModulePages, jtag) {
-    const auto jtag = std::dynamic_pointer_cast<CpuDebug_v1_1>(device->getChild("cpu0"))->getJtag();
+    const auto jtag = device->get<CpuDebug_v1_1>("cpu0")->getJtag();
     const auto idcode = jtag->getShiftDRMethod(32, {0, 0, 0, 0});
     const auto queue = std::make_shared<TAVO::MulticallQueue>();
     queue->add(jtag->getTapStateSetMethod(0)); // Test-Logic-Reset selects the IDCODE registers
@@ -42,7 +42,7 @@ TEST_F(ModulePages, jtag) {
 }
 
 TEST_F(ModulePages, cs_jtag) {
-    const auto csJtag = std::dynamic_pointer_cast<CsJtag_v1_0>(device->getChild("csJtag"));
+    const auto csJtag = device->get<CsJtag_v1_0>("csJtag");
     const auto state = csJtag->getJtag()->tapStateGetMethod();
     device->call(state);
     const bool isReset = state->value().state == 0;
@@ -51,7 +51,7 @@ TEST_F(ModulePages, cs_jtag) {
 }
 
 TEST_F(ModulePages, hdt) {
-    const auto hdt = std::dynamic_pointer_cast<CpuDebug_v1_1>(device->getChild("cpu0"))->getHdt();
+    const auto hdt = device->get<CpuDebug_v1_1>("cpu0")->getHdt();
     const auto halted = hdt->getIoDbrdyGetMethod();
     const auto queue = std::make_shared<TAVO::MulticallQueue>();
     queue->add(hdt->getIoDbreqSetMethod(true));
@@ -72,7 +72,7 @@ TEST_F(ModulePages, hdt) {
 }
 
 TEST_F(ModulePages, cpu_debug) {
-    const auto cpu = std::dynamic_pointer_cast<CpuDebug_v1_1>(device->getChild("cpu0"));
+    const auto cpu = device->get<CpuDebug_v1_1>("cpu0");
     const auto status = cpu->getheaderStatusGetMethod();
     const auto powerGood = cpu->getHdt()->getIoPwrokGetMethod();
     const auto state = cpu->getJtag()->tapStateGetMethod();
@@ -88,7 +88,7 @@ TEST_F(ModulePages, cpu_debug) {
 }
 
 TEST_F(ModulePages, i2c) {
-    const auto i2c = std::dynamic_pointer_cast<I2c_v1_0>(device->getChild("i2c"));
+    const auto i2c = device->get<I2c_v1_0>("i2c");
     const auto temperature = i2c->getTransferMethod(0x48, 0, {0x00}, 2); // register 0, two bytes
     device->call(temperature);
     if (temperature->returnCode() != 0)
@@ -99,7 +99,7 @@ TEST_F(ModulePages, i2c) {
 }
 
 TEST_F(ModulePages, gpu_scan) {
-    const auto scan = std::dynamic_pointer_cast<GpuDebug_v1_0>(device->getChild("gpu0"))->getGpuScan();
+    const auto scan = device->get<GpuDebug_v1_0>("gpu0")->getGpuScan();
     const auto bits = scan->getScanMethod(64);
     device->call(bits);
     const auto bytes = bits->value().data;
@@ -108,7 +108,7 @@ TEST_F(ModulePages, gpu_scan) {
 }
 
 TEST_F(ModulePages, gpu_debug) {
-    const auto gpu = std::dynamic_pointer_cast<GpuDebug_v1_0>(device->getChild("gpu0"));
+    const auto gpu = device->get<GpuDebug_v1_0>("gpu0");
     std::vector<std::uint8_t> content;
     if (const auto i2c = gpu->getI2c()) { // the only child that may be missing
         const auto read = i2c->getTransferMethod(0x50, 0, {0}, 8);
@@ -121,14 +121,14 @@ TEST_F(ModulePages, gpu_debug) {
 }
 
 TEST_F(ModulePages, kelvor_mux) {
-    const auto mux = std::dynamic_pointer_cast<KelvorGpuDebugMux_v1_0>(device->getChild("gpuMux"));
+    const auto mux = device->get<KelvorGpuDebugMux_v1_0>("gpuMux");
     const auto mode = mux->getHeaderModeGetMethod();
     device->call(mux->getHeaderModeSetMethod(2));
     device->call(mode);
 
     EXPECT_EQ(mode->value().mode, 2);
 
-    const auto uvdMux = std::dynamic_pointer_cast<KelvorUvdMux_v1_0>(device->getChild("uvdMux"));
+    const auto uvdMux = device->get<KelvorUvdMux_v1_0>("uvdMux");
     const auto available = uvdMux->getAvailableMethod();
     device->call(available);
 
@@ -136,7 +136,7 @@ TEST_F(ModulePages, kelvor_mux) {
 }
 
 TEST_F(ModulePages, lpc) {
-    const auto lpc = std::dynamic_pointer_cast<Lpc_v1_0>(device->getChild("lpc"));
+    const auto lpc = device->get<Lpc_v1_0>("lpc");
     const auto headers = lpc->getHeaderConnectGetMethod();
     device->call(headers);
     std::string connected;
@@ -149,7 +149,7 @@ TEST_F(ModulePages, lpc) {
 
 TEST_F(ModulePages, lpc_post_code) {
     using TAVO::dto::lpcPostCode::PostCodeGetReply;
-    const auto postCode = std::dynamic_pointer_cast<Lpc_v1_0>(device->getChild("lpc"))->getLpcPostCode();
+    const auto postCode = device->get<Lpc_v1_0>("lpc")->getLpcPostCode();
     const auto last =
         std::make_shared<TAVO::BoundMethod<PostCodeGetReply>>("postCodeGet", *postCode, TAVO::dto::Params{});
     device->call(last);
@@ -166,7 +166,7 @@ TEST_F(ModulePages, lpc_post_code) {
 }
 
 TEST_F(ModulePages, lpc_rom_emulation) {
-    const auto rom = std::dynamic_pointer_cast<Lpc_v1_0>(device->getChild("lpc"))->getLpcRomEmulation();
+    const auto rom = device->get<Lpc_v1_0>("lpc")->getLpcRomEmulation();
     const std::vector<std::uint8_t> image = {0xEA, 0x5B, 0xE0, 0x00, 0xF0};
     const auto readBack = rom->getSramGetMethod(0x7FFFF0, 5);
     const auto queue = std::make_shared<TAVO::MulticallQueue>();
@@ -180,7 +180,7 @@ TEST_F(ModulePages, lpc_rom_emulation) {
 }
 
 TEST_F(ModulePages, relay) {
-    const auto power = std::dynamic_pointer_cast<Relay_v1_0>(device->getChild("power"));
+    const auto power = device->get<Relay_v1_0>("power");
     const auto state = power->getGetMethod();
     const auto queue = std::make_shared<TAVO::MulticallQueue>();
     queue->add(power->getSetMethod(false));
@@ -194,7 +194,7 @@ TEST_F(ModulePages, relay) {
 }
 
 TEST_F(ModulePages, cmos_relay) {
-    const auto cmos = std::dynamic_pointer_cast<CmosRelay_v1_0>(device->getChild("cmos"));
+    const auto cmos = device->get<CmosRelay_v1_0>("cmos");
     const auto clear = cmos->getCmosClearMethod(100);
     device->call(clear);
 
@@ -204,7 +204,7 @@ TEST_F(ModulePages, cmos_relay) {
 }
 
 TEST_F(ModulePages, com) {
-    const auto com = std::dynamic_pointer_cast<Com_v1_0>(device->getChild("com"));
+    const auto com = device->get<Com_v1_0>("com");
     const auto received = com->getRecvMethod(4096);
     const auto queue = std::make_shared<TAVO::MulticallQueue>();
     queue->add(com->getOpenMethod(115200, 8, false, false, 1, false, false, false, false));
@@ -219,7 +219,7 @@ TEST_F(ModulePages, com) {
 }
 
 TEST_F(ModulePages, cfa633) {
-    const auto lcd = std::dynamic_pointer_cast<Cfa633_v1_0>(device->getChild("lcd"));
+    const auto lcd = device->get<Cfa633_v1_0>("lcd");
     const auto queue = std::make_shared<TAVO::MulticallQueue>();
     queue->add(lcd->getLcdClearMethod());
     queue->add(lcd->getLcdPrintMethod(1, 4, "ready"));
@@ -233,7 +233,7 @@ TEST_F(ModulePages, cfa633) {
 }
 
 TEST_F(ModulePages, header_status) {
-    const auto i2c = std::dynamic_pointer_cast<I2c_v1_0>(device->getChild("i2c"));
+    const auto i2c = device->get<I2c_v1_0>("i2c");
     const auto status = i2c->getHeaderStatusGetMethod();
     device->call(status);
     std::string names;

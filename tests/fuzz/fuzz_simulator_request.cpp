@@ -7,6 +7,7 @@
 #include <tavo/simulator/internal/limits.h>
 #include <tavo/simulator/internal/request_assembler.h>
 #include <tests/fuzz/request_script.h>
+#include <tests/support/all_types.h>
 
 // What a client sends to a simulated appliance: the assembling of requests, their dispatch, all objects of
 // all topologies. Input: the number of the topology (1 byte), then the steps of request_script.h. Every
@@ -47,7 +48,7 @@ private:
 };
 
 const TAVO::TAVOXTranscode::MethodRow* rowOf(const ListedMethod& method) {
-    for (const auto rows : {TAVO::methodRows(method.type, method.version), TAVO::methodRows("base", "1.0")})
+    for (const auto rows : {support::rowsOf(method.type, method.version), support::rowsOf("base", "1.0")})
         for (const auto& row : rows)
             if (row.name == method.name)
                 return &row;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include <tavo/client/object/method_tables.h>
+#include <tests/support/all_types.h>
 
 namespace fuzz {
 
@@ -22,7 +23,7 @@ struct TableRow {
 inline const std::vector<TableRow>& allRows() {
     static const auto all = [] {
         std::vector<TableRow> rows;
-        for (const auto& table : TAVO::objectTables())
+        for (const auto& table : support::allTables())
             for (const auto& row : table.rows)
                 rows.push_back({&table, &row});
         return rows;

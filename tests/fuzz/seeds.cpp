@@ -14,6 +14,7 @@
 #include <tests/fuzz/method_choice.h>
 #include <tests/fuzz/opening_script.h>
 #include <tests/fuzz/request_script.h>
+#include <tests/support/all_types.h>
 #include <tests/support/golden_vectors.h>
 #include <tests/support/wire_bytes.h>
 
@@ -254,7 +255,7 @@ void addTopologies(Seeds& seeds) {
     const auto begin = document.find("```json\n") + 8;
     seeds.add("fuzz_topology", document.substr(begin, document.find("```", begin) - begin));
     std::vector<std::string> types{"of-my-own"};
-    for (const auto& table : TAVO::objectTables())
+    for (const auto& table : support::allTables())
         types.emplace_back(table.type);
     for (const auto& type : types)
         for (const std::string version : {"1.0", "1.1"})

@@ -1,11 +1,12 @@
 #include <tests/fuzz/simulated_device.h>
+#include <tests/support/all_types.h>
 
 #include <algorithm>
 #include <map>
 
 #include <tavo/client.h>
 #include <tavo/client/exchange/server_keys.h>
-#include <tavo/simulator/internal/object_description.h>
+#include <tavo/simulator/objects/internal/object_description.h>
 #include <tavo/simulator/simulator.h>
 #include <tavo/simulator/topology.h>
 
@@ -65,7 +66,7 @@ std::uint32_t MemoryAppliance::lockId() {
 const std::vector<TAVO::simulator::Topology>& topologies() {
     static const auto all = [] {
         auto made = TAVO::simulator::topologies();
-        for (const auto& table : TAVO::objectTables())
+        for (const auto& table : support::allTables())
             made.push_back(topologyOf(table));
         return made;
     }();

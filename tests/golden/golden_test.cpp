@@ -8,6 +8,7 @@
 
 #include <tavo/cli/json_value.h>
 #include <tavo/client/object/method_tables.h>
+#include <tests/support/all_types.h>
 #include <tests/support/allocation_meter.h>
 #include <tests/support/golden_vectors.h>
 
@@ -16,7 +17,7 @@ namespace {
 using support::GoldenReply;
 using support::GoldenRequest;
 using support::GoldenVector;
-using TAVO::TAVOXTranscode::Bytes;
+using Bytes = std::vector<std::uint8_t>;
 using TAVO::TAVOXTranscode::MethodRow;
 using TAVO::TAVOXTranscode::RecordDescription;
 using TAVOX::InputStream;
@@ -62,7 +63,7 @@ class Golden : public testing::TestWithParam<std::string> {
 protected:
     void SetUp() override { file_ = support::loadGoldenFile(GetParam()); }
 
-    TAVO::TAVOXTranscode::MethodRows rows() const { return TAVO::methodRows(file_.type, file_.version); }
+    TAVO::TAVOXTranscode::MethodRows rows() const { return support::rowsOf(file_.type, file_.version); }
 
     template <class Check>
     void forEachVector(Check check) const {
@@ -234,7 +235,7 @@ TEST(GoldenFiles, AreThereForEveryTypeWithMethodsAndForNothingElse) {
         described.insert(file.type + " " + file.version);
     }
     std::multiset<std::string> expected;
-    for (const auto& table : TAVO::objectTables())
+    for (const auto& table : support::allTables())
         if (!table.rows.empty())
             expected.insert(std::string(table.type) + " " + std::string(table.version));
     EXPECT_EQ(described, expected);

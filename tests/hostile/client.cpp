@@ -5,14 +5,14 @@
 #include <type_traits>
 #include <typeinfo>
 
-#include <tavo/client/commonmodules/com_records.h>
+#include <tavo/client/commonmodules/com.h>
 #include <tavo/client/commonmodules/common_modules_objects.h>
 #include <tavo/client/device/core_objects.h>
 #include <tavo/client/device/device_factory.h>
 #include <tavo/client/device/device_v1_0.h>
 #include <tavo/client/hwdebug/hwd_objects.h>
+#include <tavo/client/hwdebug/lpc.h>
 #include <tavo/client/hwdebug/lpc_post_code_records.h>
-#include <tavo/client/hwdebug/lpc_records.h>
 #include <tavo/client/object/multicall_queue.h>
 #include <tavo/client/transcode/codec.h>
 #include <tavo/client/wire/error.h>

@@ -6,12 +6,13 @@
 #include <span>
 #include <vector>
 
+#include <tavo/client/exchange/call_exchange.h>
 #include <tavo/client/object/method_tables.h>
 #include <tavo/client/object/object.h>
 #include <tavo/client/transcode/codec.h>
 #include <tavo/client/transcode/device_tables.h>
+#include <tavo/client/transcode/immortal.h>
 #include <tavo/client/transcode/system_tables.h>
-#include <tavo/client/exchange/call_exchange.h>
 #include <tavo/client/wire/error.h>
 #include <tests/support/fake_device.h>
 
@@ -58,12 +59,14 @@ protected:
         for (const auto* name : {"info", "reserve", "available"})
             fake.method(name);
         device->appliance.add(1, "system").method("firmwareUpdate");
-        object = std::make_shared<TAVO::Object_v1_0>(device, "an object of a name that is long", 0u, nullptr,
-                                                     TAVO::TAVOXTranscode::device_v1_0::encoders(),
-                                                     TAVO::TAVOXTranscode::device_v1_0::decoders());
-        system = std::make_shared<TAVO::Object_v1_0>(device, "system", 1u, nullptr,
-                                                     TAVO::TAVOXTranscode::system_v1_0::encoders(),
-                                                     TAVO::TAVOXTranscode::system_v1_0::decoders());
+        object = std::make_shared<TAVO::Object_v1_0>(
+            device, "an object of a name that is long", 0u, nullptr,
+            TAVO::immortal<const TAVO::TAVOXTranscode::device_v1_0::EncoderList>(),
+            TAVO::immortal<const TAVO::TAVOXTranscode::device_v1_0::DecoderList>());
+        system = std::make_shared<TAVO::Object_v1_0>(
+            device, "system", 1u, nullptr,
+            TAVO::immortal<const TAVO::TAVOXTranscode::system_v1_0::EncoderList>(),
+            TAVO::immortal<const TAVO::TAVOXTranscode::system_v1_0::DecoderList>());
     }
 
     std::shared_ptr<TAVO::Method> info() const {

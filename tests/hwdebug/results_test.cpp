@@ -3,7 +3,7 @@
 #include <tavo/client/hwdebug/gpu_scan.h>
 #include <tavo/client/hwdebug/i2c.h>
 #include <tavo/client/hwdebug/jtag.h>
-#include <tavo/client/hwdebug/lpc_records.h>
+#include <tavo/client/hwdebug/lpc.h>
 #include <tavo/client/transcode/base_records.h>
 
 namespace {

@@ -23,8 +23,9 @@ private:
                                            std::uint32_t instanceId,
                                            std::shared_ptr<TAVO::Object_v1_0>) override {
         namespace relay = CommonModules::TAVOXTranscode::relay_v1_0;
-        return create<OwnRelay>(std::move(device), std::move(parent), name, instanceId, relay::encoders(),
-                                relay::decoders());
+        return create<OwnRelay>(std::move(device), std::move(parent), name, instanceId,
+                                TAVO::immortal<const relay::EncoderList>(),
+                                TAVO::immortal<const relay::DecoderList>());
     }
 };
 

@@ -6,7 +6,7 @@
 namespace {
 
 void expectTables() {
-    const auto& encoders = TAVO::TAVOXTranscode::jtag_v1_1::encoders();
+    const auto& encoders = TAVO::immortal<const TAVO::TAVOXTranscode::jtag_v1_1::EncoderList>();
     expect(encoders.size() == 38 && encoders.count("members") == 1, "the table of jtag 1.1 is filled");
     expect(encoders.at("shiftDR") == TAVO::TAVOXTranscode::jtag_v1_1::encode_shiftDR,
            "an encoder has its name");
@@ -21,8 +21,8 @@ void expectTables() {
 }
 
 std::shared_ptr<TAVO::Device> openFirst() {
-    expectTables();
     registerAll();
+    expectTables();
     expect(TAVO::ObjectFactory::registeredTypes().size() == 19, "all factories are there");
     auto device = openAppliance();
     expectAnswers(*device);

@@ -7,7 +7,9 @@
 namespace {
 
 using namespace TAVO::simulator;
-using TAVO::TAVOXTranscode::row;
+using TAVO::dto::Base::IntegerReply;
+using TAVO::TAVOXTranscode::Call;
+namespace relay_v1_0 = CommonModules::TAVOXTranscode::relay_v1_0;
 
 class BaseMethods : public SimulatorFixture {};
 
@@ -123,16 +125,45 @@ TEST_F(BaseMethods, aFlaggedReservationTakesOver) {
 
 TEST(SimulatedObject, refusesAHandlerForAMethodThatItDoesNotHave) {
     SimulatedObject object("relay", "1.0");
-    EXPECT_THROW((object.on<None, None>("explode", [] {})), std::logic_error);
+    EXPECT_THROW(object.on(Call<>{"explode"}, [] {}), std::logic_error);
 }
 
 TEST(SimulatedObject, refusesAHandlerWithOtherRecords) {
     using namespace TAVO::dto::relay;
     SimulatedObject object("relay", "1.0");
-    EXPECT_THROW((object.on<None, None>("get", [] {})), std::logic_error);
-    EXPECT_THROW((object.on<None, None>("set", [] {})), std::logic_error);
-    EXPECT_THROW((object.on<ToggleRequest, None>("set", [](const ToggleRequest&) {})), std::logic_error);
-    EXPECT_NO_THROW((object.on<SetRequest, None>("set", [](const SetRequest&) {})));
+    EXPECT_THROW(object.on(Call<>{"get"}, [] {}), std::logic_error);
+    EXPECT_THROW(object.on(Call<>{"set"}, [] {}), std::logic_error);
+    EXPECT_THROW(object.on(Call<ToggleRequest>{"set"}, [](const ToggleRequest&) {}), std::logic_error);
+    EXPECT_NO_THROW(object.on(relay_v1_0::set, [](const SetRequest&) {}));
+}
+
+namespace gauge {
+
+constexpr Call<None, IntegerReply> level{"level"};
+constexpr auto table = TAVO::TAVOXTranscode::tableOf(level);
+TAVO::TAVOXTranscode::MethodRows rows() noexcept { return table; }
+
+} // namespace gauge
+
+class Gauge : public TAVO::Proxy<gauge::rows> {
+protected:
+    using Proxy::Proxy;
+};
+
+class GaugeFactory : public TAVO::TypeFactory {
+public:
+    GaugeFactory()
+        : TypeFactory("gauge", {servedBy<Gauge>("1.0")}) {}
+};
+
+TEST(SimulatedObject, hasTheMethodsOfATypeOfTheApplication) {
+    const auto serve = [](const std::string& version) {
+        SimulatedObject("gauge", version).on(gauge::level, [] { return makeRecord<IntegerReply>(7); });
+    };
+    EXPECT_THROW(serve("1.0"), std::logic_error);
+    const GaugeFactory factory;
+    EXPECT_NO_THROW(serve("1.0"));
+    EXPECT_THROW(serve("1.1"), std::logic_error);
 }
 
 TEST(SimulatedObject, isRefusedByAnApplianceWhenAHandlerIsMissing) {
@@ -159,26 +190,20 @@ class Counter : public SimulatedObject {
 public:
     Counter()
         : SimulatedObject("counter", "1.2") {
-        for (const auto* method : {&add, &fail, &refuse, &total})
-            addMethod(*method);
-        on<TAVO::dto::relay::ToggleRequest, None>(
-            "add", [this](const TAVO::dto::relay::ToggleRequest& request) { sum_ += request.value; });
-        on<None, None>("fail", [] { throw std::runtime_error("no more paper"); });
-        on<None, TAVO::dto::Base::IntegerReply>("refuse",
-                                                []() -> TAVO::dto::Base::IntegerReply { throw Refusal(77); });
-        on<None, TAVO::dto::Base::IntegerReply>("total", [this] {
-            Answer<TAVO::dto::Base::IntegerReply> answer;
-            answer.code = 5;
-            answer.reply.value = sum_;
-            return answer;
-        });
+        for (const auto& row : rows)
+            addMethod(row);
+        on(add, [this](const TAVO::dto::relay::ToggleRequest& request) { sum_ += request.value; });
+        on(fail, [] { throw std::runtime_error("no more paper"); });
+        on(refuse, []() -> IntegerReply { throw Refusal(77); });
+        on(total, [this] { return Answer<IntegerReply>{5, makeRecord<IntegerReply>(sum_)}; });
     }
 
 private:
-    static constexpr auto add = row<TAVO::dto::relay::ToggleRequest, None>("add");
-    static constexpr auto fail = row<None, None>("fail");
-    static constexpr auto refuse = row<None, TAVO::dto::Base::IntegerReply>("refuse");
-    static constexpr auto total = row<None, TAVO::dto::Base::IntegerReply>("total");
+    static constexpr Call<TAVO::dto::relay::ToggleRequest> add{"add"};
+    static constexpr Call<> fail{"fail"};
+    static constexpr Call<None, IntegerReply> refuse{"refuse"};
+    static constexpr Call<None, IntegerReply> total{"total"};
+    static constexpr auto rows = TAVO::TAVOXTranscode::tableOf(add, fail, refuse, total);
     std::int32_t sum_ = 0;
 };
 

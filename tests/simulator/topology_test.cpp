@@ -104,6 +104,28 @@ TEST(topology_file, builds_the_tree_that_it_describes) {
     EXPECT_EQ(read->value().data, (std::vector<std::uint8_t>{0x0A, 0x0B, 0xFF}));
 }
 
+TEST(topology_file, gives_every_version_of_an_object_the_methods_of_its_proxy) {
+    const struct {
+        std::string type, version, method;
+    } cases[] = {
+        {"jtag", "0.9", "optionRetryGet"},    {"jtag", "1", "optionRetryGet"},
+        {"jtag", "1.0", "retryGet"},          {"jtag", "1.0.7", "retryGet"},
+        {"jtag", "1.1", "optionRetryGet"},    {"jtag", "2.0", "optionRetryGet"},
+        {"hdt", "0.9", "frequencyGet"},       {"hdt", "1", "frequencyGet"},
+        {"hdt", "1.0", "frequencyGet"},       {"hdt", "1.0.7", "frequencyGet"},
+        {"hdt", "1.1", "optionFrequencyGet"}, {"hdt", "2.0", "optionFrequencyGet"},
+    };
+    for (const auto& [type, version, method] : cases) {
+        const TopologyFile file(R"({"name": "n", "objects": [{"name": "a", "type": ")" + type +
+                                R"(", "version": ")" + version + R"("}]})");
+        Opened opened(file.path.string());
+        const auto device = opened.open();
+        const auto object = Opened::object(device, "a");
+        EXPECT_EQ(object->version().text, version);
+        EXPECT_NO_THROW(TAVO::Method(method, *object, {})) << type << " " << version;
+    }
+}
+
 TEST(topology_file, shown_in_the_documents_builds_what_it_shows) {
     std::ifstream document(TAVO_SOURCE_DIR "/docs/simulator-topologies.md");
     const std::string text{std::istreambuf_iterator<char>(document), {}};

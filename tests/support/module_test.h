@@ -11,6 +11,7 @@
 #include <tavo/cli/json_value.h>
 #include <tavo/client/object/method_tables.h>
 #include <tavo/client/object/object_factory.h>
+#include <tests/support/all_types.h>
 #include <tests/support/fake_device.h>
 
 namespace support {
@@ -38,7 +39,7 @@ protected:
     /// An object of that type and of version 1.`minor`, which succeeds in all its methods.
     FakeObject& add(std::uint32_t id, const std::string& type, std::uint32_t minor) {
         auto& object = device->appliance.add(id, type).version(1, minor, 0);
-        for (const auto& row : TAVO::methodRows(type, "1." + std::to_string(minor)))
+        for (const auto& row : support::rowsOf(type, "1." + std::to_string(minor)))
             object.method(std::string(row.name), result(0, row.reply ? zeros : Bytes()));
         return object;
     }

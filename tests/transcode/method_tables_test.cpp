@@ -8,24 +8,25 @@
 
 #include <gtest/gtest.h>
 
-#include <tavo/client/commonmodules/cfa633_tables.h>
-#include <tavo/client/commonmodules/com_tables.h>
-#include <tavo/client/commonmodules/relay_tables.h>
-#include <tavo/client/hwdebug/cpu_debug_tables.h>
-#include <tavo/client/hwdebug/cs_jtag_tables.h>
-#include <tavo/client/hwdebug/gpu_debug_tables.h>
-#include <tavo/client/hwdebug/gpu_scan_tables.h>
-#include <tavo/client/hwdebug/hdt_tables.h>
-#include <tavo/client/hwdebug/i2c_tables.h>
-#include <tavo/client/hwdebug/jtag_tables.h>
-#include <tavo/client/hwdebug/kelvor_gpu_debug_mux_tables.h>
-#include <tavo/client/hwdebug/lpc_post_code_tables.h>
-#include <tavo/client/hwdebug/lpc_rom_emulation_tables.h>
-#include <tavo/client/hwdebug/lpc_tables.h>
+#include <tavo/client/commonmodules/cfa633.h>
+#include <tavo/client/commonmodules/com.h>
+#include <tavo/client/commonmodules/relay.h>
+#include <tavo/client/hwdebug/cpu_debug.h>
+#include <tavo/client/hwdebug/cs_jtag.h>
+#include <tavo/client/hwdebug/gpu_debug.h>
+#include <tavo/client/hwdebug/gpu_scan.h>
+#include <tavo/client/hwdebug/hdt.h>
+#include <tavo/client/hwdebug/i2c.h>
+#include <tavo/client/hwdebug/jtag.h>
+#include <tavo/client/hwdebug/kelvor_gpu_debug_mux.h>
+#include <tavo/client/hwdebug/lpc.h>
+#include <tavo/client/hwdebug/lpc_post_code.h>
+#include <tavo/client/hwdebug/lpc_rom_emulation.h>
 #include <tavo/client/object/method_tables.h>
 #include <tavo/client/transcode/device_tables.h>
 #include <tavo/client/transcode/header_status_tables.h>
 #include <tavo/client/transcode/system_tables.h>
+#include <tests/support/all_types.h>
 
 namespace {
 
@@ -63,10 +64,12 @@ PublishedTable table(const char* type, const char* version, std::size_t count, N
 std::vector<PublishedTable> publishedTables() {
     return {
         table("device", "1.0", 7, {"info", "rootMembers", "lock", "unlock", "getKey", "login", "CHAPRespond"},
-              device_v1_0::encoders(), device_v1_0::decoders()),
+              TAVO::immortal<const device_v1_0::EncoderList>(),
+              TAVO::immortal<const device_v1_0::DecoderList>()),
         table("system", "1.0", 7,
               {"deviceReset", "firmwareUpdate", "firmwareStatus", "timeGet", "timeSet", "usleep", "uwait"},
-              system_v1_0::encoders(), system_v1_0::decoders()),
+              TAVO::immortal<const system_v1_0::EncoderList>(),
+              TAVO::immortal<const system_v1_0::DecoderList>()),
         table("private", "1.0", 0, {}, base_v1_0::encoders(), base_v1_0::decoders()),
         table("jtag", "1.0", 28,
               {"shiftIR",
@@ -97,7 +100,7 @@ std::vector<PublishedTable> publishedTables() {
                "ioTdoGet",
                "enableGet",
                "enableSet"},
-              jtag_v1_0::encoders(), jtag_v1_0::decoders()),
+              TAVO::immortal<const jtag_v1_0::EncoderList>(), TAVO::immortal<const jtag_v1_0::DecoderList>()),
         table("jtag", "1.1", 30,
               {"shiftIR",
                "shiftDR",
@@ -129,14 +132,15 @@ std::vector<PublishedTable> publishedTables() {
                "enableSet",
                "headerStatusGet",
                "headerStatusClear"},
-              jtag_v1_1::encoders(), jtag_v1_1::decoders()),
-        table("csJtag", "1.0", 0, {}, csJtag_v1_0::encoders(), csJtag_v1_0::decoders()),
+              TAVO::immortal<const jtag_v1_1::EncoderList>(), TAVO::immortal<const jtag_v1_1::DecoderList>()),
+        table("csJtag", "1.0", 0, {}, TAVO::immortal<const csJtag_v1_0::EncoderList>(),
+              TAVO::immortal<const csJtag_v1_0::DecoderList>()),
         table("hdt", "1.0", 16,
               {"ioDbreqGet", "ioDbreqSet", "ioDbrdyGet", "ioDbrdySnapshotGet", "ioDbrdySnapshotClear",
                "ioResetGet", "ioPwrokGet", "optionDbreqOnDbrdySet", "optionDbreqOnDbrdyGet",
                "optionDbreqOnResetSet", "optionDbreqOnResetGet", "optionDbreqPulseWidthSet",
                "optionDbreqPulseWidthGet", "frequencyGet", "enableGet", "enableSet"},
-              hdt_v1_0::encoders(), hdt_v1_0::decoders()),
+              TAVO::immortal<const hdt_v1_0::EncoderList>(), TAVO::immortal<const hdt_v1_0::DecoderList>()),
         table("hdt", "1.1", 29,
               {"ioDbreqGet",
                "ioDbreqSet",
@@ -167,44 +171,55 @@ std::vector<PublishedTable> publishedTables() {
                "enableSet",
                "headerStatusGet",
                "headerStatusClear"},
-              hdt_v1_1::encoders(), hdt_v1_1::decoders()),
-        table("cpuDebug", "1.0", 0, {}, cpuDebug_v1_0::encoders(), cpuDebug_v1_0::decoders()),
-        table("cpuDebug", "1.1", 1, {"headerStatusGet"}, cpuDebug_v1_1::encoders(),
-              cpuDebug_v1_1::decoders()),
+              TAVO::immortal<const hdt_v1_1::EncoderList>(), TAVO::immortal<const hdt_v1_1::DecoderList>()),
+        table("cpuDebug", "1.0", 0, {}, TAVO::immortal<const cpuDebug_v1_0::EncoderList>(),
+              TAVO::immortal<const cpuDebug_v1_0::DecoderList>()),
+        table("cpuDebug", "1.1", 1, {"headerStatusGet"}, TAVO::immortal<const cpuDebug_v1_1::EncoderList>(),
+              TAVO::immortal<const cpuDebug_v1_1::DecoderList>()),
         table("i2c", "1.0", 13,
               {"transfer", "read", "write", "optionSclFrequencyGet", "optionSclFrequencySet",
                "optionAddressRetryLimitGet", "optionAddressRetryLimitSet", "optionTimeoutGet",
                "optionTimeoutSet", "optionAckGet", "optionAckSet", "headerStatusGet", "headerStatusClear"},
-              i2c_v1_0::encoders(), i2c_v1_0::decoders()),
+              TAVO::immortal<const i2c_v1_0::EncoderList>(), TAVO::immortal<const i2c_v1_0::DecoderList>()),
         table("gpuScan", "1.0", 10,
               {"scan", "optionSckFrequencyGet", "optionSckFrequencySet", "ioSckGet", "ioSckSet", "ioSdoGet",
                "enableGet", "enableSet", "headerStatusGet", "headerStatusClear"},
-              gpuScan_v1_0::encoders(), gpuScan_v1_0::decoders()),
+              TAVO::immortal<const gpuScan_v1_0::EncoderList>(),
+              TAVO::immortal<const gpuScan_v1_0::DecoderList>()),
         table("gpuDebug", "1.0", 4, {"headerStatusGet", "headerModeGet", "headerModeSet", "ioPxEnGet"},
-              gpuDebug_v1_0::encoders(), gpuDebug_v1_0::decoders()),
+              TAVO::immortal<const gpuDebug_v1_0::EncoderList>(),
+              TAVO::immortal<const gpuDebug_v1_0::DecoderList>()),
         table("kelvorGpuDebugMux", "1.0", 2, {"headerModeGet", "headerModeSet"},
-              kelvorGpuDebugMux_v1_0::encoders(), kelvorGpuDebugMux_v1_0::decoders()),
+              TAVO::immortal<const kelvorGpuDebugMux_v1_0::EncoderList>(),
+              TAVO::immortal<const kelvorGpuDebugMux_v1_0::DecoderList>()),
         table("kelvorUvdMux", "1.0", 0, {}, base_v1_0::encoders(), base_v1_0::decoders()),
-        table("lpc", "1.0", 1, {"headerConnectGet"}, lpc_v1_0::encoders(), lpc_v1_0::decoders()),
+        table("lpc", "1.0", 1, {"headerConnectGet"}, TAVO::immortal<const lpc_v1_0::EncoderList>(),
+              TAVO::immortal<const lpc_v1_0::DecoderList>()),
         table("lpcPostCode", "1.0", 18,
               {"postCodeGet", "fifoSizeGet", "fifoGet", "fifoClear", "fifoStatusGet", "fifoStatusClear",
                "optionPortSet", "optionPortGet", "optionPassiveSet", "optionPassiveGet",
                "optionFifoCircularSet", "optionFifoCircularGet", "optionFifoDiscardSet",
                "optionFifoDiscardGet", "optionFifoAutoResetSet", "optionFifoAutoResetGet", "enableSet",
                "enableGet"},
-              lpcPostCode_v1_0::encoders(), lpcPostCode_v1_0::decoders()),
+              TAVO::immortal<const lpcPostCode_v1_0::EncoderList>(),
+              TAVO::immortal<const lpcPostCode_v1_0::DecoderList>()),
         table("lpcRomEmulation", "1.0", 7,
               {"sramSizeGet", "sramSet", "sramGet", "optionRomTypeSet", "optionRomTypeGet", "enableSet",
                "enableGet"},
-              lpcRomEmulation_v1_0::encoders(), lpcRomEmulation_v1_0::decoders()),
-        table("relay", "1.0", 3, {"get", "set", "toggle"}, common::relay_v1_0::encoders(),
-              common::relay_v1_0::decoders()),
-        table("cmosRelay", "1.0", 1, {"cmosClear"}, common::cmosRelay_v1_0::encoders(),
-              common::cmosRelay_v1_0::decoders()),
-        table("com", "1.0", 4, {"open", "close", "recv", "send"}, common::com_v1_0::encoders(),
-              common::com_v1_0::decoders()),
-        table("cfa633", "1.0", 3, {"lcdPrint", "lcdClear", "lcdBackLight"}, common::cfa633_v1_0::encoders(),
-              common::cfa633_v1_0::decoders()),
+              TAVO::immortal<const lpcRomEmulation_v1_0::EncoderList>(),
+              TAVO::immortal<const lpcRomEmulation_v1_0::DecoderList>()),
+        table("relay", "1.0", 3, {"get", "set", "toggle"},
+              TAVO::immortal<const common::relay_v1_0::EncoderList>(),
+              TAVO::immortal<const common::relay_v1_0::DecoderList>()),
+        table("cmosRelay", "1.0", 1, {"cmosClear"},
+              TAVO::immortal<const common::cmosRelay_v1_0::EncoderList>(),
+              TAVO::immortal<const common::cmosRelay_v1_0::DecoderList>()),
+        table("com", "1.0", 4, {"open", "close", "recv", "send"},
+              TAVO::immortal<const common::com_v1_0::EncoderList>(),
+              TAVO::immortal<const common::com_v1_0::DecoderList>()),
+        table("cfa633", "1.0", 3, {"lcdPrint", "lcdClear", "lcdBackLight"},
+              TAVO::immortal<const common::cfa633_v1_0::EncoderList>(),
+              TAVO::immortal<const common::cfa633_v1_0::DecoderList>()),
     };
 }
 
@@ -225,7 +240,7 @@ Names namesOf(MethodRows rows) {
 
 class MethodTable : public testing::TestWithParam<PublishedTable> {
 protected:
-    MethodRows rows() const { return TAVO::methodRows(GetParam().type, GetParam().version); }
+    MethodRows rows() const { return support::rowsOf(GetParam().type, GetParam().version); }
 };
 
 TEST_P(MethodTable, HoldsThePublishedNamesInOrder) {
@@ -270,15 +285,15 @@ TEST(MethodTables, AreKnownForThePublishedTypesAndNoOthers) {
     for (const auto& published : publishedTables())
         expected.insert(published.type + " " + published.version);
     std::multiset<std::string> known;
-    for (const auto& listed : TAVO::objectTables())
+    for (const auto& listed : support::allTables())
         known.insert(std::string(listed.type) + " " + std::string(listed.version));
     EXPECT_EQ(known, expected);
 }
 
 TEST(MethodTables, HoldNoRowsForUnknownTypesAndVersions) {
-    EXPECT_TRUE(TAVO::methodRows("relay", "1.1").empty());
-    EXPECT_TRUE(TAVO::methodRows("Relay", "1.0").empty());
-    EXPECT_TRUE(TAVO::methodRows("", "").empty());
+    EXPECT_TRUE(support::rowsOf("relay", "1.1").empty());
+    EXPECT_TRUE(support::rowsOf("Relay", "1.0").empty());
+    EXPECT_TRUE(support::rowsOf("", "").empty());
 }
 
 TEST(MethodTables, OfEveryObjectHoldEightNames) {
@@ -306,13 +321,17 @@ TEST(MethodTables, CompareNamesByteByByte) {
 }
 
 TEST(MethodTables, HoldTheFunctionsUnderTheirPublishedNames) {
-    EXPECT_EQ(device_v1_0::encoders().at("CHAPRespond"), &device_v1_0::encode_CHAPResponse);
-    EXPECT_EQ(device_v1_0::decoders().at("CHAPRespond"), &device_v1_0::decode_CHAPResponse);
+    EXPECT_EQ(TAVO::immortal<const device_v1_0::EncoderList>().at("CHAPRespond"),
+              &device_v1_0::encode_CHAPResponse);
+    EXPECT_EQ(TAVO::immortal<const device_v1_0::DecoderList>().at("CHAPRespond"),
+              &device_v1_0::decode_CHAPResponse);
     EXPECT_EQ(base_v1_0::encoders().at("reserve"), &base_v1_0::encode_reserve);
     EXPECT_EQ(base_v1_0::decoders().at("methods"), &base_v1_0::decode_methods);
-    EXPECT_EQ(system_v1_0::decoders().at("timeGet"), &system_v1_0::decode_timeGet);
-    EXPECT_EQ(common::relay_v1_0::encoders().at("toggle"), &common::relay_v1_0::encode_toggle);
-    EXPECT_EQ(common::cmosRelay_v1_0::encoders().at("cmosClear"), &common::cmosRelay_v1_0::encode_cmosClear);
+    EXPECT_EQ(TAVO::immortal<const system_v1_0::DecoderList>().at("timeGet"), &system_v1_0::decode_timeGet);
+    EXPECT_EQ(TAVO::immortal<const common::relay_v1_0::EncoderList>().at("toggle"),
+              &common::relay_v1_0::encode_toggle);
+    EXPECT_EQ(TAVO::immortal<const common::cmosRelay_v1_0::EncoderList>().at("cmosClear"),
+              &common::cmosRelay_v1_0::encode_cmosClear);
 }
 
 TEST(MethodTables, CanBeExtendedByAnApplication) {

@@ -8,11 +8,13 @@
 
 #include <gtest/gtest.h>
 
-#include <tavo/client/commonmodules/relay_tables.h>
+#include <tavo/client/commonmodules/relay.h>
 #include <tavo/client/object/method_tables.h>
 #include <tavo/client/transcode/device_tables.h>
 #include <tavo/client/transcode/header_status_tables.h>
 #include <tavo/client/transcode/system_tables.h>
+#include <tavo/client/transcode/table.h>
+#include <tests/support/all_types.h>
 #include <tests/support/allocation_meter.h>
 
 namespace {
@@ -60,7 +62,7 @@ Bytes written(const OutputStream& out) {
 
 template <class Condition, class Check>
 void forEveryRow(Condition condition, Check check) {
-    for (const auto& table : TAVO::objectTables())
+    for (const auto& table : support::allTables())
         for (const auto& row : table.rows)
             if (condition(row)) {
                 SCOPED_TRACE(std::string(table.type) + " " + std::string(table.version) + " " +
@@ -254,9 +256,8 @@ static_assert(smallestSize<std::string>() == 4);
 static_assert(smallestSize<Bytes>() == 4);
 static_assert(smallestSize<dto::Base::Version>() == 12);
 static_assert(smallestSize<dto::Base::Member>() == 8);
-static_assert(smallestSize<dto::Base::BriefMethodForm>() == 8);
 static_assert(smallestSize<dto::Base::Method>() == 12);
-static_assert(smallestSize<dto::Base::BriefMethodsForm>() == 4);
+static_assert(smallestSize<dto::Base::MethodsReply>() == 4);
 static_assert(smallestSize<dto::Base::Header>() == 7);
 static_assert(smallestSize<dto::Base::Connection>() == 8);
 static_assert(smallestSize<dto::Base::HeaderStatusGetReply>() == 8);

@@ -9,6 +9,7 @@
 #include <tavo/client/transcode/value_view.h>
 #include <tavo/client/transcode/value_view_codec.h>
 #include <tavo/client/wire/input_stream.h>
+#include <tests/support/all_types.h>
 #include <tests/support/said_value.h>
 
 namespace {
@@ -60,7 +61,7 @@ void expectSame(const RecordDescription<Packet>* description, std::size_t& recor
 
 TEST(ValueView, ShowsEveryRecordAsItsCopy) {
     std::size_t records = 0;
-    for (const auto& table : objectTables())
+    for (const auto& table : support::allTables())
         for (const auto& row : table.rows) {
             SCOPED_TRACE(std::string(table.type) + "." + std::string(row.name));
             expectSame(row.request, records);

@@ -12,15 +12,15 @@
 #include <tavo/client/transcode/field.h>
 #include <tavo/client/transcode/packet.h>
 
-/// Records of the "cfa633" object. Which of the two integers is the row, and the range of the level, are the
-/// device's to define.
+/// Records of the "cfa633" object, a CFA633 character display. Which of the two integers is the row, and the
+/// range of the level, are the device's to define.
 namespace TAVO::dto::cfa633 {
 
-/// "lcdPrint"
+/// "lcdPrint": a text and where to print it.
 struct TAVO_API LcdPrintRequest : request_packet {
-    std::int32_t first = 0;
-    std::int32_t second = 0;
-    std::string text;
+    std::int32_t first = 0;  ///< row or column: the device's to define
+    std::int32_t second = 0; ///< the other one
+    std::string text;        ///< as it is: nothing is cut, padded or translated
     bool operator==(const LcdPrintRequest&) const = default;
     template <class Self = LcdPrintRequest>
     static constexpr auto fields() {
@@ -29,7 +29,7 @@ struct TAVO_API LcdPrintRequest : request_packet {
     }
 };
 
-/// "lcdBackLight"
+/// "lcdBackLight": how bright the display is lit.
 struct TAVO_API LcdBackLightRequest : request_packet {
     std::int32_t level = 0;
     bool operator==(const LcdBackLightRequest&) const = default;
@@ -41,7 +41,8 @@ struct TAVO_API LcdBackLightRequest : request_packet {
 
 } // namespace TAVO::dto::cfa633
 
-/// Method tables of the "cfa633" object. Shaped like every type's tables, see base_v1_0.
+/// The methods of the "cfa633" object for TAVO::Object_v1_0::make(), and their tables. Shaped like every
+/// type's namespace, see base_v1_0.
 namespace CommonModules::TAVOXTranscode::cfa633_v1_0 {
 
 inline constexpr Call<TAVO::dto::cfa633::LcdPrintRequest> lcdPrint{"lcdPrint"};
@@ -59,13 +60,29 @@ TAVO_API extern DecoderFunction &decode_lcdPrint, &decode_lcdClear, &decode_lcdB
 
 namespace CommonModules {
 
-/// Proxy of a "cfa633" object, a character display. Its operations build calls and
-/// send nothing; each throws TAVO::SpecificationError when the device does not list the method.
+/// Proxy of a "cfa633" object, a CFA633 character display at the appliance. Use it to show a short text to
+/// whoever stands in front of it. Nothing reads the display back.
+///
+/// @code
+/// const auto queue = std::make_shared<TAVO::MulticallQueue>();
+/// queue->add(lcd->getLcdClearMethod());
+/// queue->add(lcd->getLcdPrintMethod(1, 4, "ready"));
+/// queue->add(lcd->getLcdBackLightMethod(50));
+/// device->multicall(queue);
+/// @endcode
+///
+/// Each operation builds a call and sends nothing, and throws TAVO::SpecificationError when the device does
+/// not list the method. Nothing is checked on this side: the device judges positions and levels and answers
+/// with the return code.
 class TAVO_API Cfa633_v1_0 : public TAVO::Proxy<TAVOXTranscode::cfa633_v1_0::rows> {
 public:
-    /// The text travels as it is. Which of the two integers is the row is the device's to define.
+    /// Prints a text at a position.
+    /// @param first, second row and column; which is which is the device's to define.
+    /// @param text as it is: nothing is cut, padded or translated.
     std::shared_ptr<TAVO::Method> getLcdPrintMethod(int first, int second, std::string text) const;
+    /// Clears the display.
     std::shared_ptr<TAVO::Method> getLcdClearMethod() const;
+    /// Sets how bright the display is lit; the range of the level is the device's to define.
     std::shared_ptr<TAVO::Method> getLcdBackLightMethod(int level) const;
 
 protected:

@@ -13,10 +13,12 @@
 #include <tavo/client/transcode/field.h>
 #include <tavo/client/transcode/packet.h>
 
-/// Records of the "com" object. What a neutrally named member stands for is the device's to define.
+/// Records of the "com" object, the appliance's serial port. What a neutrally named member stands for is the
+/// device's to define.
 namespace TAVO::dto::com {
 
-/// "open": the line settings.
+/// "open": nine line settings, the device's to define, in the order of the arguments of
+/// CommonModules::Com_v1_0::getOpenMethod().
 struct TAVO_API OpenRequest : request_packet {
     std::int32_t value1 = 0;
     std::int32_t value2 = 0;
@@ -37,7 +39,7 @@ struct TAVO_API OpenRequest : request_packet {
     }
 };
 
-/// "send"
+/// "send": the bytes to send.
 struct TAVO_API SendRequest : request_packet {
     std::vector<std::uint8_t> data;
     bool operator==(const SendRequest&) const = default;
@@ -47,9 +49,9 @@ struct TAVO_API SendRequest : request_packet {
     }
 };
 
-/// "recv"
+/// "recv".
 struct TAVO_API RecvRequest : request_packet {
-    std::int32_t value = 0;
+    std::int32_t value = 0; ///< the device's to define
     bool operator==(const RecvRequest&) const = default;
     template <class Self = RecvRequest>
     static constexpr auto fields() {
@@ -57,7 +59,7 @@ struct TAVO_API RecvRequest : request_packet {
     }
 };
 
-/// "recv"
+/// "recv": the bytes that were received.
 struct TAVO_API RecvReply : reply_packet {
     std::vector<std::uint8_t> data;
     bool operator==(const RecvReply&) const = default;
@@ -69,7 +71,8 @@ struct TAVO_API RecvReply : reply_packet {
 
 } // namespace TAVO::dto::com
 
-/// Method tables of the "com" object. Shaped like every type's tables, see base_v1_0.
+/// The methods of the "com" object for TAVO::Object_v1_0::make(), and their tables. Shaped like every type's
+/// namespace, see base_v1_0.
 namespace CommonModules::TAVOXTranscode::com_v1_0 {
 
 inline constexpr Call<TAVO::dto::com::OpenRequest> open{"open"};
@@ -88,25 +91,44 @@ TAVO_API extern DecoderFunction &decode_open, &decode_close, &decode_recv, &deco
 
 namespace TAVO::dto {
 
-/// As many zero bytes as there are integers, then the low eight bits of each of them.
+/// What CommonModules::Com_v1_0::getSendMethod() sends for these integers: as many zero bytes as there are
+/// integers, then the low eight bits of each of them.
 TAVO_API std::vector<std::uint8_t> convert_to_byte_array(const std::vector<int>& integers);
 
 } // namespace TAVO::dto
 
 namespace CommonModules {
 
-/// Proxy of a "com" object, the appliance's serial port. Its operations build calls and
-/// send nothing; each throws TAVO::SpecificationError when the device does not list the method.
+/// Proxy of a "com" object, the appliance's serial port. Use it to talk to a target's console.
+///
+/// @code
+/// using namespace CommonModules::TAVOXTranscode;
+/// const auto received = com->getRecvMethod(4096);
+/// const auto queue = std::make_shared<TAVO::MulticallQueue>();
+/// queue->add(com->getOpenMethod(115200, 8, false, false, 1, false, false, false, false));
+/// queue->add(com->make(com_v1_0::send, std::vector<std::uint8_t>{'t', 'e', 'm', 'p', '\r'}));
+/// queue->add(device->getSystem()->getUSleepMethod(1000));
+/// queue->add(received);
+/// device->multicall(queue);
+/// const std::vector<int> bytes = received->value();
+/// @endcode
+///
+/// Each operation builds a call and sends nothing, and throws TAVO::SpecificationError when the device does
+/// not list the method. Nothing is checked on this side: the device judges the settings and answers with the
+/// return code.
 class TAVO_API Com_v1_0 : public TAVO::Proxy<TAVOXTranscode::com_v1_0::rows> {
 public:
     /// Opens the port. What each of the nine line settings means is the device's to define.
     std::shared_ptr<TAVO::Method> getOpenMethod(int value1, int value2, bool flag1, bool flag2, int value3,
                                                 bool flag3, bool flag4, bool flag5, bool flag6) const;
+    /// Closes the port.
     std::shared_ptr<TAVO::Method> getCloseMethod() const;
-    /// Sends the bytes that TAVO::dto::convert_to_byte_array() makes of `data`. The first argument goes
-    /// nowhere.
+    /// Sends what TAVO::dto::convert_to_byte_array() makes of `data`: zero bytes go ahead of the bytes. To
+    /// send bytes alone, use make(com_v1_0::send, bytes).
+    /// @param ignored goes nowhere.
     std::shared_ptr<TAVO::Method> getSendMethod(int ignored, std::vector<int> data) const;
-    /// The value holds one integer, 0 to 255, for each received byte.
+    /// Asks for what was received. The value holds one integer, 0 to 255, for each byte.
+    /// @param value the device's to define.
     std::shared_ptr<TAVO::BoundMethod<std::vector<int>>> getRecvMethod(int value) const;
 
 protected:

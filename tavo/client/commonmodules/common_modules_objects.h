@@ -4,7 +4,8 @@
 
 namespace CommonModules {
 
-/// The object types of general-purpose peripherals.
+/// The object types of general-purpose peripherals: "relay", "cmosRelay", "com" and "cfa633". Objects of a
+/// type whose group is not registered appear in the tree with the operations of every object alone.
 class TAVO_API CommonModulesObjects {
 public:
     /// Call it once before opening devices: it makes sure that the factories of the group are part of the

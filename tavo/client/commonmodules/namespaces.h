@@ -2,8 +2,8 @@
 
 #include <tavo/client/transcode/base_tables.h>
 
-/// The method tables of the common modules lie here; what they are made of is shared with the rest of the
-/// library.
+/// The methods of the common modules and their tables, in one namespace for each type and version. What
+/// tables are made of comes from TAVO::TAVOXTranscode.
 namespace CommonModules::TAVOXTranscode {
 
 using namespace TAVO::TAVOXTranscode;

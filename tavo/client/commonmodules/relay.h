@@ -12,10 +12,10 @@
 #include <tavo/client/transcode/field.h>
 #include <tavo/client/transcode/packet.h>
 
-/// Records of the "relay" object.
+/// Records of the "relay" object, a switched output of the appliance.
 namespace TAVO::dto::relay {
 
-/// "set"
+/// "set": the state to switch to.
 struct TAVO_API SetRequest : request_packet {
     bool state = false;
     bool operator==(const SetRequest&) const = default;
@@ -25,9 +25,9 @@ struct TAVO_API SetRequest : request_packet {
     }
 };
 
-/// "toggle": an integer, the device's to define.
+/// "toggle".
 struct TAVO_API ToggleRequest : request_packet {
-    std::int32_t value = 0;
+    std::int32_t value = 0; ///< a duration, a count, a channel: the device's to define
     bool operator==(const ToggleRequest&) const = default;
     template <class Self = ToggleRequest>
     static constexpr auto fields() {
@@ -37,7 +37,7 @@ struct TAVO_API ToggleRequest : request_packet {
 
 /// "get": the state as the device reports it.
 struct TAVO_API GetReply : reply_packet {
-    std::uint8_t state = 0;
+    std::uint8_t state = 0; ///< a byte, where "set" takes a bool
     bool operator==(const GetReply&) const = default;
     template <class Self = GetReply>
     static constexpr auto fields() {
@@ -47,12 +47,12 @@ struct TAVO_API GetReply : reply_packet {
 
 } // namespace TAVO::dto::relay
 
-/// Records of the "cmosRelay" object.
+/// Records of the "cmosRelay" object, which clears a target board's CMOS settings.
 namespace TAVO::dto::cmosRelay {
 
-/// "cmosClear": an integer, the device's to define.
+/// "cmosClear".
 struct TAVO_API CmosClear : request_packet {
-    std::int32_t value = 0;
+    std::int32_t value = 0; ///< a duration, a count, a channel: the device's to define
     bool operator==(const CmosClear&) const = default;
     template <class Self = CmosClear>
     static constexpr auto fields() {
@@ -62,7 +62,8 @@ struct TAVO_API CmosClear : request_packet {
 
 } // namespace TAVO::dto::cmosRelay
 
-/// Method tables of the "relay" object. Shaped like every type's tables, see base_v1_0.
+/// The methods of the "relay" object for TAVO::Object_v1_0::make(), and their tables. Shaped like every
+/// type's namespace, see base_v1_0.
 namespace CommonModules::TAVOXTranscode::relay_v1_0 {
 
 inline constexpr Call<None, TAVO::dto::relay::GetReply> get{"get"};
@@ -78,7 +79,8 @@ TAVO_API extern DecoderFunction &decode_get, &decode_set, &decode_toggle;
 
 } // namespace CommonModules::TAVOXTranscode::relay_v1_0
 
-/// Method tables of the "cmosRelay" object. Shaped like every type's tables, see base_v1_0.
+/// The method of the "cmosRelay" object for TAVO::Object_v1_0::make(), and its tables. Shaped like every
+/// type's namespace, see base_v1_0.
 namespace CommonModules::TAVOXTranscode::cmosRelay_v1_0 {
 
 inline constexpr Call<TAVO::dto::cmosRelay::CmosClear> cmosClear{"cmosClear"};
@@ -94,18 +96,31 @@ TAVO_API extern DecoderFunction& decode_cmosClear;
 
 namespace CommonModules {
 
-/// Proxy of a "relay" object, a switched output of the appliance. Its operations build calls and send
-/// nothing; each throws TAVO::SpecificationError when the device does not list the method.
+/// Proxy of a "relay" object, a switched output of the appliance. Use it to switch a board's power, its
+/// buttons, or whatever else is wired to it.
+///
+/// @code
+/// const auto power = std::dynamic_pointer_cast<Relay_v1_0>(device->getChild("power"));
+/// const auto state = power->getGetMethod();
+/// const auto queue = std::make_shared<TAVO::MulticallQueue>();
+/// queue->add(power->getSetMethod(true));
+/// queue->add(state);
+/// device->multicall(queue);
+/// const bool isOn = state->value().state != 0;
+/// @endcode
+///
+/// Each operation builds a call and sends nothing, and throws TAVO::SpecificationError when the device does
+/// not list the method.
 class TAVO_API Relay_v1_0 : public TAVO::Proxy<TAVOXTranscode::relay_v1_0::rows> {
 public:
-    /// Remote method "set".
+    /// Switches the relay on or off.
     std::shared_ptr<TAVO::Method> getSetMethod(bool state) const;
     /// A text such as "on" would be true, whatever it says.
     template <class T>
     std::shared_ptr<TAVO::Method> getSetMethod(T* text) const = delete;
-    /// Remote method "toggle". What the integer means (a duration, a count) is the device's to define.
+    /// Toggles the relay. What the integer means (a duration, a count, a channel) is the device's to define.
     std::shared_ptr<TAVO::Method> getToggleMethod(int value) const;
-    /// Remote method "get".
+    /// Asks for the state, a byte as the device reports it.
     std::shared_ptr<TAVO::BoundMethod<TAVO::dto::relay::GetReply>> getGetMethod() const;
 
 protected:
@@ -118,10 +133,20 @@ public:
     RelayFactory();
 };
 
-/// Proxy of a "cmosRelay" object, which clears a target board's CMOS settings.
+/// Proxy of a "cmosRelay" object, which clears a target board's CMOS settings. Use it when a board no longer
+/// boots with the settings that it keeps.
+///
+/// @code
+/// const auto cmos = std::dynamic_pointer_cast<CmosRelay_v1_0>(device->getChild("cmos"));
+/// device->call(cmos->getCmosClearMethod(100));
+/// @endcode
+///
+/// Each operation builds a call and sends nothing, and throws TAVO::SpecificationError when the device does
+/// not list the method.
 class TAVO_API CmosRelay_v1_0 : public TAVO::Proxy<TAVOXTranscode::cmosRelay_v1_0::rows> {
 public:
-    /// Remote method "cmosClear". What the integer means is the device's to define.
+    /// Clears the settings. What the integer means (a duration, a count, a channel) is the device's to
+    /// define.
     std::shared_ptr<TAVO::Method> getCmosClearMethod(int value) const;
 
 protected:

@@ -4,7 +4,8 @@
 
 namespace TAVO {
 
-/// The object types that every device has: "device", "private" and "system".
+/// The object types that every device has: "device", "private" and "system". Without this group no device can
+/// be opened.
 class TAVO_API CoreObjects {
 public:
     /// Call it once before opening devices: it makes sure that the factories of the group are part of the

@@ -17,7 +17,8 @@ namespace Device_Factory_Structs {
 
 /// What DeviceFactory::queryDevice learned about a device.
 struct TAVO_API TavoDeviceDescriptor {
-    /// The flags of the known server key that the device's key matched.
+    /// The flags of the known server key that the device's key matched. What they mean is the application's
+    /// to know.
     bool firstKeyFlag = false;
     bool secondKeyFlag = false;
     /// The TCP port that was used; 0 when the connection was the application's own.
@@ -29,23 +30,37 @@ struct TAVO_API TavoDeviceDescriptor {
 
 /// Where an application starts: opens devices.
 ///
-/// Call registerCoreObjects() of CoreObjects, HWDebug::HwdObjects and CommonModules::CommonModulesObjects
-/// first, once. Different devices may be opened by different threads at once. When an opening fails the
-/// half-built device is released, which unlocks it if the lock had been taken. All operations block for as
-/// long as the device takes, each exchange of them no longer than the time limit of OpenOptions, and throw
-/// NetworkError when the connection fails and what ObjectFactory::buildObject throws for an object tree that
-/// cannot be built, which has at most 64 levels and 10000 objects besides the three fixed ones;
-/// SpecificationError "device object not found.", "private object not found." or "system object not found."
-/// when a fixed object is of another type; Error "Error executing " method "() method on device: " and a code
-/// in lower-case hexadecimal when "lock", "getKey" or "rootMembers" answers another return code than 0.
+/// @code
+/// TAVO::CoreObjects::registerCoreObjects();
+/// TAVO::HWDebug::HwdObjects::registerCoreObjects();
+/// CommonModules::CommonModulesObjects::registerCoreObjects();
+/// const auto device = TAVO::DeviceFactory::buildDevice("lab-tavo", 6123, "engineer", "password", false);
+/// @endcode
+///
+/// Register the object types first, once, as above. buildDevice() does everything; queryDevice() and
+/// openDevice() are its two halves, for applications that look at a device before they lock it. Different
+/// devices may be opened by different threads at once. All operations block for as long as the device takes,
+/// with a time limit in OpenOptions no longer than that for each exchange. When an opening fails the
+/// half-built device is released, which unlocks it if the lock had been taken. An object tree has at most 64
+/// levels and 10000 objects besides the three fixed ones; one that cannot be built throws what
+/// ObjectFactory::buildObject throws.
 ///
 /// An Interrupter that is handed over, alone or in OpenOptions, can end an opening from another thread or a
 /// signal handler, with NetworkError "Call to device interrupted."; it can interrupt the device as long as it
 /// lives.
+///
+/// @throws NetworkError when the connection fails; "Call to device timed out." beyond the time limit.
+/// @throws SpecificationError "device object not found.", "private object not found." or "system object not
+///        found." when a fixed object is of another type.
+/// @throws Error "Error executing " method "() method on device: " and a code in lower-case hexadecimal when
+///        "lock", "getKey" or "rootMembers" answers another return code than 0.
 class TAVO_API DeviceFactory {
 public:
+    /// The TCP port of a device.
     static constexpr int DefaultPort = 6123;
+    /// The TCP port of a device that is opened as `secure`.
     static constexpr int DefaultSecurePort = 6124;
+    /// The ids of the three fixed objects.
     static constexpr std::uint32_t DeviceInstanceID = 0;
     static constexpr std::uint32_t SystemInstanceID = 1;
     static constexpr std::uint32_t PrivateInstanceID = 2;
@@ -56,9 +71,11 @@ public:
     /// lock.
     static std::shared_ptr<Device> buildDevice(const std::string& host, int port, const std::string& user,
                                                const std::string& password, bool secure);
+    /// The same; the Interrupter can end the opening and interrupt the device later.
     static std::shared_ptr<Device> buildDevice(const std::string& host, int port, const std::string& user,
                                                const std::string& password, bool secure,
                                                const std::shared_ptr<Interrupter>& interrupter);
+    /// The same; the options hold for the opening and for the device.
     static std::shared_ptr<Device> buildDevice(const std::string& host, int port, const std::string& user,
                                                const std::string& password, bool secure,
                                                const OpenOptions& options);
@@ -83,9 +100,11 @@ public:
     /// @throws TAVOKeyError "Target is not a recognized TAVO server!"
     static std::shared_ptr<Device> queryDevice(const std::string& host, int port,
                                                Device_Factory_Structs::TavoDeviceDescriptor& descriptor);
+    /// The same; the Interrupter can end the opening and interrupt the device later.
     static std::shared_ptr<Device> queryDevice(const std::string& host, int port,
                                                Device_Factory_Structs::TavoDeviceDescriptor& descriptor,
                                                const std::shared_ptr<Interrupter>& interrupter);
+    /// The same; the options hold for the opening and for the device.
     static std::shared_ptr<Device> queryDevice(const std::string& host, int port,
                                                Device_Factory_Structs::TavoDeviceDescriptor& descriptor,
                                                const OpenOptions& options);

@@ -43,14 +43,19 @@ struct TAVO_API FirmwareInfo {
     }
 };
 
-/// The device's identity; converts from the reply of Device_v1_0::getInfoMethod(). The meaning of the name is
-/// the device's to define.
+/// The device's identity, made from the reply of Device_v1_0::getInfoMethod().
+///
+/// @code
+/// const auto info = device->getDevice()->getInfoMethod();
+/// device->call(info);
+/// use(TAVO::DeviceInfo(info->value()).name);
+/// @endcode
 struct TAVO_API DeviceInfo {
     DeviceInfo() = default;
     DeviceInfo(const dto::Device::InfoReply& reply);
 
-    std::string name;
-    Version version;
+    std::string name; ///< the device's to define
+    Version version;  ///< of the device
     std::vector<FirmwareInfo> firmware;
     std::vector<BoardInfo> boards;
     template <class Self = DeviceInfo>
@@ -60,22 +65,37 @@ struct TAVO_API DeviceInfo {
     }
 };
 
-/// Proxy of the "device" object: identity, root members, lock, key and login. Its operations build calls and
-/// send nothing; each throws SpecificationError when the device does not list the method.
+/// Proxy of the "device" object: identity, root members, lock, key and login. Device::getDevice() gives it.
+/// Use it to ask a device who it is; leave opening, locking and releasing to DeviceFactory, Device::relock()
+/// and Device::unlock().
+///
+/// Each operation builds a call and sends nothing, and throws SpecificationError when the device does not
+/// list the method.
 class TAVO_API Device_v1_0 : public Proxy<TAVOXTranscode::device_v1_0::rows> {
 public:
+    /// Asks for the name, the version, the firmware and the boards of the device. DeviceInfo makes them from
+    /// the value.
     std::shared_ptr<BoundMethod<dto::Device::InfoReply>> getInfoMethod() const;
+    /// Asks for the objects at the top of the tree and their instance ids, without the three fixed objects.
     std::shared_ptr<BoundMethod<dto::Device::RootMembersReply>> getRootMembersMethod() const;
+    /// Takes the lock for the user. The value holds the lock id, 0 when nothing was locked. Later requests do
+    /// not carry it: to hold the lock, use Device::relock().
     std::shared_ptr<BoundMethod<dto::Device::LockReply>> getLockMethod(const std::string& user,
                                                                        const std::string& password) const;
+    /// Gives the lock back. The lock id is not forgotten: to release the lock, use Device::unlock().
     std::shared_ptr<Method> getUnlockMethod(const std::string& user, const std::string& password) const;
+    /// Asks for the server key, which tells a genuine device. Device::getKey() keeps it for
+    /// Device::checkTavoKey().
     std::shared_ptr<BoundMethod<dto::Device::KeyReply>> getGetKeyMethod() const;
+    /// Logs a user in by name. The value holds the challenge to answer with getCHAPResponseMethod().
     std::shared_ptr<BoundMethod<dto::Device::LoginReply>> getLoginMethod(const std::string& user) const;
-    /// Remote method "CHAPRespond". Only the bytes travel; `number` stays on this side. The value is the
-    /// bytes of the text that the device answers.
+    /// Answers the challenge of a login: remote method "CHAPRespond". The value is the bytes of the text that
+    /// the device answers.
+    /// @param number stays on this side; only the bytes travel.
     std::shared_ptr<BoundMethod<std::vector<unsigned char>>>
     getCHAPResponseMethod(std::vector<unsigned char> response, int number) const;
-    /// @throws SpecificationError always: the type's tables hold no "getMaxPacketSize".
+    /// Builds nothing: the type's tables hold no "getMaxPacketSize".
+    /// @throws SpecificationError always.
     std::shared_ptr<BoundMethod<dto::Base::IntegerReply>> getMaxPacketSizeMethod() const;
 
 protected:

@@ -4,7 +4,7 @@
 #include <tavo/client/object/type_factory.h>
 #include <tavo/client/transcode/base_tables.h>
 
-/// Tables of the "private" object: the eight methods of every object and nothing else.
+/// Tables of the "private" object, which has the eight methods of every object and no others.
 namespace TAVO::TAVOXTranscode::private_v1_0 {
 
 TAVO_API MethodRows rows() noexcept;
@@ -15,7 +15,8 @@ using DecoderList = DecoderListOf<rows>;
 
 namespace TAVO {
 
-/// Proxy of the "private" object, which has the methods of every object alone.
+/// Proxy of the "private" object, which has the operations of every object alone. Device::getPrivate() gives
+/// it.
 class TAVO_API Private_v1_0 : public Proxy<TAVOXTranscode::private_v1_0::rows> {
 protected:
     using Proxy::Proxy;

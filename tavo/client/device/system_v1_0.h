@@ -11,21 +11,42 @@
 
 namespace TAVO {
 
-/// Proxy of the "system" object, which controls the appliance itself. Its operations build calls and send
-/// nothing; each throws SpecificationError when the device does not list the method.
+/// Proxy of the "system" object, which controls the appliance itself: reset, firmware, clock and pauses.
+/// Device::getSystem() gives it. Pauses are most useful in a batch, between calls that take their time to
+/// have an effect.
+///
+/// @code
+/// const auto queue = std::make_shared<TAVO::MulticallQueue>();
+/// queue->add(power->getSetMethod(false));
+/// queue->add(device->getSystem()->getUSleepMethod(1000));
+/// queue->add(power->getSetMethod(true));
+/// device->multicall(queue);
+/// @endcode
+///
+/// Each operation builds a call and sends nothing, and throws SpecificationError when the device does not
+/// list the method. Nothing is checked on this side: the device judges the arguments and answers with the
+/// return code.
 class TAVO_API System_v1_0 : public Proxy<TAVOXTranscode::system_v1_0::rows> {
 public:
+    /// Resets the appliance.
     std::shared_ptr<Method> getDeviceResetMethod() const;
-    /// The image is copied. Which firmware a name stands for is the device's to define.
+    /// Gives the device new firmware.
+    /// @param name which firmware; the names are the device's to define.
+    /// @param image is copied.
     std::shared_ptr<Method> getFirmwareUpdateMethod(std::string name,
                                                     const std::vector<unsigned char>& image) const;
+    /// Asks for the status of the firmware of that name. The value holds two numbers, the device's to define.
     std::shared_ptr<BoundMethod<dto::system::FirmwareStatusReply>>
     getFirmwareStatusMethod(std::string name) const;
-    /// The device's clock; its unit is the device's to define.
+    /// Asks for the device's clock; its unit is the device's to define.
     std::shared_ptr<BoundMethod<long long>> getTimeGetMethod() const;
+    /// Sets the device's clock, in the device's unit.
     std::shared_ptr<Method> getTimeSetMethod(long long time) const;
-    /// Any number of microseconds, 0 and negative ones included: the device decides.
+    /// Makes the device sleep for so many microseconds. 0 and negative numbers travel like any other: the
+    /// device decides.
     std::shared_ptr<Method> getUSleepMethod(int microseconds) const;
+    /// Makes the device wait for so many microseconds. How it differs from getUSleepMethod() is the device's
+    /// to define.
     std::shared_ptr<Method> getUWaitMethod(int microseconds) const;
 
 protected:

@@ -8,12 +8,15 @@
 
 namespace TAVO::HWDebug {
 
-/// The child of that name; empty when there is none or it is no `Proxy`.
+/// The child of that name as the proxy class `Proxy`; empty when there is none or it is of another class. No
+/// call to the device.
 template <class Proxy>
 std::shared_ptr<Proxy> findChild(const Container& parent, const std::string& name) {
     return std::dynamic_pointer_cast<Proxy>(parent.getChild(name));
 }
 
+/// The same for a child that must be there.
+/// @param what what the child is called in the message.
 /// @throws SpecificationError `what` " object not found." where findChild() finds nothing.
 template <class Proxy>
 std::shared_ptr<Proxy> requireChild(const Container& parent, const std::string& name,
@@ -23,7 +26,7 @@ std::shared_ptr<Proxy> requireChild(const Container& parent, const std::string& 
     throw SpecificationError(what + " object not found.");
 }
 
-/// A child whose name is also what it is called in the message.
+/// The same for a child that is called by its name in the message.
 template <class Proxy>
 std::shared_ptr<Proxy> requireChild(const Container& parent, const std::string& name) {
     return requireChild<Proxy>(parent, name, name);

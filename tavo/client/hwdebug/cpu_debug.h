@@ -12,7 +12,7 @@
 #include <tavo/client/transcode/base_tables.h>
 #include <tavo/client/transcode/header_status_tables.h>
 
-/// Tables of the "cpuDebug" object, version 1.0: the eight methods of every object and nothing else.
+/// Tables of the "cpuDebug" object, version 1.0, which has the eight methods of every object and no others.
 namespace TAVO::TAVOXTranscode::cpuDebug_v1_0 {
 
 TAVO_API MethodRows rows() noexcept;
@@ -21,7 +21,8 @@ using DecoderList = DecoderListOf<rows>;
 
 } // namespace TAVO::TAVOXTranscode::cpuDebug_v1_0
 
-/// Method tables of the "cpuDebug" object, version 1.1. Shaped like every type's tables, see base_v1_0.
+/// The methods of the "cpuDebug" object, version 1.1: headerStatusGet alone; and its tables. Shaped like
+/// every type's namespace, see base_v1_0.
 namespace TAVO::TAVOXTranscode::cpuDebug_v1_1 {
 
 using headerStatus_v1_1::headerStatusGet;
@@ -37,7 +38,8 @@ TAVO_API extern DecoderFunction& decode_headerStatusGet;
 
 namespace TAVO::HWDebug {
 
-/// Proxy of a "cpuDebug" object of version 1.0: the debug interfaces of one processor socket.
+/// Proxy of a "cpuDebug" object of version 1.0, the debug interfaces of one processor socket. Use it to reach
+/// the socket's "jtag" and "hdt" objects, both of version 1.0; it has no other operations.
 class TAVO_API CpuDebug_v1_0 : public Proxy<TAVOXTranscode::cpuDebug_v1_0::rows> {
 public:
     /// The child "jtag". No call to the device.
@@ -56,13 +58,23 @@ private:
     std::shared_ptr<Hdt_v1_0> hdt_;
 };
 
-/// Proxy of a "cpuDebug" object: the debug interfaces of one processor socket.
+/// Proxy of a "cpuDebug" object of any version but 1.0, the debug interfaces of one processor socket. Use it
+/// to reach the socket's "jtag" and "hdt" objects without looking for them by name.
+///
+/// @code
+/// const auto cpu = std::dynamic_pointer_cast<CpuDebug_v1_1>(device->getChild("cpu0"));
+/// const auto powerGood = cpu->getHdt()->getIoPwrokGetMethod();
+/// const auto state = cpu->getJtag()->tapStateGetMethod();
+/// @endcode
 class TAVO_API CpuDebug_v1_1 : public Proxy<TAVOXTranscode::cpuDebug_v1_1::rows> {
 public:
     /// The child "jtag". No call to the device.
     std::shared_ptr<Jtag_v1_1> getJtag() const { return jtag_; }
     /// The child "hdt". No call to the device.
     std::shared_ptr<Hdt_v1_1> getHdt() const { return hdt_; }
+    /// Asks for the status of the socket's debug headers. It builds a call and sends nothing. The small h is
+    /// the published spelling; there is no "headerStatusClear".
+    /// @throws SpecificationError when the device does not list the method.
     std::shared_ptr<BoundMethod<HeaderResult>> getheaderStatusGetMethod() const;
 
 protected:

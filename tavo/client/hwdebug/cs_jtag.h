@@ -9,7 +9,7 @@
 #include <tavo/client/object/type_factory.h>
 #include <tavo/client/transcode/base_tables.h>
 
-/// Tables of the "csJtag" object: the eight methods of every object and nothing else.
+/// Tables of the "csJtag" object, which has the eight methods of every object and no others.
 namespace TAVO::TAVOXTranscode::csJtag_v1_0 {
 
 TAVO_API MethodRows rows() noexcept;
@@ -20,7 +20,13 @@ using DecoderList = DecoderListOf<rows>;
 
 namespace TAVO::HWDebug {
 
-/// Proxy of a "csJtag" object, a chip-select wrapper around a "jtag" object of version 1.1.
+/// Proxy of a "csJtag" object, a chip-select wrapper around a "jtag" object, which must not be of version
+/// 1.0. Use it to reach that object; it has no other operations.
+///
+/// @code
+/// const auto csJtag = std::dynamic_pointer_cast<CsJtag_v1_0>(device->getChild("csJtag"));
+/// const auto state = csJtag->getJtag()->tapStateGetMethod();
+/// @endcode
 class TAVO_API CsJtag_v1_0 : public Proxy<TAVOXTranscode::csJtag_v1_0::rows> {
 public:
     /// The child "jtag". No call to the device.

@@ -16,12 +16,13 @@
 #include <tavo/client/transcode/header_status_tables.h>
 #include <tavo/client/transcode/packet.h>
 
-/// Records of the "gpuDebug" object. The numbering of modes is the device's to define.
+/// Records of the "gpuDebug" object, the debug connector of a graphics processor. The numbering of header
+/// modes is the device's to define.
 namespace TAVO::dto::gpuDebug {
 
-/// "headerModeSet"
+/// "headerModeSet": the mode to put the connector in.
 struct TAVO_API HeaderModeSetRequest : request_packet {
-    std::int32_t mode = 0;
+    std::int32_t mode = 0; ///< by the device's numbering
     bool operator==(const HeaderModeSetRequest&) const = default;
     template <class Self = HeaderModeSetRequest>
     static constexpr auto fields() {
@@ -29,9 +30,9 @@ struct TAVO_API HeaderModeSetRequest : request_packet {
     }
 };
 
-/// "headerModeGet"
+/// "headerModeGet": the mode that the connector is in.
 struct TAVO_API HeaderModeGetReply : reply_packet {
-    std::int32_t mode = 0;
+    std::int32_t mode = 0; ///< by the device's numbering
     bool operator==(const HeaderModeGetReply&) const = default;
     template <class Self = HeaderModeGetReply>
     static constexpr auto fields() {
@@ -39,7 +40,7 @@ struct TAVO_API HeaderModeGetReply : reply_packet {
     }
 };
 
-/// "ioPxEnGet": the power-enable input.
+/// "ioPxEnGet": the level of the power-enable input.
 struct TAVO_API IoPxEnGetReply : reply_packet {
     bool level = false;
     bool operator==(const IoPxEnGetReply&) const = default;
@@ -51,7 +52,8 @@ struct TAVO_API IoPxEnGetReply : reply_packet {
 
 } // namespace TAVO::dto::gpuDebug
 
-/// Method tables of the "gpuDebug" object. Shaped like every type's tables, see base_v1_0.
+/// The methods of the "gpuDebug" object for Object_v1_0::make(), and their tables. Shaped like every type's
+/// namespace, see base_v1_0.
 namespace TAVO::TAVOXTranscode::gpuDebug_v1_0 {
 
 using headerStatus_v1_1::headerStatusGet;
@@ -72,8 +74,17 @@ TAVO_API extern DecoderFunction &decode_headerStatusGet, &decode_headerModeGet, 
 
 namespace TAVO::HWDebug {
 
-/// Proxy of a "gpuDebug" object, the debug connector of a graphics processor. Its operations build calls and
-/// send nothing; each throws SpecificationError when the device does not list the method.
+/// Proxy of a "gpuDebug" object, the debug connector of a graphics processor. Use it to reach the connector's
+/// "jtag", "gpuScan" and "i2c" objects, to set its header mode, and to read its power-enable input.
+///
+/// @code
+/// const auto gpu = std::dynamic_pointer_cast<GpuDebug_v1_0>(device->getChild("gpu0"));
+/// if (const auto i2c = gpu->getI2c()) // the only child that may be missing
+///     device->call(i2c->getTransferMethod(0x50, 0, {0}, 8));
+/// @endcode
+///
+/// Each operation builds a call and sends nothing, and throws SpecificationError when the device does not
+/// list the method. The numbering of header modes is the device's to define.
 class TAVO_API GpuDebug_v1_0 : public Proxy<TAVOXTranscode::gpuDebug_v1_0::rows> {
 public:
     /// The child "jtag". No call to the device.
@@ -83,10 +94,13 @@ public:
     /// The child "i2c"; empty when the object has none. No call to the device.
     std::shared_ptr<I2c_v1_0> getI2c() const { return i2c_; }
 
+    /// Asks for the header mode that the connector is in.
     std::shared_ptr<BoundMethod<dto::gpuDebug::HeaderModeGetReply>> getHeaderModeGetMethod() const;
+    /// Puts the connector in that header mode.
     std::shared_ptr<Method> getHeaderModeSetMethod(int mode) const;
-    /// The power-enable input.
+    /// Reads the level of the power-enable input. What it tells is the device's to define.
     std::shared_ptr<BoundMethod<dto::gpuDebug::IoPxEnGetReply>> getIoPxEnGetMethod() const;
+    /// Asks for the status of the debug headers. There is no "headerStatusClear".
     std::shared_ptr<BoundMethod<HeaderResult>> getHeaderStatusGetMethod() const;
 
 protected:

@@ -16,12 +16,12 @@
 #include <tavo/client/transcode/header_status_tables.h>
 #include <tavo/client/transcode/packet.h>
 
-/// Records of the "gpuScan" object.
+/// Records of the "gpuScan" object, a serial scan port.
 namespace TAVO::dto::gpuScan {
 
-/// "scan". The unit of the count is the device's to define.
+/// "scan": how much to scan.
 struct TAVO_API ScanRequest : request_packet {
-    std::int32_t count = 0;
+    std::int32_t count = 0; ///< bits or bytes: the unit is the device's to define
     bool operator==(const ScanRequest&) const = default;
     template <class Self = ScanRequest>
     static constexpr auto fields() {
@@ -29,7 +29,7 @@ struct TAVO_API ScanRequest : request_packet {
     }
 };
 
-/// "scan": the scanned bytes.
+/// "scan": the scanned data.
 struct TAVO_API ScanReply : reply_packet {
     std::vector<std::uint8_t> data;
     bool operator==(const ScanReply&) const = default;
@@ -41,7 +41,8 @@ struct TAVO_API ScanReply : reply_packet {
 
 } // namespace TAVO::dto::gpuScan
 
-/// Method tables of the "gpuScan" object. Shaped like every type's tables, see base_v1_0.
+/// The methods of the "gpuScan" object for Object_v1_0::make(), and their tables. Shaped like every type's
+/// namespace, see base_v1_0. Enable and header status are those of headerStatus_v1_1.
 namespace TAVO::TAVOXTranscode::gpuScan_v1_0 {
 
 using headerStatus_v1_1::enableGet, headerStatus_v1_1::enableSet, headerStatus_v1_1::headerStatusGet,
@@ -68,10 +69,10 @@ TAVO_API extern DecoderFunction &decode_scan, &decode_optionSckFrequencyGet, &de
 
 namespace TAVO::HWDebug {
 
-/// Results of GpuScan_v1_0.
+/// What the operations of GpuScan_v1_0 yield. BoundMethod::value() makes them from the replies.
 namespace GpuScan_v1_0_Structs {
 
-/// The scanned bytes.
+/// The scanned data. Unlike the others it does not convert back to its reply.
 struct TAVO_API ScanGet {
     ScanGet() = default;
     ScanGet(const dto::gpuScan::ScanReply& reply);
@@ -86,6 +87,8 @@ struct TAVO_API ScanGet {
     }
 };
 
+/// Two flags of the pin SCK, the device's to define; each is true for any byte but 0. Converts back to its
+/// reply.
 struct TAVO_API GpuScanIoSck {
     GpuScanIoSck() = default;
     GpuScanIoSck(const dto::Header::IoGetReply& reply);
@@ -102,6 +105,7 @@ struct TAVO_API GpuScanIoSck {
     }
 };
 
+/// The frequency of SCK. Converts back to its reply.
 struct TAVO_API GpuScanSckFrequency {
     GpuScanSckFrequency() = default;
     GpuScanSckFrequency(const dto::Base::FrequencyGetReply& reply);
@@ -109,8 +113,8 @@ struct TAVO_API GpuScanSckFrequency {
     explicit GpuScanSckFrequency(const dto::result& outcome);
     operator dto::Base::FrequencyGetReply() const;
 
-    std::uint64_t frequency = 0;
-    std::int32_t value = 0;
+    std::uint64_t frequency = 0; ///< in the device's unit
+    std::int32_t value = 0;      ///< the device's to define
     bool operator==(const GpuScanSckFrequency&) const = default;
     template <class Self = GpuScanSckFrequency>
     static constexpr auto fields() {
@@ -120,20 +124,43 @@ struct TAVO_API GpuScanSckFrequency {
 
 } // namespace GpuScan_v1_0_Structs
 
-/// Proxy of a "gpuScan" object, a serial scan port. Its operations build calls and
-/// send nothing; each throws SpecificationError when the device does not list the method.
+/// Proxy of a "gpuScan" object, the serial scan port of a graphics processor, with a clock (SCK) and a data
+/// output (SDO). Use it to scan data out, or to drive the clock and read the output by hand. It is a child of
+/// a "gpuDebug" object.
+///
+/// @code
+/// const auto bits = scan->getScanMethod(64);
+/// device->call(bits);
+/// use(bits->value().data);
+/// @endcode
+///
+/// Each operation builds a call and sends nothing, and throws SpecificationError when the device does not
+/// list the method. Nothing is checked on this side: the device judges counts and frequencies and answers
+/// with the return code.
 class TAVO_API GpuScan_v1_0 : public Proxy<TAVOXTranscode::gpuScan_v1_0::rows> {
 public:
+    /// Scans out so much data, in bits or bytes: the unit is the device's to define. 0 is sent like any other
+    /// number.
     std::shared_ptr<BoundMethod<GpuScan_v1_0_Structs::ScanGet>> getScanMethod(int count) const;
+    /// Asks for the frequency of SCK, in the device's unit, and a further integer, the device's to define.
     std::shared_ptr<BoundMethod<GpuScan_v1_0_Structs::GpuScanSckFrequency>>
     getOptionSckFrequencyGetMethod() const;
+    /// Sets the frequency of SCK, in the device's unit.
     std::shared_ptr<Method> getOptionSckFrequencySetMethod(int frequency) const;
+    /// Reads the pin SCK. The value holds two flags, the device's to define.
     std::shared_ptr<BoundMethod<GpuScan_v1_0_Structs::GpuScanIoSck>> getIoSckGetMethod() const;
+    /// Drives the pin SCK. The two flags are the device's to define; getIoSckGetMethod() gives them in the
+    /// same order.
     std::shared_ptr<Method> getIoSckSetMethod(bool first, bool second) const;
+    /// Reads the level of SDO.
     std::shared_ptr<BoundMethod<dto::Header::iGetReply>> getIoSdoGetMethod() const;
+    /// Asks whether the port is enabled.
     std::shared_ptr<BoundMethod<dto::Header::EnableGetReply>> getEnableGetMethod() const;
+    /// Enables the port or disables it.
     std::shared_ptr<Method> getEnableSetMethod(bool enable) const;
+    /// Asks for the status of the debug headers.
     std::shared_ptr<BoundMethod<HeaderResult>> getHeaderStatusGetMethod() const;
+    /// Clears the status of the debug headers.
     std::shared_ptr<Method> getHeaderStatusClearMethod() const;
 
 protected:

@@ -12,10 +12,14 @@
 #include <tavo/client/transcode/header_records.h>
 #include <tavo/client/transcode/header_status_tables.h>
 
-/// Method tables of the "hdt" object, version 1.0. Shaped like every type's tables, see base_v1_0.
+/// The methods of the "hdt" object, version 1.0, for Object_v1_0::make(), and their tables. Shaped like every
+/// type's namespace, see base_v1_0. Beside those below there are the enableGet and enableSet of
+/// headerStatus_v1_1.
 namespace TAVO::TAVOXTranscode::hdt_v1_0 {
 
 using headerStatus_v1_1::enableGet, headerStatus_v1_1::enableSet;
+/// @name Signals and snapshots
+/// @{
 inline constexpr Call<None, dto::Header::iGetReply> ioDbreqGet{"ioDbreqGet"};
 inline constexpr Call<dto::Header::iSetRequest> ioDbreqSet{"ioDbreqSet"};
 inline constexpr Call<None, dto::hdt::ioDbrdyReply> ioDbrdyGet{"ioDbrdyGet"};
@@ -23,6 +27,9 @@ inline constexpr Call<None, dto::hdt::ioDbrdySnapshotReply> ioDbrdySnapshotGet{"
 inline constexpr Call<> ioDbrdySnapshotClear{"ioDbrdySnapshotClear"};
 inline constexpr Call<None, dto::Header::iGetReply> ioResetGet{"ioResetGet"};
 inline constexpr Call<None, dto::Header::iGetReply> ioPwrokGet{"ioPwrokGet"};
+/// @}
+/// @name Options
+/// @{
 inline constexpr Call<dto::hdt::OptionDbreqOnDbrdySetRequest> optionDbreqOnDbrdySet{"optionDbreqOnDbrdySet"};
 inline constexpr Call<None, dto::hdt::OptionDbreqOnDbrdyGetReply> optionDbreqOnDbrdyGet{
     "optionDbreqOnDbrdyGet"};
@@ -33,6 +40,7 @@ inline constexpr Call<dto::hdt::OptionDbreqPulseWidthRequest> optionDbreqPulseWi
 inline constexpr Call<None, dto::hdt::OptionDbreqPulseWidthReply> optionDbreqPulseWidthGet{
     "optionDbreqPulseWidthGet"};
 inline constexpr Call<None, dto::hdt::FrequencyGetReply> frequencyGet{"frequencyGet"};
+/// @}
 
 TAVO_API MethodRows rows() noexcept;
 using EncoderList = EncoderListOf<rows>;
@@ -51,7 +59,9 @@ TAVO_API extern DecoderFunction &decode_ioDbreqGet, &decode_ioDbreqSet, &decode_
 
 } // namespace TAVO::TAVOXTranscode::hdt_v1_0
 
-/// Method tables of the "hdt" object, version 1.1. Shaped like every type's tables, see base_v1_0.
+/// The methods of the "hdt" object, version 1.1, for Object_v1_0::make(), and their tables. Shaped like every
+/// type's namespace, see base_v1_0. They are those of hdt_v1_0 but for its frequencyGet, those of the header
+/// status, and these.
 namespace TAVO::TAVOXTranscode::hdt_v1_1 {
 
 using hdt_v1_0::ioDbreqGet, hdt_v1_0::ioDbreqSet, hdt_v1_0::ioDbrdyGet, hdt_v1_0::ioDbrdySnapshotGet,
@@ -60,6 +70,8 @@ using hdt_v1_0::ioDbreqGet, hdt_v1_0::ioDbreqSet, hdt_v1_0::ioDbrdyGet, hdt_v1_0
     hdt_v1_0::optionDbreqOnResetGet, hdt_v1_0::optionDbreqPulseWidthSet, hdt_v1_0::optionDbreqPulseWidthGet;
 using headerStatus_v1_1::enableGet, headerStatus_v1_1::enableSet, headerStatus_v1_1::headerStatusGet,
     headerStatus_v1_1::headerStatusClear;
+/// @name Signals and snapshots
+/// @{
 inline constexpr Call<dto::hdt::ioDbrdyWaitRequest> ioDbrdyWait{"ioDbrdyWait"};
 inline constexpr Call<None, dto::hdt::ioDbreqSourceSnapshotReply> ioDbreqSourceSnapshotGet{
     "ioDbreqSourceSnapshotGet"};
@@ -67,6 +79,9 @@ inline constexpr Call<> ioDbreqSourceSnapshotClear{"ioDbreqSourceSnapshotClear"}
 inline constexpr Call<dto::hdt::ioTriggerSetRequest> ioTriggerSet{"ioTriggerSet"};
 inline constexpr Call<dto::hdt::ioTriggerGetRequest, dto::hdt::ioTriggerGetReply> ioTriggerGet{
     "ioTriggerGet"};
+/// @}
+/// @name Options
+/// @{
 inline constexpr Call<dto::hdt::OptionDbreqOnTriggerSetRequest> optionDbreqOnTriggerSet{
     "optionDbreqOnTriggerSet"};
 inline constexpr Call<None, dto::hdt::OptionDbreqOnTriggerGetReply> optionDbreqOnTriggerGet{
@@ -77,6 +92,7 @@ inline constexpr Call<None, dto::hdt::FrequencyGetReply> optionFrequencyGet{"opt
 inline constexpr Call<dto::hdt::OptionTriggerSetupSetRequest> optionTriggerSetupSet{"optionTriggerSetupSet"};
 inline constexpr Call<dto::hdt::OptionTriggerSetupGetRequest, dto::hdt::OptionTriggerSetupGetReply>
     optionTriggerSetupGet{"optionTriggerSetupGet"};
+/// @}
 
 TAVO_API MethodRows rows() noexcept;
 using EncoderList = EncoderListOf<rows>;
@@ -105,30 +121,58 @@ TAVO_API extern DecoderFunction &decode_ioDbreqGet, &decode_ioDbreqSet, &decode_
 
 namespace TAVO::HWDebug {
 
-/// What the proxies of all versions of an "hdt" object have: the debug signals of a target processor. Its
-/// operations build calls and send nothing; each throws SpecificationError when the device does not list the
-/// method. Units and codes are the device's to define.
+/// What the proxies of all versions of an "hdt" object have: the debug signals of a target processor. Use it
+/// to assert the debug request (DBREQ), to read the debug-ready lines (DBRDY, one for each core), and to
+/// watch reset and power-good. It is a child of a "cpuDebug" object.
+///
+/// @code
+/// const auto halted = hdt->getIoDbrdyGetMethod();
+/// const auto queue = std::make_shared<TAVO::MulticallQueue>();
+/// queue->add(hdt->getIoDbreqSetMethod(true));
+/// queue->add(device->getSystem()->getUSleepMethod(100));
+/// queue->add(halted);
+/// device->multicall(queue);
+/// const std::vector<bool> cores = halted->value();
+/// @endcode
+///
+/// Each operation builds a call and sends nothing, and throws SpecificationError when the device does not
+/// list the method. Nothing is checked on this side: the device judges indices and widths and answers with
+/// the return code. Units and codes are the device's to define.
 class TAVO_API Hdt : public Object_v1_0 {
 public:
     ~Hdt() override;
 
+    /// Asks whether the interface is enabled.
     std::shared_ptr<BoundMethod<dto::Header::EnableGetReply>> getEnableGetMethod() const;
+    /// Enables the interface or disables it.
     std::shared_ptr<Method> getEnableSetMethod(bool enable) const;
+    /// Reads the level of the debug request, DBREQ.
     std::shared_ptr<BoundMethod<dto::Header::iGetReply>> getIoDbreqGetMethod() const;
+    /// Drives the debug request, DBREQ.
     std::shared_ptr<Method> getIoDbreqSetMethod(bool level) const;
-    /// One element for each DBRDY line.
+    /// Reads the debug-ready lines, DBRDY. The value has one element for each line.
     std::shared_ptr<BoundMethod<std::vector<bool>>> getIoDbrdyGetMethod() const;
-    /// One element for each DBRDY line.
+    /// Asks for the snapshot of the debug-ready lines. The value has one element for each line. The capital S
+    /// is the published spelling; the remote method is "ioDbrdySnapshotGet".
     std::shared_ptr<BoundMethod<std::vector<bool>>> getIoDbrdySnapShotGetMethod() const;
+    /// Clears the snapshot of the debug-ready lines.
     std::shared_ptr<Method> getIoDbrdySnapshotClearMethod() const;
+    /// Reads the level of the reset input.
     std::shared_ptr<BoundMethod<dto::Header::iGetReply>> getIoResetGetMethod() const;
+    /// Reads the level of the power-good input.
     std::shared_ptr<BoundMethod<dto::Header::iGetReply>> getIoPwrokGetMethod() const;
+    /// Asks whether the device asserts DBREQ on its own on DBRDY.
     std::shared_ptr<BoundMethod<dto::hdt::OptionDbreqOnDbrdyGetReply>> getOptionDbreqOnDbrdyGetMethod() const;
+    /// Makes the device assert DBREQ on its own on DBRDY, or no longer.
     std::shared_ptr<Method> getOptionDbreqOnDbrdySetMethod(bool enable) const;
+    /// Asks whether the device asserts DBREQ on its own on reset.
     std::shared_ptr<BoundMethod<dto::hdt::OptionDbreqOnResetReply>> getOptionDbreqOnResetGetMethod() const;
+    /// Makes the device assert DBREQ on its own on reset, or no longer.
     std::shared_ptr<Method> getOptionDbreqOnResetSetMethod(bool enable) const;
+    /// Asks how long DBREQ is asserted, in the device's unit.
     std::shared_ptr<BoundMethod<dto::hdt::OptionDbreqPulseWidthReply>>
     getOptionDbreqPulseWidthGetMethod() const;
+    /// Sets how long DBREQ is asserted, in the device's unit.
     std::shared_ptr<Method> getOptionDbreqPulseWidthSetMethod(int pulseWidth) const;
 
 protected:
@@ -136,38 +180,57 @@ protected:
         std::shared_ptr<Container> parent, const EncoderList& encoders, const DecoderList& decoders);
 };
 
-/// Proxy of an "hdt" object up to version 1.0.
+/// Proxy of an "hdt" object up to version 1.0: the operations of Hdt. Its "frequencyGet" has no operation:
+/// make(hdt_v1_0::frequencyGet) calls it.
 class TAVO_API Hdt_v1_0 : public Proxy<TAVOXTranscode::hdt_v1_0::rows, Hdt> {
 protected:
     using Proxy::Proxy;
 };
 
-/// Proxy of an "hdt" object above version 1.0.
+/// Proxy of an "hdt" object above version 1.0: the operations of Hdt, and besides triggers, a mask over the
+/// DBRDY lines, the source of a debug request, and the status of the debug headers. What Hdt says of
+/// operations holds here too.
 class TAVO_API Hdt_v1_1 : public Proxy<TAVOXTranscode::hdt_v1_1::rows, Hdt> {
 public:
+    /// Asks for a frequency, in the device's unit; which one is the device's to define.
     std::shared_ptr<BoundMethod<dto::hdt::FrequencyGetReply>> getOptionFrequencyGetMethod() const;
-    /// The reply itself, unlike the other debug modules' HeaderResult.
+    /// Asks for the status of the debug headers. The value is the reply itself, where other modules give a
+    /// HeaderResult.
     std::shared_ptr<BoundMethod<dto::Base::HeaderStatusGetReply>> getHeaderStatusGetMethod() const;
+    /// Clears the status of the debug headers.
     std::shared_ptr<Method> getHeaderStatusClearMethod() const;
+    /// Asks where the debug request came from: a code, the device's to define.
     std::shared_ptr<BoundMethod<dto::hdt::ioDbreqSourceSnapshotReply>>
     getIoDbreqSourceSnapshotGetMethod() const;
+    /// Clears the source of the debug request.
     std::shared_ptr<Method> getIoDbreqSourceSnapshotClearMethod() const;
+    /// Reads the level of the trigger with that index.
     std::shared_ptr<BoundMethod<dto::hdt::ioTriggerGetReply>> getIoTriggerGetMethod(int index) const;
+    /// Drives the trigger with that index.
     std::shared_ptr<Method> getIoTriggerSetMethod(int index, bool level) const;
+    /// Asks for the four values that make the device assert DBREQ on its own on a trigger; they are the
+    /// device's to define.
     std::shared_ptr<BoundMethod<dto::hdt::OptionDbreqOnTriggerGetReply>>
     getOptionDbreqOnTriggerGetMethod() const;
+    /// Makes the device assert DBREQ on its own on a trigger, or no longer. What each of the four values
+    /// means is the device's to define.
     std::shared_ptr<Method> getOptionDbreqOnTriggerSetMethod(bool flag1, int value1, bool flag2,
                                                              int value2) const;
+    /// Asks for the mask over the DBRDY lines. The value holds one byte for each line.
     std::shared_ptr<BoundMethod<dto::hdt::OptionDbrdyMaskGetReply>> getOptionDbrdyMaskGetMethod() const;
-    /// One element for each DBRDY line. (The name without "Method" is the published one.)
+    /// Sets the mask over the DBRDY lines, one element for each line. The name without "Method" is the
+    /// published one.
     std::shared_ptr<Method> getOptionDbrdyMaskSet(const std::vector<bool>& mask) const;
+    /// Asks for the setup of the trigger with that index: seven values, the device's to define.
     std::shared_ptr<BoundMethod<dto::hdt::OptionTriggerSetupGetReply>>
     getOptionTriggerSetupGetMethod(int index) const;
+    /// Sets up the trigger with that index. What each of the seven values means is the device's to define.
     std::shared_ptr<Method> getOptionTriggerSetupSetMethod(int index, int value1, int value2, int value3,
                                                            int value4, int value5, int value6,
                                                            int value7) const;
+    /// Builds nothing. The remote method "ioDbrdyWait" is called with make(hdt_v1_1::ioDbrdyWait, lines,
+    /// timeout), the lines as bytes.
     /// @throws std::runtime_error "getIoDbrdyWait not supported on kelvor " (with the trailing blank) always.
-    /// The remote method can be called by name.
     std::shared_ptr<Method> getIoDbrdyWaitMethod(const std::vector<dto::Header::IoGetReply>& lines,
                                                  int timeout) const;
 

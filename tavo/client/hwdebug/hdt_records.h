@@ -7,13 +7,14 @@
 #include <tavo/client/transcode/field.h>
 #include <tavo/client/transcode/packet.h>
 
-/// Records of the "hdt" object. Units, codes, and what a neutrally named member stands for are the device's
-/// to define.
+/// Records of the "hdt" object, the debug signals of a target processor: the debug request (DBREQ), one
+/// debug-ready line for each core (DBRDY), reset, power-good and triggers. Units, codes, and what a neutrally
+/// named member stands for are the device's to define.
 namespace TAVO::dto::hdt {
 
-/// "ioDbrdyGet": one byte for each DBRDY line.
+/// "ioDbrdyGet": the DBRDY lines as they are.
 struct TAVO_API ioDbrdyReply : reply_packet {
-    std::vector<std::uint8_t> lines;
+    std::vector<std::uint8_t> lines; ///< one byte for each line; any but 0 is true
     bool operator==(const ioDbrdyReply&) const = default;
     template <class Self = ioDbrdyReply>
     static constexpr auto fields() {
@@ -21,9 +22,9 @@ struct TAVO_API ioDbrdyReply : reply_packet {
     }
 };
 
-/// "ioDbrdySnapshotGet": one byte for each DBRDY line.
+/// "ioDbrdySnapshotGet": the snapshot of the DBRDY lines.
 struct TAVO_API ioDbrdySnapshotReply : reply_packet {
-    std::vector<std::uint8_t> lines;
+    std::vector<std::uint8_t> lines; ///< one byte for each line; any but 0 is true
     bool operator==(const ioDbrdySnapshotReply&) const = default;
     template <class Self = ioDbrdySnapshotReply>
     static constexpr auto fields() {
@@ -31,10 +32,10 @@ struct TAVO_API ioDbrdySnapshotReply : reply_packet {
     }
 };
 
-/// "ioDbrdyWait" of version 1.1.
+/// "ioDbrdyWait" of version 1.1: which DBRDY lines to wait for, and how long.
 struct TAVO_API ioDbrdyWaitRequest : request_packet {
-    std::vector<std::uint8_t> lines;
-    std::int32_t timeout = 0;
+    std::vector<std::uint8_t> lines; ///< one byte for each line
+    std::int32_t timeout = 0;        ///< in the device's unit
     bool operator==(const ioDbrdyWaitRequest&) const = default;
     template <class Self = ioDbrdyWaitRequest>
     static constexpr auto fields() {
@@ -42,9 +43,9 @@ struct TAVO_API ioDbrdyWaitRequest : request_packet {
     }
 };
 
-/// "ioDbreqSourceSnapshotGet" of version 1.1.
+/// "ioDbreqSourceSnapshotGet" of version 1.1: where the debug request came from.
 struct TAVO_API ioDbreqSourceSnapshotReply : reply_packet {
-    std::int32_t source = 0;
+    std::int32_t source = 0; ///< a code, the device's to define
     bool operator==(const ioDbreqSourceSnapshotReply&) const = default;
     template <class Self = ioDbreqSourceSnapshotReply>
     static constexpr auto fields() {
@@ -54,7 +55,7 @@ struct TAVO_API ioDbreqSourceSnapshotReply : reply_packet {
 
 /// "ioTriggerGet" of version 1.1.
 struct TAVO_API ioTriggerGetRequest : request_packet {
-    std::int32_t index = 0;
+    std::int32_t index = 0; ///< which trigger
     bool operator==(const ioTriggerGetRequest&) const = default;
     template <class Self = ioTriggerGetRequest>
     static constexpr auto fields() {
@@ -62,7 +63,7 @@ struct TAVO_API ioTriggerGetRequest : request_packet {
     }
 };
 
-/// "ioTriggerGet" of version 1.1.
+/// "ioTriggerGet" of version 1.1: the level of the trigger.
 struct TAVO_API ioTriggerGetReply : reply_packet {
     bool level = false;
     bool operator==(const ioTriggerGetReply&) const = default;
@@ -72,9 +73,9 @@ struct TAVO_API ioTriggerGetReply : reply_packet {
     }
 };
 
-/// "ioTriggerSet" of version 1.1.
+/// "ioTriggerSet" of version 1.1: the level to give a trigger.
 struct TAVO_API ioTriggerSetRequest : request_packet {
-    std::int32_t index = 0;
+    std::int32_t index = 0; ///< which trigger
     bool level = false;
     bool operator==(const ioTriggerSetRequest&) const = default;
     template <class Self = ioTriggerSetRequest>
@@ -83,7 +84,7 @@ struct TAVO_API ioTriggerSetRequest : request_packet {
     }
 };
 
-/// "optionDbreqOnDbrdySet"
+/// "optionDbreqOnDbrdySet": whether the device asserts DBREQ on its own on DBRDY.
 struct TAVO_API OptionDbreqOnDbrdySetRequest : request_packet {
     bool enable = false;
     bool operator==(const OptionDbreqOnDbrdySetRequest&) const = default;
@@ -96,7 +97,7 @@ struct TAVO_API OptionDbreqOnDbrdySetRequest : request_packet {
 /// The other name of the same record.
 using OptionDbreqOnDbrdyRequest = OptionDbreqOnDbrdySetRequest;
 
-/// "optionDbreqOnDbrdyGet"
+/// "optionDbreqOnDbrdyGet": whether the device asserts DBREQ on its own on DBRDY.
 struct TAVO_API OptionDbreqOnDbrdyGetReply : reply_packet {
     bool enable = false;
     bool operator==(const OptionDbreqOnDbrdyGetReply&) const = default;
@@ -106,7 +107,7 @@ struct TAVO_API OptionDbreqOnDbrdyGetReply : reply_packet {
     }
 };
 
-/// "optionDbreqOnResetSet"
+/// "optionDbreqOnResetSet": whether the device asserts DBREQ on its own on reset.
 struct TAVO_API OptionDbreqOnResetRequest : request_packet {
     bool enable = false;
     bool operator==(const OptionDbreqOnResetRequest&) const = default;
@@ -116,7 +117,7 @@ struct TAVO_API OptionDbreqOnResetRequest : request_packet {
     }
 };
 
-/// "optionDbreqOnResetGet"
+/// "optionDbreqOnResetGet": whether the device asserts DBREQ on its own on reset.
 struct TAVO_API OptionDbreqOnResetReply : reply_packet {
     bool enable = false;
     bool operator==(const OptionDbreqOnResetReply&) const = default;
@@ -126,7 +127,8 @@ struct TAVO_API OptionDbreqOnResetReply : reply_packet {
     }
 };
 
-/// "optionDbreqOnTriggerSet" of version 1.1.
+/// "optionDbreqOnTriggerSet" of version 1.1: whether the device asserts DBREQ on its own on a trigger: four
+/// values, the device's to define.
 struct TAVO_API OptionDbreqOnTriggerSetRequest : request_packet {
     bool flag1 = false;
     std::int32_t value1 = 0;
@@ -140,7 +142,7 @@ struct TAVO_API OptionDbreqOnTriggerSetRequest : request_packet {
     }
 };
 
-/// "optionDbreqOnTriggerGet" of version 1.1.
+/// "optionDbreqOnTriggerGet" of version 1.1: the four values that "optionDbreqOnTriggerSet" takes.
 struct TAVO_API OptionDbreqOnTriggerGetReply : reply_packet {
     bool flag1 = false;
     std::int32_t value1 = 0;
@@ -154,9 +156,9 @@ struct TAVO_API OptionDbreqOnTriggerGetReply : reply_packet {
     }
 };
 
-/// "optionDbreqPulseWidthSet"
+/// "optionDbreqPulseWidthSet": how long DBREQ is asserted.
 struct TAVO_API OptionDbreqPulseWidthRequest : request_packet {
-    std::int32_t pulseWidth = 0;
+    std::int32_t pulseWidth = 0; ///< in the device's unit
     bool operator==(const OptionDbreqPulseWidthRequest&) const = default;
     template <class Self = OptionDbreqPulseWidthRequest>
     static constexpr auto fields() {
@@ -164,9 +166,9 @@ struct TAVO_API OptionDbreqPulseWidthRequest : request_packet {
     }
 };
 
-/// "optionDbreqPulseWidthGet"
+/// "optionDbreqPulseWidthGet": how long DBREQ is asserted.
 struct TAVO_API OptionDbreqPulseWidthReply : reply_packet {
-    std::int32_t pulseWidth = 0;
+    std::int32_t pulseWidth = 0; ///< in the device's unit
     bool operator==(const OptionDbreqPulseWidthReply&) const = default;
     template <class Self = OptionDbreqPulseWidthReply>
     static constexpr auto fields() {
@@ -174,9 +176,9 @@ struct TAVO_API OptionDbreqPulseWidthReply : reply_packet {
     }
 };
 
-/// "optionDbrdyMaskSet" of version 1.1: one byte, 0 or 1, for each DBRDY line.
+/// "optionDbrdyMaskSet" of version 1.1: a mask over the DBRDY lines.
 struct TAVO_API OptionDbrdyMaskSetRequest : request_packet {
-    std::vector<std::uint8_t> mask;
+    std::vector<std::uint8_t> mask; ///< one byte, 0 or 1, for each line
     bool operator==(const OptionDbrdyMaskSetRequest&) const = default;
     template <class Self = OptionDbrdyMaskSetRequest>
     static constexpr auto fields() {
@@ -184,9 +186,9 @@ struct TAVO_API OptionDbrdyMaskSetRequest : request_packet {
     }
 };
 
-/// "optionDbrdyMaskGet" of version 1.1.
+/// "optionDbrdyMaskGet" of version 1.1: the mask over the DBRDY lines.
 struct TAVO_API OptionDbrdyMaskGetReply : reply_packet {
-    std::vector<std::uint8_t> mask;
+    std::vector<std::uint8_t> mask; ///< one byte for each line
     bool operator==(const OptionDbrdyMaskGetReply&) const = default;
     template <class Self = OptionDbrdyMaskGetReply>
     static constexpr auto fields() {
@@ -194,10 +196,10 @@ struct TAVO_API OptionDbrdyMaskGetReply : reply_packet {
     }
 };
 
-/// "frequencyGet" of version 1.0, "optionFrequencyGet" of version 1.1: the frequency alone, unlike
+/// "frequencyGet" of version 1.0, "optionFrequencyGet" of version 1.1: a frequency alone, unlike
 /// dto::Base::FrequencyGetReply.
 struct TAVO_API FrequencyGetReply : reply_packet {
-    std::uint64_t frequency = 0;
+    std::uint64_t frequency = 0; ///< in the device's unit
     bool operator==(const FrequencyGetReply&) const = default;
     template <class Self = FrequencyGetReply>
     static constexpr auto fields() {
@@ -205,9 +207,10 @@ struct TAVO_API FrequencyGetReply : reply_packet {
     }
 };
 
-/// "optionTriggerSetupSet" of version 1.1: the trigger and its setup.
+/// "optionTriggerSetupSet" of version 1.1: a trigger, and the seven values of its setup, the device's to
+/// define.
 struct TAVO_API OptionTriggerSetupSetRequest : request_packet {
-    std::int32_t index = 0;
+    std::int32_t index = 0; ///< which trigger
     std::int32_t value1 = 0;
     std::int32_t value2 = 0;
     std::int32_t value3 = 0;
@@ -227,7 +230,7 @@ struct TAVO_API OptionTriggerSetupSetRequest : request_packet {
 
 /// "optionTriggerSetupGet" of version 1.1.
 struct TAVO_API OptionTriggerSetupGetRequest : request_packet {
-    std::int32_t index = 0;
+    std::int32_t index = 0; ///< which trigger
     bool operator==(const OptionTriggerSetupGetRequest&) const = default;
     template <class Self = OptionTriggerSetupGetRequest>
     static constexpr auto fields() {
@@ -235,7 +238,7 @@ struct TAVO_API OptionTriggerSetupGetRequest : request_packet {
     }
 };
 
-/// "optionTriggerSetupGet" of version 1.1: the setup without the index.
+/// "optionTriggerSetupGet" of version 1.1: the seven values of the setup, without the index.
 struct TAVO_API OptionTriggerSetupGetReply : reply_packet {
     std::int32_t value1 = 0;
     std::int32_t value2 = 0;

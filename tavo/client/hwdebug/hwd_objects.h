@@ -4,7 +4,9 @@
 
 namespace TAVO::HWDebug {
 
-/// The object types of the hardware-debug interfaces.
+/// The object types of the hardware-debug interfaces: "jtag", "csJtag", "hdt", "cpuDebug", "i2c", "gpuScan",
+/// "gpuDebug", "kelvorGpuDebugMux", "kelvorUvdMux", "lpc", "lpcPostCode" and "lpcRomEmulation". Objects of a
+/// type whose group is not registered appear in the tree with the operations of every object alone.
 class TAVO_API HwdObjects {
 public:
     /// Call it once before opening devices: it makes sure that the factories of the group are part of the

@@ -15,13 +15,19 @@
 #include <tavo/client/transcode/field.h>
 #include <tavo/client/transcode/header_status_tables.h>
 
-/// Method tables of the "i2c" object. Shaped like every type's tables, see base_v1_0.
+/// The methods of the "i2c" object for Object_v1_0::make(), and their tables. Shaped like every type's
+/// namespace, see base_v1_0. The header status is that of headerStatus_v1_1.
 namespace TAVO::TAVOXTranscode::i2c_v1_0 {
 
 using headerStatus_v1_1::headerStatusGet, headerStatus_v1_1::headerStatusClear;
+/// @name Transfers
+/// @{
 inline constexpr Call<dto::i2c::TransferRequest, dto::i2c::TransferReply> transfer{"transfer"};
 inline constexpr Call<dto::i2c::ReadRequest, dto::i2c::ReadReply> read{"read"};
 inline constexpr Call<dto::i2c::WriteRequest, dto::i2c::WriteReply> write{"write"};
+/// @}
+/// @name Options
+/// @{
 inline constexpr Call<None, dto::Base::FrequencyGetReply> optionSclFrequencyGet{"optionSclFrequencyGet"};
 inline constexpr Call<dto::Jtag::OptionTckFrequencySetRequest> optionSclFrequencySet{"optionSclFrequencySet"};
 inline constexpr Call<None, dto::i2c::OptionAddressRetryLimitGetReply> optionAddressRetryLimitGet{
@@ -32,6 +38,7 @@ inline constexpr Call<None, dto::i2c::OptionTimeoutGetReply> optionTimeoutGet{"o
 inline constexpr Call<dto::i2c::OptionTimeoutSetRequest> optionTimeoutSet{"optionTimeoutSet"};
 inline constexpr Call<None, dto::i2c::OptionAckGetReply> optionAckGet{"optionAckGet"};
 inline constexpr Call<dto::i2c::OptionAckSetRequest> optionAckSet{"optionAckSet"};
+/// @}
 
 TAVO_API MethodRows rows() noexcept;
 using EncoderList = EncoderListOf<rows>;
@@ -50,9 +57,11 @@ TAVO_API extern DecoderFunction &decode_transfer, &decode_read, &decode_write, &
 
 namespace TAVO::HWDebug {
 
-/// Results of I2c_v1_0; each converts back to the reply that it is made from.
+/// What the operations of I2c_v1_0 yield. BoundMethod::value() makes them from the replies, and each converts
+/// back to its reply.
 namespace I2c_v1_0_Structs {
 
+/// What a transfer brought: two integers, the device's to define, and the bytes that were read.
 struct TAVO_API I2cTransfer {
     I2cTransfer() = default;
     I2cTransfer(const dto::i2c::TransferReply& reply);
@@ -71,6 +80,7 @@ struct TAVO_API I2cTransfer {
     }
 };
 
+/// What a read brought: an integer, the device's to define, and the bytes that were read.
 struct TAVO_API I2cRead {
     I2cRead() = default;
     I2cRead(const dto::i2c::ReadReply& reply);
@@ -87,6 +97,7 @@ struct TAVO_API I2cRead {
     }
 };
 
+/// Two flags about acknowledging, the device's to define; each is true for any byte but 0.
 struct TAVO_API I2cAck {
     I2cAck() = default;
     I2cAck(const dto::i2c::OptionAckGetReply& reply);
@@ -103,6 +114,7 @@ struct TAVO_API I2cAck {
     }
 };
 
+/// Two timeouts, the device's to define.
 struct TAVO_API I2cTimeout {
     I2cTimeout() = default;
     I2cTimeout(const dto::i2c::OptionTimeoutGetReply& reply);
@@ -119,6 +131,7 @@ struct TAVO_API I2cTimeout {
     }
 };
 
+/// The frequency of SCL.
 struct TAVO_API I2cSclFrequency {
     I2cSclFrequency() = default;
     I2cSclFrequency(const dto::Base::FrequencyGetReply& reply);
@@ -126,8 +139,8 @@ struct TAVO_API I2cSclFrequency {
     explicit I2cSclFrequency(const dto::result& outcome);
     operator dto::Base::FrequencyGetReply() const;
 
-    std::uint64_t frequency = 0;
-    std::int32_t value = 0;
+    std::uint64_t frequency = 0; ///< in the device's unit
+    std::int32_t value = 0;      ///< the device's to define
     bool operator==(const I2cSclFrequency&) const = default;
     template <class Self = I2cSclFrequency>
     static constexpr auto fields() {
@@ -137,31 +150,64 @@ struct TAVO_API I2cSclFrequency {
 
 } // namespace I2c_v1_0_Structs
 
-/// Proxy of an "i2c" object, an I2C bus master. Its operations build calls and
-/// send nothing; each throws SpecificationError when the device does not list the method.
-/// Nothing is checked on this side. The meaning of flags and neutrally named values is the device's to
-/// define.
+/// Proxy of an "i2c" object, an I2C bus master (UM10204). Use it to talk to the chips on a board's bus:
+/// "transfer" writes and then reads, as reading a register takes; "read" and "write" are the single steps.
+///
+/// @code
+/// const auto temperature = i2c->getTransferMethod(0x48, 0, {0x00}, 2); // register 0, two bytes
+/// device->call(temperature);
+/// if (temperature->returnCode() != 0)
+///     throw std::runtime_error("the sensor does not answer");
+/// use(temperature->value().data);
+/// @endcode
+///
+/// Each operation builds a call and sends nothing, and throws SpecificationError when the device does not
+/// list the method. Nothing is checked on this side: the device judges addresses, counts and lengths and
+/// answers with the return code. The form of addresses, units, and the meaning of flags and neutrally named
+/// values are the device's to define.
 class TAVO_API I2c_v1_0 : public Proxy<TAVOXTranscode::i2c_v1_0::rows> {
 public:
-    /// Writes `data`, then reads `count` bytes. The second argument goes nowhere.
+    /// Writes `data` to a chip and then reads `count` bytes from it.
+    /// @param address of the chip on the bus.
+    /// @param ignored goes nowhere.
+    /// @param data the bytes to write.
+    /// @param count how many bytes to read.
     std::shared_ptr<BoundMethod<I2c_v1_0_Structs::I2cTransfer>>
     getTransferMethod(int address, int ignored, const std::vector<std::uint8_t>& data, int count) const;
+    /// Reads `count` bytes from a chip.
+    /// @param address of the chip on the bus.
+    /// @param first, second the device's to define.
+    /// @param count how many bytes to read.
     std::shared_ptr<BoundMethod<I2c_v1_0_Structs::I2cRead>> getReadMethod(int address, bool first,
                                                                           bool second, int count) const;
-    /// The fourth argument goes nowhere.
+    /// Writes bytes to a chip. The value holds an integer, the device's to define.
+    /// @param address of the chip on the bus.
+    /// @param first, second the device's to define.
+    /// @param ignored goes nowhere.
+    /// @param data the bytes to write.
     std::shared_ptr<BoundMethod<dto::i2c::WriteReply>>
     getWriteMethod(int address, bool first, bool second, int ignored,
                    const std::vector<std::uint8_t>& data) const;
+    /// Asks for the frequency of SCL, in the device's unit, and a further integer, the device's to define.
     std::shared_ptr<BoundMethod<I2c_v1_0_Structs::I2cSclFrequency>> getOptionSclFrequencyGetMethod() const;
+    /// Sets the frequency of SCL, in the device's unit.
     std::shared_ptr<Method> getOptionSclFrequencySetMethod(int frequency) const;
+    /// Asks how often the device retries an address that nobody answers.
     std::shared_ptr<BoundMethod<dto::i2c::OptionAddressRetryLimitGetReply>>
     getOptionAddressRetryLimitGetMethod() const;
+    /// Sets how often the device retries an address that nobody answers.
     std::shared_ptr<Method> getOptionAddressRetryLimitSetMethod(int limit) const;
+    /// Asks for the two timeouts. What each is for, and its unit, are the device's to define.
     std::shared_ptr<BoundMethod<I2c_v1_0_Structs::I2cTimeout>> getOptionTimeoutGetMethod() const;
+    /// Sets the two timeouts. What each is for, and its unit, are the device's to define.
     std::shared_ptr<Method> getOptionTimeoutSetMethod(int first, int second) const;
+    /// Asks for the two flags about acknowledging, the device's to define.
     std::shared_ptr<BoundMethod<I2c_v1_0_Structs::I2cAck>> getOptionAckGetMethod() const;
+    /// Sets the two flags about acknowledging, the device's to define.
     std::shared_ptr<Method> getOptionAckSetMethod(bool first, bool second) const;
+    /// Asks for the status of the debug headers.
     std::shared_ptr<BoundMethod<HeaderResult>> getHeaderStatusGetMethod() const;
+    /// Clears the status of the debug headers.
     std::shared_ptr<Method> getHeaderStatusClearMethod() const;
 
 protected:

@@ -7,14 +7,15 @@
 #include <tavo/client/transcode/field.h>
 #include <tavo/client/transcode/packet.h>
 
-/// Records of the "i2c" object. What a neutrally named member stands for is the device's to define.
+/// Records of the "i2c" object, an I2C bus master (UM10204). The form of addresses, units, and what a
+/// neutrally named member stands for are the device's to define.
 namespace TAVO::dto::i2c {
 
-/// "transfer": the bytes to write, and how many to read.
+/// "transfer": what to write to a chip, and how much to read from it then.
 struct TAVO_API TransferRequest : request_packet {
-    std::int32_t address = 0;
-    std::vector<std::uint8_t> data;
-    std::int32_t count = 0;
+    std::int32_t address = 0;       ///< of the chip on the bus
+    std::vector<std::uint8_t> data; ///< the bytes to write
+    std::int32_t count = 0;         ///< how many bytes to read
     bool operator==(const TransferRequest&) const = default;
     template <class Self = TransferRequest>
     static constexpr auto fields() {
@@ -23,11 +24,11 @@ struct TAVO_API TransferRequest : request_packet {
     }
 };
 
-/// "transfer"
+/// "transfer": two integers, the device's to define, and what was read.
 struct TAVO_API TransferReply : reply_packet {
     std::int32_t first = 0;
     std::int32_t second = 0;
-    std::vector<std::uint8_t> data;
+    std::vector<std::uint8_t> data; ///< the bytes that were read
     bool operator==(const TransferReply&) const = default;
     template <class Self = TransferReply>
     static constexpr auto fields() {
@@ -36,12 +37,12 @@ struct TAVO_API TransferReply : reply_packet {
     }
 };
 
-/// "read"
+/// "read": how much to read from a chip, and two flags, the device's to define.
 struct TAVO_API ReadRequest : request_packet {
-    std::int32_t address = 0;
+    std::int32_t address = 0; ///< of the chip on the bus
     bool first = false;
     bool second = false;
-    std::int32_t count = 0;
+    std::int32_t count = 0; ///< how many bytes to read
     bool operator==(const ReadRequest&) const = default;
     template <class Self = ReadRequest>
     static constexpr auto fields() {
@@ -50,10 +51,10 @@ struct TAVO_API ReadRequest : request_packet {
     }
 };
 
-/// "read"
+/// "read": an integer, the device's to define, and what was read.
 struct TAVO_API ReadReply : reply_packet {
     std::int32_t value = 0;
-    std::vector<std::uint8_t> data;
+    std::vector<std::uint8_t> data; ///< the bytes that were read
     bool operator==(const ReadReply&) const = default;
     template <class Self = ReadReply>
     static constexpr auto fields() {
@@ -61,12 +62,12 @@ struct TAVO_API ReadReply : reply_packet {
     }
 };
 
-/// "write"
+/// "write": what to write to a chip, and two flags, the device's to define.
 struct TAVO_API WriteRequest : request_packet {
-    std::int32_t address = 0;
+    std::int32_t address = 0; ///< of the chip on the bus
     bool first = false;
     bool second = false;
-    std::vector<std::uint8_t> data;
+    std::vector<std::uint8_t> data; ///< the bytes to write
     bool operator==(const WriteRequest&) const = default;
     template <class Self = WriteRequest>
     static constexpr auto fields() {
@@ -75,7 +76,7 @@ struct TAVO_API WriteRequest : request_packet {
     }
 };
 
-/// "write"
+/// "write": an integer, the device's to define.
 struct TAVO_API WriteReply : reply_packet {
     std::int32_t value = 0;
     bool operator==(const WriteReply&) const = default;
@@ -85,7 +86,7 @@ struct TAVO_API WriteReply : reply_packet {
     }
 };
 
-/// "optionAddressRetryLimitSet"
+/// "optionAddressRetryLimitSet": how often the device retries an address that nobody answers.
 struct TAVO_API OptionAddressRetryLimitSetRequest : request_packet {
     std::int32_t limit = 0;
     bool operator==(const OptionAddressRetryLimitSetRequest&) const = default;
@@ -95,7 +96,7 @@ struct TAVO_API OptionAddressRetryLimitSetRequest : request_packet {
     }
 };
 
-/// "optionAddressRetryLimitGet"
+/// "optionAddressRetryLimitGet": how often the device retries an address that nobody answers.
 struct TAVO_API OptionAddressRetryLimitGetReply : reply_packet {
     std::int32_t limit = 0;
     bool operator==(const OptionAddressRetryLimitGetReply&) const = default;
@@ -105,7 +106,7 @@ struct TAVO_API OptionAddressRetryLimitGetReply : reply_packet {
     }
 };
 
-/// "optionTimeoutSet"
+/// "optionTimeoutSet": two timeouts, the device's to define.
 struct TAVO_API OptionTimeoutSetRequest : request_packet {
     std::int32_t first = 0;
     std::int32_t second = 0;
@@ -116,7 +117,7 @@ struct TAVO_API OptionTimeoutSetRequest : request_packet {
     }
 };
 
-/// "optionTimeoutGet"
+/// "optionTimeoutGet": two timeouts, the device's to define.
 struct TAVO_API OptionTimeoutGetReply : reply_packet {
     std::int32_t first = 0;
     std::int32_t second = 0;
@@ -127,7 +128,7 @@ struct TAVO_API OptionTimeoutGetReply : reply_packet {
     }
 };
 
-/// "optionAckSet"
+/// "optionAckSet": two flags about acknowledging, the device's to define.
 struct TAVO_API OptionAckSetRequest : request_packet {
     bool first = false;
     bool second = false;
@@ -138,7 +139,7 @@ struct TAVO_API OptionAckSetRequest : request_packet {
     }
 };
 
-/// "optionAckGet"
+/// "optionAckGet": two flags about acknowledging, the device's to define.
 struct TAVO_API OptionAckGetReply : reply_packet {
     bool first = false;
     bool second = false;

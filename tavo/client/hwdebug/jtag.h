@@ -15,18 +15,28 @@
 #include <tavo/client/transcode/header_records.h>
 #include <tavo/client/transcode/header_status_tables.h>
 
-/// Method tables of the "jtag" object, version 1.0. Shaped like every type's tables, see base_v1_0.
+/// The methods of the "jtag" object, version 1.0, for Object_v1_0::make(), and their tables. Shaped like
+/// every type's namespace, see base_v1_0. Beside those below there are the enableGet and enableSet of
+/// headerStatus_v1_1.
 namespace TAVO::TAVOXTranscode::jtag_v1_0 {
 
 using headerStatus_v1_1::enableGet, headerStatus_v1_1::enableSet;
+/// @name Shifts
+/// @{
 inline constexpr Call<dto::Jtag::ShiftRequest, dto::Jtag::ShiftReply> shiftIR{"shiftIR"};
 inline constexpr Call<dto::Jtag::ShiftRequest, dto::Jtag::ShiftReply> shiftDR{"shiftDR"};
+/// @}
+/// @name Comparing, retrying and repeating shifts
+/// @{
 inline constexpr Call<None, dto::Jtag::TdoExpectedGetReply> tdoExpectedGet{"tdoExpectedGet"};
 inline constexpr Call<dto::Jtag::TdoExpectedSetRequest> tdoExpectedSet{"tdoExpectedSet"};
 inline constexpr Call<None, dto::Jtag::RetryGetReply> retryGet{"retryGet"};
 inline constexpr Call<dto::Jtag::RetrySetRequest> retrySet{"retrySet"};
 inline constexpr Call<None, dto::Jtag::RepeatGetReply> repeatGet{"repeatGet"};
 inline constexpr Call<dto::Jtag::RepeatSetRequest> repeatSet{"repeatSet"};
+/// @}
+/// @name State machine, clock and pauses
+/// @{
 inline constexpr Call<None, dto::Jtag::TapStateGetReply> tapStateGet{"tapStateGet"};
 inline constexpr Call<dto::Jtag::TapStateSetRequest> tapStateSet{"tapStateSet"};
 inline constexpr Call<None, dto::Base::FrequencyGetReply> tckFrequencyGet{"tckFrequencyGet"};
@@ -38,6 +48,9 @@ inline constexpr Call<dto::Jtag::TerminationStateSetRequest> terminationStateIRS
 inline constexpr Call<None, dto::Jtag::TerminationStateGetReply> terminationStateDRGet{
     "terminationStateDRGet"};
 inline constexpr Call<dto::Jtag::TerminationStateSetRequest> terminationStateDRSet{"terminationStateDRSet"};
+/// @}
+/// @name Pins
+/// @{
 inline constexpr Call<None, dto::Header::IoGetReply> ioTrstGet{"ioTrstGet"};
 inline constexpr Call<dto::Header::IoSetRequest> ioTrstSet{"ioTrstSet"};
 inline constexpr Call<None, dto::Header::IoGetReply> ioTckGet{"ioTckGet"};
@@ -47,6 +60,7 @@ inline constexpr Call<dto::Header::IoSetRequest> ioTmsSet{"ioTmsSet"};
 inline constexpr Call<None, dto::Header::IoGetReply> ioTdiGet{"ioTdiGet"};
 inline constexpr Call<dto::Header::IoSetRequest> ioTdiSet{"ioTdiSet"};
 inline constexpr Call<None, dto::Header::oGetReply> ioTdoGet{"ioTdoGet"};
+/// @}
 
 TAVO_API MethodRows rows() noexcept;
 using EncoderList = EncoderListOf<rows>;
@@ -69,7 +83,9 @@ TAVO_API extern DecoderFunction &decode_shiftIR, &decode_shiftDR, &decode_tdoExp
 
 } // namespace TAVO::TAVOXTranscode::jtag_v1_0
 
-/// Method tables of the "jtag" object, version 1.1. Shaped like every type's tables, see base_v1_0.
+/// The methods of the "jtag" object, version 1.1, for Object_v1_0::make(), and their tables. Shaped like
+/// every type's namespace, see base_v1_0. Shifts, states, pauses and pins are those of jtag_v1_0; the options
+/// below take both registers at once.
 namespace TAVO::TAVOXTranscode::jtag_v1_1 {
 
 using headerStatus_v1_1::enableGet, headerStatus_v1_1::enableSet, headerStatus_v1_1::headerStatusGet,
@@ -77,6 +93,8 @@ using headerStatus_v1_1::enableGet, headerStatus_v1_1::enableSet, headerStatus_v
 using jtag_v1_0::shiftIR, jtag_v1_0::shiftDR, jtag_v1_0::tapStateGet, jtag_v1_0::tapStateSet,
     jtag_v1_0::sleep, jtag_v1_0::ioTrstGet, jtag_v1_0::ioTrstSet, jtag_v1_0::ioTckGet, jtag_v1_0::ioTckSet,
     jtag_v1_0::ioTmsGet, jtag_v1_0::ioTmsSet, jtag_v1_0::ioTdiGet, jtag_v1_0::ioTdiSet, jtag_v1_0::ioTdoGet;
+/// @name Options
+/// @{
 inline constexpr Call<None, dto::Jtag::OptionTdoExpectedGetReply> optionTdoExpectedGet{
     "optionTdoExpectedGet"};
 inline constexpr Call<dto::Jtag::OptionTdoExpectedSetRequest> optionTdoExpectedSet{"optionTdoExpectedSet"};
@@ -92,6 +110,7 @@ inline constexpr Call<dto::Jtag::OptionTerminationStateSetRequest> optionTermina
     "optionTerminationStateSet"};
 inline constexpr Call<None, dto::Jtag::OptionPrePostTckGetReply> optionPrePostTckGet{"optionPrePostTckGet"};
 inline constexpr Call<dto::Jtag::OptionPrePostTckSetRequest> optionPrePostTckSet{"optionPrePostTckSet"};
+/// @}
 
 TAVO_API MethodRows rows() noexcept;
 using EncoderList = EncoderListOf<rows>;
@@ -118,9 +137,11 @@ TAVO_API extern DecoderFunction &decode_shiftIR, &decode_shiftDR, &decode_tapSta
 
 namespace TAVO::HWDebug {
 
-/// Results of Jtag_v1_1, for the instruction register and the data register.
+/// What the options of Jtag_v1_1 yield, for the instruction register (ir) and the data register (dr).
+/// BoundMethod::value() makes them from the replies.
 namespace Jtag_v1_1_Structs {
 
+/// Whether and how often the device repeats shifts.
 struct TAVO_API RepeatGet {
     RepeatGet() = default;
     RepeatGet(const dto::Jtag::OptionRepeatGetReply& reply);
@@ -139,6 +160,7 @@ struct TAVO_API RepeatGet {
     }
 };
 
+/// Whether and how often the device tries shifts again.
 struct TAVO_API RetryGet {
     RetryGet() = default;
     RetryGet(const dto::Jtag::OptionRetryGetReply& reply);
@@ -157,18 +179,19 @@ struct TAVO_API RetryGet {
     }
 };
 
+/// What the device compares captured bits with.
 struct TAVO_API TdoExpectedGet {
     TdoExpectedGet() = default;
     TdoExpectedGet(const dto::Jtag::OptionTdoExpectedGetReply& reply);
     /// @throws std::runtime_error "Can't convert Result to desire type" unless it carries the reply.
     explicit TdoExpectedGet(const dto::result& outcome);
 
-    std::int32_t irBits = 0;
-    std::vector<std::uint8_t> irExpected;
-    std::vector<std::uint8_t> irMask;
-    std::int32_t drBits = 0;
-    std::vector<std::uint8_t> drExpected;
-    std::vector<std::uint8_t> drMask;
+    std::int32_t irBits = 0;              ///< the length of the two bit strings that follow
+    std::vector<std::uint8_t> irExpected; ///< the bits that TDO should show
+    std::vector<std::uint8_t> irMask;     ///< which of them are compared
+    std::int32_t drBits = 0;              ///< the length of the two bit strings that follow
+    std::vector<std::uint8_t> drExpected; ///< the bits that TDO should show
+    std::vector<std::uint8_t> drMask;     ///< which of them are compared
     bool operator==(const TdoExpectedGet&) const = default;
     template <class Self = TdoExpectedGet>
     static constexpr auto fields() {
@@ -181,60 +204,112 @@ struct TAVO_API TdoExpectedGet {
 
 } // namespace Jtag_v1_1_Structs
 
-/// Proxy of a "jtag" object of version 1.0. It has the operations of every object alone: its methods are
-/// called by name.
+/// Proxy of a "jtag" object of version 1.0, one JTAG test access port (IEEE 1149.1). It has no operations but
+/// those of every object: build its calls with make() and the methods of jtag_v1_0.
+///
+/// @code
+/// const auto idcode = jtag->make(jtag_v1_0::shiftDR, 32, bytes);
+/// device->call(idcode);
+/// use(idcode->value().data);
+/// @endcode
 class TAVO_API Jtag_v1_0 : public Proxy<TAVOXTranscode::jtag_v1_0::rows> {
 protected:
     using Proxy::Proxy;
 };
 
-/// Proxy of a "jtag" object, one JTAG test access port. Its operations build calls and
-/// send nothing; each throws SpecificationError when the device does not list the method.
+/// Proxy of a "jtag" object of any version but 1.0, one JTAG test access port (IEEE 1149.1). Use it to shift
+/// through the instruction and data registers of a chain, to move its state machine, and to read and drive
+/// single pins. It is a child of "cpuDebug", "gpuDebug" and "csJtag" objects.
 ///
-/// Nothing is checked on this side: the device judges counts, states and lengths and reports through the
-/// return code. The numbering of states, the units, and the meaning of flags are the device's to define.
+/// @code
+/// const auto idcode = jtag->getShiftDRMethod(32, {0, 0, 0, 0});
+/// const auto queue = std::make_shared<TAVO::MulticallQueue>();
+/// queue->add(jtag->getTapStateSetMethod(0)); // Test-Logic-Reset, as this device numbers it
+/// queue->add(idcode);
+/// device->multicall(queue);
+/// use(idcode->value().data);
+/// @endcode
+///
+/// Each operation builds a call and sends nothing, and throws SpecificationError when the device does not
+/// list the method. Nothing is checked on this side: the device judges counts, states and lengths and answers
+/// with the return code. How bits lie in their bytes, the numbering of states, units, and the meaning of
+/// flags are the device's to define.
 class TAVO_API Jtag_v1_1 : public Proxy<TAVOXTranscode::jtag_v1_1::rows> {
 public:
-    /// Shifts through the instruction register. The value holds the captured bits.
+    /// Shifts through the instruction register. The value holds the bits that came out on TDO meanwhile.
+    /// @param bits how many bits are shifted; 0 is sent like any other number.
+    /// @param data the bits to send on TDI.
     std::shared_ptr<BoundMethod<dto::Jtag::ShiftReply>>
     getShiftIRMethod(int bits, const std::vector<std::uint8_t>& data) const;
     /// The same through the data register.
     std::shared_ptr<BoundMethod<dto::Jtag::ShiftReply>>
     getShiftDRMethod(int bits, const std::vector<std::uint8_t>& data) const;
+    /// Asks for the state that the TAP's state machine is in.
     std::shared_ptr<BoundMethod<dto::Jtag::TapStateGetReply>> tapStateGetMethod() const;
+    /// Moves the TAP's state machine to that state.
     std::shared_ptr<Method> getTapStateSetMethod(int state) const;
+    /// Makes the device pause. The unit of `duration` and the meaning of `flag` are the device's to define.
     std::shared_ptr<Method> getSleepMethod(int duration, bool flag) const;
+    /// Asks for the frequency of TCK, in the device's unit, and a further integer, the device's to define.
     std::shared_ptr<BoundMethod<dto::Base::FrequencyGetReply>> getOptionTckFrequencyGetMethod() const;
+    /// Sets the frequency of TCK, in the device's unit.
     std::shared_ptr<Method> getOptionTckFrequencySetMethod(int frequency) const;
+    /// Asks what shifts are compared with.
     std::shared_ptr<BoundMethod<Jtag_v1_1_Structs::TdoExpectedGet>> getOptionTdoExpectedGetMethod() const;
+    /// Makes the device compare what comes out on TDO with bits of yours, for shifts through each register.
+    /// @param irBits, drBits the length of the two bit strings that follow.
+    /// @param irExpected, drExpected the bits that TDO should show.
+    /// @param irMask, drMask which of them are compared.
     std::shared_ptr<Method> getOptionTdoExpectedSetMethod(int irBits,
                                                           const std::vector<std::uint8_t>& irExpected,
                                                           const std::vector<std::uint8_t>& irMask, int drBits,
                                                           const std::vector<std::uint8_t>& drExpected,
                                                           const std::vector<std::uint8_t>& drMask) const;
+    /// Asks whether and how often the device tries shifts again.
     std::shared_ptr<BoundMethod<Jtag_v1_1_Structs::RetryGet>> getOptionRetryGetMethod() const;
+    /// Sets whether and how often the device tries shifts again, for each register.
     std::shared_ptr<Method> getOptionRetrySetMethod(int irCount, bool irEnable, int drCount,
                                                     bool drEnable) const;
+    /// Asks whether and how often the device repeats shifts.
     std::shared_ptr<BoundMethod<Jtag_v1_1_Structs::RepeatGet>> getOptionRepeatGetMethod() const;
+    /// Sets whether and how often the device repeats shifts, for each register.
     std::shared_ptr<Method> getOptionRepeatSetMethod(int irCount, bool irEnable, int drCount,
                                                      bool drEnable) const;
+    /// Asks for the states that shifts end in.
     std::shared_ptr<BoundMethod<dto::Jtag::OptionTerminationStateGetReply>>
     getOptionTerminationStateGetMethod() const;
+    /// Sets the states that shifts through the instruction register and the data register end in.
     std::shared_ptr<Method> getOptionTerminationStateSetMethod(int ir, int dr) const;
+    /// Asks for the four values about TCK before and after shifts, the device's to define.
     std::shared_ptr<BoundMethod<dto::Jtag::OptionPrePostTckGetReply>> getOptionPrePostTckGetMethod() const;
+    /// Sets the four values about TCK before and after shifts, the device's to define.
     std::shared_ptr<Method> getOptionPrePostTckSetMethod(int value1, int value2, int value3,
                                                          int value4) const;
+    /// Reads the pin TRST. The value holds two flags, the device's to define.
     std::shared_ptr<BoundMethod<dto::Header::IoGetReply>> getIoTrstGetMethod() const;
+    /// The same for TCK.
     std::shared_ptr<BoundMethod<dto::Header::IoGetReply>> getIoTckGetMethod() const;
+    /// The same for TMS.
     std::shared_ptr<BoundMethod<dto::Header::IoGetReply>> getIoTmsGetMethod() const;
+    /// The same for TDI.
     std::shared_ptr<BoundMethod<dto::Header::IoGetReply>> getIoTdiGetMethod() const;
+    /// Reads the level of TDO, the output of the chain.
     std::shared_ptr<BoundMethod<dto::Header::oGetReply>> getIoTdoGetMethod() const;
+    /// Drives the pin TRST. The two flags are the device's to define; getIoTrstGetMethod() gives them in the
+    /// same order.
     std::shared_ptr<Method> getIoTrstSetMethod(bool first, bool second) const;
+    /// The same for TCK.
     std::shared_ptr<Method> getIoTckSetMethod(bool first, bool second) const;
+    /// The same for TMS.
     std::shared_ptr<Method> getIoTmsSetMethod(bool first, bool second) const;
+    /// The same for TDI.
     std::shared_ptr<Method> getIoTdiSetMethod(bool first, bool second) const;
+    /// Asks whether the test access port is enabled.
     std::shared_ptr<BoundMethod<dto::Header::EnableGetReply>> getEnableGetMethod() const;
+    /// Enables the test access port or disables it.
     std::shared_ptr<Method> getEnableSetMethod(bool enable) const;
+    /// Asks for the status of the debug headers. The small h is the published spelling. "headerStatusClear"
+    /// has no operation here: make(jtag_v1_1::headerStatusClear) calls it.
     std::shared_ptr<BoundMethod<HeaderResult>> getheaderStatusGetMethod() const;
 
 protected:

@@ -7,14 +7,16 @@
 #include <tavo/client/transcode/field.h>
 #include <tavo/client/transcode/packet.h>
 
-/// Records of the "jtag" object. Bit strings travel as the caller packs them. The numbering of states, the
-/// units, and what a neutrally named member stands for are the device's to define.
+/// Records of the "jtag" object, a JTAG test access port (IEEE 1149.1). "ir" stands for the instruction
+/// register, "dr" for the data register. Bit strings travel as the caller packs them: nothing checks or pads
+/// them. How bits lie in their bytes, the numbering of states, units, and what a neutrally named member
+/// stands for are the device's to define.
 namespace TAVO::dto::Jtag {
 
-/// "shiftIR", "shiftDR"
+/// "shiftIR", "shiftDR": the bits to send on TDI.
 struct TAVO_API ShiftRequest : request_packet {
-    std::int32_t bits = 0;
-    std::vector<std::uint8_t> data;
+    std::int32_t bits = 0;          ///< how many bits are shifted
+    std::vector<std::uint8_t> data; ///< packed by the caller
     bool operator==(const ShiftRequest&) const = default;
     template <class Self = ShiftRequest>
     static constexpr auto fields() {
@@ -22,9 +24,9 @@ struct TAVO_API ShiftRequest : request_packet {
     }
 };
 
-/// "shiftIR", "shiftDR": the captured bits.
+/// "shiftIR", "shiftDR": the bits that came out on TDO meanwhile.
 struct TAVO_API ShiftReply : reply_packet {
-    std::vector<std::uint8_t> data;
+    std::vector<std::uint8_t> data; ///< the captured bits
     bool operator==(const ShiftReply&) const = default;
     template <class Self = ShiftReply>
     static constexpr auto fields() {
@@ -32,9 +34,9 @@ struct TAVO_API ShiftReply : reply_packet {
     }
 };
 
-/// "tapStateSet"
+/// "tapStateSet": where to move the TAP's state machine.
 struct TAVO_API TapStateSetRequest : request_packet {
-    std::int32_t state = 0;
+    std::int32_t state = 0; ///< by the device's numbering
     bool operator==(const TapStateSetRequest&) const = default;
     template <class Self = TapStateSetRequest>
     static constexpr auto fields() {
@@ -42,9 +44,9 @@ struct TAVO_API TapStateSetRequest : request_packet {
     }
 };
 
-/// "tapStateGet"
+/// "tapStateGet": where the TAP's state machine is.
 struct TAVO_API TapStateGetReply : reply_packet {
-    std::int32_t state = 0;
+    std::int32_t state = 0; ///< by the device's numbering
     bool operator==(const TapStateGetReply&) const = default;
     template <class Self = TapStateGetReply>
     static constexpr auto fields() {
@@ -52,10 +54,10 @@ struct TAVO_API TapStateGetReply : reply_packet {
     }
 };
 
-/// "sleep"
+/// "sleep": a pause.
 struct TAVO_API SleepRequest : request_packet {
-    std::int32_t duration = 0;
-    bool flag = false;
+    std::int32_t duration = 0; ///< in the device's unit
+    bool flag = false;         ///< the device's to define
     bool operator==(const SleepRequest&) const = default;
     template <class Self = SleepRequest>
     static constexpr auto fields() {
@@ -65,7 +67,7 @@ struct TAVO_API SleepRequest : request_packet {
 
 /// "tckFrequencySet", "optionTckFrequencySet", and the frequency setters of "i2c" and "gpuScan".
 struct TAVO_API OptionTckFrequencySetRequest : request_packet {
-    std::int32_t frequency = 0;
+    std::int32_t frequency = 0; ///< in the device's unit
     bool operator==(const OptionTckFrequencySetRequest&) const = default;
     template <class Self = OptionTckFrequencySetRequest>
     static constexpr auto fields() {
@@ -73,9 +75,9 @@ struct TAVO_API OptionTckFrequencySetRequest : request_packet {
     }
 };
 
-/// "terminationStateIRSet", "terminationStateDRSet" of version 1.0.
+/// "terminationStateIRSet", "terminationStateDRSet" of version 1.0: the state that a shift ends in.
 struct TAVO_API TerminationStateSetRequest : request_packet {
-    std::int32_t state = 0;
+    std::int32_t state = 0; ///< by the device's numbering
     bool operator==(const TerminationStateSetRequest&) const = default;
     template <class Self = TerminationStateSetRequest>
     static constexpr auto fields() {
@@ -83,9 +85,9 @@ struct TAVO_API TerminationStateSetRequest : request_packet {
     }
 };
 
-/// "terminationStateIRGet", "terminationStateDRGet" of version 1.0.
+/// "terminationStateIRGet", "terminationStateDRGet" of version 1.0: the state that a shift ends in.
 struct TAVO_API TerminationStateGetReply : reply_packet {
-    std::int32_t state = 0;
+    std::int32_t state = 0; ///< by the device's numbering
     bool operator==(const TerminationStateGetReply&) const = default;
     template <class Self = TerminationStateGetReply>
     static constexpr auto fields() {
@@ -93,7 +95,7 @@ struct TAVO_API TerminationStateGetReply : reply_packet {
     }
 };
 
-/// "repeatSet" of version 1.0.
+/// "repeatSet" of version 1.0: whether and how often the device repeats a shift.
 struct TAVO_API RepeatSetRequest : request_packet {
     std::int32_t count = 0;
     bool enable = false;
@@ -104,7 +106,7 @@ struct TAVO_API RepeatSetRequest : request_packet {
     }
 };
 
-/// "repeatGet" of version 1.0.
+/// "repeatGet" of version 1.0: whether and how often the device repeats a shift.
 struct TAVO_API RepeatGetReply : reply_packet {
     std::int32_t count = 0;
     bool enable = false;
@@ -115,7 +117,8 @@ struct TAVO_API RepeatGetReply : reply_packet {
     }
 };
 
-/// "retrySet" of version 1.0: two integers, unlike "repeatSet".
+/// "retrySet" of version 1.0: two integers, the device's to define, where "repeatSet" has an integer and a
+/// flag.
 struct TAVO_API RetrySetRequest : request_packet {
     std::int32_t first = 0;
     std::int32_t second = 0;
@@ -126,7 +129,7 @@ struct TAVO_API RetrySetRequest : request_packet {
     }
 };
 
-/// "retryGet" of version 1.0.
+/// "retryGet" of version 1.0: whether and how often the device tries a shift again.
 struct TAVO_API RetryGetReply : reply_packet {
     std::int32_t count = 0;
     bool enable = false;
@@ -137,11 +140,11 @@ struct TAVO_API RetryGetReply : reply_packet {
     }
 };
 
-/// "tdoExpectedSet" of version 1.0.
+/// "tdoExpectedSet" of version 1.0: what the device compares captured bits with.
 struct TAVO_API TdoExpectedSetRequest : request_packet {
-    std::int32_t bits = 0;
-    std::vector<std::uint8_t> expected;
-    std::vector<std::uint8_t> mask;
+    std::int32_t bits = 0;              ///< the length of the two bit strings
+    std::vector<std::uint8_t> expected; ///< the bits that TDO should show
+    std::vector<std::uint8_t> mask;     ///< which of them are compared
     bool operator==(const TdoExpectedSetRequest&) const = default;
     template <class Self = TdoExpectedSetRequest>
     static constexpr auto fields() {
@@ -150,11 +153,11 @@ struct TAVO_API TdoExpectedSetRequest : request_packet {
     }
 };
 
-/// "tdoExpectedGet" of version 1.0.
+/// "tdoExpectedGet" of version 1.0: what the device compares captured bits with.
 struct TAVO_API TdoExpectedGetReply : reply_packet {
-    std::int32_t bits = 0;
-    std::vector<std::uint8_t> expected;
-    std::vector<std::uint8_t> mask;
+    std::int32_t bits = 0;              ///< the length of the two bit strings
+    std::vector<std::uint8_t> expected; ///< the bits that TDO should show
+    std::vector<std::uint8_t> mask;     ///< which of them are compared
     bool operator==(const TdoExpectedGetReply&) const = default;
     template <class Self = TdoExpectedGetReply>
     static constexpr auto fields() {
@@ -163,10 +166,10 @@ struct TAVO_API TdoExpectedGetReply : reply_packet {
     }
 };
 
-/// "optionTerminationStateSet" of version 1.1.
+/// "optionTerminationStateSet" of version 1.1: the states that shifts end in.
 struct TAVO_API OptionTerminationStateSetRequest : request_packet {
-    std::int32_t irState = 0;
-    std::int32_t drState = 0;
+    std::int32_t irState = 0; ///< after a shift through the instruction register
+    std::int32_t drState = 0; ///< after a shift through the data register
     bool operator==(const OptionTerminationStateSetRequest&) const = default;
     template <class Self = OptionTerminationStateSetRequest>
     static constexpr auto fields() {
@@ -174,10 +177,10 @@ struct TAVO_API OptionTerminationStateSetRequest : request_packet {
     }
 };
 
-/// "optionTerminationStateGet" of version 1.1.
+/// "optionTerminationStateGet" of version 1.1: the states that shifts end in.
 struct TAVO_API OptionTerminationStateGetReply : reply_packet {
-    std::int32_t irState = 0;
-    std::int32_t drState = 0;
+    std::int32_t irState = 0; ///< after a shift through the instruction register
+    std::int32_t drState = 0; ///< after a shift through the data register
     bool operator==(const OptionTerminationStateGetReply&) const = default;
     template <class Self = OptionTerminationStateGetReply>
     static constexpr auto fields() {
@@ -185,7 +188,7 @@ struct TAVO_API OptionTerminationStateGetReply : reply_packet {
     }
 };
 
-/// "optionRepeatSet" of version 1.1.
+/// "optionRepeatSet" of version 1.1: whether and how often the device repeats shifts, for each register.
 struct TAVO_API OptionRepeatSetRequest : request_packet {
     std::int32_t irCount = 0;
     bool irEnable = false;
@@ -199,7 +202,7 @@ struct TAVO_API OptionRepeatSetRequest : request_packet {
     }
 };
 
-/// "optionRepeatGet" of version 1.1.
+/// "optionRepeatGet" of version 1.1: whether and how often the device repeats shifts, for each register.
 struct TAVO_API OptionRepeatGetReply : reply_packet {
     std::int32_t irCount = 0;
     bool irEnable = false;
@@ -213,7 +216,7 @@ struct TAVO_API OptionRepeatGetReply : reply_packet {
     }
 };
 
-/// "optionRetrySet" of version 1.1.
+/// "optionRetrySet" of version 1.1: whether and how often the device tries shifts again, for each register.
 struct TAVO_API OptionRetrySetRequest : request_packet {
     std::int32_t irCount = 0;
     bool irEnable = false;
@@ -227,7 +230,7 @@ struct TAVO_API OptionRetrySetRequest : request_packet {
     }
 };
 
-/// "optionRetryGet" of version 1.1.
+/// "optionRetryGet" of version 1.1: whether and how often the device tries shifts again, for each register.
 struct TAVO_API OptionRetryGetReply : reply_packet {
     std::int32_t irCount = 0;
     bool irEnable = false;
@@ -241,14 +244,14 @@ struct TAVO_API OptionRetryGetReply : reply_packet {
     }
 };
 
-/// "optionTdoExpectedSet" of version 1.1.
+/// "optionTdoExpectedSet" of version 1.1: what the device compares captured bits with, for each register.
 struct TAVO_API OptionTdoExpectedSetRequest : request_packet {
-    std::int32_t irBits = 0;
-    std::vector<std::uint8_t> irExpected;
-    std::vector<std::uint8_t> irMask;
-    std::int32_t drBits = 0;
-    std::vector<std::uint8_t> drExpected;
-    std::vector<std::uint8_t> drMask;
+    std::int32_t irBits = 0;              ///< the length of the two bit strings that follow
+    std::vector<std::uint8_t> irExpected; ///< the bits that TDO should show
+    std::vector<std::uint8_t> irMask;     ///< which of them are compared
+    std::int32_t drBits = 0;              ///< the length of the two bit strings that follow
+    std::vector<std::uint8_t> drExpected; ///< the bits that TDO should show
+    std::vector<std::uint8_t> drMask;     ///< which of them are compared
     bool operator==(const OptionTdoExpectedSetRequest&) const = default;
     template <class Self = OptionTdoExpectedSetRequest>
     static constexpr auto fields() {
@@ -258,14 +261,14 @@ struct TAVO_API OptionTdoExpectedSetRequest : request_packet {
     }
 };
 
-/// "optionTdoExpectedGet" of version 1.1.
+/// "optionTdoExpectedGet" of version 1.1: what the device compares captured bits with, for each register.
 struct TAVO_API OptionTdoExpectedGetReply : reply_packet {
-    std::int32_t irBits = 0;
-    std::vector<std::uint8_t> irExpected;
-    std::vector<std::uint8_t> irMask;
-    std::int32_t drBits = 0;
-    std::vector<std::uint8_t> drExpected;
-    std::vector<std::uint8_t> drMask;
+    std::int32_t irBits = 0;              ///< the length of the two bit strings that follow
+    std::vector<std::uint8_t> irExpected; ///< the bits that TDO should show
+    std::vector<std::uint8_t> irMask;     ///< which of them are compared
+    std::int32_t drBits = 0;              ///< the length of the two bit strings that follow
+    std::vector<std::uint8_t> drExpected; ///< the bits that TDO should show
+    std::vector<std::uint8_t> drMask;     ///< which of them are compared
     bool operator==(const OptionTdoExpectedGetReply&) const = default;
     template <class Self = OptionTdoExpectedGetReply>
     static constexpr auto fields() {
@@ -275,7 +278,8 @@ struct TAVO_API OptionTdoExpectedGetReply : reply_packet {
     }
 };
 
-/// "optionPrePostTckSet" of version 1.1.
+/// "optionPrePostTckSet" of version 1.1: four values about TCK before and after shifts, the device's to
+/// define.
 struct TAVO_API OptionPrePostTckSetRequest : request_packet {
     std::int32_t value1 = 0;
     std::int32_t value2 = 0;
@@ -289,7 +293,8 @@ struct TAVO_API OptionPrePostTckSetRequest : request_packet {
     }
 };
 
-/// "optionPrePostTckGet" of version 1.1.
+/// "optionPrePostTckGet" of version 1.1: four values about TCK before and after shifts, the device's to
+/// define.
 struct TAVO_API OptionPrePostTckGetReply : reply_packet {
     std::int32_t value1 = 0;
     std::int32_t value2 = 0;

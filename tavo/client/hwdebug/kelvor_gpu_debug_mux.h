@@ -11,12 +11,13 @@
 #include <tavo/client/transcode/field.h>
 #include <tavo/client/transcode/packet.h>
 
-/// Records of the "kelvorGpuDebugMux" object. The numbering of modes is the device's to define.
+/// Records of the "kelvorGpuDebugMux" object, a multiplexer board. They are not those of "gpuDebug", which
+/// look the same. The numbering of header modes is the device's to define.
 namespace TAVO::dto::kelvorGpuDebugMux {
 
-/// "headerModeSet"
+/// "headerModeSet": the mode to put the header in.
 struct TAVO_API HeaderModeSetRequest : request_packet {
-    std::int32_t mode = 0;
+    std::int32_t mode = 0; ///< by the device's numbering
     bool operator==(const HeaderModeSetRequest&) const = default;
     template <class Self = HeaderModeSetRequest>
     static constexpr auto fields() {
@@ -24,9 +25,9 @@ struct TAVO_API HeaderModeSetRequest : request_packet {
     }
 };
 
-/// "headerModeGet"
+/// "headerModeGet": the mode that the header is in.
 struct TAVO_API HeaderModeGetReply : reply_packet {
-    std::int32_t mode = 0;
+    std::int32_t mode = 0; ///< by the device's numbering
     bool operator==(const HeaderModeGetReply&) const = default;
     template <class Self = HeaderModeGetReply>
     static constexpr auto fields() {
@@ -36,7 +37,8 @@ struct TAVO_API HeaderModeGetReply : reply_packet {
 
 } // namespace TAVO::dto::kelvorGpuDebugMux
 
-/// Method tables of the "kelvorGpuDebugMux" object. Shaped like every type's tables, see base_v1_0.
+/// The methods of the "kelvorGpuDebugMux" object for Object_v1_0::make(), and their tables. Shaped like every
+/// type's namespace, see base_v1_0.
 namespace TAVO::TAVOXTranscode::kelvorGpuDebugMux_v1_0 {
 
 inline constexpr Call<None, dto::kelvorGpuDebugMux::HeaderModeGetReply> headerModeGet{"headerModeGet"};
@@ -53,11 +55,20 @@ TAVO_API extern DecoderFunction &decode_headerModeGet, &decode_headerModeSet;
 
 namespace TAVO::HWDebug {
 
-/// Proxy of a "kelvorGpuDebugMux" object, a multiplexer board. Its operations build calls and
-/// send nothing; each throws SpecificationError when the device does not list the method.
+/// Proxy of a "kelvorGpuDebugMux" object, a multiplexer board. Use it to set the header mode of the board.
+///
+/// @code
+/// const auto mux = std::dynamic_pointer_cast<KelvorGpuDebugMux_v1_0>(device->getChild("gpuMux"));
+/// device->call(mux->getHeaderModeSetMethod(2));
+/// @endcode
+///
+/// Each operation builds a call and sends nothing, and throws SpecificationError when the device does not
+/// list the method. The numbering of header modes is the device's to define.
 class TAVO_API KelvorGpuDebugMux_v1_0 : public Proxy<TAVOXTranscode::kelvorGpuDebugMux_v1_0::rows> {
 public:
+    /// Asks for the header mode that the board is in.
     std::shared_ptr<BoundMethod<dto::kelvorGpuDebugMux::HeaderModeGetReply>> getHeaderModeGetMethod() const;
+    /// Puts the board in that header mode.
     std::shared_ptr<Method> getHeaderModeSetMethod(int mode) const;
 
 protected:

@@ -5,10 +5,11 @@
 
 namespace TAVO::HWDebug {
 
-/// Proxy of a "kelvorUvdMux" object. It has the operations and the tables of every object alone.
+/// Proxy of a "kelvorUvdMux" object, a multiplexer board. It has the operations and the tables of every
+/// object alone; Object_v1_0::methods() tells which methods the device lists beyond them.
 class TAVO_API KelvorUvdMux_v1_0 : public Object_v1_0 {
 public:
-    /// There are none beside those of every object.
+    /// None beside those of every object.
     static TAVOXTranscode::MethodRows methodRows() noexcept { return {}; }
 
 protected:

@@ -14,10 +14,10 @@
 #include <tavo/client/transcode/field.h>
 #include <tavo/client/transcode/packet.h>
 
-/// Records of the "lpc" object.
+/// Records of the "lpc" object, a connection to a target's LPC bus (Low Pin Count).
 namespace TAVO::dto::lpc {
 
-/// A header connection and whether it is present.
+/// A header connection, and whether it is present.
 struct TAVO_API HeaderConnection {
     std::string name;
     bool connected = false;
@@ -28,7 +28,7 @@ struct TAVO_API HeaderConnection {
     }
 };
 
-/// "headerConnectGet"
+/// "headerConnectGet": the header connections in the device's order.
 struct TAVO_API HeaderConnectionsReply : reply_packet {
     std::vector<HeaderConnection> connections;
     bool operator==(const HeaderConnectionsReply&) const = default;
@@ -40,7 +40,8 @@ struct TAVO_API HeaderConnectionsReply : reply_packet {
 
 } // namespace TAVO::dto::lpc
 
-/// Method tables of the "lpc" object. Shaped like every type's tables, see base_v1_0.
+/// The method of the "lpc" object for Object_v1_0::make(), and its tables. Shaped like every type's
+/// namespace, see base_v1_0.
 namespace TAVO::TAVOXTranscode::lpc_v1_0 {
 
 inline constexpr Call<None, dto::lpc::HeaderConnectionsReply> headerConnectGet{"headerConnectGet"};
@@ -56,13 +57,23 @@ TAVO_API extern DecoderFunction& decode_headerConnectGet;
 
 namespace TAVO::HWDebug {
 
-/// Proxy of an "lpc" object, which attaches to a target's LPC bus.
+/// Proxy of an "lpc" object, which attaches to a target's LPC bus (Low Pin Count). Use it to reach the
+/// objects that capture the target's POST codes and serve its boot ROM, and to see which header connections
+/// are present.
+///
+/// @code
+/// const auto lpc = std::dynamic_pointer_cast<Lpc_v1_0>(device->getChild("lpc"));
+/// const auto postCode = lpc->getLpcPostCode();
+/// const auto rom = lpc->getLpcRomEmulation();
+/// @endcode
 class TAVO_API Lpc_v1_0 : public Proxy<TAVOXTranscode::lpc_v1_0::rows> {
 public:
     /// The child "lpcPostCode". No call to the device.
     std::shared_ptr<LpcPostCode_v1_0> getLpcPostCode() const { return postCode_; }
     /// The child "lpcRomEmulation". No call to the device.
     std::shared_ptr<LpcRomEmulation_v1_0> getLpcRomEmulation() const { return romEmulation_; }
+    /// Asks which header connections are present. It builds a call and sends nothing.
+    /// @throws SpecificationError when the device does not list the method.
     std::shared_ptr<BoundMethod<dto::lpc::HeaderConnectionsReply>> getHeaderConnectGetMethod() const;
 
 protected:

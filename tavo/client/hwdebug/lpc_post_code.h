@@ -11,16 +11,23 @@
 #include <tavo/client/transcode/header_records.h>
 #include <tavo/client/transcode/header_status_tables.h>
 
-/// Method tables of the "lpcPostCode" object. Shaped like every type's tables, see base_v1_0.
+/// The methods of the "lpcPostCode" object for Object_v1_0::make(), and their tables. Shaped like every
+/// type's namespace, see base_v1_0. Beside those below there are the enableGet and enableSet of
+/// headerStatus_v1_1.
 namespace TAVO::TAVOXTranscode::lpcPostCode_v1_0 {
 
 using headerStatus_v1_1::enableSet, headerStatus_v1_1::enableGet;
+/// @name Codes and their FIFO
+/// @{
 inline constexpr Call<None, dto::lpcPostCode::PostCodeGetReply> postCodeGet{"postCodeGet"};
 inline constexpr Call<None, dto::lpcPostCode::FifoSizeGetReply> fifoSizeGet{"fifoSizeGet"};
 inline constexpr Call<None, dto::lpcPostCode::FifoGetReply> fifoGet{"fifoGet"};
 inline constexpr Call<> fifoClear{"fifoClear"};
 inline constexpr Call<None, dto::lpcPostCode::FifoStatusReply> fifoStatusGet{"fifoStatusGet"};
 inline constexpr Call<> fifoStatusClear{"fifoStatusClear"};
+/// @}
+/// @name Options
+/// @{
 inline constexpr Call<dto::lpcPostCode::OptionPortSetRequest> optionPortSet{"optionPortSet"};
 inline constexpr Call<None, dto::lpcPostCode::OptionPortGetReply> optionPortGet{"optionPortGet"};
 inline constexpr Call<dto::lpcPostCode::OptionPassiveSetRequest> optionPassiveSet{"optionPassiveSet"};
@@ -37,6 +44,7 @@ inline constexpr Call<dto::lpcPostCode::OptionFifoAutoResetSetRequest> optionFif
     "optionFifoAutoResetSet"};
 inline constexpr Call<None, dto::lpcPostCode::OptionFifoAutoResetGetReply> optionFifoAutoResetGet{
     "optionFifoAutoResetGet"};
+/// @}
 
 TAVO_API MethodRows rows() noexcept;
 using EncoderList = EncoderListOf<rows>;
@@ -57,8 +65,17 @@ TAVO_API extern DecoderFunction &decode_postCodeGet, &decode_fifoSizeGet, &decod
 
 namespace TAVO::HWDebug {
 
-/// Proxy of an "lpcPostCode" object, which captures POST codes. It has the operations of every object alone:
-/// its methods are called by name.
+/// Proxy of an "lpcPostCode" object, which captures the POST codes that a target's firmware writes, by custom
+/// to port 0x80, into a FIFO. Use it to follow a boot. It has no operations but those of every object: build
+/// its calls with make() and the methods of lpcPostCode_v1_0.
+///
+/// @code
+/// using namespace TAVO::TAVOXTranscode;
+/// const auto last = postCode->make(lpcPostCode_v1_0::postCodeGet);
+/// device->call(last);
+/// use(last->value().postCode);
+/// device->call(postCode->make(lpcPostCode_v1_0::optionFifoCircularSet, 1));
+/// @endcode
 class TAVO_API LpcPostCode_v1_0 : public Proxy<TAVOXTranscode::lpcPostCode_v1_0::rows> {
 protected:
     using Proxy::Proxy;

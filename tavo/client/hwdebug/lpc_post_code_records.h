@@ -7,11 +7,14 @@
 #include <tavo/client/transcode/field.h>
 #include <tavo/client/transcode/packet.h>
 
-/// Records of the "lpcPostCode" object. What a neutrally named member stands for is the device's to define.
+/// Records of the "lpcPostCode" object, which captures POST codes: the progress codes that a target's
+/// firmware writes to an I/O port, by custom 0x80. Options and the port travel as single bytes, not as bools.
+/// What a neutrally named member stands for is the device's to define.
 namespace TAVO::dto::lpcPostCode {
 
-/// "postCodeGet"
+/// "postCodeGet": a POST code.
 struct TAVO_API PostCodeGetReply : reply_packet {
+    /// A code; which one, and what tells that there is none, are the device's to define.
     std::int32_t postCode = 0;
     bool operator==(const PostCodeGetReply&) const = default;
     template <class Self = PostCodeGetReply>
@@ -20,9 +23,9 @@ struct TAVO_API PostCodeGetReply : reply_packet {
     }
 };
 
-/// "fifoSizeGet"
+/// "fifoSizeGet": the size of the FIFO of captured codes.
 struct TAVO_API FifoSizeGetReply : reply_packet {
-    std::int32_t size = 0;
+    std::int32_t size = 0; ///< in entries or bytes: the device's to define
     bool operator==(const FifoSizeGetReply&) const = default;
     template <class Self = FifoSizeGetReply>
     static constexpr auto fields() {
@@ -30,7 +33,7 @@ struct TAVO_API FifoSizeGetReply : reply_packet {
     }
 };
 
-/// A captured entry.
+/// A captured entry. What the three bytes and the value mean is the device's to define.
 struct TAVO_API FifoEntry {
     std::uint8_t byte1 = 0;
     std::uint8_t byte2 = 0;
@@ -44,7 +47,7 @@ struct TAVO_API FifoEntry {
     }
 };
 
-/// "fifoGet"
+/// "fifoGet": the captured entries in the device's order.
 struct TAVO_API FifoGetReply : reply_packet {
     std::vector<FifoEntry> entries;
     bool operator==(const FifoGetReply&) const = default;
@@ -54,7 +57,7 @@ struct TAVO_API FifoGetReply : reply_packet {
     }
 };
 
-/// "fifoStatusGet"
+/// "fifoStatusGet": an integer and four flags about the FIFO, the device's to define.
 struct TAVO_API FifoStatusReply : reply_packet {
     std::int32_t value = 0;
     bool flag1 = false;
@@ -70,9 +73,9 @@ struct TAVO_API FifoStatusReply : reply_packet {
     }
 };
 
-/// "optionPortSet"
+/// "optionPortSet": the port that codes are captured from.
 struct TAVO_API OptionPortSetRequest : request_packet {
-    std::uint8_t port = 0;
+    std::uint8_t port = 0; ///< a byte; how it stands for a port is the device's to define
     bool operator==(const OptionPortSetRequest&) const = default;
     template <class Self = OptionPortSetRequest>
     static constexpr auto fields() {
@@ -80,9 +83,9 @@ struct TAVO_API OptionPortSetRequest : request_packet {
     }
 };
 
-/// "optionPortGet"
+/// "optionPortGet": the port that codes are captured from.
 struct TAVO_API OptionPortGetReply : reply_packet {
-    std::uint8_t port = 0;
+    std::uint8_t port = 0; ///< a byte; how it stands for a port is the device's to define
     bool operator==(const OptionPortGetReply&) const = default;
     template <class Self = OptionPortGetReply>
     static constexpr auto fields() {
@@ -90,7 +93,7 @@ struct TAVO_API OptionPortGetReply : reply_packet {
     }
 };
 
-/// "optionPassiveSet"
+/// "optionPassiveSet": a flag in a byte; what it does is the device's to define.
 struct TAVO_API OptionPassiveSetRequest : request_packet {
     std::uint8_t passive = 0;
     bool operator==(const OptionPassiveSetRequest&) const = default;
@@ -100,7 +103,7 @@ struct TAVO_API OptionPassiveSetRequest : request_packet {
     }
 };
 
-/// "optionPassiveGet"
+/// "optionPassiveGet": a flag in a byte; what it does is the device's to define.
 struct TAVO_API OptionPassiveGetReply : reply_packet {
     std::uint8_t passive = 0;
     bool operator==(const OptionPassiveGetReply&) const = default;
@@ -110,7 +113,7 @@ struct TAVO_API OptionPassiveGetReply : reply_packet {
     }
 };
 
-/// "optionFifoCircularSet"
+/// "optionFifoCircularSet": a flag in a byte; what it does is the device's to define.
 struct TAVO_API OptionFifoCircularSetRequest : request_packet {
     std::uint8_t circular = 0;
     bool operator==(const OptionFifoCircularSetRequest&) const = default;
@@ -120,7 +123,7 @@ struct TAVO_API OptionFifoCircularSetRequest : request_packet {
     }
 };
 
-/// "optionFifoCircularGet"
+/// "optionFifoCircularGet": a flag in a byte; what it does is the device's to define.
 struct TAVO_API OptionFifoCircularGetReply : reply_packet {
     std::uint8_t circular = 0;
     bool operator==(const OptionFifoCircularGetReply&) const = default;
@@ -130,7 +133,7 @@ struct TAVO_API OptionFifoCircularGetReply : reply_packet {
     }
 };
 
-/// "optionFifoDiscardSet"
+/// "optionFifoDiscardSet": a flag in a byte; what it does is the device's to define.
 struct TAVO_API OptionFifoDiscardSetRequest : request_packet {
     std::uint8_t discard = 0;
     bool operator==(const OptionFifoDiscardSetRequest&) const = default;
@@ -140,7 +143,7 @@ struct TAVO_API OptionFifoDiscardSetRequest : request_packet {
     }
 };
 
-/// "optionFifoDiscardGet"
+/// "optionFifoDiscardGet": a flag in a byte; what it does is the device's to define.
 struct TAVO_API OptionFifoDiscardGetReply : reply_packet {
     std::uint8_t discard = 0;
     bool operator==(const OptionFifoDiscardGetReply&) const = default;
@@ -150,7 +153,7 @@ struct TAVO_API OptionFifoDiscardGetReply : reply_packet {
     }
 };
 
-/// "optionFifoAutoResetSet"
+/// "optionFifoAutoResetSet": a flag in a byte; what it does is the device's to define.
 struct TAVO_API OptionFifoAutoResetSetRequest : request_packet {
     std::uint8_t autoReset = 0;
     bool operator==(const OptionFifoAutoResetSetRequest&) const = default;
@@ -160,7 +163,7 @@ struct TAVO_API OptionFifoAutoResetSetRequest : request_packet {
     }
 };
 
-/// "optionFifoAutoResetGet"
+/// "optionFifoAutoResetGet": a flag in a byte; what it does is the device's to define.
 struct TAVO_API OptionFifoAutoResetGetReply : reply_packet {
     std::uint8_t autoReset = 0;
     bool operator==(const OptionFifoAutoResetGetReply&) const = default;

@@ -14,13 +14,14 @@
 #include <tavo/client/transcode/header_status_tables.h>
 #include <tavo/client/transcode/packet.h>
 
-/// Records of the "lpcRomEmulation" object. The values of the ROM type are the device's to define.
+/// Records of the "lpcRomEmulation" object, which serves a target's boot ROM from an SRAM in the device. The
+/// values of the ROM type are the device's to define.
 namespace TAVO::dto::lpcRomEmulation {
 
-/// "sramGet"
+/// "sramGet": which part of the SRAM to read.
 struct TAVO_API SramGetRequest : request_packet {
-    std::int32_t offset = 0;
-    std::int32_t length = 0;
+    std::int32_t offset = 0; ///< of the first byte
+    std::int32_t length = 0; ///< how many bytes
     bool operator==(const SramGetRequest&) const = default;
     template <class Self = SramGetRequest>
     static constexpr auto fields() {
@@ -28,7 +29,7 @@ struct TAVO_API SramGetRequest : request_packet {
     }
 };
 
-/// "sramGet"
+/// "sramGet": the bytes that were read.
 struct TAVO_API SramGetReply : reply_packet {
     std::vector<std::uint8_t> data;
     bool operator==(const SramGetReply&) const = default;
@@ -38,9 +39,9 @@ struct TAVO_API SramGetReply : reply_packet {
     }
 };
 
-/// "sramSet"
+/// "sramSet": what to write into the SRAM, and where.
 struct TAVO_API SramSetRequest : request_packet {
-    std::int32_t offset = 0;
+    std::int32_t offset = 0; ///< of the first byte
     std::vector<std::uint8_t> data;
     bool operator==(const SramSetRequest&) const = default;
     template <class Self = SramSetRequest>
@@ -49,7 +50,7 @@ struct TAVO_API SramSetRequest : request_packet {
     }
 };
 
-/// "sramSizeGet"
+/// "sramSizeGet": the size of the SRAM.
 struct TAVO_API SramSizeGetReply : reply_packet {
     std::int32_t size = 0;
     bool operator==(const SramSizeGetReply&) const = default;
@@ -59,7 +60,7 @@ struct TAVO_API SramSizeGetReply : reply_packet {
     }
 };
 
-/// "optionRomTypeSet"
+/// "optionRomTypeSet": the ROM type to set.
 struct TAVO_API OptionRomTypeSetRequest : request_packet {
     std::uint8_t romType = 0;
     bool operator==(const OptionRomTypeSetRequest&) const = default;
@@ -69,7 +70,7 @@ struct TAVO_API OptionRomTypeSetRequest : request_packet {
     }
 };
 
-/// "optionRomTypeGet"
+/// "optionRomTypeGet": the ROM type that is set.
 struct TAVO_API OptionRomTypeGetReply : reply_packet {
     std::uint8_t romType = 0;
     bool operator==(const OptionRomTypeGetReply&) const = default;
@@ -81,7 +82,9 @@ struct TAVO_API OptionRomTypeGetReply : reply_packet {
 
 } // namespace TAVO::dto::lpcRomEmulation
 
-/// Method tables of the "lpcRomEmulation" object. Shaped like every type's tables, see base_v1_0.
+/// The methods of the "lpcRomEmulation" object for Object_v1_0::make(), and their tables. Shaped like every
+/// type's namespace, see base_v1_0. Beside those below there are the enableGet and enableSet of
+/// headerStatus_v1_1.
 namespace TAVO::TAVOXTranscode::lpcRomEmulation_v1_0 {
 
 using headerStatus_v1_1::enableSet, headerStatus_v1_1::enableGet;
@@ -105,10 +108,10 @@ TAVO_API extern DecoderFunction &decode_sramSizeGet, &decode_sramSet, &decode_sr
 
 namespace TAVO::HWDebug {
 
-/// Results of LpcRomEmulation_v1_0.
+/// What the operations of LpcRomEmulation_v1_0 yield. BoundMethod::value() makes it from the reply.
 namespace LpcRomEmulation_v1_0_Structs {
 
-/// The bytes of the SRAM.
+/// The bytes that were read.
 struct TAVO_API SramGet {
     SramGet() = default;
     SramGet(const dto::lpcRomEmulation::SramGetReply& reply);
@@ -125,20 +128,39 @@ struct TAVO_API SramGet {
 
 } // namespace LpcRomEmulation_v1_0_Structs
 
-/// Proxy of an "lpcRomEmulation" object, which serves the target's boot ROM from memory in the device. Its
-/// operations build calls and send nothing; each throws SpecificationError when the device does not list the
-/// method.
+/// Proxy of an "lpcRomEmulation" object, which serves the target's boot ROM from an SRAM in the device. Use
+/// it to boot a target from an image of yours, without flashing it. A few large transfers, or many in one
+/// batch, are much faster than many small calls.
+///
+/// @code
+/// const auto readBack = rom->getSramGetMethod(0x7FFFF0, 5);
+/// const auto queue = std::make_shared<TAVO::MulticallQueue>();
+/// queue->add(rom->getSramSetMethod(0x7FFFF0, image));
+/// queue->add(readBack);
+/// queue->add(rom->getEnableSetMethod(true));
+/// device->multicall(queue);
+/// @endcode
+///
+/// Each operation builds a call and sends nothing, and throws SpecificationError when the device does not
+/// list the method. Nothing is checked on this side: the device judges offsets and lengths and answers with
+/// the return code.
 class TAVO_API LpcRomEmulation_v1_0 : public Proxy<TAVOXTranscode::lpcRomEmulation_v1_0::rows> {
 public:
+    /// Reads `length` bytes of the SRAM from `offset` on.
     std::shared_ptr<BoundMethod<LpcRomEmulation_v1_0_Structs::SramGet>> getSramGetMethod(int offset,
                                                                                          int length) const;
+    /// Writes the bytes into the SRAM from `offset` on.
     std::shared_ptr<Method> getSramSetMethod(int offset, const std::vector<std::uint8_t>& data) const;
+    /// Asks for the size of the SRAM.
     std::shared_ptr<BoundMethod<dto::lpcRomEmulation::SramSizeGetReply>> getSramSizeGetMethod() const;
+    /// Asks for the ROM type; its values are the device's to define.
     std::shared_ptr<BoundMethod<dto::lpcRomEmulation::OptionRomTypeGetReply>>
     getOptionRomTypeGetMethod() const;
-    /// Only the low eight bits of the type travel.
+    /// Sets the ROM type, of which only the low eight bits travel; its values are the device's to define.
     std::shared_ptr<Method> getOptionRomTypeSetMethod(int romType) const;
+    /// Asks whether the emulation is enabled.
     std::shared_ptr<BoundMethod<dto::Header::EnableGetReply>> getEnableGetMethod() const;
+    /// Enables the emulation or disables it.
     std::shared_ptr<Method> getEnableSetMethod(bool enable) const;
 
 protected:

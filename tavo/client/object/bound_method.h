@@ -1,6 +1,7 @@
 #pragma once
 
 #include <concepts>
+#include <tuple>
 #include <type_traits>
 #include <utility>
 
@@ -10,9 +11,36 @@ namespace TAVO {
 
 /// How a result becomes a plain value such as `long long` or a vector of bytes: specialise it with
 /// `static T of(const dto::result&)` for a type that is neither a reply record nor constructible from a
-/// dto::result.
+/// dto::result. The library has one for each plain value that its proxies return.
 template <class T>
 struct PlainResult;
+
+/// Whether a BoundMethod has a plain value of that type.
+template <class T>
+concept Plain = !std::derived_from<T, dto::reply_packet> && !std::constructible_from<T, const dto::result&>;
+
+/// Whether a plain value can be made of a field: a number of a number, a list element by element.
+template <class T, class Field>
+consteval bool isMadeOf() {
+    if constexpr (requires {
+                      typename T::value_type;
+                      typename Field::value_type;
+                  })
+        return std::convertible_to<typename Field::value_type, typename T::value_type>;
+    else
+        return std::convertible_to<Field, T>;
+}
+
+/// The plain value of the single field of a `Reply`.
+/// @throws std::runtime_error as dto::replyOf.
+template <Plain T, class Reply>
+T onlyFieldOf(const dto::result& outcome) {
+    const auto& field = dto::replyOf<Reply>(outcome).*std::get<0>(Reply::fields()).member;
+    if constexpr (requires { typename T::value_type; })
+        return T(field.begin(), field.end());
+    else
+        return static_cast<T>(field);
+}
 
 /// Writes "Method " name " has not been executed.  Can't return valid results" to the standard error stream.
 TAVO_API void reportNotExecuted(const Method& method);
@@ -45,7 +73,7 @@ public:
         } else if constexpr (std::constructible_from<T, const dto::result&>) {
             return T(outcome);
         } else {
-            return PlainResult<T>::of(outcome);
+            return conversion_.of ? conversion_.of(outcome) : PlainResult<T>::of(outcome);
         }
     }
 
@@ -65,6 +93,23 @@ public:
         clearResult();
         return taken;
     }
+
+    /// Lets the plain value be that of the single field of a `Reply`, where it can be made of it. The reply
+    /// need not be one that PlainResult knows.
+    template <class Reply>
+    void takeOnlyFieldOf() requires Plain<T> {
+        using Field =
+            std::remove_cvref_t<decltype(std::declval<Reply>().*std::get<0>(Reply::fields()).member)>;
+        if constexpr (isMadeOf<T, Field>())
+            conversion_.of = onlyFieldOf<T, Reply>;
+    }
+
+private:
+    struct PlainConversion {
+        T (*of)(const dto::result&) = nullptr;
+    };
+    struct NoConversion {};
+    [[no_unique_address]] std::conditional_t<Plain<T>, PlainConversion, NoConversion> conversion_;
 };
 
 } // namespace TAVO

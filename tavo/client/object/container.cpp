@@ -1,12 +1,54 @@
 #include <tavo/client/object/container.h>
 
 #include <stdexcept>
+#include <string_view>
 #include <utility>
 
 #include <tavo/client/object/internal/name_path.h>
 #include <tavo/client/object/object.h>
+#include <tavo/client/wire/error.h>
+#include <tavo/client/wire/internal/readable_name.h>
 
 namespace TAVO {
+
+namespace {
+
+template <class Children>
+std::string childList(const Children& children) {
+    constexpr std::size_t mostNames = 20;
+    std::string list;
+    std::size_t listed = 0;
+    for (const auto& [name, child] : children) {
+        if (listed == mostNames)
+            return list + " and " + std::to_string(children.size() - listed) + " more";
+        list += (listed++ == 0 ? "" : ", ") + name;
+    }
+    return list.empty() ? "no members" : list;
+}
+
+std::string ownName(const Container& container) {
+    const auto name = container.getFullName();
+    return name.empty() ? "the device" : name;
+}
+
+/// The call that enters the factories of a proxy class, which its namespace tells.
+std::string registeringCall(std::string_view proxyClass) {
+    for (const std::string_view group : {"CommonModules::CommonModulesObjects", "TAVO::HWDebug::HwdObjects"})
+        if (proxyClass.starts_with(group.substr(0, group.rfind(':') + 1)))
+            return "call " + std::string(group) + "::registerCoreObjects()";
+    return "construct the factory of its type";
+}
+
+std::string wrongClass(const std::string& path, const Container& node, const std::string& desired) {
+    const auto* object = dynamic_cast<const Object_v1_0*>(&node);
+    if (object && typeid(node) == typeid(Object_v1_0))
+        return path + " is a plain object of type " + object->knownType() + ", no " + desired +
+               ": its type had no factory when the device was opened; " + registeringCall(desired) +
+               " before";
+    return path + " is a " + readableName(typeid(node)) + ", no " + desired;
+}
+
+} // namespace
 
 Container::Container(const std::string& name, std::shared_ptr<Container> parent)
     : path_(std::make_shared<NamePath>(parent ? parent->path_ : nullptr, name))
@@ -31,6 +73,30 @@ void Container::addChild(std::shared_ptr<Container> child) {
 std::shared_ptr<Container> Container::getChild(const std::string& name) const {
     const auto found = children_.find(name);
     return found == children_.end() ? nullptr : found->second;
+}
+
+std::shared_ptr<Container> Container::find(const std::string& path) const {
+    if (auto child = getChild(path))
+        return child;
+    for (auto end = path.find(SEPARATOR); end != std::string::npos; end = path.find(SEPARATOR, end + 1))
+        if (const auto child = getChild(path.substr(0, end)))
+            if (auto found = child->find(path.substr(end + SEPARATOR.size())))
+                return found;
+    return nullptr;
+}
+
+void Container::refuse(const std::string& path, const Container* node, const std::type_info& desired) const {
+    if (node)
+        throw SpecificationError(wrongClass(path, *node, readableName(desired)));
+    const Container* last = this;
+    std::string way;
+    for (auto end = path.find(SEPARATOR); end != std::string::npos; end = path.find(SEPARATOR, end + 1))
+        if (const auto there = find(path.substr(0, end))) {
+            last = there.get();
+            way = path.substr(0, end);
+        }
+    throw SpecificationError("There is no object " + path + ": " + (way.empty() ? ownName(*this) : way) +
+                             " has " + childList(last->children_));
 }
 
 std::vector<std::shared_ptr<Container>> Container::getChildren() const {

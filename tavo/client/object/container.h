@@ -3,6 +3,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <typeinfo>
 #include <vector>
 
 #include <tavo/client/export.h>
@@ -49,6 +50,25 @@ public:
     void addChild(std::shared_ptr<Container> child);
     /// The child of exactly that name, or an empty pointer.
     std::shared_ptr<Container> getChild(const std::string& name) const;
+    /// The node below this one that `path` leads to, names joined by SEPARATOR: "bench.lamp". Empty where
+    /// there is none. A name may hold a SEPARATOR itself.
+    std::shared_ptr<Container> find(const std::string& path) const;
+    /// The same as the class that it must be.
+    ///
+    /// @code
+    /// const auto lamp = device->get<CommonModules::Relay_v1_0>("bench.lamp");
+    /// @endcode
+    /// @throws SpecificationError that names the path and what is there instead: other children, another
+    /// class,
+    ///         or a plain object whose type had no factory when the device was opened, and then the call that
+    ///         registers one.
+    template <class Node>
+    std::shared_ptr<Node> get(const std::string& path) const {
+        const auto node = find(path);
+        if (auto found = std::dynamic_pointer_cast<Node>(node))
+            return found;
+        refuse(path, node.get(), typeid(Node));
+    }
     /// All children, in byte-wise order of their names.
     std::vector<std::shared_ptr<Container>> getChildren() const;
     /// The children that are remote objects of exactly that type. Asks every one of them for its type(), one
@@ -62,6 +82,9 @@ private:
     friend class DeviceFactory;
     friend class ObjectFactory;
     friend class Method;
+
+    [[noreturn]] void refuse(const std::string& path, const Container* node,
+                             const std::type_info& desired) const;
 
     std::shared_ptr<const NamePath> path_;
     std::weak_ptr<Container> parent_;

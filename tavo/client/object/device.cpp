@@ -1,5 +1,7 @@
 #include <tavo/client/object/device.h>
 
+#include <tavo/client/object/internal/return_code.h>
+
 #include <utility>
 
 namespace TAVO {
@@ -9,6 +11,11 @@ Device::Device()
 Device::~Device() = default;
 
 void Device::initalize() {}
+
+void Device::execute(const std::shared_ptr<Method>& method) {
+    call(method);
+    requireSuccess(*method, method->getContainer().getFullName());
+}
 
 void Device::relock() { lock(); }
 

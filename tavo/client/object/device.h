@@ -5,6 +5,7 @@
 #include <string>
 
 #include <tavo/client/export.h>
+#include <tavo/client/object/bound_method.h>
 #include <tavo/client/object/container.h>
 #include <tavo/client/object/method.h>
 #include <tavo/client/object/multicall_queue.h>
@@ -40,6 +41,21 @@ public:
     ///         TAVOLoginError or Error for an error that the device reports. Where memory runs out,
     ///         std::bad_alloc, or SpecificationError that ends with it for a result that is decoded.
     virtual void call(std::shared_ptr<Method> method) = 0;
+    /// The same, and insists on the method's success.
+    /// @throws as call(); Error "Error executing " method "() method on " object ": " and the return code in
+    ///         lower-case hexadecimal, unless it is 0.
+    void execute(const std::shared_ptr<Method>& method);
+    /// The same, and gives the result: the short way to a single value.
+    ///
+    /// @code
+    /// const auto state = device->value(relay->getGetMethod()).state;
+    /// @endcode
+    template <class Result>
+    Result value(const std::shared_ptr<BoundMethod<Result>>& method) {
+        execute(method);
+        // Whoever else holds the call finds its result there.
+        return method.use_count() == 1 ? method->take() : method->value();
+    }
     /// Executes all Methods of the queue in one exchange, in order; the queue is left as it was. Results that
     /// arrived before a failure stay in their Methods.
     /// @throws as call().

@@ -86,6 +86,9 @@ public:
     ~Object_v1_0() override;
 
     std::uint32_t getInstanceID() const { return instanceId_; }
+    /// The name of the object's remote type as it was when ObjectFactory::buildObject made the object; empty
+    /// for one that was made otherwise. Unlike type(), no call to the device.
+    const std::string& knownType() const { return knownType_; }
     /// Empty when the device is gone.
     std::shared_ptr<Device> device() const { return device_.lock(); }
 
@@ -115,15 +118,19 @@ public:
     /// @param arguments one for each field of the request record, in wire order, or such a record; an integer
     ///        is narrowed to the field's width by keeping its low bits.
     /// @return a BoundMethod of the call's reply record, or of `Result` where that is given: a user-level
-    ///         record or a plain value, as BoundMethod takes them. A Method where the call has no reply.
+    ///         record, or a plain value, as BoundMethod takes them; a plain value is that of the reply's only
+    ///         field. A Method where the call has no reply.
     /// @throws SpecificationError when the device does not list the method, or the object's tables have no
     ///         functions for it.
     template <class Result = void, class Request, class Reply, class... Arguments>
     auto make(const TAVOXTranscode::Call<Request, Reply>& call, Arguments&&... arguments) const {
-        using Built = MethodFor<std::conditional_t<std::is_void_v<Result>, Reply, Result>>;
-        return std::make_shared<Built>(
+        using Given = std::conditional_t<std::is_void_v<Result>, Reply, Result>;
+        auto method = std::make_shared<MethodFor<Given>>(
             std::string(call.name), *this,
             TAVOXTranscode::makeParams(call, std::forward<Arguments>(arguments)...));
+        if constexpr (TAVOXTranscode::hasOnlyField<Reply>() && Plain<Given>)
+            method->template takeOnlyFieldOf<Reply>();
+        return method;
     }
 
     /// Whether the device lists the method.
@@ -159,6 +166,7 @@ public:
 private:
     friend class CallExchange;
     friend class Method;
+    friend class ObjectFactory;
 
     /// What a Method is bound to.
     struct RemoteMethod {
@@ -196,6 +204,7 @@ private:
     std::weak_ptr<Device> device_;
     const Device* deviceAddress_; ///< to compare, never to follow
     std::uint32_t instanceId_;
+    std::string knownType_;
     std::unordered_map<std::string, MethodEntry> methods_;
     std::vector<OtherMethod> others_; ///< by name
     std::string otherNames_;

@@ -86,9 +86,11 @@ std::shared_ptr<Container> ObjectFactory::buildSubtree(const std::shared_ptr<Dev
                                            : factory->second->build(device, parent, name, instanceId, probe);
     if (!built)
         throw Error("Object factory built nothing for type " + type + ": " + probe->getFullName());
-    if (const auto object = std::dynamic_pointer_cast<Object_v1_0>(built))
+    if (const auto object = std::dynamic_pointer_cast<Object_v1_0>(built)) {
+        object->knownType_ = type;
         for (const auto& member : object->members())
             built->addChild(buildSubtree(device, member.name, member.id, built, depth + 1, room));
+    }
     built->initalize();
     return built;
 }

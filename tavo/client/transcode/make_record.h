@@ -7,9 +7,19 @@
 #include <utility>
 
 #include <tavo/client/transcode/call.h>
+#include <tavo/client/transcode/field.h>
 #include <tavo/client/transcode/packet.h>
 
 namespace TAVO::TAVOXTranscode {
+
+/// Whether a reply consists of a single field.
+template <class Reply>
+consteval bool hasOnlyField() {
+    if constexpr (std::same_as<Reply, None>)
+        return false;
+    else
+        return std::tuple_size_v<decltype(Reply::fields())> == 1;
+}
 
 /// Fills the fields of `record` from the arguments, in wire order. An integer argument is narrowed to the
 /// field's width by keeping its low bits.
@@ -23,6 +33,36 @@ void fillRecord(Record& record, Arguments&&... arguments) {
              ...);
         },
         Record::fields());
+}
+
+template <class Field, class Argument>
+inline constexpr bool fillsField = false;
+template <class Record, class Member, class Argument>
+inline constexpr bool fillsField<dto::Field<Record, Member>, Argument> = requires(Argument&& argument) {
+    static_cast<Member>(std::forward<Argument>(argument));
+};
+
+/// Whether the fields of a `Record`, in wire order, can be filled from such arguments.
+template <class Record, class... Arguments>
+consteval bool fillsFields() {
+    return []<class... Fields>(const std::tuple<Fields...>&) {
+        if constexpr (sizeof...(Fields) == sizeof...(Arguments))
+            return (fillsField<Fields, Arguments> && ...);
+        else
+            return false;
+    }(Record::fields());
+}
+
+/// Whether a `Request` can be made from such arguments: one for each field, or the record.
+template <class Request, class... Arguments>
+consteval bool takesArguments() {
+    if constexpr (std::same_as<Request, None>)
+        return sizeof...(Arguments) == 0;
+    else if constexpr (sizeof...(Arguments) == 1 &&
+                       (std::same_as<std::remove_cvref_t<Arguments>, Request> && ...))
+        return true;
+    else
+        return fillsFields<Request, Arguments...>();
 }
 
 /// A record, its fields filled as by fillRecord().
@@ -50,8 +90,8 @@ dto::Params makeRequest(Arguments&&... arguments) {
 /// The same for a Call, of whose request the arguments must be; none where it takes no parameters.
 template <class Request, class Reply, class... Arguments>
 dto::Params makeParams(const Call<Request, Reply>&, Arguments&&... arguments) {
+    static_assert(takesArguments<Request, Arguments...>(), "one argument for each field of the request");
     if constexpr (std::same_as<Request, None>) {
-        static_assert(sizeof...(Arguments) == 0, "the method takes no parameters");
         return {};
     } else {
         return makeRequest<Request>(std::forward<Arguments>(arguments)...);

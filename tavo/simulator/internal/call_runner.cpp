@@ -186,7 +186,7 @@ dto::result CallRunner::invoke(const SimulatedObject::Method& method, const Call
     if (const auto* forced = forcedReturn())
         return {forced->code, nullptr};
     try {
-        return method.call(request.get(), context);
+        return method.serve(request.get(), context);
     } catch (const Refusal& refusal) {
         return {refusal.code(), nullptr};
     }

@@ -1,29 +1,32 @@
 #include <tavo/simulator/objects/cfa633.h>
 
-#include <tavo/client/commonmodules/cfa633_records.h>
+#include <tavo/client/commonmodules/cfa633.h>
+#include <tavo/client/transcode/base_tables.h>
 
 namespace TAVO::simulator {
 
+namespace {
+
+namespace base_v1_0 = TAVOXTranscode::base_v1_0;
+namespace cfa633_v1_0 = CommonModules::TAVOXTranscode::cfa633_v1_0;
 using namespace dto::cfa633;
+
+} // namespace
 
 Cfa633::Cfa633()
     : SimulatedObject("cfa633", "1.0") {
-    on<LcdPrintRequest, None>("lcdPrint", [this](const LcdPrintRequest& request) {
+    on(cfa633_v1_0::lcdPrint, [this](const LcdPrintRequest& request) {
         return return_code::badUnless(lcd_.print(request.first, request.second, request.text));
     });
-    on<None, None>("lcdClear", [this] { lcd_.clear(); });
-    on<LcdBackLightRequest, None>("lcdBackLight", [this](const LcdBackLightRequest& request) {
+    on(cfa633_v1_0::lcdClear, [this] { lcd_.clear(); });
+    on(cfa633_v1_0::lcdBackLight, [this](const LcdBackLightRequest& request) {
         return return_code::badUnless(lcd_.setBackLight(request.level));
     });
-    on<None, dto::Base::AvailableReply>(
-        "available",
+    on(
+        base_v1_0::available,
         [this] {
-            dto::Base::AvailableReply reply;
-            reply.available = reservation() ? 0 : 1;
-            if (reservation())
-                reply.user = reservation()->user;
-            reply.info = lcd_.toString();
-            return reply;
+            const auto holder = reservation().value_or(Reservation{});
+            return makeRecord<dto::Base::AvailableReply>(!reservation(), holder.user, lcd_.toString());
         },
         Access::open);
 }

@@ -2,13 +2,14 @@
 
 #include <utility>
 
-#include <tavo/client/commonmodules/com_records.h>
+#include <tavo/client/commonmodules/com.h>
 
 namespace TAVO::simulator {
 
-using namespace dto::com;
-
 namespace {
+
+namespace com_v1_0 = CommonModules::TAVOXTranscode::com_v1_0;
+using namespace dto::com;
 
 SerialPort::Settings settingsOf(const OpenRequest& request) {
     return {request.value1, request.value2, request.flag1, request.flag2, request.value3,
@@ -20,11 +21,10 @@ SerialPort::Settings settingsOf(const OpenRequest& request) {
 Com::Com(std::shared_ptr<Board> board)
     : SimulatedObject("com", "1.0")
     , port_(std::make_shared<SerialConsole>(std::move(board))) {
-    on<OpenRequest, None>("open",
-                          [this](const OpenRequest& request) { return port_.open(settingsOf(request)); });
-    on<None, None>("close", [this] { return port_.close(); });
-    on<SendRequest, None>("send", [this](const SendRequest& request) { return port_.send(request.data); });
-    on<RecvRequest, RecvReply>("recv", [this](const RecvRequest& request) {
+    on(com_v1_0::open, [this](const OpenRequest& request) { return port_.open(settingsOf(request)); });
+    on(com_v1_0::close, [this] { return port_.close(); });
+    on(com_v1_0::send, [this](const SendRequest& request) { return port_.send(request.data); });
+    on(com_v1_0::recv, [this](const RecvRequest& request) {
         Answer<RecvReply> answer;
         answer.code = port_.receive(request.value, answer.reply.data);
         return answer;

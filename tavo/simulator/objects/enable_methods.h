@@ -1,6 +1,6 @@
 #pragma once
 
-#include <tavo/client/transcode/header_records.h>
+#include <tavo/client/transcode/header_status_tables.h>
 #include <tavo/simulator/simulated_object.h>
 
 namespace TAVO::simulator {
@@ -9,15 +9,11 @@ namespace TAVO::simulator {
 /// @param model lives as long as the object.
 template <class Model>
 void serveEnable(SimulatedObject& object, Model& model) {
-    using dto::Header::EnableGetReply;
-    using dto::Header::EnableSetRequest;
-    object.on<None, EnableGetReply>("enableGet", [&model] {
-        EnableGetReply reply;
-        reply.enable = model.enabled();
-        return reply;
-    });
-    object.on<EnableSetRequest, None>(
-        "enableSet", [&model](const EnableSetRequest& request) { model.setEnabled(request.enable); });
+    namespace headerStatus_v1_1 = TAVOXTranscode::headerStatus_v1_1;
+    using namespace dto::Header;
+    object.on(headerStatus_v1_1::enableGet, [&model] { return makeRecord<EnableGetReply>(model.enabled()); });
+    object.on(headerStatus_v1_1::enableSet,
+              [&model](const EnableSetRequest& request) { model.setEnabled(request.enable); });
 }
 
 } // namespace TAVO::simulator

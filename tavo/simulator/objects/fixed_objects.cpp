@@ -2,6 +2,9 @@
 
 #include <utility>
 
+#include <tavo/client/transcode/device_tables.h>
+#include <tavo/client/transcode/system_tables.h>
+#include <tavo/client/transcode/table.h>
 #include <tavo/client/version_number.h>
 #include <tavo/simulator/appliance.h>
 #include <tavo/simulator/internal/limits.h>
@@ -11,8 +14,12 @@ namespace TAVO::simulator {
 
 namespace {
 
+namespace device_v1_0 = TAVOXTranscode::device_v1_0;
+namespace system_v1_0 = TAVOXTranscode::system_v1_0;
+
 // The client library's table has no such method, although its proxy builds it and appliances list it.
-constexpr auto maxPacketSizeRow = TAVOXTranscode::row<None, dto::Base::IntegerReply>("getMaxPacketSize");
+constexpr TAVOXTranscode::Call<None, dto::Base::IntegerReply> getMaxPacketSize{"getMaxPacketSize"};
+constexpr auto maxPacketSizeRow = TAVOXTranscode::rowOf(getMaxPacketSize);
 
 constexpr std::size_t mostPendingLogins = 1024;
 
@@ -44,10 +51,10 @@ DeviceObject::DeviceObject()
     : SimulatedObject("device", "1.0") {
     using namespace dto::Device;
     addMethod(maxPacketSizeRow);
-    on<None, InfoReply>(
-        "info", [this](CallContext& call) { return info(call); }, Access::open);
-    on<None, RootMembersReply>(
-        "rootMembers",
+    on(
+        device_v1_0::info, [this](CallContext& call) { return info(call); }, Access::open);
+    on(
+        device_v1_0::rootMembers,
         [this] {
             RootMembersReply reply;
             for (const auto& member : appliance().rootMembers())
@@ -55,40 +62,28 @@ DeviceObject::DeviceObject()
             return reply;
         },
         Access::open);
-    on<LockRequest, LockReply>(
-        "lock",
+    on(
+        device_v1_0::lock,
         [this](const LockRequest& request) {
-            LockReply reply;
-            reply.lockId = appliance().lock().take(request.user, request.password);
-            return reply;
+            return makeRecord<LockReply>(appliance().lock().take(request.user, request.password));
         },
         Access::open);
-    on<UnLockRequest, None>(
-        "unlock",
+    on(
+        device_v1_0::unlock,
         [this](const UnLockRequest& request) { appliance().lock().release(request.user, request.password); },
         Access::open);
-    on<None, KeyReply>(
-        "getKey",
-        [this] {
-            KeyReply reply;
-            reply.key = appliance().key();
-            return reply;
-        },
+    on(
+        device_v1_0::getKey, [this] { return makeRecord<KeyReply>(appliance().key()); }, Access::open);
+    on(
+        device_v1_0::login,
+        [this](const LoginRequest& request, CallContext& call) { return login(request, call); },
         Access::open);
-    on<LoginRequest, LoginReply>(
-        "login", [this](const LoginRequest& request, CallContext& call) { return login(request, call); },
-        Access::open);
-    on<CHAPResponseRequest, CHAPResponseReply>(
-        "CHAPRespond",
+    on(
+        device_v1_0::CHAPRespond,
         [this](const CHAPResponseRequest& request, CallContext& call) { return respond(request, call); },
         Access::open);
-    on<None, dto::Base::IntegerReply>(
-        "getMaxPacketSize",
-        [] {
-            dto::Base::IntegerReply reply;
-            reply.value = limits::parameterBytes;
-            return reply;
-        },
+    on(
+        getMaxPacketSize, [] { return makeRecord<dto::Base::IntegerReply>(limits::parameterBytes); },
         Access::open);
 }
 
@@ -109,12 +104,11 @@ dto::Device::LoginReply DeviceObject::login(const dto::Device::LoginRequest& req
                                             const CallContext& call) {
     if (!appliance().lock().accounts().contains(request.user))
         throw DeviceFault(device_error::login, "Unknown user '" + request.user + "'");
-    dto::Device::LoginReply reply;
-    reply.challenge = challengeNumber(++challenges_);
-    logins_.insert_or_assign(call.connection(), Login{request.user, reply.challenge});
+    auto challenge = challengeNumber(++challenges_);
+    logins_.insert_or_assign(call.connection(), Login{request.user, challenge});
     if (logins_.size() > mostPendingLogins)
         logins_.erase(logins_.begin());
-    return reply;
+    return makeRecord<dto::Device::LoginReply>(std::move(challenge));
 }
 
 dto::Device::CHAPResponseReply DeviceObject::respond(const dto::Device::CHAPResponseRequest& request,
@@ -125,51 +119,40 @@ dto::Device::CHAPResponseReply DeviceObject::respond(const dto::Device::CHAPResp
     const auto& [user, challenge] = pending.mapped();
     if (request.response != responseTo(challenge, appliance().lock().accounts().at(user)))
         throw DeviceFault(device_error::login, "Wrong response of user '" + user + "'");
-    dto::Device::CHAPResponseReply reply;
-    reply.text = "Welcome, " + user;
-    return reply;
+    return makeRecord<dto::Device::CHAPResponseReply>("Welcome, " + user);
 }
 
 SystemObject::SystemObject()
     : SimulatedObject("system", "1.0") {
     using namespace dto::system;
-    on<None, TimeGetReply>("timeGet", [](CallContext& call) {
-        TimeGetReply reply;
-        reply.time = call.time();
-        return reply;
-    });
-    on<TimeSetRequest, None>("timeSet", [this](const TimeSetRequest& request, CallContext& call) {
+    on(system_v1_0::timeGet, [](CallContext& call) { return makeRecord<TimeGetReply>(call.time()); });
+    on(system_v1_0::timeSet, [this](const TimeSetRequest& request, CallContext& call) {
         // What this batch has slept so far comes on top once it is answered.
         const auto slept = static_cast<std::uint64_t>(call.totalDelay().count());
         appliance().clock().setTime(
             static_cast<std::int64_t>(static_cast<std::uint64_t>(request.time) - slept));
     });
-    on<uSleepRequest, None>(
-        "usleep", [](const uSleepRequest& request, CallContext& call) { wait(call, request.microseconds); });
-    on<uWaitRequest, None>(
-        "uwait", [](const uWaitRequest& request, CallContext& call) { wait(call, request.microseconds); });
-    on<None, None>("deviceReset", [this](CallContext& call) {
+    on(system_v1_0::usleep,
+       [](const uSleepRequest& request, CallContext& call) { wait(call, request.microseconds); });
+    on(system_v1_0::uwait,
+       [](const uWaitRequest& request, CallContext& call) { wait(call, request.microseconds); });
+    on(system_v1_0::deviceReset, [this](CallContext& call) {
         appliance().reset();
         call.closeConnections();
     });
-    on<FirmwareUpdateRequest, None>(
-        "firmwareUpdate", [this](const FirmwareUpdateRequest& request, CallContext& call) {
-            appliance().firmware().update(request.name, request.image, call.elapsed());
-        });
-    on<FirmwareStatusRequest, FirmwareStatusReply>(
-        "firmwareStatus", [this](const FirmwareStatusRequest& request, CallContext& call) {
-            return firmwareStatus(request, call);
-        });
+    on(system_v1_0::firmwareUpdate, [this](const FirmwareUpdateRequest& request, CallContext& call) {
+        appliance().firmware().update(request.name, request.image, call.elapsed());
+    });
+    on(system_v1_0::firmwareStatus, [this](const FirmwareStatusRequest& request, CallContext& call) {
+        return firmwareStatus(request, call);
+    });
 }
 
 dto::system::FirmwareStatusReply
 SystemObject::firmwareStatus(const dto::system::FirmwareStatusRequest& request,
                              const CallContext& call) const {
     const auto& firmware = appliance().firmware().at(request.name, call.elapsed());
-    dto::system::FirmwareStatusReply reply;
-    reply.first = static_cast<std::uint32_t>(firmware.state);
-    reply.second = firmware.percent;
-    return reply;
+    return makeRecord<dto::system::FirmwareStatusReply>(firmware.state, firmware.percent);
 }
 
 } // namespace TAVO::simulator

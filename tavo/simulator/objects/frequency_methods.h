@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string>
-
 #include <tavo/client/hwdebug/jtag_records.h>
 #include <tavo/client/transcode/base_records.h>
 #include <tavo/simulator/simulated_object.h>
@@ -11,16 +9,13 @@ namespace TAVO::simulator {
 /// Serves a frequency of `object` by the model's frequency(), divider() and setFrequency(), which says
 /// whether it accepts one. @param model lives as long as the object.
 template <class Model>
-void serveFrequency(SimulatedObject& object, const std::string& get, const std::string& set, Model& model) {
-    using dto::Base::FrequencyGetReply;
-    using dto::Jtag::OptionTckFrequencySetRequest;
-    object.on<None, FrequencyGetReply>(get, [&model] {
-        FrequencyGetReply reply;
-        reply.frequency = model.frequency();
-        reply.value = static_cast<std::int32_t>(model.divider());
-        return reply;
+void serveFrequency(SimulatedObject& object,
+                    const TAVOXTranscode::Call<None, dto::Base::FrequencyGetReply>& get,
+                    const TAVOXTranscode::Call<dto::Jtag::OptionTckFrequencySetRequest>& set, Model& model) {
+    object.on(get, [&model] {
+        return makeRecord<dto::Base::FrequencyGetReply>(model.frequency(), model.divider());
     });
-    object.on<OptionTckFrequencySetRequest, None>(set, [&model](const OptionTckFrequencySetRequest& request) {
+    object.on(set, [&model](const dto::Jtag::OptionTckFrequencySetRequest& request) {
         return return_code::badUnless(model.setFrequency(request.frequency));
     });
 }

@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include <tavo/client/hwdebug/gpu_debug_records.h>
-#include <tavo/client/hwdebug/gpu_scan_records.h>
-#include <tavo/client/hwdebug/kelvor_gpu_debug_mux_records.h>
+#include <tavo/client/hwdebug/gpu_debug.h>
+#include <tavo/client/hwdebug/gpu_scan.h>
+#include <tavo/client/hwdebug/kelvor_gpu_debug_mux.h>
 #include <tavo/simulator/objects/enable_methods.h>
 #include <tavo/simulator/objects/frequency_methods.h>
 #include <tavo/simulator/objects/header_status_methods.h>
@@ -13,17 +13,18 @@ namespace TAVO::simulator {
 
 namespace {
 
+namespace gpuDebug_v1_0 = TAVOXTranscode::gpuDebug_v1_0;
+namespace gpuScan_v1_0 = TAVOXTranscode::gpuScan_v1_0;
+namespace kelvorGpuDebugMux_v1_0 = TAVOXTranscode::kelvorGpuDebugMux_v1_0;
+
 constexpr std::int32_t firstHeaderMode = 1;
 constexpr std::int32_t highestHeaderMode = 3;
 
 template <class GetReply, class SetRequest>
-void serveHeaderMode(SimulatedObject& object, std::int32_t& mode) {
-    object.on<None, GetReply>("headerModeGet", [&mode] {
-        GetReply reply;
-        reply.mode = mode;
-        return reply;
-    });
-    object.on<SetRequest, None>("headerModeSet", [&mode](const SetRequest& request) {
+void serveHeaderMode(SimulatedObject& object, const TAVOXTranscode::Call<None, GetReply>& get,
+                     const TAVOXTranscode::Call<SetRequest>& set, std::int32_t& mode) {
+    object.on(get, [&mode] { return makeRecord<GetReply>(mode); });
+    object.on(set, [&mode](const SetRequest& request) {
         if (request.mode < 0 || request.mode > highestHeaderMode)
             throw Refusal(return_code::badArgument);
         mode = request.mode;
@@ -43,7 +44,7 @@ GpuScan::GpuScan(std::shared_ptr<Board> board)
     , headerStatus_(board_, {"SCAN"}, {"GPU"}) {
     serveScan();
     servePins();
-    serveFrequency(*this, "optionSckFrequencyGet", "optionSckFrequencySet", port_);
+    serveFrequency(*this, gpuScan_v1_0::optionSckFrequencyGet, gpuScan_v1_0::optionSckFrequencySet, port_);
     serveEnable(*this, port_);
     serveHeaderStatus(*this, headerStatus_);
 }
@@ -55,54 +56,39 @@ void GpuScan::reset() {
 
 void GpuScan::serveScan() {
     using namespace dto::gpuScan;
-    on<ScanRequest, ScanReply>("scan", [this](const ScanRequest& request) {
+    on(gpuScan_v1_0::scan, [this](const ScanRequest& request) {
         requireEnabled(port_);
         auto position = port_;
         auto bits = position.scan(request.count);
         if (!bits)
             throw Refusal(return_code::badArgument);
-        ScanReply reply;
-        if (board_->powered()) {
+        if (board_->powered())
             port_ = position;
-            reply.data = std::move(*bits);
-        } else {
-            reply.data.assign(bits->size(), 0);
-        }
-        return reply;
+        else
+            bits->assign(bits->size(), 0);
+        return makeRecord<ScanReply>(std::move(*bits));
     });
 }
 
 void GpuScan::servePins() {
     using namespace dto::Header;
-    on<None, IoGetReply>("ioSckGet", [this] {
-        IoGetReply reply;
-        reply.first = port_.sck().driven;
-        reply.second = port_.sck().level;
-        return reply;
-    });
-    on<IoSetRequest, None>("ioSckSet", [this](const IoSetRequest& request) {
+    on(gpuScan_v1_0::ioSckGet,
+       [this] { return makeRecord<IoGetReply>(port_.sck().driven, port_.sck().level); });
+    on(gpuScan_v1_0::ioSckSet, [this](const IoSetRequest& request) {
         requireEnabled(port_);
         port_.setSck({request.first, request.second}, board_->powered());
     });
-    on<None, iGetReply>("ioSdoGet", [this] {
-        iGetReply reply;
-        reply.level = board_->powered() && port_.sdo();
-        return reply;
-    });
+    on(gpuScan_v1_0::ioSdoGet, [this] { return makeRecord<iGetReply>(board_->powered() && port_.sdo()); });
 }
 
 GpuDebug::GpuDebug(std::shared_ptr<Board> board)
     : SimulatedObject("gpuDebug", "1.0")
     , headerMode_(firstHeaderMode)
     , headerStatus_(board, {"GPU-DEBUG"}, {"GPU"}) {
-    using namespace dto::gpuDebug;
-    serveHeaderMode<HeaderModeGetReply, HeaderModeSetRequest>(*this, headerMode_);
+    serveHeaderMode(*this, gpuDebug_v1_0::headerModeGet, gpuDebug_v1_0::headerModeSet, headerMode_);
     serveHeaderStatusGet(*this, headerStatus_);
-    on<None, IoPxEnGetReply>("ioPxEnGet", [board = std::move(board)] {
-        IoPxEnGetReply reply;
-        reply.level = board->powered();
-        return reply;
-    });
+    on(gpuDebug_v1_0::ioPxEnGet,
+       [board = std::move(board)] { return makeRecord<dto::gpuDebug::IoPxEnGetReply>(board->powered()); });
 }
 
 void GpuDebug::reset() {
@@ -113,8 +99,8 @@ void GpuDebug::reset() {
 KelvorGpuDebugMux::KelvorGpuDebugMux()
     : SimulatedObject("kelvorGpuDebugMux", "1.0")
     , headerMode_(firstHeaderMode) {
-    using namespace dto::kelvorGpuDebugMux;
-    serveHeaderMode<HeaderModeGetReply, HeaderModeSetRequest>(*this, headerMode_);
+    serveHeaderMode(*this, kelvorGpuDebugMux_v1_0::headerModeGet, kelvorGpuDebugMux_v1_0::headerModeSet,
+                    headerMode_);
 }
 
 void KelvorGpuDebugMux::reset() { headerMode_ = firstHeaderMode; }

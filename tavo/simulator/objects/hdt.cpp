@@ -4,8 +4,7 @@
 #include <span>
 #include <utility>
 
-#include <tavo/client/hwdebug/hdt_records.h>
-#include <tavo/client/transcode/header_records.h>
+#include <tavo/client/hwdebug/hdt.h>
 #include <tavo/simulator/objects/enable_methods.h>
 #include <tavo/simulator/objects/header_status_methods.h>
 
@@ -13,6 +12,8 @@ namespace TAVO::simulator {
 
 namespace {
 
+namespace hdt_v1_0 = TAVOXTranscode::hdt_v1_0;
+namespace hdt_v1_1 = TAVOXTranscode::hdt_v1_1;
 using namespace dto::hdt;
 using namespace dto::Header;
 
@@ -51,11 +52,8 @@ Hdt::Hdt(const std::string& version, std::shared_ptr<Board> board)
     serveOptions();
     serveEnable(*this, signals_);
     const bool isFirst = version == "1.0";
-    on<None, FrequencyGetReply>(isFirst ? "frequencyGet" : "optionFrequencyGet", [] {
-        FrequencyGetReply reply;
-        reply.frequency = referenceFrequency;
-        return reply;
-    });
+    on(isFirst ? hdt_v1_0::frequencyGet : hdt_v1_1::optionFrequencyGet,
+       [] { return makeRecord<FrequencyGetReply>(referenceFrequency); });
     if (isFirst)
         return;
     serveTriggers();
@@ -69,36 +67,22 @@ void Hdt::reset() {
 }
 
 void Hdt::serveSignals() {
-    const auto onLevelGet = [this](const char* method, auto level) {
-        on<None, iGetReply>(method, [level] {
-            iGetReply reply;
-            reply.level = level();
-            return reply;
-        });
-    };
-    onLevelGet("ioDbreqGet", [this] { return signals_.debugRequest(); });
-    onLevelGet("ioResetGet", [this] { return board_->inReset(); });
-    onLevelGet("ioPwrokGet", [this] { return board_->powerGood(); });
-    on<iSetRequest, None>("ioDbreqSet", [this](const iSetRequest& request) {
+    on(hdt_v1_0::ioDbreqGet, [this] { return makeRecord<iGetReply>(signals_.debugRequest()); });
+    on(hdt_v1_0::ioResetGet, [this] { return makeRecord<iGetReply>(board_->inReset()); });
+    on(hdt_v1_0::ioPwrokGet, [this] { return makeRecord<iGetReply>(board_->powerGood()); });
+    on(hdt_v1_0::ioDbreqSet, [this](const iSetRequest& request) {
         requireEnabled(signals_);
         signals_.setDebugRequest(request.level);
     });
-    on<None, ioDbrdyReply>("ioDbrdyGet", [this] {
-        ioDbrdyReply reply;
-        reply.lines = bytesOf(signals_.debugReady());
-        return reply;
-    });
-    on<None, ioDbrdySnapshotReply>("ioDbrdySnapshotGet", [this] {
-        ioDbrdySnapshotReply reply;
-        reply.lines = bytesOf(signals_.snapshot());
-        return reply;
-    });
-    on<None, None>("ioDbrdySnapshotClear", [this] { signals_.clearSnapshot(); });
+    on(hdt_v1_0::ioDbrdyGet, [this] { return makeRecord<ioDbrdyReply>(bytesOf(signals_.debugReady())); });
+    on(hdt_v1_0::ioDbrdySnapshotGet,
+       [this] { return makeRecord<ioDbrdySnapshotReply>(bytesOf(signals_.snapshot())); });
+    on(hdt_v1_0::ioDbrdySnapshotClear, [this] { signals_.clearSnapshot(); });
 }
 
 template <class Request, class Change>
-void Hdt::onOptionSet(const std::string& method, Change change) {
-    on<Request, None>(method, [this, change](const Request& request) {
+void Hdt::onOptionSet(const TAVOXTranscode::Call<Request>& call, Change change) {
+    on(call, [this, change](const Request& request) {
         auto options = signals_.options();
         change(request, options);
         signals_.setOptions(options);
@@ -107,31 +91,17 @@ void Hdt::onOptionSet(const std::string& method, Change change) {
 
 void Hdt::serveOptions() {
     using Options = DebugSignals::Options;
-    on<None, OptionDbreqOnDbrdyGetReply>("optionDbreqOnDbrdyGet", [this] {
-        OptionDbreqOnDbrdyGetReply reply;
-        reply.enable = signals_.options().onDebugReady;
-        return reply;
-    });
-    using OnDbrdyRequest = OptionDbreqOnDbrdySetRequest;
-    onOptionSet<OnDbrdyRequest>("optionDbreqOnDbrdySet", [](const OnDbrdyRequest& request, Options& options) {
-        options.onDebugReady = request.enable;
-    });
-    on<None, OptionDbreqOnResetReply>("optionDbreqOnResetGet", [this] {
-        OptionDbreqOnResetReply reply;
-        reply.enable = signals_.options().onReset;
-        return reply;
-    });
-    using OnResetRequest = OptionDbreqOnResetRequest;
-    onOptionSet<OnResetRequest>("optionDbreqOnResetSet", [](const OnResetRequest& request, Options& options) {
-        options.onReset = request.enable;
-    });
-    on<None, OptionDbreqPulseWidthReply>("optionDbreqPulseWidthGet", [this] {
-        OptionDbreqPulseWidthReply reply;
-        reply.pulseWidth = signals_.options().pulseWidth;
-        return reply;
-    });
-    using WidthRequest = OptionDbreqPulseWidthRequest;
-    onOptionSet<WidthRequest>("optionDbreqPulseWidthSet", [](const WidthRequest& request, Options& options) {
+    on(hdt_v1_0::optionDbreqOnDbrdyGet,
+       [this] { return makeRecord<OptionDbreqOnDbrdyGetReply>(signals_.options().onDebugReady); });
+    onOptionSet(hdt_v1_0::optionDbreqOnDbrdySet,
+                [](const auto& request, Options& options) { options.onDebugReady = request.enable; });
+    on(hdt_v1_0::optionDbreqOnResetGet,
+       [this] { return makeRecord<OptionDbreqOnResetReply>(signals_.options().onReset); });
+    onOptionSet(hdt_v1_0::optionDbreqOnResetSet,
+                [](const auto& request, Options& options) { options.onReset = request.enable; });
+    on(hdt_v1_0::optionDbreqPulseWidthGet,
+       [this] { return makeRecord<OptionDbreqPulseWidthReply>(signals_.options().pulseWidth); });
+    onOptionSet(hdt_v1_0::optionDbreqPulseWidthSet, [](const auto& request, Options& options) {
         if (request.pulseWidth < 0)
             throw Refusal(return_code::badArgument);
         options.pulseWidth = request.pulseWidth;
@@ -140,53 +110,31 @@ void Hdt::serveOptions() {
 
 void Hdt::serveTriggers() {
     using Options = DebugSignals::Options;
-    on<None, ioDbreqSourceSnapshotReply>("ioDbreqSourceSnapshotGet", [this] {
-        ioDbreqSourceSnapshotReply reply;
-        reply.source = static_cast<std::int32_t>(signals_.source());
-        return reply;
-    });
-    on<None, None>("ioDbreqSourceSnapshotClear", [this] { signals_.clearSource(); });
-    on<ioTriggerSetRequest, None>("ioTriggerSet", [this](const ioTriggerSetRequest& request) {
+    on(hdt_v1_1::ioDbreqSourceSnapshotGet,
+       [this] { return makeRecord<ioDbreqSourceSnapshotReply>(signals_.source()); });
+    on(hdt_v1_1::ioDbreqSourceSnapshotClear, [this] { signals_.clearSource(); });
+    on(hdt_v1_1::ioTriggerSet, [this](const ioTriggerSetRequest& request) {
         requireEnabled(signals_);
         signals_.setTrigger(triggerIndex(request.index), request.level);
     });
-    on<ioTriggerGetRequest, ioTriggerGetReply>("ioTriggerGet", [this](const ioTriggerGetRequest& request) {
-        ioTriggerGetReply reply;
-        reply.level = signals_.trigger(triggerIndex(request.index));
-        return reply;
+    on(hdt_v1_1::ioTriggerGet, [this](const ioTriggerGetRequest& request) {
+        return makeRecord<ioTriggerGetReply>(signals_.trigger(triggerIndex(request.index)));
     });
-    on<None, OptionDbreqOnTriggerGetReply>("optionDbreqOnTriggerGet", [this] {
+    on(hdt_v1_1::optionDbreqOnTriggerGet, [this] {
         const auto& [one, other] = signals_.options().onTrigger;
-        OptionDbreqOnTriggerGetReply reply;
-        reply.flag1 = one.enabled;
-        reply.value1 = one.index;
-        reply.flag2 = other.enabled;
-        reply.value2 = other.index;
-        return reply;
+        return makeRecord<OptionDbreqOnTriggerGetReply>(one.enabled, one.index, other.enabled, other.index);
     });
-    using OnTriggerRequest = OptionDbreqOnTriggerSetRequest;
-    onOptionSet<OnTriggerRequest>(
-        "optionDbreqOnTriggerSet", [](const OnTriggerRequest& request, Options& options) {
-            triggerIndex(request.value1);
-            triggerIndex(request.value2);
-            options.onTrigger = {{{request.flag1, request.value1}, {request.flag2, request.value2}}};
-        });
-    using SetupGetRequest = OptionTriggerSetupGetRequest;
-    on<SetupGetRequest, OptionTriggerSetupGetReply>(
-        "optionTriggerSetupGet", [this](const SetupGetRequest& request) {
-            const auto& setup = signals_.setup(triggerIndex(request.index));
-            OptionTriggerSetupGetReply reply;
-            reply.value1 = setup.mode;
-            reply.value2 = setup.edge;
-            reply.value3 = setup.pulseWidth;
-            reply.value4 = setup.count;
-            reply.value5 = setup.delay;
-            reply.value6 = setup.invert;
-            reply.value7 = setup.source;
-            return reply;
-        });
-    using SetupSetRequest = OptionTriggerSetupSetRequest;
-    on<SetupSetRequest, None>("optionTriggerSetupSet", [this](const SetupSetRequest& request) {
+    onOptionSet(hdt_v1_1::optionDbreqOnTriggerSet, [](const auto& request, Options& options) {
+        triggerIndex(request.value1);
+        triggerIndex(request.value2);
+        options.onTrigger = {{{request.flag1, request.value1}, {request.flag2, request.value2}}};
+    });
+    on(hdt_v1_1::optionTriggerSetupGet, [this](const OptionTriggerSetupGetRequest& request) {
+        const auto& setup = signals_.setup(triggerIndex(request.index));
+        return makeRecord<OptionTriggerSetupGetReply>(setup.mode, setup.edge, setup.pulseWidth, setup.count,
+                                                      setup.delay, setup.invert, setup.source);
+    });
+    on(hdt_v1_1::optionTriggerSetupSet, [this](const OptionTriggerSetupSetRequest& request) {
         const auto isUpTo = [](std::int32_t value, std::int32_t highest) {
             return value >= 0 && value <= highest;
         };
@@ -203,16 +151,11 @@ void Hdt::serveTriggers() {
 
 void Hdt::serveMaskAndWait() {
     using Options = DebugSignals::Options;
-    on<None, OptionDbrdyMaskGetReply>("optionDbrdyMaskGet", [this] {
-        OptionDbrdyMaskGetReply reply;
-        reply.mask = bytesOf(signals_.options().mask);
-        return reply;
-    });
-    using MaskRequest = OptionDbrdyMaskSetRequest;
-    onOptionSet<MaskRequest>("optionDbrdyMaskSet", [](const MaskRequest& request, Options& options) {
-        options.mask = linesOf(request.mask);
-    });
-    on<ioDbrdyWaitRequest, None>("ioDbrdyWait", [this](const ioDbrdyWaitRequest& request, CallContext& call) {
+    on(hdt_v1_1::optionDbrdyMaskGet,
+       [this] { return makeRecord<OptionDbrdyMaskGetReply>(bytesOf(signals_.options().mask)); });
+    onOptionSet(hdt_v1_1::optionDbrdyMaskSet,
+                [](const auto& request, Options& options) { options.mask = linesOf(request.mask); });
+    on(hdt_v1_1::ioDbrdyWait, [this](const ioDbrdyWaitRequest& request, CallContext& call) {
         const auto lines = linesOf(request.lines);
         if (request.timeout < 0)
             throw Refusal(return_code::badArgument);

@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include <tavo/client/transcode/call.h>
 #include <tavo/simulator/export.h>
 #include <tavo/simulator/models/debug_signals.h>
 #include <tavo/simulator/models/header_status.h>
@@ -26,7 +27,7 @@ private:
     void serveMaskAndWait();
 
     template <class Request, class Change>
-    void onOptionSet(const std::string& method, Change change);
+    void onOptionSet(const TAVOXTranscode::Call<Request>& call, Change change);
 
     std::shared_ptr<Board> board_;
     DebugSignals signals_;

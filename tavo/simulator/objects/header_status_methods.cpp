@@ -1,15 +1,20 @@
 #include <tavo/simulator/objects/header_status_methods.h>
 
+#include <tavo/client/transcode/header_status_tables.h>
+
 namespace TAVO::simulator {
 
+namespace {
+
+namespace headerStatus_v1_1 = TAVOXTranscode::headerStatus_v1_1;
+
+} // namespace
+
 void serveHeaderStatusGet(SimulatedObject& object, const HeaderStatus& status) {
-    using dto::Base::HeaderStatusGetReply;
-    object.on<None, HeaderStatusGetReply>("headerStatusGet", [&status] {
-        const auto asByte = [](bool flag) { return static_cast<std::uint8_t>(flag ? 1 : 0); };
-        HeaderStatusGetReply reply;
+    object.on(headerStatus_v1_1::headerStatusGet, [&status] {
+        dto::Base::HeaderStatusGetReply reply;
         for (const auto& header : status.headers())
-            reply.headers.push_back(
-                {header.name, asByte(header.connected), asByte(header.changed), asByte(header.error)});
+            reply.headers.push_back({header.name, header.connected, header.changed, header.error});
         reply.connections.push_back({status.hostSide(), status.targetSide()});
         return reply;
     });
@@ -17,7 +22,7 @@ void serveHeaderStatusGet(SimulatedObject& object, const HeaderStatus& status) {
 
 void serveHeaderStatus(SimulatedObject& object, HeaderStatus& status) {
     serveHeaderStatusGet(object, status);
-    object.on<None, None>("headerStatusClear", [&status] { status.clear(); });
+    object.on(headerStatus_v1_1::headerStatusClear, [&status] { status.clear(); });
 }
 
 } // namespace TAVO::simulator

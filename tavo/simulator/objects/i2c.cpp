@@ -3,7 +3,7 @@
 #include <chrono>
 #include <utility>
 
-#include <tavo/client/hwdebug/i2c_records.h>
+#include <tavo/client/hwdebug/i2c.h>
 #include <tavo/simulator/models/eeprom.h>
 #include <tavo/simulator/models/spd_image.h>
 #include <tavo/simulator/models/temperature_sensor.h>
@@ -14,6 +14,7 @@ namespace TAVO::simulator {
 
 namespace {
 
+namespace i2c_v1_0 = TAVOXTranscode::i2c_v1_0;
 using namespace dto::i2c;
 
 I2cBus::Wait waitIn(CallContext& call) {
@@ -46,62 +47,48 @@ void I2c::attachStandardDevices() {
 }
 
 void I2c::serveTransfers() {
-    on<TransferRequest, TransferReply>("transfer", [this](const TransferRequest& request, CallContext& call) {
+    on(i2c_v1_0::transfer, [this](const TransferRequest& request, CallContext& call) {
         auto outcome = bus_.transfer(request.address, request.data, request.count, waitIn(call));
-        Answer<TransferReply> answer{outcome.code, {}};
-        answer.reply.first = outcome.acknowledged;
-        answer.reply.second = static_cast<std::int32_t>(outcome.data.size());
-        answer.reply.data = std::move(outcome.data);
-        return answer;
+        const auto count = outcome.data.size();
+        return Answer<TransferReply>{
+            outcome.code, makeRecord<TransferReply>(outcome.acknowledged, count, std::move(outcome.data))};
     });
-    on<ReadRequest, ReadReply>("read", [this](const ReadRequest& request, CallContext& call) {
+    on(i2c_v1_0::read, [this](const ReadRequest& request, CallContext& call) {
         auto outcome = bus_.read(request.address, request.first, request.second, request.count, waitIn(call));
-        Answer<ReadReply> answer{outcome.code, {}};
-        answer.reply.value = static_cast<std::int32_t>(outcome.data.size());
-        answer.reply.data = std::move(outcome.data);
-        return answer;
+        const auto count = outcome.data.size();
+        return Answer<ReadReply>{outcome.code, makeRecord<ReadReply>(count, std::move(outcome.data))};
     });
-    on<WriteRequest, WriteReply>("write", [this](const WriteRequest& request, CallContext& call) {
+    on(i2c_v1_0::write, [this](const WriteRequest& request, CallContext& call) {
         const auto outcome =
             bus_.write(request.address, request.first, request.second, request.data, waitIn(call));
-        Answer<WriteReply> answer{outcome.code, {}};
-        answer.reply.value = outcome.acknowledged;
-        return answer;
+        return Answer<WriteReply>{outcome.code, makeRecord<WriteReply>(outcome.acknowledged)};
     });
 }
 
 void I2c::serveOptions() {
-    serveFrequency(*this, "optionSclFrequencyGet", "optionSclFrequencySet", bus_);
-    on<None, OptionAddressRetryLimitGetReply>("optionAddressRetryLimitGet", [this] {
-        OptionAddressRetryLimitGetReply reply;
-        reply.limit = bus_.options().addressRetryLimit;
-        return reply;
-    });
-    using RetryRequest = OptionAddressRetryLimitSetRequest;
-    on<RetryRequest, None>("optionAddressRetryLimitSet", [this](const RetryRequest& request) {
+    serveFrequency(*this, i2c_v1_0::optionSclFrequencyGet, i2c_v1_0::optionSclFrequencySet, bus_);
+    on(i2c_v1_0::optionAddressRetryLimitGet,
+       [this] { return makeRecord<OptionAddressRetryLimitGetReply>(bus_.options().addressRetryLimit); });
+    on(i2c_v1_0::optionAddressRetryLimitSet, [this](const OptionAddressRetryLimitSetRequest& request) {
         auto options = bus_.options();
         options.addressRetryLimit = request.limit;
         return return_code::badUnless(bus_.setOptions(options));
     });
-    on<None, OptionTimeoutGetReply>("optionTimeoutGet", [this] {
-        OptionTimeoutGetReply reply;
-        reply.first = bus_.options().busyTimeout;
-        reply.second = bus_.options().stretchTimeout;
-        return reply;
+    on(i2c_v1_0::optionTimeoutGet, [this] {
+        const auto& options = bus_.options();
+        return makeRecord<OptionTimeoutGetReply>(options.busyTimeout, options.stretchTimeout);
     });
-    on<OptionTimeoutSetRequest, None>("optionTimeoutSet", [this](const OptionTimeoutSetRequest& request) {
+    on(i2c_v1_0::optionTimeoutSet, [this](const OptionTimeoutSetRequest& request) {
         auto options = bus_.options();
         options.busyTimeout = request.first;
         options.stretchTimeout = request.second;
         return return_code::badUnless(bus_.setOptions(options));
     });
-    on<None, OptionAckGetReply>("optionAckGet", [this] {
-        OptionAckGetReply reply;
-        reply.first = bus_.options().acknowledgeLastRead;
-        reply.second = bus_.options().stopAtDataNack;
-        return reply;
+    on(i2c_v1_0::optionAckGet, [this] {
+        const auto& options = bus_.options();
+        return makeRecord<OptionAckGetReply>(options.acknowledgeLastRead, options.stopAtDataNack);
     });
-    on<OptionAckSetRequest, None>("optionAckSet", [this](const OptionAckSetRequest& request) {
+    on(i2c_v1_0::optionAckSet, [this](const OptionAckSetRequest& request) {
         auto options = bus_.options();
         options.acknowledgeLastRead = request.first;
         options.stopAtDataNack = request.second;

@@ -3,7 +3,7 @@
 #include <chrono>
 #include <utility>
 
-#include <tavo/client/hwdebug/jtag_records.h>
+#include <tavo/client/hwdebug/jtag.h>
 #include <tavo/simulator/objects/enable_methods.h>
 #include <tavo/simulator/objects/frequency_methods.h>
 #include <tavo/simulator/objects/header_status_methods.h>
@@ -13,6 +13,8 @@ namespace TAVO::simulator {
 
 namespace {
 
+namespace jtag_v1_0 = TAVOXTranscode::jtag_v1_0;
+namespace jtag_v1_1 = TAVOXTranscode::jtag_v1_1;
 using namespace dto::Jtag;
 using Register = JtagPort::Register;
 
@@ -33,10 +35,10 @@ Jtag::Jtag(const std::string& version, std::shared_ptr<Board> board, std::vector
     serveShifts();
     servePins();
     if (version == "1.0") {
-        serveFrequency(*this, "tckFrequencyGet", "tckFrequencySet", port_);
+        serveFrequency(*this, jtag_v1_0::tckFrequencyGet, jtag_v1_0::tckFrequencySet, port_);
         serveOptions_v1_0();
     } else {
-        serveFrequency(*this, "optionTckFrequencyGet", "optionTckFrequencySet", port_);
+        serveFrequency(*this, jtag_v1_1::optionTckFrequencyGet, jtag_v1_1::optionTckFrequencySet, port_);
         serveOptions_v1_1();
         serveHeaderStatus(*this, headerStatus_);
     }
@@ -48,22 +50,16 @@ void Jtag::reset() {
 }
 
 void Jtag::serveShifts() {
-    for (const auto& [method, target] :
-         {std::pair{"shiftIR", Register::instruction}, {"shiftDR", Register::data}})
-        on<ShiftRequest, ShiftReply>(method, [this, shifted = target](const ShiftRequest& request) {
+    for (const auto& [call, target] :
+         {std::pair{jtag_v1_0::shiftIR, Register::instruction}, {jtag_v1_0::shiftDR, Register::data}})
+        on(call, [this, shifted = target](const ShiftRequest& request) {
             auto outcome = port_.shift(shifted, request.bits, request.data);
-            Answer<ShiftReply> answer{outcome.code, {}};
-            answer.reply.data = std::move(outcome.captured);
-            return answer;
+            return Answer<ShiftReply>{outcome.code, makeRecord<ShiftReply>(std::move(outcome.captured))};
         });
-    on<None, TapStateGetReply>("tapStateGet", [this] {
-        TapStateGetReply reply;
-        reply.state = port_.state();
-        return reply;
-    });
-    on<TapStateSetRequest, None>(
-        "tapStateSet", [this](const TapStateSetRequest& request) { return port_.moveTo(request.state); });
-    on<SleepRequest, None>("sleep", [this](const SleepRequest& request, CallContext& call) {
+    on(jtag_v1_0::tapStateGet, [this] { return makeRecord<TapStateGetReply>(port_.state()); });
+    on(jtag_v1_0::tapStateSet,
+       [this](const TapStateSetRequest& request) { return port_.moveTo(request.state); });
+    on(jtag_v1_0::sleep, [this](const SleepRequest& request, CallContext& call) {
         if (request.duration < 0)
             return return_code::badArgument;
         call.delay(std::chrono::microseconds(request.duration));
@@ -74,31 +70,26 @@ void Jtag::serveShifts() {
 void Jtag::servePins() {
     using namespace dto::Header;
     using Pin = JtagPort::Pin;
-    for (const auto& [name, pin] :
-         {std::pair{"Trst", Pin::trst}, {"Tck", Pin::tck}, {"Tms", Pin::tms}, {"Tdi", Pin::tdi}}) {
-        const auto prefix = std::string("io") + name;
-        on<None, IoGetReply>(prefix + "Get", [this, asked = pin] {
-            const auto drive = port_.pin(asked);
-            IoGetReply reply;
-            reply.first = drive.driven;
-            reply.second = drive.level;
-            return reply;
+    const auto servePin = [this](const auto& get, const auto& set, Pin pin) {
+        on(get, [this, pin] {
+            const auto drive = port_.pin(pin);
+            return makeRecord<IoGetReply>(drive.driven, drive.level);
         });
-        on<IoSetRequest, None>(prefix + "Set", [this, driven = pin](const IoSetRequest& request) {
-            return port_.setPin(driven, {request.first, request.second});
+        on(set, [this, pin](const IoSetRequest& request) {
+            return port_.setPin(pin, {request.first, request.second});
         });
-    }
-    on<None, oGetReply>("ioTdoGet", [this] {
-        oGetReply reply;
-        reply.level = port_.tdo();
-        return reply;
-    });
+    };
+    servePin(jtag_v1_0::ioTrstGet, jtag_v1_0::ioTrstSet, Pin::trst);
+    servePin(jtag_v1_0::ioTckGet, jtag_v1_0::ioTckSet, Pin::tck);
+    servePin(jtag_v1_0::ioTmsGet, jtag_v1_0::ioTmsSet, Pin::tms);
+    servePin(jtag_v1_0::ioTdiGet, jtag_v1_0::ioTdiSet, Pin::tdi);
+    on(jtag_v1_0::ioTdoGet, [this] { return makeRecord<oGetReply>(port_.tdo()); });
     serveEnable(*this, port_);
 }
 
 template <class Request, class Change>
-void Jtag::onOptionsSet(const std::string& method, Change change) {
-    on<Request, None>(method, [this, change](const Request& request) {
+void Jtag::onOptionsSet(const TAVOXTranscode::Call<Request>& call, Change change) {
+    on(call, [this, change](const Request& request) {
         const auto before = port_.options(Register::instruction);
         auto ir = before;
         auto dr = port_.options(Register::data);
@@ -114,135 +105,92 @@ void Jtag::onOptionsSet(const std::string& method, Change change) {
 
 void Jtag::serveOptions_v1_0() {
     using Options = JtagPort::ShiftOptions;
-    on<None, TdoExpectedGetReply>("tdoExpectedGet", [this] {
+    on(jtag_v1_0::tdoExpectedGet, [this] {
         const auto& expectation = port_.options(Register::data).expectation;
-        TdoExpectedGetReply reply;
-        reply.bits = expectation.bits;
-        reply.expected = expectation.expected;
-        reply.mask = expectation.mask;
-        return reply;
+        return makeRecord<TdoExpectedGetReply>(expectation.bits, expectation.expected, expectation.mask);
     });
-    onOptionsSet<TdoExpectedSetRequest>(
-        "tdoExpectedSet", [](const TdoExpectedSetRequest& request, Options& ir, Options& dr) {
-            ir.expectation = dr.expectation = {request.bits, request.expected, request.mask};
-        });
-    on<None, RetryGetReply>("retryGet", [this] {
+    onOptionsSet(jtag_v1_0::tdoExpectedSet, [](const auto& request, Options& ir, Options& dr) {
+        ir.expectation = dr.expectation = {request.bits, request.expected, request.mask};
+    });
+    on(jtag_v1_0::retryGet, [this] {
         const auto& retry = port_.options(Register::data).retry;
-        RetryGetReply reply;
-        reply.count = retry.count;
-        reply.enable = retry.enable;
-        return reply;
+        return makeRecord<RetryGetReply>(retry.count, retry.enable);
     });
-    onOptionsSet<RetrySetRequest>("retrySet", [](const RetrySetRequest& request, Options& ir, Options& dr) {
+    onOptionsSet(jtag_v1_0::retrySet, [](const auto& request, Options& ir, Options& dr) {
         ir.retry = dr.retry = {request.first, request.second != 0};
     });
-    on<None, RepeatGetReply>("repeatGet", [this] {
+    on(jtag_v1_0::repeatGet, [this] {
         const auto& repeat = port_.options(Register::data).repeat;
-        RepeatGetReply reply;
-        reply.count = repeat.count;
-        reply.enable = repeat.enable;
-        return reply;
+        return makeRecord<RepeatGetReply>(repeat.count, repeat.enable);
     });
-    onOptionsSet<RepeatSetRequest>("repeatSet",
-                                   [](const RepeatSetRequest& request, Options& ir, Options& dr) {
-                                       ir.repeat = dr.repeat = {request.count, request.enable};
-                                   });
-    for (const auto& [name, target] : {std::pair{"IR", Register::instruction}, {"DR", Register::data}}) {
-        const auto prefix = std::string("terminationState") + name;
-        on<None, TerminationStateGetReply>(prefix + "Get", [this, asked = target] {
-            TerminationStateGetReply reply;
-            reply.state = port_.options(asked).terminationState;
-            return reply;
+    onOptionsSet(jtag_v1_0::repeatSet, [](const auto& request, Options& ir, Options& dr) {
+        ir.repeat = dr.repeat = {request.count, request.enable};
+    });
+    const auto serveTerminationState = [this](const auto& get, const auto& set, Register target) {
+        on(get, [this, target] {
+            return makeRecord<TerminationStateGetReply>(port_.options(target).terminationState);
         });
-        on<TerminationStateSetRequest, None>(
-            prefix + "Set", [this, changed = target](const TerminationStateSetRequest& request) {
-                auto options = port_.options(changed);
-                options.terminationState = request.state;
-                return port_.setOptions(changed, options);
-            });
-    }
+        on(set, [this, target](const TerminationStateSetRequest& request) {
+            auto options = port_.options(target);
+            options.terminationState = request.state;
+            return port_.setOptions(target, options);
+        });
+    };
+    serveTerminationState(jtag_v1_0::terminationStateIRGet, jtag_v1_0::terminationStateIRSet,
+                          Register::instruction);
+    serveTerminationState(jtag_v1_0::terminationStateDRGet, jtag_v1_0::terminationStateDRSet, Register::data);
 }
 
 void Jtag::serveOptions_v1_1() {
     using Options = JtagPort::ShiftOptions;
-    on<None, OptionTdoExpectedGetReply>("optionTdoExpectedGet", [this] {
+    on(jtag_v1_1::optionTdoExpectedGet, [this] {
         const auto& ir = port_.options(Register::instruction).expectation;
         const auto& dr = port_.options(Register::data).expectation;
-        OptionTdoExpectedGetReply reply;
-        reply.irBits = ir.bits;
-        reply.irExpected = ir.expected;
-        reply.irMask = ir.mask;
-        reply.drBits = dr.bits;
-        reply.drExpected = dr.expected;
-        reply.drMask = dr.mask;
-        return reply;
+        return makeRecord<OptionTdoExpectedGetReply>(ir.bits, ir.expected, ir.mask, dr.bits, dr.expected,
+                                                     dr.mask);
     });
-    onOptionsSet<OptionTdoExpectedSetRequest>(
-        "optionTdoExpectedSet", [](const OptionTdoExpectedSetRequest& request, Options& ir, Options& dr) {
-            ir.expectation = {request.irBits, request.irExpected, request.irMask};
-            dr.expectation = {request.drBits, request.drExpected, request.drMask};
-        });
-    on<None, OptionRetryGetReply>("optionRetryGet", [this] {
+    onOptionsSet(jtag_v1_1::optionTdoExpectedSet, [](const auto& request, Options& ir, Options& dr) {
+        ir.expectation = {request.irBits, request.irExpected, request.irMask};
+        dr.expectation = {request.drBits, request.drExpected, request.drMask};
+    });
+    on(jtag_v1_1::optionRetryGet, [this] {
         const auto& ir = port_.options(Register::instruction).retry;
         const auto& dr = port_.options(Register::data).retry;
-        OptionRetryGetReply reply;
-        reply.irCount = ir.count;
-        reply.irEnable = ir.enable;
-        reply.drCount = dr.count;
-        reply.drEnable = dr.enable;
-        return reply;
+        return makeRecord<OptionRetryGetReply>(ir.count, ir.enable, dr.count, dr.enable);
     });
-    onOptionsSet<OptionRetrySetRequest>("optionRetrySet",
-                                        [](const OptionRetrySetRequest& request, Options& ir, Options& dr) {
-                                            ir.retry = {request.irCount, request.irEnable};
-                                            dr.retry = {request.drCount, request.drEnable};
-                                        });
-    on<None, OptionRepeatGetReply>("optionRepeatGet", [this] {
+    onOptionsSet(jtag_v1_1::optionRetrySet, [](const auto& request, Options& ir, Options& dr) {
+        ir.retry = {request.irCount, request.irEnable};
+        dr.retry = {request.drCount, request.drEnable};
+    });
+    on(jtag_v1_1::optionRepeatGet, [this] {
         const auto& ir = port_.options(Register::instruction).repeat;
         const auto& dr = port_.options(Register::data).repeat;
-        OptionRepeatGetReply reply;
-        reply.irCount = ir.count;
-        reply.irEnable = ir.enable;
-        reply.drCount = dr.count;
-        reply.drEnable = dr.enable;
-        return reply;
+        return makeRecord<OptionRepeatGetReply>(ir.count, ir.enable, dr.count, dr.enable);
     });
-    onOptionsSet<OptionRepeatSetRequest>("optionRepeatSet",
-                                         [](const OptionRepeatSetRequest& request, Options& ir, Options& dr) {
-                                             ir.repeat = {request.irCount, request.irEnable};
-                                             dr.repeat = {request.drCount, request.drEnable};
-                                         });
-    on<None, OptionTerminationStateGetReply>("optionTerminationStateGet", [this] {
-        OptionTerminationStateGetReply reply;
-        reply.irState = port_.options(Register::instruction).terminationState;
-        reply.drState = port_.options(Register::data).terminationState;
-        return reply;
+    onOptionsSet(jtag_v1_1::optionRepeatSet, [](const auto& request, Options& ir, Options& dr) {
+        ir.repeat = {request.irCount, request.irEnable};
+        dr.repeat = {request.drCount, request.drEnable};
     });
-    onOptionsSet<OptionTerminationStateSetRequest>(
-        "optionTerminationStateSet",
-        [](const OptionTerminationStateSetRequest& request, Options& ir, Options& dr) {
-            ir.terminationState = request.irState;
-            dr.terminationState = request.drState;
-        });
-    on<None, OptionPrePostTckGetReply>("optionPrePostTckGet", [this] {
+    on(jtag_v1_1::optionTerminationStateGet, [this] {
+        return makeRecord<OptionTerminationStateGetReply>(
+            port_.options(Register::instruction).terminationState,
+            port_.options(Register::data).terminationState);
+    });
+    onOptionsSet(jtag_v1_1::optionTerminationStateSet, [](const auto& request, Options& ir, Options& dr) {
+        ir.terminationState = request.irState;
+        dr.terminationState = request.drState;
+    });
+    on(jtag_v1_1::optionPrePostTckGet, [this] {
         const auto& ir = port_.options(Register::instruction);
         const auto& dr = port_.options(Register::data);
-        OptionPrePostTckGetReply reply;
-        auto& [irPre, irPost, drPre, drPost] = reply;
-        irPre = ir.preTck;
-        irPost = ir.postTck;
-        drPre = dr.preTck;
-        drPost = dr.postTck;
-        return reply;
+        return makeRecord<OptionPrePostTckGetReply>(ir.preTck, ir.postTck, dr.preTck, dr.postTck);
     });
-    onOptionsSet<OptionPrePostTckSetRequest>(
-        "optionPrePostTckSet", [](const OptionPrePostTckSetRequest& request, Options& ir, Options& dr) {
-            const auto& [irPre, irPost, drPre, drPost] = request;
-            ir.preTck = irPre;
-            ir.postTck = irPost;
-            dr.preTck = drPre;
-            dr.postTck = drPost;
-        });
+    onOptionsSet(jtag_v1_1::optionPrePostTckSet, [](const auto& request, Options& ir, Options& dr) {
+        ir.preTck = request.value1;
+        ir.postTck = request.value2;
+        dr.preTck = request.value3;
+        dr.postTck = request.value4;
+    });
 }
 
 CsJtag::CsJtag()

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include <tavo/client/transcode/call.h>
 #include <tavo/simulator/export.h>
 #include <tavo/simulator/models/header_status.h>
 #include <tavo/simulator/models/jtag_port.h>
@@ -34,7 +35,7 @@ private:
     void serveOptions_v1_1();
 
     template <class Request, class Change>
-    void onOptionsSet(const std::string& method, Change change);
+    void onOptionsSet(const TAVOXTranscode::Call<Request>& call, Change change);
 
     JtagPort port_;
     HeaderStatus headerStatus_;

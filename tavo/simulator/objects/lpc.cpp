@@ -1,58 +1,50 @@
 #include <tavo/simulator/objects/lpc.h>
 
-#include <string>
 #include <utility>
+#include <vector>
 
-#include <tavo/client/hwdebug/lpc_post_code_records.h>
-#include <tavo/client/hwdebug/lpc_records.h>
-#include <tavo/client/hwdebug/lpc_rom_emulation_records.h>
+#include <tavo/client/hwdebug/lpc.h>
+#include <tavo/client/hwdebug/lpc_post_code.h>
+#include <tavo/client/hwdebug/lpc_rom_emulation.h>
 #include <tavo/simulator/objects/enable_methods.h>
 
 namespace TAVO::simulator {
 
 namespace {
 
+namespace lpc_v1_0 = TAVOXTranscode::lpc_v1_0;
+namespace lpcPostCode_v1_0 = TAVOXTranscode::lpcPostCode_v1_0;
+namespace lpcRomEmulation_v1_0 = TAVOXTranscode::lpcRomEmulation_v1_0;
+using namespace dto::lpc;
 using namespace dto::lpcPostCode;
 using namespace dto::lpcRomEmulation;
-
-std::uint8_t asByte(bool flag) { return flag ? 1 : 0; }
 
 } // namespace
 
 Lpc::Lpc(std::shared_ptr<Board> board)
     : SimulatedObject("lpc", "1.0") {
-    on<None, dto::lpc::HeaderConnectionsReply>("headerConnectGet", [board = std::move(board)] {
-        dto::lpc::HeaderConnectionsReply reply;
-        reply.connections = {{"LPC", board->powered()}, {"TPM", false}};
-        return reply;
+    on(lpc_v1_0::headerConnectGet, [board = std::move(board)] {
+        std::vector<HeaderConnection> connections{{"LPC", board->powered()}, {"TPM", false}};
+        return makeRecord<HeaderConnectionsReply>(std::move(connections));
     });
 }
 
 LpcRomEmulation::LpcRomEmulation(std::shared_ptr<Board> board)
     : SimulatedObject("lpcRomEmulation", "1.0")
     , rom_(std::move(board)) {
-    on<None, SramSizeGetReply>("sramSizeGet", [] {
-        SramSizeGetReply reply;
-        reply.size = static_cast<std::int32_t>(RomEmulation::size);
-        return reply;
-    });
-    on<SramGetRequest, SramGetReply>("sramGet", [this](const SramGetRequest& request) {
+    on(lpcRomEmulation_v1_0::sramSizeGet, [] { return makeRecord<SramSizeGetReply>(RomEmulation::size); });
+    on(lpcRomEmulation_v1_0::sramGet, [this](const SramGetRequest& request) {
         auto data = rom_.read(request.offset, request.length);
         if (!data)
             throw Refusal(return_code::badArgument);
-        SramGetReply reply;
-        reply.data = std::move(*data);
-        return reply;
+        return makeRecord<SramGetReply>(std::move(*data));
     });
-    on<SramSetRequest, None>("sramSet", [this](const SramSetRequest& request) {
+    on(lpcRomEmulation_v1_0::sramSet, [this](const SramSetRequest& request) {
         return return_code::badUnless(rom_.write(request.offset, request.data));
     });
-    on<None, OptionRomTypeGetReply>("optionRomTypeGet", [this] {
-        OptionRomTypeGetReply reply;
-        reply.romType = rom_.romType();
-        return reply;
-    });
-    on<OptionRomTypeSetRequest, None>("optionRomTypeSet", [this](const OptionRomTypeSetRequest& request) {
+    on(lpcRomEmulation_v1_0::optionRomTypeGet,
+       [this] { return makeRecord<OptionRomTypeGetReply>(rom_.romType()); });
+    on(lpcRomEmulation_v1_0::optionRomTypeSet, [this](const OptionRomTypeSetRequest& request) {
         return return_code::badUnless(rom_.setRomType(request.romType));
     });
     serveEnable(*this, rom_);
@@ -76,67 +68,48 @@ void LpcPostCode::reset() {
 }
 
 void LpcPostCode::serveFifo() {
-    on<None, PostCodeGetReply>("postCodeGet", [this] {
-        PostCodeGetReply reply;
-        reply.postCode = postCodes_.last();
-        return reply;
-    });
-    on<None, FifoSizeGetReply>("fifoSizeGet", [this] {
-        FifoSizeGetReply reply;
-        reply.size = static_cast<std::int32_t>(postCodes_.capacity());
-        return reply;
-    });
-    on<None, FifoGetReply>("fifoGet", [this] {
+    on(lpcPostCode_v1_0::postCodeGet, [this] { return makeRecord<PostCodeGetReply>(postCodes_.last()); });
+    on(lpcPostCode_v1_0::fifoSizeGet, [this] { return makeRecord<FifoSizeGetReply>(postCodes_.capacity()); });
+    on(lpcPostCode_v1_0::fifoGet, [this] {
         FifoGetReply reply;
         for (const auto& entry : postCodes_.entries())
-            reply.entries.push_back({entry.code, entry.port, asByte(entry.firstAfterPowerOn), entry.time});
+            reply.entries.push_back({entry.code, entry.port, entry.firstAfterPowerOn, entry.time});
         return reply;
     });
-    on<None, None>("fifoClear", [this] { postCodes_.clear(); });
-    on<None, FifoStatusReply>("fifoStatusGet", [this] {
+    on(lpcPostCode_v1_0::fifoClear, [this] { postCodes_.clear(); });
+    on(lpcPostCode_v1_0::fifoStatusGet, [this] {
         const auto held = postCodes_.entries().size();
-        FifoStatusReply reply;
-        reply.value = static_cast<std::int32_t>(held);
-        reply.flag1 = postCodes_.overflow();
-        reply.flag2 = held == postCodes_.capacity();
-        reply.flag3 = held == 0;
-        reply.flag4 = postCodes_.enabled();
-        return reply;
+        return makeRecord<FifoStatusReply>(held, postCodes_.overflow(), held == postCodes_.capacity(),
+                                           held == 0, postCodes_.enabled());
     });
-    on<None, None>("fifoStatusClear", [this] { postCodes_.clearOverflow(); });
+    on(lpcPostCode_v1_0::fifoStatusClear, [this] { postCodes_.clearOverflow(); });
 }
 
 void LpcPostCode::serveOptions() {
     using Options = PostCodes::Options;
-    on<None, OptionPortGetReply>("optionPortGet", [this] {
-        OptionPortGetReply reply;
-        reply.port = postCodes_.options().port;
-        return reply;
-    });
-    on<OptionPortSetRequest, None>("optionPortSet", [this](const OptionPortSetRequest& request) {
+    on(lpcPostCode_v1_0::optionPortGet,
+       [this] { return makeRecord<OptionPortGetReply>(postCodes_.options().port); });
+    on(lpcPostCode_v1_0::optionPortSet, [this](const OptionPortSetRequest& request) {
         auto options = postCodes_.options();
         options.port = request.port;
         postCodes_.setOptions(options);
     });
-    serveOption("optionPassiveGet", "optionPassiveSet", &OptionPassiveGetReply::passive,
+    serveOption(lpcPostCode_v1_0::optionPassiveGet, lpcPostCode_v1_0::optionPassiveSet,
                 &OptionPassiveSetRequest::passive, &Options::passive);
-    serveOption("optionFifoCircularGet", "optionFifoCircularSet", &OptionFifoCircularGetReply::circular,
+    serveOption(lpcPostCode_v1_0::optionFifoCircularGet, lpcPostCode_v1_0::optionFifoCircularSet,
                 &OptionFifoCircularSetRequest::circular, &Options::circular);
-    serveOption("optionFifoDiscardGet", "optionFifoDiscardSet", &OptionFifoDiscardGetReply::discard,
+    serveOption(lpcPostCode_v1_0::optionFifoDiscardGet, lpcPostCode_v1_0::optionFifoDiscardSet,
                 &OptionFifoDiscardSetRequest::discard, &Options::discardRepeated);
-    serveOption("optionFifoAutoResetGet", "optionFifoAutoResetSet", &OptionFifoAutoResetGetReply::autoReset,
+    serveOption(lpcPostCode_v1_0::optionFifoAutoResetGet, lpcPostCode_v1_0::optionFifoAutoResetSet,
                 &OptionFifoAutoResetSetRequest::autoReset, &Options::resetAtPowerOn);
 }
 
 template <class GetReply, class SetRequest>
-void LpcPostCode::serveOption(const char* get, const char* set, std::uint8_t GetReply::*told,
-                              std::uint8_t SetRequest::*wanted, bool PostCodes::Options::*option) {
-    on<None, GetReply>(get, [this, told, option] {
-        GetReply reply;
-        reply.*told = asByte(postCodes_.options().*option);
-        return reply;
-    });
-    on<SetRequest, None>(set, [this, wanted, option](const SetRequest& request) {
+void LpcPostCode::serveOption(const TAVOXTranscode::Call<None, GetReply>& get,
+                              const TAVOXTranscode::Call<SetRequest>& set, std::uint8_t SetRequest::*wanted,
+                              bool PostCodes::Options::*option) {
+    on(get, [this, option] { return makeRecord<GetReply>(postCodes_.options().*option); });
+    on(set, [this, wanted, option](const SetRequest& request) {
         if (request.*wanted > 1)
             throw Refusal(return_code::badArgument);
         auto options = postCodes_.options();

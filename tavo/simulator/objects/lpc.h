@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 
+#include <tavo/client/transcode/call.h>
 #include <tavo/simulator/export.h>
 #include <tavo/simulator/models/post_codes.h>
 #include <tavo/simulator/models/rom_emulation.h>
@@ -45,8 +46,9 @@ private:
     void serveFifo();
     void serveOptions();
     template <class GetReply, class SetRequest>
-    void serveOption(const char* get, const char* set, std::uint8_t GetReply::*told,
-                     std::uint8_t SetRequest::*wanted, bool PostCodes::Options::*option);
+    void serveOption(const TAVOXTranscode::Call<None, GetReply>& get,
+                     const TAVOXTranscode::Call<SetRequest>& set, std::uint8_t SetRequest::*wanted,
+                     bool PostCodes::Options::*option);
 
     PostCodes postCodes_;
 };

@@ -9,9 +9,6 @@ namespace TAVO::simulator {
 class TAVO_SIMULATOR_API Rack : public SimulatedObject {
 public:
     Rack();
-
-private:
-    static constexpr auto identifyRow = TAVOXTranscode::row<None, None>("identify");
 };
 
 } // namespace TAVO::simulator

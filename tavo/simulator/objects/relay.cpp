@@ -1,10 +1,14 @@
 #include <tavo/simulator/objects/relay.h>
 
+#include <tavo/client/commonmodules/relay.h>
 #include <tavo/simulator/appliance.h>
 
 namespace TAVO::simulator {
 
 namespace {
+
+namespace relay_v1_0 = CommonModules::TAVOXTranscode::relay_v1_0;
+namespace cmosRelay_v1_0 = CommonModules::TAVOXTranscode::cmosRelay_v1_0;
 
 constexpr std::int32_t longestCmosPulse = 60'000;
 
@@ -13,15 +17,10 @@ constexpr std::int32_t longestCmosPulse = 60'000;
 Relay::Relay()
     : SimulatedObject("relay", "1.0") {
     using namespace dto::relay;
-    on<None, GetReply>("get", [this](CallContext& call) {
-        GetReply reply;
-        reply.state = stateAt(call.elapsed()) ? 1 : 0;
-        return reply;
-    });
-    on<SetRequest, None>("set", [this](const SetRequest& request) { set(request.state); });
-    on<ToggleRequest, None>("toggle", [this](const ToggleRequest& request, CallContext& call) {
-        toggle(request.value, call.elapsed());
-    });
+    on(relay_v1_0::get, [this](CallContext& call) { return makeRecord<GetReply>(stateAt(call.elapsed())); });
+    on(relay_v1_0::set, [this](const SetRequest& request) { set(request.state); });
+    on(relay_v1_0::toggle,
+       [this](const ToggleRequest& request, CallContext& call) { toggle(request.value, call.elapsed()); });
 }
 
 void Relay::reset() {
@@ -62,7 +61,7 @@ void Relay::toggle(std::int32_t milliseconds, std::int64_t now) {
 
 CmosRelay::CmosRelay()
     : SimulatedObject("cmosRelay", "1.0") {
-    on<dto::cmosRelay::CmosClear, None>("cmosClear", [this](const dto::cmosRelay::CmosClear& request) {
+    on(cmosRelay_v1_0::cmosClear, [this](const dto::cmosRelay::CmosClear& request) {
         if (request.value < 0)
             throw Refusal(return_code::badArgument);
         if (request.value > longestCmosPulse)

@@ -5,7 +5,6 @@
 #include <utility>
 #include <vector>
 
-#include <tavo/client/commonmodules/relay_records.h>
 #include <tavo/simulator/export.h>
 #include <tavo/simulator/models/board.h>
 #include <tavo/simulator/simulated_object.h>
