@@ -1,5 +1,6 @@
 #include <chrono>
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include <tests/device/opened_device.h>
@@ -27,6 +28,15 @@ ErrorFacts factsOf(Action action) {
     return {};
 }
 
+std::string adviceOn(const TAVO::Error& error) {
+    const auto& facts = error.facts();
+    if (facts.origin == TAVO::ErrorOrigin::device)
+        return "the device refuses " + facts.method;
+    if (!facts.connectionUsable)
+        return "try again over a new connection";
+    return "mend the program";
+}
+
 /// What goes with the errors of a device over a real connection besides their texts.
 class FactsOfDevice : public support::OpenedDevice {
 protected:
@@ -51,6 +61,25 @@ TEST_F(FactsOfDevice, TellEveryCodeThatItReports) {
     answer("type", result(0, text("device")));
     EXPECT_EQ(device->getDevice()->type(), "device");
     EXPECT_EQ(device->reconnects(), 0u) << "the connection was usable";
+}
+
+TEST_F(FactsOfDevice, TellWhatToDo) {
+    const auto device = build();
+    const auto advice = [&](const std::shared_ptr<TAVO::Method>& method) -> std::string {
+        try {
+            device->call(method);
+        } catch (const TAVO::Error& error) {
+            return adviceOn(error);
+        }
+        return "go on";
+    };
+    const auto type = device->getDevice()->getTypeMethod();
+    EXPECT_EQ(advice(type), "go on");
+    EXPECT_EQ(advice(nullptr), "mend the program");
+    server.failNext([](RawConnection& connection, const Bytes&) { connection.close(); });
+    EXPECT_EQ(advice(type), "try again over a new connection");
+    answer("type", [](const Bytes&) -> Bytes { throw support::DeviceFault{1000, "why"}; });
+    EXPECT_EQ(advice(type), "the device refuses device.type");
 }
 
 TEST_F(FactsOfDevice, TellOfALockOfAnotherUserInAnOpening) {
