@@ -1,7 +1,6 @@
 #include <tavo/client/device/device_factory.h>
 
 #include <algorithm>
-#include <optional>
 #include <utility>
 
 #include <tavo/client/device/device_v1_0.h>
@@ -22,17 +21,16 @@ bool keyIsKnown(Device& device, bool& first, bool& second) {
     return device.checkTavoKey(first, second);
 }
 
-/// Makes what happens while it lives one operation of the interrupter, if there is one.
-class Operation {
-public:
-    explicit Operation(const std::shared_ptr<Interrupter>& interrupter) {
-        if (interrupter)
-            operation_.emplace(*interrupter);
+/// Makes the action one operation of the interrupter, if there is one.
+template <class Action>
+void asOneOperation(const std::shared_ptr<Interrupter>& interrupter, Action action) {
+    if (interrupter) {
+        const Interrupter::Operation operation(*interrupter);
+        action();
+    } else {
+        action();
     }
-
-private:
-    std::optional<Interrupter::Operation> operation_;
-};
+}
 
 unsigned objectsBelow(const Container& node) {
     unsigned objects = 0;
@@ -151,12 +149,13 @@ std::shared_ptr<Device> DeviceFactory::buildDevice(const std::string& host, int 
 std::shared_ptr<Device> DeviceFactory::buildDevice(const std::string& host, int port, const std::string& user,
                                                    const std::string& password, bool secure,
                                                    const OpenOptions& options) {
+    // Outlives the operation: the device of a failed opening is still to be unlocked.
     std::shared_ptr<TAVOXDevice> device;
-    // Ends before the device of a failed opening, which is still to be unlocked.
-    const Operation opening(options.interrupter);
-    device = std::make_shared<TAVOXDevice>(host, port, user, password, secure, options.interrupter,
-                                           options.timeLimit);
-    open(device, secure);
+    asOneOperation(options.interrupter, [&] {
+        device = std::make_shared<TAVOXDevice>(host, port, user, password, secure, options.interrupter,
+                                               options.timeLimit);
+        open(device, secure);
+    });
     return device;
 }
 
@@ -181,10 +180,9 @@ std::shared_ptr<Device> DeviceFactory::buildDevice(std::unique_ptr<Transport> tr
                                                    const std::string& user, const std::string& password,
                                                    bool secure, const OpenOptions& options) {
     const auto device = std::make_shared<TAVOXDevice>(std::move(transport), user, password, secure);
-    const Operation opening(options.interrupter);
     if (options.timeLimit)
         device->setTimeLimit(options.timeLimit);
-    open(device, secure);
+    asOneOperation(options.interrupter, [&] { open(device, secure); });
     return device;
 }
 
@@ -204,10 +202,12 @@ std::shared_ptr<Device> DeviceFactory::queryDevice(const std::string& host, int 
                                                    const OpenOptions& options) {
     const bool chosen = port >= 1 && port != DefaultPort;
     const int usedPort = chosen ? port : DefaultPort;
-    const Operation opening(options.interrupter);
-    const auto device =
-        std::make_shared<TAVOXDevice>(host, usedPort, "", "", chosen, options.interrupter, options.timeLimit);
-    identify(device, usedPort, descriptor);
+    std::shared_ptr<TAVOXDevice> device;
+    asOneOperation(options.interrupter, [&] {
+        device = std::make_shared<TAVOXDevice>(host, usedPort, "", "", chosen, options.interrupter,
+                                               options.timeLimit);
+        identify(device, usedPort, descriptor);
+    });
     return device;
 }
 
@@ -220,10 +220,9 @@ std::shared_ptr<Device> DeviceFactory::queryDevice(std::unique_ptr<Transport> tr
                                                    Device_Factory_Structs::TavoDeviceDescriptor& descriptor,
                                                    const OpenOptions& options) {
     const auto device = std::make_shared<TAVOXDevice>(std::move(transport), "", "", false);
-    const Operation opening(options.interrupter);
     if (options.timeLimit)
         device->setTimeLimit(options.timeLimit);
-    identify(device, 0, descriptor);
+    asOneOperation(options.interrupter, [&] { identify(device, 0, descriptor); });
     return device;
 }
 
@@ -239,12 +238,13 @@ std::shared_ptr<Device> DeviceFactory::openDevice(std::shared_ptr<Device> device
     Former former(*device);
     bool locked = false;
     try {
-        const Operation opening(options.interrupter);
         if (options.timeLimit)
             device->setTimeLimit(options.timeLimit);
-        device->lock(user, password);
-        locked = true;
-        buildTree(device);
+        asOneOperation(options.interrupter, [&] {
+            device->lock(user, password);
+            locked = true;
+            buildTree(device);
+        });
     } catch (...) {
         former.comeBack(locked);
         throw;

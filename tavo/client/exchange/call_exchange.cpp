@@ -58,26 +58,26 @@ private:
     ErrorFacts facts{.origin = ErrorOrigin::device, .deviceErrorCode = error.code};
     switch (error.code) {
     case 1000:
-        throw withFacts(ConfigurationError(error.message), std::move(facts));
+        throw withFacts(ConfigurationError(error.message), facts);
     case 1001:
-        throw withFacts(LockError(error.message), std::move(facts));
+        throw withFacts(LockError(error.message), facts);
     case 1002:
     case 1003:
     case 1004:
     case 1005:
-        throw withFacts(SpecificationError(error.message), std::move(facts));
+        throw withFacts(SpecificationError(error.message), facts);
     case 1006: {
         if (batch.empty())
-            throw withFacts(Error(error.message), std::move(facts));
+            throw withFacts(Error(error.message), facts);
         const auto blamed = std::clamp<std::size_t>(resultCount, 1, batch.size()) - 1;
         facts.method = batch[blamed]->getFullName();
-        throw withFacts(ExecutionError(batch[blamed], blamed, error.message), std::move(facts));
+        throw withFacts(ExecutionError(batch[blamed], blamed, error.message), facts);
     }
     case 1013:
-        throw withFacts(TAVOLoginError(error.message), std::move(facts));
+        throw withFacts(TAVOLoginError(error.message), facts);
     default:
         throw withFacts(Error("Unknown error code: " + std::to_string(error.code) + ": " + error.message),
-                        std::move(facts));
+                        facts);
     }
 }
 
@@ -247,15 +247,19 @@ const Object_v1_0& CallExchange::addressee(const std::shared_ptr<Method>& method
     return *object;
 }
 
+/// How far an exchange has come.
+struct CallExchange::Progress {
+    const Method* at = nullptr; ///< null while it is at no method in particular
+};
+
 void CallExchange::run(std::uint32_t lockId, Batch batch) {
-    const Method* concerned = nullptr;
+    Progress progress;
     try {
-        converse(lockId, batch, concerned);
+        converse(lockId, batch, progress);
     } catch (Error& failure) {
         auto facts = failure.facts();
         facts.connectionUsable = facts.connectionUsable && inStep_;
-        if (!concerned && batch.size() == 1)
-            concerned = batch.front().get();
+        const auto* concerned = progress.at || batch.size() != 1 ? progress.at : batch.front().get();
         if (concerned && facts.method.empty())
             facts.method = concerned->getFullName();
         failure.setFacts(std::move(facts));
@@ -263,7 +267,7 @@ void CallExchange::run(std::uint32_t lockId, Batch batch) {
     }
 }
 
-void CallExchange::converse(std::uint32_t lockId, Batch batch, const Method*& concerned) {
+void CallExchange::converse(std::uint32_t lockId, Batch batch, Progress& progress) {
     {
         TAVOX::OutputStream request;
         RecordLender lender(batch);
@@ -271,11 +275,11 @@ void CallExchange::converse(std::uint32_t lockId, Batch batch, const Method*& co
         request.writeUInt32(lockId);
         request.writeUInt32(static_cast<std::uint32_t>(batch.size()));
         for (const auto& method : batch) {
-            concerned = method.get();
+            progress.at = method.get();
             const auto& object = addressee(method);
             writeCall(request, object, *method);
         }
-        concerned = nullptr;
+        progress.at = nullptr;
         inStep_ = false;
         transport_.send(request.chunks());
     }
@@ -295,10 +299,10 @@ void CallExchange::converse(std::uint32_t lockId, Batch batch, const Method*& co
     for (const auto& method : batch) {
         if (!reply.hasMore())
             break;
-        concerned = method.get();
+        progress.at = method.get();
         reply.result(*method);
     }
-    concerned = nullptr;
+    progress.at = nullptr;
     if (error)
         throwDeviceError(*error, resultCount, batch);
 }

@@ -1,20 +1,26 @@
 #include <tavo/client/wire/error.h>
 
-#include <cstddef>
-#include <new>
 #include <utility>
 
 namespace TAVO {
 
 namespace {
 
-/// Facts of errors that are thrown without any. Never destroyed: errors outlive all statics.
+/// Facts of errors that are thrown without any.
+union UsualFacts {
+    explicit UsualFacts(ErrorOrigin origin)
+        : facts{.origin = origin, .connectionUsable = origin != ErrorOrigin::connection} {}
+    UsualFacts(const UsualFacts&) = delete;
+    UsualFacts& operator=(const UsualFacts&) = delete;
+    ~UsualFacts() {} // NOLINT(modernize-use-equals-default): errors outlive all statics, and so do the facts
+
+    ErrorFacts facts;
+};
+
 template <ErrorOrigin origin>
 const ErrorFacts& usualFacts() noexcept {
-    alignas(ErrorFacts) static std::byte storage[sizeof(ErrorFacts)];
-    static const auto* const facts =
-        ::new (storage) ErrorFacts{.origin = origin, .connectionUsable = origin != ErrorOrigin::connection};
-    return *facts;
+    static const UsualFacts usual(origin);
+    return usual.facts;
 }
 
 } // namespace
