@@ -144,6 +144,15 @@ TEST_F(ToolTest, UnknownObjectsAndMethodsAreThree) {
     EXPECT_EQ(tool({"relay", "get", "pwer"}).exitCode, 3);
 }
 
+TEST(Tool, ListsMethodsThatSeveralTypesShareOnceAndInOrder) {
+    const auto run = runTool({"--sim", "call", "cpu0.jtag.frob"});
+    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_THAT(run.errors, HasSubstr("it has: type, version, members, methods, methodsVerbose, available, "
+                                      "reserve, unreserve, headerStatusGet, headerStatusClear, enableGet, "
+                                      "enableSet, shiftIR, shiftDR, tapStateGet, tapStateSet, "));
+    EXPECT_EQ(run.errors.find("shiftIR"), run.errors.rfind("shiftIR"));
+}
+
 TEST_F(ToolTest, LockedByAnotherUserIsFour) {
     simulator.inspect([](auto& appliance) { return appliance.lock().take("guest", "tavo"); });
     expectFailure(tool({"tree"}), tool({"--json", "tree"}), 4, "not-authorised",
