@@ -16,6 +16,7 @@
 #include <tavo/client/device/core_objects.h>
 #include <tavo/client/device/device_factory.h>
 #include <tavo/client/device/device_v1_0.h>
+#include <tavo/client/device/open_options.h>
 #include <tavo/client/device/private_v1_0.h>
 #include <tavo/client/device/system_v1_0.h>
 #include <tavo/client/exchange/call_exchange.h>
@@ -53,6 +54,7 @@
 #include <tavo/client/transcode/value_view.h>
 #include <tavo/client/version_number.h>
 #include <tavo/client/wire/error.h>
+#include <tavo/client/wire/error_facts.h>
 #include <tavo/client/wire/input_stream.h>
 #include <tavo/client/wire/interrupter.h>
 #include <tavo/client/wire/output_stream.h>

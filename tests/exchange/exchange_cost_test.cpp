@@ -1,4 +1,6 @@
+#include <chrono>
 #include <cstdint>
+#include <optional>
 #include <ostream>
 #include <string>
 
@@ -105,6 +107,13 @@ TEST_F(ExchangeCost, OfACallWithoutReplyIsThreeSystemCallsAndNoMemory) {
 TEST_F(ExchangeCost, OfACallWithReplyIsTheReplysOwnMemoryBesides) {
     EXPECT_EQ(costOf({type()}, replyWith({typeResult("gauge")})), (Cost{1, 1, 1, 1}));
     EXPECT_EQ(costOf({type()}, replyWith({typeResult(textBeyondTheString)})), (Cost{1, 1, 1, 2}));
+}
+
+TEST_F(ExchangeCost, OfATimeLimitIsOneWaitBeforeTheReceive) {
+    answered.socket.setTimeLimit(std::chrono::hours(1));
+    EXPECT_EQ(costOf({unreserve()}, replyWith({result(0)})), (Cost{2, 1, 1, 0}));
+    answered.socket.setTimeLimit(std::nullopt);
+    EXPECT_EQ(costOf({unreserve()}, replyWith({result(0)})), (Cost{1, 1, 1, 0}));
 }
 
 TEST_F(ExchangeCost, OfABatchIsAsManySystemCallsAsOfOneCall) {

@@ -14,6 +14,7 @@
 #include <tavo/client/transcode/header_status_tables.h>
 #include <tavo/client/transcode/system_tables.h>
 #include <tavo/client/transcode/table.h>
+#include <tavo/client/wire/internal/readable_name.h>
 #include <tests/support/all_types.h>
 #include <tests/support/allocation_meter.h>
 
@@ -29,12 +30,12 @@ namespace dto = TAVO::dto;
 struct ForeignRequest : dto::request_packet {};
 struct ForeignReply : dto::reply_packet {};
 
-std::string refusalOf(const std::string& opening, const std::type_info& held, const std::type_info& desired) {
-    return opening + held.name() + " to desired " + desired.name() + "\n";
-}
-
-std::string paramsRefusal(const std::type_info& desired) {
-    return refusalOf("const Can't convert ", typeid(std::shared_ptr<dto::request_packet>), desired);
+template <class Packet>
+std::string refusalOf(const std::string& opening, const std::shared_ptr<Packet>& held,
+                      const std::type_info& desired) {
+    const auto* record = held.get();
+    return opening + (record ? TAVO::readableName(typeid(*record)) : "no record") + " to desired " +
+           TAVO::readableName(desired) + "\n";
 }
 
 void expectRefusal(Encoder encoder, const Params& params, const std::type_info& desired) {
@@ -46,7 +47,8 @@ void expectRefusal(Encoder encoder, const Params& params, const std::type_info& 
     } catch (const std::runtime_error& error) {
         EXPECT_STREQ(error.what(), "Can't convert Params to desire type");
     }
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), paramsRefusal(desired));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              refusalOf("const Can't convert ", params.request, desired));
     EXPECT_EQ(out.total(), 0u);
     EXPECT_FALSE(out.failed());
 }
@@ -350,8 +352,7 @@ TEST(ReplyOf, RefusesAnotherRecordAndNone) {
             EXPECT_STREQ(error.what(), "Can't convert Result to desire type");
         }
         EXPECT_EQ(testing::internal::GetCapturedStderr(),
-                  refusalOf("const Can't convert result ", typeid(std::shared_ptr<dto::reply_packet>),
-                            typeid(dto::relay::GetReply)));
+                  refusalOf("const Can't convert result ", outcome.reply, typeid(dto::relay::GetReply)));
     }
 }
 

@@ -9,6 +9,9 @@
 
 namespace {
 
+using TAVO::ErrorFacts;
+using TAVO::ErrorOrigin;
+
 template <class Exception>
 class MessageError : public testing::Test {};
 
@@ -52,6 +55,34 @@ TYPED_TEST(MessageError, IsNotMadeFromTextByAccident) {
     EXPECT_FALSE((std::is_convertible_v<std::string, TypeParam>));
 }
 
+TYPED_TEST(MessageError, KeepsItsFactsWhenCopiedAndAssigned) {
+    const ErrorFacts facts{.origin = ErrorOrigin::device, .deviceErrorCode = 7u, .method = "valve.open"};
+    const auto original = TAVO::withFacts(TypeParam("what happened"), facts);
+    const TypeParam copy(original);
+    TypeParam assigned("something else");
+    assigned = copy;
+    EXPECT_EQ(assigned.facts(), facts);
+    EXPECT_EQ(original.facts(), facts);
+    EXPECT_STREQ(assigned.what(), "what happened");
+
+    assigned.setFacts({});
+    EXPECT_EQ(assigned.facts(), ErrorFacts());
+    EXPECT_EQ(copy.facts(), facts) << "copies do not share what is set later";
+}
+
+TYPED_TEST(MessageError, IsCopiedWithoutAnException) {
+    EXPECT_TRUE(std::is_nothrow_copy_constructible_v<TypeParam>);
+    EXPECT_TRUE(std::is_nothrow_copy_assignable_v<TypeParam>);
+    EXPECT_TRUE(noexcept(std::declval<const TypeParam&>().facts()));
+}
+
+TYPED_TEST(MessageError, HasTheFactsOfItsClassUntilOthersAreSet) {
+    ErrorFacts expected;
+    if (std::is_same_v<TypeParam, TAVO::NetworkError>)
+        expected = {.origin = ErrorOrigin::connection, .connectionUsable = false};
+    EXPECT_EQ(TypeParam("what happened").facts(), expected);
+}
+
 TEST(Error, HasItsClassesSideBySide) {
     EXPECT_FALSE((std::is_base_of_v<TAVO::NetworkError, TAVO::TAVOKeyError>));
     EXPECT_FALSE((std::is_base_of_v<TAVO::TAVOKeyError, TAVO::TAVOLoginError>));
@@ -74,6 +105,12 @@ TEST(LockError, KeepsTheLockingUserWhenCaughtAsCopy) {
     }
     EXPECT_EQ(kept.lockingUser(), "alice@bench");
     EXPECT_STREQ(kept.what(), "The device is locked by alice@bench");
+}
+
+TEST(LockError, TakesFactsThoughItIsNotMoved) {
+    const auto error = TAVO::withFacts(TAVO::LockError("alice@bench"), {.deviceErrorCode = 1001u});
+    EXPECT_EQ(error.lockingUser(), "alice@bench");
+    EXPECT_EQ(error.facts().deviceErrorCode, 1001u);
 }
 
 TEST(LockError, LeavesItsUserBehindWhenMovedFrom) {

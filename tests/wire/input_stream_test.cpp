@@ -1,6 +1,10 @@
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <limits>
+#include <span>
+#include <stdexcept>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -150,6 +154,91 @@ TEST(InputStream, YieldsOnlyZeroAfterItsUserFailsIt) {
     EXPECT_EQ(in.readInt64(), 0);
     EXPECT_EQ(in.readSpan(1), nullptr);
     EXPECT_EQ(in.remaining(), 20u);
+}
+
+TEST(InputStream, TellsWhereTheValueBeginsAtWhichItHasFailed) {
+    const std::array<std::uint8_t, 7> bytes{1, 2, 3, 4, 5, 6, 7};
+    auto atNumber = over(bytes);
+    atNumber.readInt32();
+    atNumber.readInt32();
+    EXPECT_EQ(atNumber.failedAt(), 4u);
+    atNumber.fail(2);
+    EXPECT_EQ(atNumber.failedAt(), 4u) << "the first time counts";
+
+    auto atSpan = over(bytes);
+    atSpan.readByte();
+    EXPECT_EQ(atSpan.readSpan(7), nullptr);
+    EXPECT_EQ(atSpan.failedAt(), 1u);
+
+    auto byItsUser = over(bytes);
+    byItsUser.readByte();
+    byItsUser.readInt32();
+    byItsUser.fail(4);
+    EXPECT_EQ(byItsUser.failedAt(), 1u);
+}
+
+/// Has so many bytes, all 7, and then fails.
+class BreakingSource : public TAVOX::InputSource {
+public:
+    explicit BreakingSource(std::uint64_t bytes)
+        : left_(bytes) {}
+
+    std::span<const std::uint8_t> gather(std::uint64_t count) override {
+        take(count);
+        gathered_.assign(static_cast<std::size_t>(count), 7);
+        return gathered_;
+    }
+    void receive(std::uint8_t* destination, std::uint64_t count) override {
+        take(count);
+        std::fill_n(destination, count, std::uint8_t{7});
+    }
+
+private:
+    void take(std::uint64_t count) {
+        if (count > left_)
+            throw std::range_error("broken");
+        left_ -= count;
+    }
+
+    std::uint64_t left_;
+    std::vector<std::uint8_t> gathered_;
+};
+
+TEST(InputStream, ReadsABlockWhileItArrives) {
+    BreakingSource source(9);
+    InputStream in(source, 9);
+    EXPECT_EQ(in.readInt32(), 0x07070707);
+    EXPECT_EQ(in.remaining(), 5u);
+    EXPECT_EQ(in.arrived(), 0u);
+    in.awaitRest();
+    EXPECT_EQ(in.arrived(), 5u);
+    EXPECT_EQ(in.readInt32(), 0x07070707);
+    EXPECT_EQ(in.readInt32(), 0);
+    EXPECT_TRUE(in.failed());
+    EXPECT_EQ(in.failedAt(), 8u);
+}
+
+TEST(InputStream, AsksItsSourceForNoMoreThanTheBlockHas) {
+    BreakingSource source(0);
+    InputStream in(source, 3);
+    EXPECT_EQ(in.readInt32(), 0);
+    EXPECT_TRUE(in.failed());
+    std::uint8_t untouched = 1;
+    in.readRaw(&untouched, 1);
+    in.awaitRest();
+    EXPECT_EQ(untouched, 1);
+}
+
+TEST(InputStream, PassesOnWhatItsSourceThrows) {
+    BreakingSource source(4);
+    InputStream in(source, 100);
+    EXPECT_EQ(in.readInt32(), 0x07070707);
+    std::uint8_t raw[8] = {};
+    EXPECT_THROW(in.readRaw(raw, sizeof raw), std::range_error);
+    EXPECT_THROW(in.readSpan(8), std::range_error);
+    EXPECT_THROW(in.readInt64(), std::range_error);
+    EXPECT_THROW(in.awaitRest(), std::range_error);
+    EXPECT_FALSE(in.failed());
 }
 
 } // namespace

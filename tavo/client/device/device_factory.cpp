@@ -1,6 +1,7 @@
 #include <tavo/client/device/device_factory.h>
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 #include <tavo/client/device/device_v1_0.h>
@@ -21,6 +22,18 @@ bool keyIsKnown(Device& device, bool& first, bool& second) {
     return device.checkTavoKey(first, second);
 }
 
+/// Makes what happens while it lives one operation of the interrupter, if there is one.
+class Operation {
+public:
+    explicit Operation(const std::shared_ptr<Interrupter>& interrupter) {
+        if (interrupter)
+            operation_.emplace(*interrupter);
+    }
+
+private:
+    std::optional<Interrupter::Operation> operation_;
+};
+
 unsigned objectsBelow(const Container& node) {
     unsigned objects = 0;
     for (const auto& child : node.getChildren())
@@ -38,7 +51,8 @@ public:
         , connection_(dynamic_cast<TAVOXDevice*>(&device))
         , system_(device.system_)
         , private_(device.private_)
-        , children_(device.children_) {
+        , children_(device.children_)
+        , limit_(device.timeLimit()) {
         if (connection_)
             lock_ = connection_->lock_;
     }
@@ -56,6 +70,11 @@ public:
                 device_.unlock();
             } catch (...) { // its release is the device's own
             }
+        if (device_.timeLimit() != limit_)
+            try {
+                device_.setTimeLimit(limit_);
+            } catch (...) { // the other limit holds then
+            }
     }
 
 private:
@@ -64,6 +83,7 @@ private:
     std::shared_ptr<System_v1_0> system_;
     std::shared_ptr<Private_v1_0> private_;
     decltype(Container::children_) children_;
+    TimeLimit limit_;
     TAVOXDevice::Lock lock_;
 };
 
@@ -119,65 +139,109 @@ void DeviceFactory::identify(const std::shared_ptr<TAVOXDevice>& device, int por
 
 std::shared_ptr<Device> DeviceFactory::buildDevice(const std::string& host, int port, const std::string& user,
                                                    const std::string& password, bool secure) {
-    return buildDevice(host, port, user, password, secure, nullptr);
+    return buildDevice(host, port, user, password, secure, OpenOptions());
 }
 
 std::shared_ptr<Device> DeviceFactory::buildDevice(const std::string& host, int port, const std::string& user,
                                                    const std::string& password, bool secure,
                                                    const std::shared_ptr<Interrupter>& interrupter) {
-    const auto used = interrupter ? interrupter : std::make_shared<Interrupter>();
+    return buildDevice(host, port, user, password, secure, OpenOptions{.interrupter = interrupter});
+}
+
+std::shared_ptr<Device> DeviceFactory::buildDevice(const std::string& host, int port, const std::string& user,
+                                                   const std::string& password, bool secure,
+                                                   const OpenOptions& options) {
     std::shared_ptr<TAVOXDevice> device;
     // Ends before the device of a failed opening, which is still to be unlocked.
-    const Interrupter::Operation opening(*used);
-    device = std::make_shared<TAVOXDevice>(host, port, user, password, secure, used);
+    const Operation opening(options.interrupter);
+    device = std::make_shared<TAVOXDevice>(host, port, user, password, secure, options.interrupter,
+                                           options.timeLimit);
     open(device, secure);
     return device;
 }
 
 std::shared_ptr<Device> DeviceFactory::buildDevice(const std::string& host, const std::string& user,
                                                    const std::string& password, bool secure) {
-    return buildDevice(host, secure ? DefaultSecurePort : DefaultPort, user, password, secure);
+    return buildDevice(host, user, password, secure, OpenOptions());
+}
+
+std::shared_ptr<Device> DeviceFactory::buildDevice(const std::string& host, const std::string& user,
+                                                   const std::string& password, bool secure,
+                                                   const OpenOptions& options) {
+    return buildDevice(host, secure ? DefaultSecurePort : DefaultPort, user, password, secure, options);
 }
 
 std::shared_ptr<Device> DeviceFactory::buildDevice(std::unique_ptr<Transport> transport,
                                                    const std::string& user, const std::string& password,
                                                    bool secure) {
+    return buildDevice(std::move(transport), user, password, secure, OpenOptions());
+}
+
+std::shared_ptr<Device> DeviceFactory::buildDevice(std::unique_ptr<Transport> transport,
+                                                   const std::string& user, const std::string& password,
+                                                   bool secure, const OpenOptions& options) {
     const auto device = std::make_shared<TAVOXDevice>(std::move(transport), user, password, secure);
+    const Operation opening(options.interrupter);
+    if (options.timeLimit)
+        device->setTimeLimit(options.timeLimit);
     open(device, secure);
     return device;
 }
 
 std::shared_ptr<Device> DeviceFactory::queryDevice(const std::string& host, int port,
                                                    Device_Factory_Structs::TavoDeviceDescriptor& descriptor) {
-    return queryDevice(host, port, descriptor, nullptr);
+    return queryDevice(host, port, descriptor, OpenOptions());
 }
 
 std::shared_ptr<Device> DeviceFactory::queryDevice(const std::string& host, int port,
                                                    Device_Factory_Structs::TavoDeviceDescriptor& descriptor,
                                                    const std::shared_ptr<Interrupter>& interrupter) {
+    return queryDevice(host, port, descriptor, OpenOptions{.interrupter = interrupter});
+}
+
+std::shared_ptr<Device> DeviceFactory::queryDevice(const std::string& host, int port,
+                                                   Device_Factory_Structs::TavoDeviceDescriptor& descriptor,
+                                                   const OpenOptions& options) {
     const bool chosen = port >= 1 && port != DefaultPort;
     const int usedPort = chosen ? port : DefaultPort;
-    const auto used = interrupter ? interrupter : std::make_shared<Interrupter>();
-    const Interrupter::Operation opening(*used);
-    const auto device = std::make_shared<TAVOXDevice>(host, usedPort, "", "", chosen, used);
+    const Operation opening(options.interrupter);
+    const auto device =
+        std::make_shared<TAVOXDevice>(host, usedPort, "", "", chosen, options.interrupter, options.timeLimit);
     identify(device, usedPort, descriptor);
     return device;
 }
 
 std::shared_ptr<Device> DeviceFactory::queryDevice(std::unique_ptr<Transport> transport,
                                                    Device_Factory_Structs::TavoDeviceDescriptor& descriptor) {
+    return queryDevice(std::move(transport), descriptor, OpenOptions());
+}
+
+std::shared_ptr<Device> DeviceFactory::queryDevice(std::unique_ptr<Transport> transport,
+                                                   Device_Factory_Structs::TavoDeviceDescriptor& descriptor,
+                                                   const OpenOptions& options) {
     const auto device = std::make_shared<TAVOXDevice>(std::move(transport), "", "", false);
+    const Operation opening(options.interrupter);
+    if (options.timeLimit)
+        device->setTimeLimit(options.timeLimit);
     identify(device, 0, descriptor);
     return device;
 }
 
 std::shared_ptr<Device> DeviceFactory::openDevice(std::shared_ptr<Device> device, const std::string& user,
                                                   const std::string& password) {
+    return openDevice(std::move(device), user, password, OpenOptions());
+}
+
+std::shared_ptr<Device> DeviceFactory::openDevice(std::shared_ptr<Device> device, const std::string& user,
+                                                  const std::string& password, const OpenOptions& options) {
     if (!device)
         return device;
     Former former(*device);
     bool locked = false;
     try {
+        const Operation opening(options.interrupter);
+        if (options.timeLimit)
+            device->setTimeLimit(options.timeLimit);
         device->lock(user, password);
         locked = true;
         buildTree(device);
@@ -193,8 +257,8 @@ bool DeviceFactory::authenticate(std::shared_ptr<Device> device, std::string use
         return false;
     try {
         return device->login(user, password);
-    } catch (const Error&) {
-        throw TAVOLoginError("Server cannot authenticate user login!");
+    } catch (const Error& failure) {
+        throw withFacts(TAVOLoginError("Server cannot authenticate user login!"), failure.facts());
     }
 }
 

@@ -8,6 +8,7 @@
 
 #include <tavo/client/object/device.h>
 #include <tavo/client/object/object.h>
+#include <tavo/client/transcode/internal/failed_field.h>
 #include <tavo/client/transcode/internal/record_functions.h>
 #include <tavo/client/wire/error.h>
 
@@ -54,26 +55,29 @@ private:
 };
 
 [[noreturn]] void throwDeviceError(const DeviceError& error, std::uint32_t resultCount, Batch batch) {
+    ErrorFacts facts{.origin = ErrorOrigin::device, .deviceErrorCode = error.code};
     switch (error.code) {
     case 1000:
-        throw ConfigurationError(error.message);
+        throw withFacts(ConfigurationError(error.message), std::move(facts));
     case 1001:
-        throw LockError(error.message);
+        throw withFacts(LockError(error.message), std::move(facts));
     case 1002:
     case 1003:
     case 1004:
     case 1005:
-        throw SpecificationError(error.message);
+        throw withFacts(SpecificationError(error.message), std::move(facts));
     case 1006: {
         if (batch.empty())
-            throw Error(error.message);
+            throw withFacts(Error(error.message), std::move(facts));
         const auto blamed = std::clamp<std::size_t>(resultCount, 1, batch.size()) - 1;
-        throw ExecutionError(batch[blamed], blamed, error.message);
+        facts.method = batch[blamed]->getFullName();
+        throw withFacts(ExecutionError(batch[blamed], blamed, error.message), std::move(facts));
     }
     case 1013:
-        throw TAVOLoginError(error.message);
+        throw withFacts(TAVOLoginError(error.message), std::move(facts));
     default:
-        throw Error("Unknown error code: " + std::to_string(error.code) + ": " + error.message);
+        throw withFacts(Error("Unknown error code: " + std::to_string(error.code) + ": " + error.message),
+                        std::move(facts));
     }
 }
 
@@ -84,36 +88,25 @@ public:
         : transport_(transport)
         , buffer_(buffer) {}
 
-    std::span<const std::uint8_t> gather(std::uint64_t count) noexcept override {
-        try {
-            return buffer_.receive(transport_, count);
-        } catch (...) {
-            failure_ = std::current_exception();
-            return {};
-        }
+    std::span<const std::uint8_t> gather(std::uint64_t count) override {
+        failed_ = true;
+        const auto bytes = buffer_.receive(transport_, count);
+        failed_ = false;
+        return bytes;
     }
-    bool receive(std::uint8_t* destination, std::uint64_t count) noexcept override {
-        try {
-            transport_.receiveAll(destination, count);
-            return true;
-        } catch (...) {
-            failure_ = std::current_exception();
-            return false;
-        }
+    void receive(std::uint8_t* destination, std::uint64_t count) override {
+        failed_ = true;
+        transport_.receiveAll(destination, count);
+        failed_ = false;
     }
 
-    /// Receives what the decoder left.
-    /// @throws what failed while it read.
-    void finish(const TAVOX::InputStream& in) {
-        if (failure_)
-            std::rethrow_exception(failure_);
-        buffer_.discard(transport_, in.remaining() - in.arrived());
-    }
+    /// Whether what its reader has thrown came from here.
+    bool hasFailed() const { return failed_; }
 
 private:
     Transport& transport_;
     ReplyBuffer& buffer_;
-    std::exception_ptr failure_;
+    bool failed_ = false;
 };
 
 /// Frames one reply.
@@ -160,12 +153,10 @@ public:
 
     void result(Method& method) {
         const auto size = number("Could not read Result Size from device for method: ", &method);
-        if (size > largestWhole && TAVOXTranscode::isRecordDecoder(method.getDecoder())) {
+        if (size > largestWhole && TAVOXTranscode::isRecordDecoder(method.getDecoder()))
             arrivingResult(method, size);
-            return;
-        }
-        TAVOX::InputStream in = block(size);
-        decode(method, in, [&] { return method.getDecoder()(in); });
+        else
+            wholeResult(method, size);
     }
 
 private:
@@ -173,37 +164,59 @@ private:
     /// may keep views or copy the reader, which a whole block alone allows.
     static constexpr std::uint32_t largestWhole = 64 * 1024;
 
-    /// Once the whole result has been received.
-    template <class Decoding>
-    void decode(Method& method, const TAVOX::InputStream& in, Decoding decoding) {
-        isRead_ = --unread_ == 0;
+    void wholeResult(Method& method, std::uint32_t size) {
+        TAVOX::InputStream in = block(size);
+        takeRest(in);
+        dto::result outcome;
         try {
-            auto outcome = decoding();
-            if (in.failed())
-                throw Error("Could not read Result from device for method: " + method.getFullName());
-            method.setResult(std::move(outcome));
+            outcome = method.getDecoder()(in);
         } catch (const std::exception& failure) {
-            throw SpecificationError("Error decoding TAVOX return values in call to " + method.getFullName() +
-                                     ": " + failure.what());
+            refuse(method, failure.what());
         }
+        store(method, in, std::move(outcome));
     }
 
     void arrivingResult(Method& method, std::uint32_t size) {
         ArrivingResult source(transport_, buffer_);
         TAVOX::InputStream in(source, size);
         dto::result outcome;
-        std::exception_ptr refusal;
         try {
             outcome = method.getDecoder()(in);
-        } catch (...) {
-            refusal = std::current_exception();
+        } catch (const std::exception& failure) {
+            if (source.hasFailed())
+                throw;
+            takeRest(in);
+            refuse(method, failure.what());
         }
-        source.finish(in);
-        decode(method, in, [&] {
-            if (refusal)
-                std::rethrow_exception(refusal);
-            return std::move(outcome);
-        });
+        takeRest(in);
+        store(method, in, std::move(outcome));
+    }
+
+    /// Receives what the decoder has left, or nothing, and with it the result to its end.
+    void takeRest(const TAVOX::InputStream& in) {
+        buffer_.discard(transport_, in.remaining() - in.arrived());
+        isRead_ = --unread_ == 0;
+    }
+
+    static void store(Method& method, const TAVOX::InputStream& in, dto::result&& outcome) {
+        if (!in.failed()) {
+            method.setResult(std::move(outcome));
+            return;
+        }
+        ErrorFacts facts;
+        if (TAVOXTranscode::isRecordDecoder(method.getDecoder())) {
+            facts.offset = in.failedAt();
+            facts.field = TAVOXTranscode::fieldAt(in.failedAt(), outcome,
+                                                  TAVOXTranscode::recordOf(method.getDecoder()));
+        }
+        refuse(method, "Could not read Result from device for method: " + method.getFullName(),
+               std::move(facts));
+    }
+
+    [[noreturn]] static void refuse(const Method& method, const std::string& fault, ErrorFacts facts = {}) {
+        throw withFacts(SpecificationError("Error decoding TAVOX return values in call to " +
+                                           method.getFullName() + ": " + fault),
+                        std::move(facts));
     }
 
     TAVOX::InputStream block(std::uint32_t length) {
@@ -235,6 +248,22 @@ const Object_v1_0& CallExchange::addressee(const std::shared_ptr<Method>& method
 }
 
 void CallExchange::run(std::uint32_t lockId, Batch batch) {
+    const Method* concerned = nullptr;
+    try {
+        converse(lockId, batch, concerned);
+    } catch (Error& failure) {
+        auto facts = failure.facts();
+        facts.connectionUsable = facts.connectionUsable && inStep_;
+        if (!concerned && batch.size() == 1)
+            concerned = batch.front().get();
+        if (concerned && facts.method.empty())
+            facts.method = concerned->getFullName();
+        failure.setFacts(std::move(facts));
+        throw;
+    }
+}
+
+void CallExchange::converse(std::uint32_t lockId, Batch batch, const Method*& concerned) {
     {
         TAVOX::OutputStream request;
         RecordLender lender(batch);
@@ -242,9 +271,11 @@ void CallExchange::run(std::uint32_t lockId, Batch batch) {
         request.writeUInt32(lockId);
         request.writeUInt32(static_cast<std::uint32_t>(batch.size()));
         for (const auto& method : batch) {
+            concerned = method.get();
             const auto& object = addressee(method);
             writeCall(request, object, *method);
         }
+        concerned = nullptr;
         inStep_ = false;
         transport_.send(request.chunks());
     }
@@ -261,11 +292,13 @@ void CallExchange::run(std::uint32_t lockId, Batch batch) {
         throw Error("Error calling methods: received result count of " + std::to_string(resultCount) +
                     " expected count of " + std::to_string(batch.size()));
     reply.expectResults(resultCount);
-    for (const auto& method : batch)
-        if (reply.hasMore())
-            reply.result(*method);
-        else
+    for (const auto& method : batch) {
+        if (!reply.hasMore())
             break;
+        concerned = method.get();
+        reply.result(*method);
+    }
+    concerned = nullptr;
     if (error)
         throwDeviceError(*error, resultCount, batch);
 }

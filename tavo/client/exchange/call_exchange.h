@@ -45,6 +45,9 @@ public:
     bool isInStep() const noexcept { return inStep_; }
 
 private:
+    /// @param concerned the method that a failure concerns; null while it is none in particular.
+    void converse(std::uint32_t lockId, std::span<const std::shared_ptr<Method>> batch,
+                  const Method*& concerned);
     const Object_v1_0& addressee(const std::shared_ptr<Method>& method) const;
 
     Transport& transport_;

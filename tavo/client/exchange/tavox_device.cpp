@@ -56,8 +56,14 @@ struct TAVOXDevice::Connection {
 
 TAVOXDevice::TAVOXDevice(const std::string& host, int port, const std::string& user,
                          const std::string& password, bool secure, std::shared_ptr<Interrupter> interrupter)
-    : TAVOXDevice(std::make_unique<SocketTransport>(host, std::to_string(port), std::move(interrupter)), user,
-                  password, secure) {
+    : TAVOXDevice(host, port, user, password, secure, std::move(interrupter), std::nullopt) {}
+
+TAVOXDevice::TAVOXDevice(const std::string& host, int port, const std::string& user,
+                         const std::string& password, bool secure, std::shared_ptr<Interrupter> interrupter,
+                         TimeLimit limit)
+    : TAVOXDevice(
+          std::make_unique<SocketTransport>(host, std::to_string(port), std::move(interrupter), limit), user,
+          password, secure) {
     host_ = host;
     port_ = port;
 }
@@ -97,6 +103,10 @@ std::uint64_t TAVOXDevice::reconnects() const noexcept {
     const auto connections = connection_->transport->connectionNumber();
     return connections > 0 ? connections - 1 : 0;
 }
+
+void TAVOXDevice::setTimeLimit(TimeLimit limit) { connection_->transport->setTimeLimit(limit); }
+
+TimeLimit TAVOXDevice::timeLimit() const noexcept { return connection_->transport->timeLimit(); }
 
 void TAVOXDevice::callMethods(std::deque<std::shared_ptr<Method>> methods) {
     connection_->exchange.run(lock_.id, methods);

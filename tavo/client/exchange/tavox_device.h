@@ -30,12 +30,16 @@ public:
     ///        empty. @throws NetworkError
     TAVOXDevice(const std::string& host, int port, const std::string& user, const std::string& password,
                 bool secure, std::shared_ptr<Interrupter> interrupter = nullptr);
+    /// The same with a time limit from the beginning, this connecting included.
+    TAVOXDevice(const std::string& host, int port, const std::string& user, const std::string& password,
+                bool secure, std::shared_ptr<Interrupter> interrupter, TimeLimit limit);
     /// Runs over a connection of the application's own, first used by the first exchange. Interrupting and
     /// reconnecting are the transport's.
     /// @throws std::invalid_argument for an empty pointer.
     TAVOXDevice(std::unique_ptr<Transport> transport, const std::string& user, const std::string& password,
                 bool secure);
-    /// Unlocks, whatever comes of it, and closes the connection. Blocks for as long as the device takes.
+    /// Unlocks, whatever comes of it, and closes the connection. Blocks for as long as the device takes, or
+    /// until the time limit of each exchange.
     ///
     /// When bytes have come that nobody asked for, or the last reply was not read to its end, the connection
     /// is given up first and the unlock goes over a new one, with the same lock id. It is left out without
@@ -76,6 +80,9 @@ public:
     bool isConnected() const noexcept override;
     /// One less than the number of the transport's connection: 0 where the transport counts none.
     std::uint64_t reconnects() const noexcept override;
+    /// That of the transport.
+    void setTimeLimit(TimeLimit limit) override;
+    TimeLimit timeLimit() const noexcept override;
 
     /// Executes the batch in one exchange and stores each result in its Method.
     ///

@@ -58,8 +58,8 @@ public:
     ///
     /// Before execution a line goes to the standard error stream and the value is a default `T`.
     /// @throws std::runtime_error "Can't convert Result to desire type" (not a TAVO::Error) when the stored
-    /// reply
-    ///         is of another type; a line naming both types goes to the standard error stream.
+    ///         reply is of another type; a line naming both types goes to the standard error stream, with the
+    ///         method's full name where `T` is a reply record.
     T value() const {
         if (!isResultSet()) {
             reportNotExecuted(*this);
@@ -69,7 +69,7 @@ public:
         if constexpr (std::derived_from<T, dto::reply_packet>) {
             if (const auto* reply = dto::recordIn<T>(outcome.reply.get()))
                 return *reply;
-            dto::refuseResult("Can't convert result ", typeid(T));
+            dto::refuseResult("Can't convert result ", outcome, typeid(T), getFullName());
         } else if constexpr (std::constructible_from<T, const dto::result&>) {
             return T(outcome);
         } else {

@@ -27,6 +27,10 @@ bool Device::isConnected() const noexcept { return false; }
 
 std::uint64_t Device::reconnects() const noexcept { return 0; }
 
+void Device::setTimeLimit(TimeLimit) {}
+
+TimeLimit Device::timeLimit() const noexcept { return std::nullopt; }
+
 void Device::setSystem(std::shared_ptr<System_v1_0> object) { system_ = std::move(object); }
 void Device::setPrivate(std::shared_ptr<Private_v1_0> object) { private_ = std::move(object); }
 

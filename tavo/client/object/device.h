@@ -9,6 +9,7 @@
 #include <tavo/client/object/container.h>
 #include <tavo/client/object/method.h>
 #include <tavo/client/object/multicall_queue.h>
+#include <tavo/client/wire/transport.h>
 
 namespace TAVO {
 
@@ -22,7 +23,7 @@ class Private_v1_0;
 ///
 /// DeviceFactory makes devices. A device, its tree and its Methods belong to one thread at a time, but for
 /// interrupt(); different devices may be used by different threads at once. Calls block for as long as the
-/// device takes.
+/// device takes, or until its time limit.
 class TAVO_API Device : public Container {
 public:
     /// An empty name, no parent, no children, no proxies.
@@ -95,6 +96,19 @@ public:
     /// How often the connection was made anew since the device was made. What a connection carries alone,
     /// such as a login, was lost each time; the lock stays. 0 for a class of devices that has no connection.
     virtual std::uint64_t reconnects() const noexcept;
+    /// From now on no exchange of this device may take longer, the sending, the waiting for the reply and a
+    /// connect within it included. Beyond the limit NetworkError "Call to device timed out." leaves the call,
+    /// the connection is closed, and the next call connects anew; lock id and credentials stay. What the
+    /// device was told may have its effect there all the same. A call of several exchanges, such as
+    /// toString() of an object or the release of the device, has the limit for each of them. Only the
+    /// resolution of a host name takes its own time. An empty limit, as at first, lets the device take as
+    /// long as it takes.
+    ///
+    /// Does nothing for a class of devices that knows no better.
+    /// @throws std::invalid_argument that names a limit below 1 ms.
+    virtual void setTimeLimit(TimeLimit limit);
+    /// The limit that holds. Empty for a class of devices, and over a transport, that knows of none.
+    virtual TimeLimit timeLimit() const noexcept;
 
     /// The "device" object; empty until it is set.
     std::shared_ptr<Device_v1_0> getDevice() const { return device_; }

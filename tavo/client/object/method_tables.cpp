@@ -34,7 +34,8 @@ const TAVOXTranscode::MethodRow& describeMethod(const Object_v1_0& object, const
     static_cast<void>(object.getDecoder(name));
     if (const auto* row = findMethodRow(object, name))
         return *row;
-    throw SpecificationError("No description for Method: " + name);
+    throw withFacts(SpecificationError("No description for Method: " + name),
+                    {.method = object.getFullName() + "." + name});
 }
 
 } // namespace TAVO

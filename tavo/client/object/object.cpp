@@ -13,15 +13,16 @@ namespace base_v1_0 = TAVOXTranscode::base_v1_0;
 
 namespace {
 
-[[noreturn]] void refuseName(const char* what, const std::string& name) {
-    throw SpecificationError("Could not find Method " + std::string(what) + " for Method: " + name);
+[[noreturn]] void refuseName(const Object_v1_0& object, const char* what, const std::string& name) {
+    throw withFacts(SpecificationError("Could not find Method " + std::string(what) + " for Method: " + name),
+                    {.method = object.getFullName() + "." + name});
 }
 
 template <class Table>
-const auto& lookUp(const Table& table, const std::string& name, const char* what) {
+const auto& lookUp(const Object_v1_0& object, const Table& table, const std::string& name, const char* what) {
     const auto found = table.find(name);
     if (found == table.end())
-        refuseName(what, name);
+        refuseName(object, what, name);
     return found->second;
 }
 
@@ -119,15 +120,15 @@ std::uint32_t Object_v1_0::getMethodID(const std::string& name) const {
         return found->second.id;
     if (const auto* id = otherMethod(name))
         return *id;
-    refuseName("ID", name);
+    refuseName(*this, "ID", name);
 }
 
 TAVOXTranscode::Encoder Object_v1_0::getEncoder(const std::string& name) const {
-    return lookUp(*encoders_, name, "Encoder");
+    return lookUp(*this, *encoders_, name, "Encoder");
 }
 
 TAVOXTranscode::Decoder Object_v1_0::getDecoder(const std::string& name) const {
-    return lookUp(*decoders_, name, "Decoder");
+    return lookUp(*this, *decoders_, name, "Decoder");
 }
 
 Object_v1_0::Functions Object_v1_0::findFunctions(std::string_view name) const {
@@ -183,7 +184,8 @@ template <class Result>
 Result Object_v1_0::execute(std::shared_ptr<BoundMethod<Result>> method) const {
     const auto connection = device();
     if (!connection)
-        throw Error("Device no longer exists for object: " + getFullName());
+        throw withFacts(Error("Device no longer exists for object: " + getFullName()),
+                        {.connectionUsable = false, .method = method->getFullName()});
     connection->call(method);
     // Whoever else holds the call, such as a Device of an application's own, finds its result there.
     return method.use_count() == 1 ? method->take() : method->value();

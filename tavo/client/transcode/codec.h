@@ -113,7 +113,7 @@ void readList(TAVOX::InputStream& in, std::vector<Element>& list, std::uint64_t 
     const auto count = static_cast<std::uint32_t>(in.readInt32());
     in.awaitRest(); // for the count bounds the list only by bytes that have really come
     if (in.failed() || count > in.remaining() / smallestElement) {
-        in.fail();
+        in.fail(sizeof count);
         return;
     }
     list.resize(count);
@@ -129,7 +129,7 @@ void receiveBlock(TAVOX::InputStream& in, std::size_t length, Block& block) {
     constexpr std::size_t first = 0x10000;
     constexpr std::size_t growth = 16;
     block.clear();
-    while (block.size() < length && !in.failed()) {
+    while (block.size() < length) {
         const auto before = block.size();
         const auto part = std::min(length - before, before == 0 ? first : step);
         if (block.capacity() - before < part)
@@ -137,20 +137,20 @@ void receiveBlock(TAVOX::InputStream& in, std::size_t length, Block& block) {
         block.resize(before + part);
         in.readRaw(reinterpret_cast<std::uint8_t*>(block.data()) + before, part);
     }
-    if (in.failed())
-        block = {};
 }
 
 template <class Block>
 void readBlock(TAVOX::InputStream& in, Block& block) {
     const auto length = static_cast<std::uint32_t>(in.readInt32());
-    if (length > in.arrived() && length <= in.remaining()) {
-        receiveBlock(in, length, block);
-    } else if (const auto* bytes = in.readSpan(length)) {
+    const auto* bytes = length <= in.arrived() ? in.readSpan(length) : nullptr;
+    if (bytes) {
         // As the block's own kind of bytes: a text would take other ones by way of a second text.
         const auto* begin = reinterpret_cast<const typename Block::value_type*>(bytes);
         block.assign(begin, begin + length);
+    } else if (length <= in.remaining() && !in.failed()) {
+        receiveBlock(in, length, block);
     } else {
+        in.fail(sizeof length);
         block.clear();
     }
 }
@@ -183,14 +183,14 @@ void readFields(TAVOX::InputStream& in, Record& record) {
 
 /// Writes to the standard error stream that the parameters cannot be converted, and throws std::runtime_error
 /// "Can't convert Params to desire type".
-[[noreturn]] TAVO_API void refuseParams(const std::type_info& desired);
+[[noreturn]] TAVO_API void refuseParams(const dto::Params& params, const std::type_info& desired);
 
 /// The encoder of a method whose parameters are a `Request`.
 template <class Request>
 void encodeRequest(TAVOX::OutputStream& out, const dto::Params& params) {
     const auto* request = dto::recordIn<Request>(params.request.get());
     if (!request)
-        refuseParams(typeid(Request));
+        refuseParams(params, typeid(Request));
     writeFields(out, *request);
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <typeinfo>
 
 #include <tavo/client/export.h>
@@ -53,7 +54,10 @@ struct result {
 
 /// Writes to the standard error stream that the result cannot be converted, and throws std::runtime_error
 /// "Can't convert Result to desire type".
-[[noreturn]] TAVO_API void refuseResult(const char* opening, const std::type_info& desired);
+/// @param opening the beginning of the line.
+/// @param method  full name of the method; empty where it is not known.
+[[noreturn]] TAVO_API void refuseResult(const char* opening, const result& outcome,
+                                        const std::type_info& desired, const std::string& method = {});
 
 /// The reply that a result carries, as the record `Reply`. For constructors of user-level records.
 /// @throws std::runtime_error "Can't convert Result to desire type" when the result carries no such record; a
@@ -62,7 +66,7 @@ template <class Reply>
 const Reply& replyOf(const result& outcome) {
     if (const auto* reply = recordIn<Reply>(outcome.reply.get()))
         return *reply;
-    refuseResult("const Can't convert result ", typeid(Reply));
+    refuseResult("const Can't convert result ", outcome, typeid(Reply));
 }
 
 } // namespace TAVO::dto

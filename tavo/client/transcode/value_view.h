@@ -40,6 +40,8 @@ struct ValueView {
 
     /// Numbers by the signedness of their field, as in Value.
     std::variant<bool, std::int64_t, std::uint64_t, std::string_view, Bytes, List, Record> data;
+    /// How many bytes a bool or a number takes on the wire; 0 for all else.
+    std::size_t width = 0;
 };
 
 inline ValueView ValueView::List::operator[](std::size_t index) const { return elementOf(list, index); }

@@ -18,11 +18,11 @@ ValueView viewRecord(const Record& record);
 template <class T>
 ValueView viewValue(const T& value) {
     if constexpr (std::same_as<T, bool>)
-        return {value};
+        return {value, 1};
     else if constexpr (std::is_arithmetic_v<T> && std::is_signed_v<T>)
-        return {std::int64_t{value}};
+        return {std::int64_t{value}, sizeof value};
     else if constexpr (std::is_arithmetic_v<T>)
-        return {std::uint64_t{value}};
+        return {std::uint64_t{value}, sizeof value};
     else if constexpr (std::same_as<T, std::string>)
         return {std::string_view(value)};
     else if constexpr (std::same_as<T, Bytes>)

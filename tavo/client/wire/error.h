@@ -5,6 +5,7 @@
 #include <string>
 
 #include <tavo/client/export.h>
+#include <tavo/client/wire/error_facts.h>
 
 namespace TAVO {
 
@@ -24,6 +25,20 @@ public:
     Error& operator=(const Error&) = default;
     Error& operator=(Error&&) = default;
     ~Error() override;
+
+    /// What is known of the failure besides its text. Those that nobody has set begin in the library, but for
+    /// a NetworkError's: it begins with the connection, which is not usable any more.
+    const ErrorFacts& facts() const noexcept;
+    /// For whoever throws, and for whoever knows more while the error passes. Copies that were made before
+    /// keep the former facts.
+    void setFacts(ErrorFacts facts);
+
+protected:
+    /// @param facts lives as long as the program.
+    Error(const std::string& message, const ErrorFacts& facts);
+
+private:
+    std::shared_ptr<const ErrorFacts> facts_; ///< never changed: copies share them
 };
 
 /// The device reported a configuration fault (device error code 1000).

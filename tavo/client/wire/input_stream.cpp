@@ -2,23 +2,18 @@
 
 namespace TAVOX {
 
-bool InputStream::gather(std::uint64_t count) noexcept {
+bool InputStream::gather(std::uint64_t count) {
     if (count > outstanding_)
         return false;
-    const auto bytes = source_->gather(count);
-    if (bytes.empty())
-        return false;
+    cursor_ = source_->gather(count).data();
     outstanding_ -= count;
     arrived_ = count;
-    cursor_ = bytes.data();
     return true;
 }
 
-void InputStream::receive(std::uint8_t* destination, std::uint64_t count) noexcept {
-    if (source_->receive(destination, count))
-        outstanding_ -= count;
-    else
-        failed_ = true;
+void InputStream::receive(std::uint8_t* destination, std::uint64_t count) {
+    source_->receive(destination, count);
+    outstanding_ -= count;
 }
 
 } // namespace TAVOX

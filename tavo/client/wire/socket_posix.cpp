@@ -1,8 +1,10 @@
 #include <tavo/client/wire/internal/socket.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <limits>
 
 #include <fcntl.h>
 #include <netdb.h>
@@ -72,6 +74,17 @@ Transfer resumed(Call call) noexcept {
     return {static_cast<std::size_t>(moved), 0};
 }
 
+Transfer sendRuns(Handle socket, std::span<const Run> runs, int flags) noexcept {
+    // Only the elements of the runs are read.
+    std::array<iovec, maximumRuns> vectors; // NOLINT(cppcoreguidelines-pro-type-member-init)
+    for (std::size_t i = 0; i < runs.size(); ++i)
+        vectors[i] = {const_cast<std::uint8_t*>(runs[i].data()), runs[i].size()};
+    msghdr message{};
+    message.msg_iov = vectors.data();
+    message.msg_iovlen = static_cast<decltype(message.msg_iovlen)>(runs.size());
+    return resumed([&] { return ::sendmsg(descriptor(socket), &message, flags); });
+}
+
 } // namespace
 
 std::string errorText(ErrorCode code) {
@@ -128,15 +141,21 @@ void shutDown(Handle socket) noexcept {
 
 bool pollReadable(Handle socket) noexcept { return waitFor(socket, POLLIN, 0) > 0; }
 
+bool awaitReady(Handle socket, Readiness readiness, std::chrono::milliseconds atMost) noexcept {
+    const short events = readiness == Readiness::toReceive ? POLLIN : POLLOUT;
+    const auto longest = std::chrono::milliseconds(std::numeric_limits<int>::max());
+    pollfd entry{descriptor(socket), events, 0};
+    const int ready = ::poll(&entry, 1, static_cast<int>(std::min(atMost, longest).count()));
+    return ready > 0 || (ready < 0 && errno != EINTR);
+}
+
 Transfer sendGathered(Handle socket, std::span<const Run> runs) noexcept {
-    // Only the elements of the runs are read.
-    std::array<iovec, maximumRuns> vectors; // NOLINT(cppcoreguidelines-pro-type-member-init)
-    for (std::size_t i = 0; i < runs.size(); ++i)
-        vectors[i] = {const_cast<std::uint8_t*>(runs[i].data()), runs[i].size()};
-    msghdr message{};
-    message.msg_iov = vectors.data();
-    message.msg_iovlen = static_cast<decltype(message.msg_iovlen)>(runs.size());
-    return resumed([&] { return ::sendmsg(descriptor(socket), &message, MSG_NOSIGNAL); });
+    return sendRuns(socket, runs, MSG_NOSIGNAL);
+}
+
+Transfer sendWithoutWaiting(Handle socket, std::span<const Run> runs) noexcept {
+    const auto sent = sendRuns(socket, runs, MSG_NOSIGNAL | MSG_DONTWAIT);
+    return sent.error == EAGAIN ? Transfer() : sent;
 }
 
 Transfer receiveOnce(Handle socket, std::uint8_t* buffer, std::size_t length) noexcept {

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cstring>
 #include <limits>
+#include <stdexcept>
 #include <system_error>
 #include <utility>
 
@@ -38,14 +39,26 @@ bool isBeyondAllPorts(const std::string& port) {
     return end == textEnd && (error == std::errc::result_out_of_range || number > 0xFFFF);
 }
 
+TimeLimit checked(TimeLimit limit) {
+    if (limit && limit->count() < 1)
+        throw std::invalid_argument("the time limit must be at least 1 ms, not " +
+                                    std::to_string(limit->count()) + " ms");
+    return limit;
+}
+
 } // namespace
 
 SocketTransport::SocketTransport(const std::string& host, const std::string& port,
                                  std::shared_ptr<Interrupter> interrupter)
+    : SocketTransport(host, port, std::move(interrupter), std::nullopt) {}
+
+SocketTransport::SocketTransport(const std::string& host, const std::string& port,
+                                 std::shared_ptr<Interrupter> interrupter, TimeLimit limit)
     : host_(host)
     , port_(port)
     , interrupter_(interrupter ? std::move(interrupter) : std::make_shared<Interrupter>())
     , socket_(sockets::closedHandle)
+    , limit_(checked(limit))
     , readAhead_(std::make_unique_for_overwrite<std::uint8_t[]>(2 * readAheadCapacity)) {
     if (!sockets::startUp())
         throw NetworkError("Could not initialize WinSock library");
@@ -67,6 +80,23 @@ void SocketTransport::close() noexcept {
 
 void SocketTransport::interrupt() noexcept { interrupter_->interrupt(); }
 
+void SocketTransport::setTimeLimit(TimeLimit limit) {
+    limit_ = checked(limit);
+    startTime();
+}
+
+void SocketTransport::startTime() noexcept {
+    // A later deadline than this would be beyond what the clock counts.
+    constexpr std::chrono::milliseconds longest = std::chrono::hours(24 * 365 * 100);
+    if (limit_)
+        deadline_ = Clock::now() + std::min(*limit_, longest);
+}
+
+void SocketTransport::beginExchange() noexcept {
+    exchangeBegin_ = interrupter_->beginExchange();
+    startTime();
+}
+
 bool SocketTransport::isInterrupted() const noexcept {
     return interrupter_->isInterruptedSince(exchangeBegin_);
 }
@@ -74,6 +104,25 @@ bool SocketTransport::isInterrupted() const noexcept {
 void SocketTransport::endInterrupted() {
     close();
     throw NetworkError("Call to device interrupted.");
+}
+
+void SocketTransport::endLate() {
+    close();
+    throw NetworkError("Call to device timed out.");
+}
+
+void SocketTransport::awaitWithinLimit(bool toSend) {
+    const auto readiness = toSend ? sockets::Readiness::toSend : sockets::Readiness::toReceive;
+    bool ready = false;
+    while (!ready) {
+        if (isInterrupted())
+            endInterrupted();
+        const auto left = deadline_ - Clock::now();
+        if (left <= Clock::duration::zero())
+            endLate();
+        ++counters_.polls;
+        ready = sockets::awaitReady(socket_, readiness, std::chrono::ceil<std::chrono::milliseconds>(left));
+    }
 }
 
 void SocketTransport::failReceive(sockets::ErrorCode error) {
@@ -84,7 +133,7 @@ void SocketTransport::failReceive(sockets::ErrorCode error) {
 }
 
 void SocketTransport::connect() {
-    exchangeBegin_ = interrupter_->beginExchange();
+    beginExchange();
     connectAnew();
 }
 
@@ -92,7 +141,7 @@ void SocketTransport::connectAnew() {
     close();
     connectionBegin_ = exchangeBegin_;
     ++counters_.connects;
-    const auto givesUp = [this] { return isInterrupted(); };
+    const auto givesUp = [this] { return isInterrupted() || isLate(); };
     std::optional<sockets::ConnectFailure> failure;
     if (isBeyondAllPorts(port_))
         failure = {sockets::ConnectStep::resolve, sockets::noSuchPortText()};
@@ -102,8 +151,10 @@ void SocketTransport::connectAnew() {
         ++connectionNumber_;
         interrupter_->publish(socket_);
     }
-    if (givesUp())
+    if (isInterrupted())
         endInterrupted();
+    if (isLate() && (!failure || failure->step == sockets::ConnectStep::givenUp))
+        endLate();
     if (failure)
         throw NetworkError(introduction(failure->step) + host_ + " port " + port_ + failure->errorText);
 }
@@ -145,7 +196,7 @@ void SocketTransport::connectUnlessKept() {
 }
 
 void SocketTransport::prepareToSend() {
-    exchangeBegin_ = interrupter_->beginExchange();
+    beginExchange();
     if (isInterrupted())
         endInterrupted();
     // An interrupt from before this exchange ends the connection, not the exchange.
@@ -172,6 +223,22 @@ void SocketTransport::prepareToSend() {
     connectUnlessKept();
 }
 
+std::size_t SocketTransport::sendSome(std::span<const std::span<const std::uint8_t>> runs) {
+    while (true) {
+        ++counters_.sends;
+        const auto sent =
+            limit_ ? sockets::sendWithoutWaiting(socket_, runs) : sockets::sendGathered(socket_, runs);
+        if (sent.error != 0) {
+            if (isInterrupted())
+                endInterrupted();
+            throw NetworkError("Error transmitting message call to device." + sockets::errorText(sent.error));
+        }
+        if (sent.bytes > 0 || !limit_)
+            return sent.bytes;
+        awaitWithinLimit(true);
+    }
+}
+
 template <class RunIterator>
 void SocketTransport::sendRuns(RunIterator run, RunIterator end) {
     std::size_t sentOfFirst = 0;
@@ -188,15 +255,7 @@ void SocketTransport::sendRuns(RunIterator run, RunIterator end) {
         if (runs == 0)
             return;
 
-        ++counters_.sends;
-        const auto sent = sockets::sendGathered(socket_, std::span(batch).first(runs));
-        if (sent.error != 0) {
-            if (isInterrupted())
-                endInterrupted();
-            throw NetworkError("Error transmitting message call to device." + sockets::errorText(sent.error));
-        }
-
-        sentOfFirst += sent.bytes;
+        sentOfFirst += sendSome(std::span(batch).first(runs));
         while (run != end && sentOfFirst >= (*run).size()) {
             sentOfFirst -= (*run).size();
             ++run;
@@ -225,6 +284,8 @@ std::size_t SocketTransport::takeReadAhead(std::uint8_t* destination, std::uint6
 }
 
 std::size_t SocketTransport::receiveSome(std::uint8_t* destination, std::uint64_t length) {
+    if (limit_)
+        awaitWithinLimit(false);
     ++counters_.receives;
     const auto limit =
         static_cast<std::size_t>(std::min<std::uint64_t>(length, std::numeric_limits<std::size_t>::max()));

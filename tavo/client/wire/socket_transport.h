@@ -1,8 +1,10 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 
 #include <tavo/client/export.h>
@@ -14,7 +16,7 @@ namespace TAVO {
 /// How often a SocketTransport has asked the operating system for something, since it was made.
 struct TransportCounters {
     std::uint64_t connects = 0; ///< attempts to connect, the first one included
-    std::uint64_t polls = 0;    ///< looks whether the peer has sent something unasked
+    std::uint64_t polls = 0;    ///< looks whether the peer has sent something unasked, and limited waits
     std::uint64_t sends = 0;    ///< sends; one per request unless the system takes a request in pieces
     std::uint64_t receives = 0; ///< receives
 };
@@ -22,9 +24,10 @@ struct TransportCounters {
 /// The one TCP connection of a device.
 ///
 /// A request costs one poll and one send, a reply that arrives at once costs one receive: what the system
-/// has ready beyond the bytes asked for is read ahead into a buffer of 64 KiB. Every call blocks, without a
-/// time-out and with the system's default socket options. A broken connection never raises a signal, and a
-/// signal that interrupts a call does not end it.
+/// has ready beyond the bytes asked for is read ahead into a buffer of 64 KiB. Every call blocks, with the
+/// system's default socket options and, unless there is a time limit, as long as it takes. With a limit each
+/// receive costs one poll more. A broken connection never raises a signal, and a signal that interrupts a
+/// call does not end it.
 ///
 /// What state a failure leaves, all of them NetworkError:
 ///  - connecting fails: the transport is closed; the next send connects first.
@@ -32,7 +35,8 @@ struct TransportCounters {
 ///    is sent.
 ///  - a send or a receive fails: the connection is not closed here. The next send finds it broken and
 ///    connects anew without a word.
-///  - interrupt() ends a call: the transport is closed; the next send connects first.
+///  - interrupt() or the time limit ends a call: the transport is closed; the next send connects first. Where
+///    both have come, it is the interrupt.
 ///
 /// A new connection is a bare one: nothing that was said on the former one (login, lock) is repeated.
 ///
@@ -49,6 +53,9 @@ public:
     ///         has a socket library that must be started first and that does not start.
     SocketTransport(const std::string& host, const std::string& port,
                     std::shared_ptr<Interrupter> interrupter = nullptr);
+    /// The same with a time limit from the beginning, as setTimeLimit() sets it.
+    SocketTransport(const std::string& host, const std::string& port,
+                    std::shared_ptr<Interrupter> interrupter, TimeLimit limit);
     /// Closes the connection.
     ~SocketTransport() override;
 
@@ -101,11 +108,24 @@ public:
     /// Whether the transport is open.
     bool isConnected() const noexcept override;
 
+    /// An exchange begins with send(), ensureConnected() or connect(); one that has begun already is given
+    /// the whole limit from here. Only the resolution of the host's name cannot be bounded: it takes as long
+    /// as the system takes for it, and the limit is looked at again when it has ended.
+    void setTimeLimit(TimeLimit limit) override;
+    TimeLimit timeLimit() const noexcept override { return limit_; }
+
     const TransportCounters& counters() const noexcept { return counters_; }
 
 private:
+    using Clock = std::chrono::steady_clock;
+
+    void beginExchange() noexcept;
+    void startTime() noexcept;
     bool isInterrupted() const noexcept;
     [[noreturn]] void endInterrupted();
+    bool isLate() const noexcept { return limit_ && Clock::now() >= deadline_; }
+    [[noreturn]] void endLate();
+    void awaitWithinLimit(bool toSend);
     [[noreturn]] void failReceive(int error);
     void connectAnew();
     void connectUnlessKept();
@@ -113,6 +133,7 @@ private:
     void readAhead();
     std::size_t receiveSome(std::uint8_t* destination, std::uint64_t length);
     void prepareToSend();
+    std::size_t sendSome(std::span<const std::span<const std::uint8_t>> runs);
     template <class RunIterator>
     void sendRuns(RunIterator run, RunIterator end);
 
@@ -123,6 +144,8 @@ private:
     Interrupter::Count exchangeBegin_ = 0;
     /// That of the exchange which made the connection.
     Interrupter::Count connectionBegin_ = 0;
+    TimeLimit limit_;
+    Clock::time_point deadline_; ///< of the exchange, where there is a limit
     std::unique_ptr<std::uint8_t[]> readAhead_;
     std::size_t readAheadBegin_ = 0;
     std::size_t readAheadEnd_ = 0;

@@ -31,12 +31,18 @@ std::string systemText(ErrorCode code) {
 }
 
 constexpr long pauseOfConnect = 20 * 1000;
+// An interrupt is not sure to end a select.
+constexpr std::chrono::milliseconds longestWait{50};
+
+void setBlocking(SOCKET socket, bool blocking) noexcept {
+    u_long nonBlocking = blocking ? 0 : 1;
+    ::ioctlsocket(socket, static_cast<long>(FIONBIO), &nonBlocking);
+}
 
 // A connect that waits could not be ended from elsewhere; a select that waits in steps can.
 std::optional<ErrorCode> connectTo(SOCKET socket, const addrinfo& address,
                                    const std::function<bool()>& givesUp) {
-    u_long enabled = 1;
-    ::ioctlsocket(socket, static_cast<long>(FIONBIO), &enabled);
+    setBlocking(socket, false);
     ErrorCode outcome = 0;
     if (::connect(socket, address.ai_addr, static_cast<int>(address.ai_addrlen)) != 0)
         outcome = ::WSAGetLastError();
@@ -54,8 +60,7 @@ std::optional<ErrorCode> connectTo(SOCKET socket, const addrinfo& address,
         if (::getsockopt(socket, SOL_SOCKET, SO_ERROR, reinterpret_cast<char*>(&outcome), &length) != 0)
             outcome = ::WSAGetLastError();
     }
-    u_long disabled = 0;
-    ::ioctlsocket(socket, static_cast<long>(FIONBIO), &disabled);
+    setBlocking(socket, true);
     return outcome;
 }
 
@@ -133,6 +138,16 @@ bool pollReadable(Handle socket) noexcept {
     return ::select(0, &readable, nullptr, nullptr, &noTime) > 0;
 }
 
+bool awaitReady(Handle socket, Readiness readiness, std::chrono::milliseconds atMost) noexcept {
+    fd_set watched{};
+    watched.fd_count = 1;
+    watched.fd_array[0] = system(socket);
+    const std::chrono::microseconds wait = std::min(atMost, longestWait);
+    timeval time{0, static_cast<long>(wait.count())};
+    const bool receives = readiness == Readiness::toReceive;
+    return ::select(0, receives ? &watched : nullptr, receives ? nullptr : &watched, nullptr, &time) != 0;
+}
+
 Transfer sendGathered(Handle socket, std::span<const Run> runs) noexcept {
     std::array<WSABUF, maximumRuns> buffers;
     DWORD count = 0;
@@ -148,6 +163,13 @@ Transfer sendGathered(Handle socket, std::span<const Run> runs) noexcept {
     if (::WSASend(system(socket), buffers.data(), count, &sent, 0, nullptr, nullptr) != 0)
         return {0, ::WSAGetLastError()};
     return {sent, 0};
+}
+
+Transfer sendWithoutWaiting(Handle socket, std::span<const Run> runs) noexcept {
+    setBlocking(system(socket), false);
+    const auto sent = sendGathered(socket, runs);
+    setBlocking(system(socket), true);
+    return sent.error == WSAEWOULDBLOCK ? Transfer() : sent;
 }
 
 Transfer receiveOnce(Handle socket, std::uint8_t* buffer, std::size_t length) noexcept {

@@ -20,4 +20,8 @@ void Transport::keepConnection(bool) noexcept {}
 
 bool Transport::isConnected() const noexcept { return true; }
 
+void Transport::setTimeLimit(TimeLimit) {}
+
+TimeLimit Transport::timeLimit() const noexcept { return std::nullopt; }
+
 } // namespace TAVO

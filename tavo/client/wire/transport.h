@@ -1,11 +1,16 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
+#include <optional>
 
 #include <tavo/client/export.h>
 #include <tavo/client/wire/output_stream.h>
 
 namespace TAVO {
+
+/// How long one exchange may take, at least 1 ms; as long as it takes without a value.
+using TimeLimit = std::optional<std::chrono::milliseconds>;
 
 /// Moves the bytes of requests and replies; knows nothing of what they mean. SocketTransport is the one for
 /// real devices; deriving another one puts a different connection, or a test's script, below the calls.
@@ -21,8 +26,8 @@ public:
     /// read, and only until this returns.
     virtual void send(const TAVOX::OutputStream::Chunks& request) = 0;
 
-    /// Waits until `length` bytes have arrived and stores them at `buffer`. Does nothing for length 0.
-    /// There is no time-out: a call waits for the device as long as it takes.
+    /// Waits until `length` bytes have arrived and stores them at `buffer`. Does nothing for length 0. Waits
+    /// as long as it takes, but for interrupt() and setTimeLimit() where the transport has them.
     virtual void receiveAll(std::uint8_t* buffer, std::uint64_t length) = 0;
 
     /// The next `length` bytes where the transport itself holds them, taken as by receiveAll(); valid until
@@ -61,6 +66,17 @@ public:
     /// Whether there is a connection, as far as is known here: nothing is asked of the system, and what the
     /// peer has ended meanwhile counts until the next send. True by default.
     virtual bool isConnected() const noexcept;
+
+    /// From now on no exchange may take longer: from send(), which makes the connection anew where it must,
+    /// to the last byte of the reply that is received. Beyond the limit the connection is closed and
+    /// NetworkError "Call to device timed out." leaves the call that waits; the next exchange goes over a new
+    /// connection, with a limit of its own. There is none at first. Does nothing by default; such a transport
+    /// has no limit.
+    /// @throws std::invalid_argument that names a limit below 1 ms.
+    virtual void setTimeLimit(TimeLimit limit);
+
+    /// The limit that holds. None by default.
+    virtual TimeLimit timeLimit() const noexcept;
 
 protected:
     Transport() = default;

@@ -16,7 +16,7 @@ void requireSuccess(const Method& method, const std::string& object) {
     message.imbue(std::locale::classic()); // the application's may group digits
     message << "Error executing " << method.getName() << "() method on " << object << ": " << std::hex
             << static_cast<std::uint32_t>(method.returnCode());
-    throw Error(message.str());
+    throw withFacts(Error(message.str()), {.origin = ErrorOrigin::device, .method = method.getFullName()});
 }
 
 } // namespace TAVO

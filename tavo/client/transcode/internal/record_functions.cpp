@@ -1,5 +1,6 @@
 #include <tavo/client/transcode/internal/record_functions.h>
 
+#include <map>
 #include <mutex>
 #include <set>
 
@@ -12,7 +13,7 @@ namespace {
 struct RecordFunctions {
     std::mutex mutex;
     std::set<Encoder> encoders{encodeNothing};
-    std::set<Decoder> decoders{decodeStatus};
+    std::map<Decoder, const ReplyDescription*> decoders{{decodeStatus, nullptr}};
 };
 
 } // namespace
@@ -24,7 +25,7 @@ void rememberRecordFunctions(MethodRows rows) {
         if (row.request && row.request->function == row.encoder)
             known.encoders.insert(row.encoder);
         if (row.reply && row.reply->function == row.decoder)
-            known.decoders.insert(row.decoder);
+            known.decoders[row.decoder] = row.reply;
     }
 }
 
@@ -38,6 +39,13 @@ bool isRecordDecoder(Decoder decoder) noexcept {
     auto& known = immortal<RecordFunctions>();
     const std::lock_guard lock(known.mutex);
     return known.decoders.contains(decoder);
+}
+
+const ReplyDescription* recordOf(Decoder decoder) noexcept {
+    auto& known = immortal<RecordFunctions>();
+    const std::lock_guard lock(known.mutex);
+    const auto found = known.decoders.find(decoder);
+    return found == known.decoders.end() ? nullptr : found->second;
 }
 
 } // namespace TAVO::TAVOXTranscode

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -11,7 +12,7 @@
 /// options. socket_posix.cpp and socket_windows.cpp implement it, each on its own system, and nothing else in
 /// the library sees a system header.
 ///
-/// No call keeps state of its own. Calls that a signal interrupts are resumed inside.
+/// No call keeps state of its own. Calls that a signal interrupts are resumed inside, but for awaitReady().
 namespace TAVO::sockets {
 
 /// A socket as the system numbers it.
@@ -56,6 +57,12 @@ void shutDown(Handle socket) noexcept;
 /// True when a receive would not wait: there are bytes, or the connection has ended.
 bool pollReadable(Handle socket) noexcept;
 
+enum class Readiness { toReceive, toSend };
+
+/// Waits until a receive or a send would not wait, for so long at most and perhaps for less: whoever waits
+/// asks again. True when it would not wait, or would fail.
+bool awaitReady(Handle socket, Readiness readiness, std::chrono::milliseconds atMost) noexcept;
+
 /// What one send or receive did.
 struct Transfer {
     std::size_t bytes = 0; ///< how many bytes were moved; for a receive, 0 is the end of the connection
@@ -68,6 +75,9 @@ inline constexpr std::size_t maximumRuns = 64;
 
 /// Sends the runs, at most maximumRuns of them, as if they were one, perhaps not to the end.
 Transfer sendGathered(Handle socket, std::span<const Run> runs) noexcept;
+
+/// The same without waiting: 0 bytes and no error when there is no room for any.
+Transfer sendWithoutWaiting(Handle socket, std::span<const Run> runs) noexcept;
 
 /// Waits for bytes and stores what is there, at most `length` bytes.
 Transfer receiveOnce(Handle socket, std::uint8_t* buffer, std::size_t length) noexcept;
