@@ -7,21 +7,16 @@
 
 namespace {
 
-std::shared_ptr<CommonModules::Relay_v1_0> findRelay(const TAVO::Device& device, const std::string& name) {
-    auto relay = std::dynamic_pointer_cast<CommonModules::Relay_v1_0>(device.getChild(name));
-    if (!relay)
-        throw std::runtime_error("this device has no relay named " + name);
-    return relay;
-}
-
 void singleCalls(TAVO::Device& device, const CommonModules::Relay_v1_0& relay) {
     const auto set = relay.getSetMethod(true); // prepares the call; nothing is sent
     device.call(set);                          // one exchange
     std::cout << set->getFullName() << " returned " << set->returnCode() << '\n';
 
-    const auto get = relay.getGetMethod();
-    device.call(get);
-    std::cout << "the relay is " << (get->value().state != 0 ? "on" : "off") << '\n';
+    const auto state = device.value(relay.getGetMethod()).state; // one exchange, which must succeed
+    std::cout << "the relay is " << (state != 0 ? "on" : "off") << '\n';
+
+    namespace calls = CommonModules::TAVOXTranscode::relay_v1_0;
+    device.execute(relay.make(calls::set, true)); // the same as getSetMethod(true), and must succeed
 }
 
 void batch(TAVO::Device& device, const CommonModules::Relay_v1_0& relay) {
@@ -50,7 +45,7 @@ void run(const std::string& host, int port) {
     TAVO::CoreObjects::registerCoreObjects();
     CommonModules::CommonModulesObjects::registerCoreObjects();
     const auto device = TAVO::DeviceFactory::buildDevice(host, port, "engineer", "tavo", false);
-    const auto relay = findRelay(*device, "power");
+    const auto relay = device->get<CommonModules::Relay_v1_0>("power");
     singleCalls(*device, *relay);
     batch(*device, *relay);
 }

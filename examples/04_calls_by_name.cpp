@@ -48,9 +48,7 @@ void run(const std::string& host, int port) {
     TAVO::CoreObjects::registerCoreObjects();
     CommonModules::CommonModulesObjects::registerCoreObjects();
     const auto device = TAVO::DeviceFactory::buildDevice(host, port, "engineer", "tavo", false);
-    const auto power = std::dynamic_pointer_cast<Object_v1_0>(device->getChild("power"));
-    if (!power)
-        throw std::runtime_error("this device has no object named power");
+    const auto power = device->get<Object_v1_0>("power");
 
     std::cout << "The methods of " << power->getFullName() << ":\n";
     printMethods(*power);

@@ -81,9 +81,7 @@ void run(const std::string& host, int port) {
     lab::registerObjects();
 
     const auto device = TAVO::DeviceFactory::buildDevice(host, port, "engineer", "tavo", false);
-    const auto bench = std::dynamic_pointer_cast<lab::Rack>(device->getChild("bench"));
-    if (!bench)
-        throw std::runtime_error("this device has no rack named bench");
+    const auto bench = device->get<lab::Rack>("bench");
 
     const auto identify = bench->getIdentifyMethod();
     device->call(identify);

@@ -10,9 +10,7 @@
 
 // The code to be tested: restarts a board by switching its supply off and on.
 bool restartBoard(TAVO::Device& device, const std::string& supply) {
-    const auto relay = std::dynamic_pointer_cast<CommonModules::Relay_v1_0>(device.getChild(supply));
-    if (!relay)
-        return false;
+    const auto relay = device.get<CommonModules::Relay_v1_0>(supply);
     const auto queue = std::make_shared<TAVO::MulticallQueue>();
     queue->add(relay->getSetMethod(false));
     queue->add(device.getSystem()->getUSleepMethod(10));

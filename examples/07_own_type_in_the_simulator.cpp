@@ -102,9 +102,7 @@ int main() try {
 
     const auto device =
         TAVO::DeviceFactory::buildDevice("127.0.0.1", simulator.port(), "engineer", "tavo", false);
-    const auto probe = std::dynamic_pointer_cast<lab::Thermometer>(device->getChild("probe"));
-    if (!probe)
-        throw std::runtime_error("the device has no thermometer named probe");
+    const auto probe = device->get<lab::Thermometer>("probe");
     for (const int limit : {50, 40}) {
         const auto read = probe->getReadMethod();
         const auto batch = std::make_shared<TAVO::MulticallQueue>();

@@ -13,14 +13,6 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-template <class Proxy>
-std::shared_ptr<Proxy> find(const TAVO::Container& parent, const std::string& name) {
-    auto object = std::dynamic_pointer_cast<Proxy>(parent.getChild(name));
-    if (!object)
-        throw std::runtime_error("this device has no fitting object named " + name);
-    return object;
-}
-
 // All calls in one exchange; each of them has to succeed.
 void execute(TAVO::Device& device, const std::vector<std::shared_ptr<TAVO::Method>>& methods) {
     const auto queue = std::make_shared<TAVO::MulticallQueue>();
@@ -75,8 +67,8 @@ void run(const std::string& host, int port) {
     CommonModules::CommonModulesObjects::registerCoreObjects();
     const auto device = TAVO::DeviceFactory::buildDevice(host, port, "engineer", "tavo", false);
 
-    const auto power = find<CommonModules::Relay_v1_0>(*device, "power");
-    const auto jtag = find<TAVO::HWDebug::CpuDebug_v1_1>(*device, "cpu0")->getJtag();
+    const auto power = device->get<CommonModules::Relay_v1_0>("power");
+    const auto jtag = device->get<TAVO::HWDebug::CpuDebug_v1_1>("cpu0")->getJtag();
 
     constexpr int testLogicReset = 0;
     constexpr int mostDevices = 16;

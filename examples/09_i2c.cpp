@@ -16,14 +16,6 @@ constexpr int sensor = 0x48;
 constexpr int memoryModule = 0x50;
 constexpr int noteEeprom = 0x54;
 
-template <class Proxy>
-std::shared_ptr<Proxy> find(const TAVO::Container& parent, const std::string& name) {
-    auto object = std::dynamic_pointer_cast<Proxy>(parent.getChild(name));
-    if (!object)
-        throw std::runtime_error("this device has no fitting object named " + name);
-    return object;
-}
-
 // All calls in one exchange; each of them has to succeed.
 void execute(TAVO::Device& device, const std::vector<std::shared_ptr<TAVO::Method>>& methods) {
     const auto queue = std::make_shared<TAVO::MulticallQueue>();
@@ -61,7 +53,7 @@ double degreesIn(const Bytes& temperature) {
 }
 
 void readBoard(TAVO::Device& device, const TAVO::HWDebug::I2c_v1_0& i2c) {
-    const auto power = find<CommonModules::Relay_v1_0>(device, "power");
+    const auto power = device.get<CommonModules::Relay_v1_0>("power");
     // Where to read is written first. The second argument goes nowhere.
     const auto spd = i2c.getTransferMethod(memoryModule, 0, {0}, 256);
     const auto temperature = i2c.getTransferMethod(sensor, 0, {0}, 2);
@@ -96,7 +88,7 @@ void run(const std::string& host, int port) {
     CommonModules::CommonModulesObjects::registerCoreObjects();
     const auto device = TAVO::DeviceFactory::buildDevice(host, port, "engineer", "tavo", false);
 
-    const auto i2c = find<TAVO::HWDebug::I2c_v1_0>(*device, "i2c");
+    const auto i2c = device->get<TAVO::HWDebug::I2c_v1_0>("i2c");
     readBoard(*device, *i2c);
     keepNote(*device, *i2c, "fan replaced");
     askNobody(*device, *i2c);

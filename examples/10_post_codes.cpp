@@ -16,14 +16,6 @@ using TAVO::dto::lpcPostCode::FifoGetReply;
 
 constexpr int lastCode = 0xAA;
 
-template <class Proxy>
-std::shared_ptr<Proxy> find(const TAVO::Container& parent, const std::string& name) {
-    auto object = std::dynamic_pointer_cast<Proxy>(parent.getChild(name));
-    if (!object)
-        throw std::runtime_error("this device has no fitting object named " + name);
-    return object;
-}
-
 // All calls in one exchange; each of them has to succeed.
 void execute(TAVO::Device& device, const std::vector<std::shared_ptr<TAVO::Method>>& methods) {
     const auto queue = std::make_shared<TAVO::MulticallQueue>();
@@ -58,8 +50,8 @@ void run(const std::string& host, int port) {
     CommonModules::CommonModulesObjects::registerCoreObjects();
     const auto device = TAVO::DeviceFactory::buildDevice(host, port, "engineer", "tavo", false);
 
-    const auto power = find<CommonModules::Relay_v1_0>(*device, "power");
-    const auto postCode = find<TAVO::HWDebug::Lpc_v1_0>(*device, "lpc")->getLpcPostCode();
+    const auto power = device->get<CommonModules::Relay_v1_0>("power");
+    const auto postCode = device->get<TAVO::HWDebug::Lpc_v1_0>("lpc")->getLpcPostCode();
 
     const auto entries =
         std::make_shared<TAVO::BoundMethod<FifoGetReply>>("fifoGet", *postCode, TAVO::dto::Params{});

@@ -15,14 +15,6 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-template <class Proxy>
-std::shared_ptr<Proxy> find(const TAVO::Container& parent, const std::string& name) {
-    auto object = std::dynamic_pointer_cast<Proxy>(parent.getChild(name));
-    if (!object)
-        throw std::runtime_error("this device has no fitting object named " + name);
-    return object;
-}
-
 // All calls in one exchange; each of them has to succeed.
 void execute(TAVO::Device& device, const std::vector<std::shared_ptr<TAVO::Method>>& methods) {
     const auto queue = std::make_shared<TAVO::MulticallQueue>();
@@ -64,8 +56,8 @@ void run(const std::string& host, int port, const Bytes& image) {
     CommonModules::CommonModulesObjects::registerCoreObjects();
     const auto device = TAVO::DeviceFactory::buildDevice(host, port, "engineer", "tavo", false);
 
-    const auto power = find<CommonModules::Relay_v1_0>(*device, "power");
-    const auto rom = find<TAVO::HWDebug::Lpc_v1_0>(*device, "lpc")->getLpcRomEmulation();
+    const auto power = device->get<CommonModules::Relay_v1_0>("power");
+    const auto rom = device->get<TAVO::HWDebug::Lpc_v1_0>("lpc")->getLpcRomEmulation();
 
     const auto size = rom->getSramSizeGetMethod();
     execute(*device, {size});

@@ -8,14 +8,6 @@
 
 namespace {
 
-template <class Proxy>
-std::shared_ptr<Proxy> find(const TAVO::Container& parent, const std::string& name) {
-    auto object = std::dynamic_pointer_cast<Proxy>(parent.getChild(name));
-    if (!object)
-        throw std::runtime_error("this device has no fitting object named " + name);
-    return object;
-}
-
 // All calls in one exchange; each of them has to succeed.
 void execute(TAVO::Device& device, const std::vector<std::shared_ptr<TAVO::Method>>& methods) {
     const auto queue = std::make_shared<TAVO::MulticallQueue>();
@@ -51,8 +43,8 @@ void run(const std::string& host, int port) {
     CommonModules::CommonModulesObjects::registerCoreObjects();
     const auto device = TAVO::DeviceFactory::buildDevice(host, port, "engineer", "tavo", false);
 
-    const auto power = find<CommonModules::Relay_v1_0>(*device, "power");
-    const auto com = find<CommonModules::Com_v1_0>(*device, "com");
+    const auto power = device->get<CommonModules::Relay_v1_0>("power");
+    const auto com = device->get<CommonModules::Com_v1_0>("com");
     const auto receive = com->getRecvMethod(4096); // that many bytes at most, what is there
 
     execute(*device, {openPort(*com), power->getSetMethod(true),

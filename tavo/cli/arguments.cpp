@@ -1,15 +1,17 @@
 #include <tavo/cli/arguments.h>
 
-#include <cctype>
 #include <map>
+#include <memory>
 #include <sstream>
 #include <string>
+#include <vector>
 
+#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
-#include <tavo/cli/commands/commands.h>
+#include <tavo/cli/command_list.h>
 #include <tavo/cli/failure.h>
-#include <tavo/cli/number_check.h>
+#include <tavo/cli/option_parser.h>
 #include <tavo/client/version_number.h>
 
 namespace TAVO::cli {
@@ -21,78 +23,84 @@ std::string versionText() {
                        ClientLibraryBugfixVersion);
 }
 
-/// For a unit alone would stand for one of it.
-std::string refuseWithoutNumber(const std::string& text) {
-    return !text.empty() && std::isdigit(static_cast<unsigned char>(text.front())) != 0
-               ? ""
-               : fmt::format("'{}' does not begin with a number", text);
+/// Where the name of a command or group begins in its path.
+std::size_t nameIn(const std::string& path) {
+    const auto blank = path.rfind(' ');
+    return blank == std::string::npos ? 0 : blank + 1;
 }
 
-void addConnectionOptions(CLI::App& tool, ConnectionOptions& connection) {
-    const auto group = "Connection";
-    auto* host = tool.add_option("--host", connection.host, "The device's name or address")->group(group);
-    auto* port = tool.add_option("--port", connection.port, "Its port, 6123 unless given, 6124 with --secure")
-                     ->check(CLI::Range(1, 65535))
-                     ->group(group);
-    tool.add_option("--user", connection.user, "In whose name the lock is taken")->group(group);
-    tool.add_option("--password-file", connection.passwordFile, "File whose first line is the password")
-        ->group(group);
-    auto* via =
-        tool.add_option("--via", connection.via,
-                        "Reach the device through a command of the shell, %h being the host and %p the\n"
-                        "port, such as 'ssh gateway -W %h:%p'")
-            ->type_name("COMMAND")
-            ->needs(host)
-            ->group(group);
-    tool.add_flag("--secure", connection.secure, "Insist on a known server key")->group(group);
-    tool.add_option("--timeout", connection.timeout,
-                    "How long the device may take to be opened, and to answer each exchange, such as 500ms,\n"
-                    "10s or 2m; as long as it takes unless given")
-        ->type_name("DURATION")
-        ->transform(CLI::AsNumberWithUnit(
-            std::map<std::string, double>{{"ms", 0.001}, {"s", 1}, {"m", 60}, {"h", 3600}},
-            CLI::AsNumberWithUnit::CASE_SENSITIVE))
-        ->transform(CLI::Validator(refuseWithoutNumber, ""))
-        ->check(numberFrom(0.001, 1e6))
-        ->group(group);
-    auto* simulated =
-        tool.add_flag("--sim", connection.simulated, "Use a simulated device inside the tool instead")
-            ->excludes(host)
-            ->excludes(port)
-            ->excludes(via)
-            ->group(group);
-    tool.add_option("--topology", connection.topology, "Which simulated device")
-        ->needs(simulated)
-        ->capture_default_str()
-        ->group(group);
-}
+/// What the parser knows of the commands and their groups.
+class CommandTree {
+public:
+    /// Both must outlive the parsing.
+    CommandTree(CLI::App& tool, Program& program)
+        : program_(program) {
+        for (auto& group : commandGroups())
+            groups_.emplace(group.path, std::move(group));
+        nodes_[""] = {&tool, nullptr};
+    }
+
+    void add(const Command& command) {
+        auto bound = command.bind();
+        const auto& group = nodeAbove(command.path);
+        auto* app = group.app->add_subcommand(command.path.substr(nameIn(command.path)), command.summary);
+        addOptions(*app, bound.options);
+        if (!command.footer.empty())
+            app->footer(command.footer);
+        if (bound.object && group.objects)
+            group.objects->push_back(bound.object);
+        app->callback([&program = program_, run = std::move(bound.run)] { program.action = run; });
+    }
+
+private:
+    struct Node {
+        CLI::App* app = nullptr;
+        /// Where the value of --object goes, which this group or one around it has.
+        std::shared_ptr<std::vector<std::string*>> objects;
+    };
+
+    const Node& nodeAbove(const std::string& path) {
+        const auto name = nameIn(path);
+        return nodeOf(name == 0 ? "" : path.substr(0, name - 1));
+    }
+
+    const Node& nodeOf(const std::string& path) {
+        if (const auto known = nodes_.find(path); known != nodes_.end())
+            return known->second;
+        const auto& group = groups_.at(path);
+        auto node = nodeAbove(path);
+        node.app = node.app->add_subcommand(path.substr(nameIn(path)), group.summary);
+        node.app->require_subcommand(1);
+        if (!group.object.empty()) {
+            node.objects = std::make_shared<std::vector<std::string*>>();
+            const auto give = [objects = node.objects](const std::string& name) {
+                for (auto* object : *objects)
+                    *object = name;
+            };
+            node.app->add_option_function<std::string>("--object", give, group.object);
+        }
+        return nodes_[path] = std::move(node);
+    }
+
+    Program& program_;
+    std::map<std::string, CommandGroup> groups_;
+    std::map<std::string, Node> nodes_;
+};
 
 void describe(CLI::App& tool, Program& program) {
     tool.fallthrough();
     tool.require_subcommand(1);
     tool.set_version_flag("--version", versionText());
-    tool.add_flag("--json", program.json, "Data and failures as JSON");
-    addConnectionOptions(tool, program.connection);
+    OptionList options;
+    program.describe(options);
+    addOptions(tool, options);
     tool.footer(
         "The password is the first line of --password-file, else the value of TAVO_PASSWORD, else it is\n"
         "asked for at the terminal. Options may stand before or after the command.\n\n" +
         exitCodesText());
-    addInfo(tool, program);
-    addTree(tool, program);
-    addCall(tool, program);
-    addBatch(tool, program);
-    addRelay(tool, program);
-    addTime(tool, program);
-    addFirmware(tool, program);
-    addHeader(tool, program);
-    addJtag(tool, program);
-    addHdt(tool, program);
-    addGpu(tool, program);
-    addI2c(tool, program);
-    addPost(tool, program);
-    addRom(tool, program);
-    addSerial(tool, program);
-    addLcd(tool, program);
+    CommandTree tree(tool, program);
+    for (const auto& command : commandList())
+        tree.add(command);
 }
 
 } // namespace

@@ -1,25 +1,13 @@
 #include <tavo/cli/batch_file.h>
 
 #include <sstream>
-#include <stdexcept>
 
 #include <fmt/format.h>
 
-#include <tavo/cli/words.h>
+#include <tavo/cli/user_input.h>
+#include <tavo/cli/values/words.h>
 
 namespace TAVO::cli {
-
-namespace {
-
-std::vector<std::string> wordsOf(const std::string& line) {
-    try {
-        return splitWords(line);
-    } catch (const std::invalid_argument& error) {
-        throw Failure(ExitCode::usage, error.what());
-    }
-}
-
-} // namespace
 
 std::vector<BatchLine> parseBatch(const std::string& file, const std::string& content) {
     std::vector<BatchLine> lines;
@@ -28,7 +16,7 @@ std::vector<BatchLine> parseBatch(const std::string& file, const std::string& co
     for (std::size_t number = 1; std::getline(in, text); ++number) {
         const auto place = fmt::format("{}:{}", file, number);
         at(place, [&] {
-            if (const auto words = wordsOf(text); !words.empty())
+            if (const auto words = parseInput([&] { return splitWords(text); }); !words.empty())
                 lines.push_back({place, number, parseCall(words)});
         });
     }

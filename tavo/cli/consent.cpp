@@ -7,7 +7,7 @@
 
 #include <tavo/cli/failure.h>
 #include <tavo/cli/interrupt.h>
-#include <tavo/cli/visible_text.h>
+#include <tavo/cli/values/visible_text.h>
 
 namespace TAVO::cli {
 

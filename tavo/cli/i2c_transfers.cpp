@@ -11,6 +11,7 @@ namespace TAVO::cli {
 namespace {
 
 using HWDebug::I2c_v1_0;
+namespace i2c_v1_0 = TAVOXTranscode::i2c_v1_0;
 using Read = std::shared_ptr<BoundMethod<HWDebug::I2c_v1_0_Structs::I2cTransfer>>;
 
 constexpr int notAcknowledgedCode = 4;
@@ -86,8 +87,8 @@ public:
     PatientBus(Session& session, const I2c_v1_0& bus)
         : session_(session)
         , bus_(bus)
-        , before_(session.value(bus.getOptionAddressRetryLimitGetMethod()).limit) {
-        session_.execute(bus_.getOptionAddressRetryLimitSetMethod(patientRetryLimit));
+        , before_(session.value(bus, i2c_v1_0::optionAddressRetryLimitGet).limit) {
+        session_.execute(bus_, i2c_v1_0::optionAddressRetryLimitSet, patientRetryLimit);
     }
     PatientBus(const PatientBus&) = delete;
     PatientBus& operator=(const PatientBus&) = delete;
@@ -101,8 +102,8 @@ public:
 
     void restore() {
         if (before_ != patientRetryLimit)
-            session_.execute(
-                bus_.getOptionAddressRetryLimitSetMethod(std::exchange(before_, patientRetryLimit)));
+            session_.execute(bus_, i2c_v1_0::optionAddressRetryLimitSet,
+                             std::exchange(before_, patientRetryLimit));
     }
 
 private:

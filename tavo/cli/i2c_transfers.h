@@ -5,8 +5,8 @@
 #include <span>
 #include <vector>
 
-#include <tavo/cli/i2c_grid.h>
 #include <tavo/cli/session.h>
+#include <tavo/cli/values/i2c_grid.h>
 
 /// Whole pieces of work on an I2C bus, each in few exchanges.
 namespace TAVO::cli {

@@ -1,6 +1,6 @@
 #include <tavo/cli/object_choice.h>
 
-#include <tavo/cli/name_list.h>
+#include <tavo/cli/values/name_list.h>
 
 namespace TAVO::cli {
 
@@ -27,25 +27,13 @@ std::shared_ptr<Object_v1_0> chooseObject(Session& session, const std::string& f
     return chosen;
 }
 
-bool offers(const Object_v1_0& object, const std::string& method) {
-    try {
-        static_cast<void>(object.getMethodID(method));
-        static_cast<void>(object.getEncoder(method));
-        return true;
-    } catch (const SpecificationError&) {
-        return false;
-    }
+bool offers(const Object_v1_0& object, std::string_view method) {
+    return object.findFunctions(method).encoder && object.hasMethod(std::string(method));
 }
 
-void requireOffer(const Object_v1_0& object, const std::string& method) {
+void requireOffer(const Object_v1_0& object, std::string_view method) {
     if (!offers(object, method))
         throw Failure(ExitCode::notFound, fmt::format("{} has no method '{}'", object.getFullName(), method));
-}
-
-std::shared_ptr<Method> callOf(const Object_v1_0& object, const std::string& method,
-                               const dto::Params& params) {
-    requireOffer(object, method);
-    return std::make_shared<Method>(method, object, params);
 }
 
 } // namespace TAVO::cli

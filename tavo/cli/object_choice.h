@@ -3,7 +3,9 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <type_traits>
+#include <utility>
 
 #include <tavo/cli/session.h>
 
@@ -29,19 +31,17 @@ auto chooseObject(Session& session, const std::string& fullName, const char* kin
 }
 
 /// Whether the device lists the method and the client knows its records.
-bool offers(const Object_v1_0& object, const std::string& method);
+bool offers(const Object_v1_0& object, std::string_view method);
 /// @throws Failure (not found) otherwise.
-void requireOffer(const Object_v1_0& object, const std::string& method);
+void requireOffer(const Object_v1_0& object, std::string_view method);
 
-/// A call by name, for methods that no operation of a proxy makes.
+/// A call as Object_v1_0::make builds it, for methods that not every suitable object has.
 /// @throws Failure (not found) when the object does not offer it.
-std::shared_ptr<Method> callOf(const Object_v1_0& object, const std::string& method,
-                               const dto::Params& params = {});
-template <class Result>
-std::shared_ptr<BoundMethod<Result>> callOf(const Object_v1_0& object, const std::string& method,
-                                            const dto::Params& params = {}) {
-    requireOffer(object, method);
-    return std::make_shared<BoundMethod<Result>>(method, object, params);
+template <class Request, class Reply, class... Arguments>
+auto callOf(const Object_v1_0& object, const TAVOXTranscode::Call<Request, Reply>& call,
+            Arguments&&... arguments) {
+    requireOffer(object, call.name);
+    return object.make(call, std::forward<Arguments>(arguments)...);
 }
 
 } // namespace TAVO::cli

@@ -6,8 +6,8 @@
 #include <nlohmann/json.hpp>
 
 #include <tavo/cli/failure.h>
-#include <tavo/cli/json_writer.h>
-#include <tavo/cli/text_writer.h>
+#include <tavo/cli/values/json_writer.h>
+#include <tavo/cli/values/text_writer.h>
 
 namespace TAVO::cli {
 

@@ -2,13 +2,15 @@
 
 #include <algorithm>
 #include <optional>
+#include <set>
 #include <stdexcept>
+#include <string_view>
 #include <utility>
 
 #include <fmt/format.h>
 
-#include <tavo/cli/field_text.h>
-#include <tavo/cli/value_output.h>
+#include <tavo/cli/values/field_text.h>
+#include <tavo/cli/values/value_output.h>
 
 namespace TAVO::cli {
 
@@ -28,30 +30,14 @@ std::string joined(const Things& things, Text text) {
     return list;
 }
 
-const MethodRow* findDescription(const Object_v1_0& object, const std::string& method) {
-    try {
-        static_cast<void>(object.getMethodID(method));
-        return &describeMethod(object, method);
-    } catch (const SpecificationError&) {
-        return nullptr;
-    }
-}
-
-bool deviceLists(const Object_v1_0& object, const std::string& method) {
-    try {
-        static_cast<void>(object.getMethodID(method));
-        return true;
-    } catch (const SpecificationError&) {
-        return false;
-    }
-}
-
 const MethodRow& findMethod(const Object_v1_0& object, const std::string& method) {
-    if (const auto* row = findDescription(object, method))
-        return *row;
+    const bool listed = object.hasMethod(method);
+    const auto* described = findMethodRow(object, method);
+    if (listed && described)
+        return *described;
     const auto names =
         joined(callableMethods(object), [](const auto* row) { return std::string(row->name); });
-    if (deviceLists(object, method))
+    if (listed)
         throw Failure(ExitCode::notFound,
                       fmt::format("the parameters of {}.{} are not known to this client; known are: {}",
                                   object.getFullName(), method, names));
@@ -110,6 +96,12 @@ dto::Params makeParams(const std::string& fullName, const MethodRow& row,
     return {std::move(request)};
 }
 
+/// Whether the object can be called by this row.
+bool describes(const MethodRow& row, const Object_v1_0& object) {
+    const auto [encoder, decoder] = object.findFunctions(row.name);
+    return row.encoder == encoder && row.decoder == decoder && object.hasMethod(std::string(row.name));
+}
+
 /// What an executed call replied, if it did.
 std::optional<ValueView> replyOf(const PreparedCall& call) {
     const auto reply = call.method->getResult().reply;
@@ -153,9 +145,11 @@ PreparedCall prepareCall(const std::shared_ptr<Object_v1_0>& object, const CallW
 
 std::vector<const MethodRow*> callableMethods(const Object_v1_0& object) {
     std::vector<const MethodRow*> rows;
+    // Types that share a method each have a row for it.
+    std::set<std::string_view> seen;
     for (const auto& table : objectTables())
         for (const auto& row : table.rows)
-            if (findDescription(object, std::string(row.name)) == &row)
+            if (describes(row, object) && seen.insert(row.name).second)
                 rows.push_back(&row);
     return rows;
 }

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include <tavo/cli/json_writer.h>
 #include <tavo/cli/session.h>
-#include <tavo/cli/text_writer.h>
+#include <tavo/cli/values/json_writer.h>
+#include <tavo/cli/values/text_writer.h>
 #include <tavo/client.h>
 
 namespace TAVO::cli {

@@ -1,9 +1,8 @@
 #pragma once
 
-#include <functional>
 #include <string>
 
-#include <tavo/cli/output.h>
+#include <tavo/cli/command.h>
 #include <tavo/cli/session.h>
 
 namespace TAVO::cli {
@@ -14,8 +13,11 @@ struct Program {
     bool json = false;
     /// The help text that was asked for; there is no action then.
     std::string help;
-    /// Set by the subcommand that was chosen.
-    std::function<void(Session&, Output&)> action;
+    /// Set by the command that was chosen.
+    Action action;
+
+    /// The options that stand before or after every command.
+    void describe(OptionList& list);
 };
 
 } // namespace TAVO::cli

@@ -4,7 +4,7 @@
 
 #include <unistd.h>
 
-#include <tavo/cli/visible_text.h>
+#include <tavo/cli/values/visible_text.h>
 
 namespace TAVO::cli {
 

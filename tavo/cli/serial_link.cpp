@@ -9,21 +9,9 @@ namespace TAVO::cli {
 
 namespace {
 
+namespace com_v1_0 = CommonModules::TAVOXTranscode::com_v1_0;
+
 constexpr int receivedAtOnce = 16 * 1024;
-
-// Calls by name, for the operations of the proxy do not move the bytes as they are.
-
-std::shared_ptr<Method> sending(const CommonModules::Com_v1_0& port, std::string_view bytes) {
-    const auto request = std::make_shared<dto::com::SendRequest>();
-    request->data.assign(bytes.begin(), bytes.end());
-    return std::make_shared<Method>("send", port, dto::Params{request});
-}
-
-std::shared_ptr<BoundMethod<dto::com::RecvReply>> receiving(const CommonModules::Com_v1_0& port) {
-    const auto request = std::make_shared<dto::com::RecvRequest>();
-    request->value = receivedAtOnce;
-    return std::make_shared<BoundMethod<dto::com::RecvReply>>("recv", port, dto::Params{request});
-}
 
 } // namespace
 
@@ -31,9 +19,7 @@ SerialLink::SerialLink(Session& session, std::shared_ptr<CommonModules::Com_v1_0
                        const dto::com::OpenRequest& settings)
     : session_(session)
     , port_(std::move(port)) {
-    session_.execute(port_->getOpenMethod(settings.value1, settings.value2, settings.flag1, settings.flag2,
-                                          settings.value3, settings.flag3, settings.flag4, settings.flag5,
-                                          settings.flag6));
+    session_.execute(*port_, com_v1_0::open, settings);
     open_ = true;
 }
 
@@ -45,14 +31,13 @@ SerialLink::~SerialLink() {
 }
 
 std::string SerialLink::exchange(std::string_view bytes) {
-    const auto receive = receiving(*port_);
+    // The operations of the proxy do not move the bytes as they are.
+    const auto receive = port_->make(com_v1_0::recv, receivedAtOnce);
     std::vector<std::shared_ptr<Method>> calls;
     if (!bytes.empty())
-        calls.push_back(sending(*port_, bytes));
+        calls.push_back(port_->make(com_v1_0::send, std::vector<std::uint8_t>(bytes.begin(), bytes.end())));
     calls.push_back(receive);
-    session_.run(calls);
-    for (const auto& call : calls)
-        requireSuccess(*call);
+    session_.runAll(calls);
     const auto data = receive->take().data;
     return {data.begin(), data.end()};
 }

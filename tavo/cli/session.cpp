@@ -5,8 +5,8 @@
 #include <string_view>
 #include <utility>
 
-#include <tavo/cli/name_list.h>
 #include <tavo/cli/password.h>
+#include <tavo/cli/values/name_list.h>
 #include <tavo/cli/via_transport.h>
 #include <tavo/simulator/simulator.h>
 

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <fmt/format.h>
@@ -75,12 +76,25 @@ public:
     void runAll(const std::vector<std::shared_ptr<Method>>& methods);
     /// Executes one call and insists on its success.
     void execute(const std::shared_ptr<Method>& method);
+    /// The same for a call of `object` without a reply, see Object_v1_0::make.
+    template <class Request, class... Arguments>
+    void execute(const Object_v1_0& object, const TAVOXTranscode::Call<Request>& call,
+                 Arguments&&... arguments) {
+        execute(object.make(call, std::forward<Arguments>(arguments)...));
+    }
     /// The same for a call that gives something back to the device: also after a signal.
     void release(const std::shared_ptr<Method>& method);
+    /// Executes one call, insists on its success and takes its result.
     template <class Result>
     Result value(const std::shared_ptr<BoundMethod<Result>>& method) {
         execute(method);
-        return method->value();
+        return method->take();
+    }
+    /// The same for a call of `object`: its reply, or a `Result` that is made of it.
+    template <class Result = void, class Request, class Reply, class... Arguments>
+    auto value(const Object_v1_0& object, const TAVOXTranscode::Call<Request, Reply>& call,
+               Arguments&&... arguments) {
+        return value(object.make<Result>(call, std::forward<Arguments>(arguments)...));
     }
 
     /// What the device is called towards the user: "host:port".

@@ -9,18 +9,20 @@
 
 #include <tavo/cli/arguments.h>
 #include <tavo/cli/interrupt.h>
+#include <tavo/cli/output.h>
+#include <tavo/cli/session.h>
 
 namespace TAVO::cli {
 
 namespace {
 
-bool wantsJson(int argc, char** argv) {
-    // Also where the arguments are too wrong to be parsed, their failure is told as JSON.
-    return std::any_of(argv, argv + argc, [](std::string_view word) { return word == "--json"; });
+/// What arguments that cannot be parsed seem to want: their failure is told as JSON too.
+bool seemsToWantJson(int argc, char** argv) {
+    auto** const end = std::find(argv, argv + argc, std::string_view("--"));
+    return std::find(argv, end, std::string_view("--json")) != end;
 }
 
-void execute(int argc, char** argv, Output& output) {
-    const auto program = parseArguments(argc, argv);
+void execute(const Program& program, Output& output) {
     output.write(program.help);
     if (program.action) {
         Session session(program.connection, [&output](std::string_view warning) { output.warn(warning); });
@@ -56,9 +58,14 @@ int runTool(int argc, char** argv) {
     std::setlocale(LC_CTYPE, ""); // NOLINT(concurrency-mt-unsafe): no other thread has been started
     std::signal(SIGPIPE, SIG_IGN);
     withoutCoreFile();
-    Output output(wantsJson(argc, argv));
     try {
-        const auto outcome = attempt(output, [&] { execute(argc, argv, output); });
+        Program program;
+        Output early(seemsToWantJson(argc, argv));
+        const auto parsed = attempt(early, [&] { program = parseArguments(argc, argv); });
+        if (parsed != ExitCode::done)
+            return static_cast<int>(parsed);
+        Output output(program.json);
+        const auto outcome = attempt(output, [&] { execute(program, output); });
         const auto written = outcome == ExitCode::done ? attempt(output, [&] { output.finish(); }) : outcome;
         return static_cast<int>(written);
     } catch (const Interrupted& interrupted) {

@@ -12,6 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <tests/cli/command_names.h>
 #include <tests/cli/talking_device.h>
 #include <tests/cli/tool_fixture.h>
 #include <tests/support/appliance_server.h>
@@ -31,27 +32,6 @@ const std::string shown = " \\x1b]0;title\\x07\\x0aforged\\x0d\\x7f\\u009b31m\\u
 const std::string shownAsJson = " \\u001b]0;title\\u0007\\nforged\\r\\u007f\\u009b31m\\u202e\xef\xbf\xbd";
 
 constexpr std::size_t shares = 8;
-
-/// The subcommands that a help text lists.
-Words subcommandsIn(const std::string& help) {
-    Words names;
-    std::istringstream lines(help.substr(std::min(help.find("\nSubcommands:\n"), help.size())));
-    for (std::string line; std::getline(lines, line);)
-        if (line.starts_with("  ") && line.size() > 2 && line[2] != ' ')
-            names.push_back(line.substr(2, line.find(' ', 2) - 2));
-        else if (!names.empty() && line.empty())
-            break;
-    return names;
-}
-
-/// The commands of the tool, those that have no subcommands.
-void collectCommands(const Words& group, std::set<Words>& commands) {
-    const auto names = subcommandsIn(runTool(group + Words{"--help"}).output);
-    if (names.empty())
-        commands.insert(group);
-    for (const auto& name : names)
-        collectCommands(group + Words{name}, commands);
-}
 
 class DeviceText : public testing::Test {
 protected:
@@ -171,12 +151,14 @@ protected:
 };
 
 TEST_F(DeviceText, OfEveryCommandIsKnownHere) {
-    std::set<Words> commands;
-    collectCommands({}, commands);
-    std::set<Words> known;
-    for (const auto& entry : arguments())
-        known.insert(entry.first);
-    EXPECT_EQ(commands, known) << "a command that is added has its place in arguments()";
+    std::set<std::string> known;
+    for (const auto& [words, unused] : arguments()) {
+        std::string name;
+        for (const auto& word : words)
+            name += (name.empty() ? "" : " ") + word;
+        known.insert(name);
+    }
+    EXPECT_EQ(commandNames(), known) << "a command that is added has its place in arguments()";
 }
 
 /// Of the commands, all of which are tested, a share in each test.

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <utility>
 
-#include <tavo/client/object/method_tables.h>
+#include <tavo/client.h>
 #include <tests/support/fake_appliance.h>
 #include <tests/support/said_value.h>
 
@@ -26,6 +26,9 @@ public:
 
     explicit TalkingDevice(std::string said)
         : said_(std::move(said)) {
+        TAVO::CoreObjects::registerCoreObjects();
+        TAVO::HWDebug::HwdObjects::registerCoreObjects();
+        CommonModules::CommonModulesObjects::registerCoreObjects();
         support::addFixedObjects(appliance);
         addMethods(appliance.object(0), "device", "1.0");
         addMethods(appliance.object(1), "system", "1.0");

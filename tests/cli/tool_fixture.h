@@ -9,7 +9,8 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <tavo/client/transcode/method_row.h>
+#include <tavo/client/transcode/call.h>
+#include <tavo/client/transcode/table.h>
 #include <tavo/simulator/objects/relay.h>
 #include <tavo/simulator/simulated_object.h>
 #include <tavo/simulator/simulator.h>
@@ -45,12 +46,12 @@ public:
     Rack()
         : SimulatedObject("rack", "3.1.4") {
         addMethod(identifyRow);
-        on<TAVO::simulator::None, TAVO::simulator::None>("identify", [] {});
+        on(identify, [] {});
     }
 
 private:
-    static constexpr auto identifyRow =
-        TAVO::TAVOXTranscode::row<TAVO::TAVOXTranscode::None, TAVO::TAVOXTranscode::None>("identify");
+    static constexpr TAVO::TAVOXTranscode::Call<> identify{"identify"};
+    static constexpr auto identifyRow = TAVO::TAVOXTranscode::rowOf(identify);
 };
 
 /// The tool against a simulated device in the test's own process, as its user engineer.

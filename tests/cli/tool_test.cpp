@@ -70,6 +70,21 @@ TEST(Tool, WrongArgumentsAreUsageErrors) {
     }
 }
 
+TEST(Tool, TakesJsonBehindTwoDashesForAnArgument) {
+    const auto text = runTool({"--sim", "relay", "get", "--", "--json"});
+    EXPECT_EQ(text.exitCode, 3);
+    EXPECT_THAT(text.errors, StartsWith("tavo: no object '--json'; there are: "));
+    EXPECT_EQ(runTool({"--sim", "lcd", "print", "--", "--json"}).output, "");
+    EXPECT_THAT(runTool({"--sim", "frobnicate", "--", "--json"}).errors, StartsWith("tavo: "));
+    const auto json = runTool({"--sim", "--json", "relay", "get", "--", "--json"});
+    EXPECT_EQ(jsonOf(json.errors)["error"]["code"], 3);
+}
+
+TEST(Tool, TakesJsonAsTheValueOfAnOption) {
+    const auto run = runTool({"--sim", "--user", "--json", "relay", "get", "nope"});
+    EXPECT_THAT(run.errors, StartsWith("tavo: "));
+}
+
 TEST(Tool, BringsASimulatedDeviceOfItsOwn) {
     EXPECT_EQ(runTool({"--sim", "relay", "get", "power"}).output, "off\n");
     EXPECT_EQ(runTool({"relay", "--sim", "get", "power", "--secure", "--user", "guest"}).output, "off\n");

@@ -7,7 +7,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include <tavo/cli/sink.h>
+#include <tavo/cli/values/sink.h>
 
 namespace tool_test {
 

@@ -6,7 +6,7 @@
 
 #include <tavo/client.h>
 #include <tavo/client/exchange/server_keys.h>
-#include <tavo/simulator/internal/object_description.h>
+#include <tavo/simulator/objects/internal/object_description.h>
 #include <tavo/simulator/simulator.h>
 #include <tavo/simulator/topology.h>
 

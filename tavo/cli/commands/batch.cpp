@@ -8,6 +8,7 @@
 
 #include <tavo/cli/batch_file.h>
 #include <tavo/cli/files.h>
+#include <tavo/cli/output.h>
 
 namespace TAVO::cli {
 
@@ -54,9 +55,18 @@ void run(Session& session, const std::vector<Line>& lines) {
     }
 }
 
-void runBatch(Session& session, Output& output, const std::string& file) {
+struct BatchOptions {
+    std::string file;
+
+    void describe(OptionList& list) {
+        list.add("file", file, "The file, - for the standard input",
+                 {.required = true, .kind = ValueKind::file});
+    }
+};
+
+void runBatch(Session& session, Output& output, const BatchOptions& options) {
     std::vector<Line> lines;
-    for (const auto& line : parseBatch(file, readFile(file)))
+    for (const auto& line : parseBatch(options.file, readFile(options.file)))
         lines.push_back({line, at(line.place, [&] { return prepareCall(session, line.words); })});
     try {
         if (!lines.empty())
@@ -72,16 +82,11 @@ void runBatch(Session& session, Output& output, const std::string& file) {
 
 } // namespace
 
-void addBatch(CLI::App& tool, Program& program) {
-    auto* command = tool.add_subcommand("batch", "Make the calls of a file in one exchange");
-    const auto file = std::make_shared<std::string>();
-    command->add_option("file", *file, "The file, - for the standard input")->required();
-    command->footer(
-        "One call in a line, as 'tavo call' takes it. Quotes keep words together; empty lines and\n"
-        "what follows a # count for nothing. All lines are checked before the first call is made.");
-    command->callback([&program, file] {
-        program.action = [file](Session& session, Output& output) { runBatch(session, output, *file); };
-    });
+std::vector<Command> batchCommands() {
+    return {
+        command("batch", "Make the calls of a file in one exchange", runBatch,
+                "One call in a line, as 'tavo call' takes it. Quotes keep words together; empty lines and\n"
+                "what follows a # count for nothing. All lines are checked before the first call is made.")};
 }
 
 } // namespace TAVO::cli

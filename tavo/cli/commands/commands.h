@@ -1,28 +1,27 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include <vector>
 
-#include <tavo/cli/program.h>
+#include <tavo/cli/command.h>
 
-/// One operation for each subcommand: describes it to the parser and, when it is chosen, sets what the
-/// program does. Both arguments must outlive the parsing.
+/// The commands of each group, or those that stand alone.
 namespace TAVO::cli {
 
-void addInfo(CLI::App& tool, Program& program);
-void addTree(CLI::App& tool, Program& program);
-void addCall(CLI::App& tool, Program& program);
-void addBatch(CLI::App& tool, Program& program);
-void addRelay(CLI::App& tool, Program& program);
-void addTime(CLI::App& tool, Program& program);
-void addFirmware(CLI::App& tool, Program& program);
-void addHeader(CLI::App& tool, Program& program);
-void addJtag(CLI::App& tool, Program& program);
-void addHdt(CLI::App& tool, Program& program);
-void addGpu(CLI::App& tool, Program& program);
-void addI2c(CLI::App& tool, Program& program);
-void addPost(CLI::App& tool, Program& program);
-void addRom(CLI::App& tool, Program& program);
-void addSerial(CLI::App& tool, Program& program);
-void addLcd(CLI::App& tool, Program& program);
+std::vector<Command> infoCommands();
+std::vector<Command> treeCommands();
+std::vector<Command> callCommands();
+std::vector<Command> batchCommands();
+std::vector<Command> relayCommands();
+std::vector<Command> timeCommands();
+std::vector<Command> firmwareCommands();
+std::vector<Command> headerCommands();
+std::vector<Command> jtagCommands();
+std::vector<Command> hdtCommands();
+std::vector<Command> gpuCommands();
+std::vector<Command> i2cCommands();
+std::vector<Command> postCommands();
+std::vector<Command> romCommands();
+std::vector<Command> serialCommands();
+std::vector<Command> lcdCommands();
 
 } // namespace TAVO::cli

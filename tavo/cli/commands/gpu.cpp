@@ -9,9 +9,9 @@
 
 #include <fmt/format.h>
 
-#include <tavo/cli/bit_string.h>
-#include <tavo/cli/command_group.h>
 #include <tavo/cli/object_choice.h>
+#include <tavo/cli/output.h>
+#include <tavo/cli/values/bit_string.h>
 
 namespace TAVO::cli {
 
@@ -21,29 +21,30 @@ using HWDebug::GpuDebug_v1_0;
 using HWDebug::GpuScan_v1_0;
 using HWDebug::KelvorGpuDebugMux_v1_0;
 
-struct Arguments {
-    std::string object;
+struct ScanOptions : ObjectOptions {
     std::int32_t bits = 64;
     bool bytes = false;
-    std::optional<std::int32_t> mode;
+
+    void describe(OptionList& list) {
+        list.add("bits", bits, "How many", {.showsDefault = true, .limits = notNegative()});
+        list.add("--bytes", bytes, "Show bytes in the order of scanning");
+    }
 };
 
-void scan(Session& session, Output& output, const Arguments& arguments) {
-    const auto gpuScan = chooseObject<GpuScan_v1_0>(session, arguments.object, "gpuScan");
-    const auto call = gpuScan->getScanMethod(arguments.bits);
-    session.execute(call);
-    auto data = call->take().data;
-    if (data.size() != BitString::bytesFor(static_cast<std::size_t>(arguments.bits)))
+void scan(Session& session, Output& output, const ScanOptions& options) {
+    const auto gpuScan = chooseObject<GpuScan_v1_0>(session, options.object, "gpuScan");
+    auto data = session.value(*gpuScan, TAVOXTranscode::gpuScan_v1_0::scan, options.bits).data;
+    if (data.size() != BitString::bytesFor(static_cast<std::size_t>(options.bits)))
         throw Failure(ExitCode::protocol, fmt::format("{} scanned {} bytes for {} bits",
-                                                      gpuScan->getFullName(), data.size(), arguments.bits));
-    const BitString bits(static_cast<std::size_t>(arguments.bits), std::move(data));
-    const auto notation = arguments.bytes ? BitNotation::bytes : BitNotation::number;
+                                                      gpuScan->getFullName(), data.size(), options.bits));
+    const BitString bits(static_cast<std::size_t>(options.bits), std::move(data));
+    const auto notation = options.bytes ? BitNotation::bytes : BitNotation::number;
     output.show(
         [&](JsonWriter& json) {
             json.object([&] {
-                json.key("bits").number(arguments.bits);
+                json.key("bits").number(options.bits);
                 json.key("data").text(bitsText(bits, notation));
-                json.key("notation").text(arguments.bytes ? "bytes" : "number");
+                json.key("notation").text(options.bytes ? "bytes" : "number");
                 json.key("object").text(gpuScan->getFullName());
             });
         },
@@ -64,31 +65,30 @@ void setOrShowModeOf(Session& session, Output& output, const Proxy& object,
                 [&](TextWriter& text) { text.print("{}\n", now); });
 }
 
-void setOrShowMode(Session& session, Output& output, const Arguments& arguments) {
-    const auto object = arguments.object.empty()
+struct ModeOptions : ObjectOptions {
+    std::optional<std::int32_t> mode;
+
+    void describe(OptionList& list) { list.add("mode", mode, "A number that the device defines"); }
+};
+
+void setOrShowMode(Session& session, Output& output, const ModeOptions& options) {
+    const auto object = options.object.empty()
                             ? chooseObject<GpuDebug_v1_0>(session, "", "gpuDebug")
                             : chooseObject<GpuDebug_v1_0, KelvorGpuDebugMux_v1_0>(
-                                  session, arguments.object, "gpuDebug or kelvorGpuDebugMux");
+                                  session, options.object, "gpuDebug or kelvorGpuDebugMux");
     if (const auto* mux = dynamic_cast<const KelvorGpuDebugMux_v1_0*>(object.get()))
-        setOrShowModeOf(session, output, *mux, arguments.mode);
+        setOrShowModeOf(session, output, *mux, options.mode);
     else
-        setOrShowModeOf(session, output, dynamic_cast<const GpuDebug_v1_0&>(*object), arguments.mode);
+        setOrShowModeOf(session, output, dynamic_cast<const GpuDebug_v1_0&>(*object), options.mode);
 }
 
 } // namespace
 
-void addGpu(CLI::App& tool, Program& program) {
-    CommandGroup<Arguments> gpu(tool, program, "gpu", "Use a graphics processor's debug connector");
-    auto& arguments = gpu.arguments();
-    gpu.group().add_option("--object", arguments.object,
-                           "Full name of the object; needed when there are several");
-    auto* scanning = gpu.add("scan", "Scan bits, shown as a number whose lowest bit came first", scan);
-    scanning->add_option("bits", arguments.bits, "How many")
-        ->check(CLI::NonNegativeNumber)
-        ->capture_default_str();
-    scanning->add_flag("--bytes", arguments.bytes, "Show bytes in the order of scanning");
-    gpu.add("mode", "Tell the mode of the header, or set it", setOrShowMode)
-        ->add_option("mode", arguments.mode, "A number that the device defines");
+std::vector<Command> gpuCommands() {
+    return {
+        command("gpu scan", "Scan bits, shown as a number whose lowest bit came first", scan),
+        command("gpu mode", "Tell the mode of the header, or set it", setOrShowMode),
+    };
 }
 
 } // namespace TAVO::cli

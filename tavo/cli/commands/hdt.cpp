@@ -12,8 +12,8 @@
 
 #include <fmt/format.h>
 
-#include <tavo/cli/command_group.h>
 #include <tavo/cli/object_choice.h>
+#include <tavo/cli/output.h>
 
 namespace TAVO::cli {
 
@@ -23,19 +23,12 @@ using HWDebug::Hdt;
 using HWDebug::Hdt_v1_1;
 using Json = nlohmann::json;
 
-struct Arguments {
-    std::string object;
-    std::string state;
-    std::vector<bool> mask;
-    std::int32_t trigger = 0;
-};
-
-std::shared_ptr<Hdt> chooseHdt(Session& session, const Arguments& arguments) {
-    return chooseObject<Hdt>(session, arguments.object, "hdt");
+std::shared_ptr<Hdt> chooseHdt(Session& session, const ObjectOptions& options) {
+    return chooseObject<Hdt>(session, options.object, "hdt");
 }
 
-std::shared_ptr<Hdt_v1_1> chooseNewerHdt(Session& session, const Arguments& arguments) {
-    return chooseObject<Hdt_v1_1>(session, arguments.object, "hdt above version 1.0");
+std::shared_ptr<Hdt_v1_1> chooseNewerHdt(Session& session, const ObjectOptions& options) {
+    return chooseObject<Hdt_v1_1>(session, options.object, "hdt above version 1.0");
 }
 
 using Lines = std::vector<bool>;
@@ -103,7 +96,7 @@ Status readStatus(Session& session, const Hdt& hdt) {
     if (const auto* newer = dynamic_cast<const Hdt_v1_1*>(&hdt))
         addNewer(reading, *newer);
     else
-        reading.add("frequency", callOf<dto::hdt::FrequencyGetReply>(hdt, "frequencyGet"), frequencyOf);
+        reading.add("frequency", callOf(hdt, TAVOXTranscode::hdt_v1_0::frequencyGet), frequencyOf);
     reading.run(session);
     auto status = reading.status();
     status["object"] = Json(hdt.getFullName());
@@ -189,8 +182,8 @@ void write(JsonWriter& json, const Status& status) {
     });
 }
 
-void showStatus(Session& session, Output& output, const Arguments& arguments) {
-    const auto hdt = chooseHdt(session, arguments);
+void showStatus(Session& session, Output& output, const ObjectOptions& options) {
+    const auto hdt = chooseHdt(session, options);
     const auto status = readStatus(session, *hdt);
     output.show([&](JsonWriter& json) { write(json, status); },
                 [&](TextWriter& text) { write(text, status); });
@@ -200,14 +193,22 @@ void showDone(Output& output, const Object_v1_0& object) {
     output.show({{"object", object.getFullName()}, {"returnCode", 0}});
 }
 
-void setRequest(Session& session, Output& output, const Arguments& arguments) {
-    const auto hdt = chooseHdt(session, arguments);
-    session.execute(hdt->getIoDbreqSetMethod(arguments.state == "on"));
+const OptionRules onOrOff{.required = true, .choices = {"on", "off"}};
+
+struct RequestOptions : ObjectOptions {
+    std::string state;
+
+    void describe(OptionList& list) { list.add("state", state, "on or off", onOrOff); }
+};
+
+void setRequest(Session& session, Output& output, const RequestOptions& options) {
+    const auto hdt = chooseHdt(session, options);
+    session.execute(hdt->getIoDbreqSetMethod(options.state == "on"));
     showDone(output, *hdt);
 }
 
-void clearSnapshots(Session& session, Output& output, const Arguments& arguments) {
-    const auto hdt = chooseHdt(session, arguments);
+void clearSnapshots(Session& session, Output& output, const ObjectOptions& options) {
+    const auto hdt = chooseHdt(session, options);
     std::vector<std::shared_ptr<Method>> batch{hdt->getIoDbrdySnapshotClearMethod()};
     if (const auto newer = std::dynamic_pointer_cast<Hdt_v1_1>(hdt))
         batch.push_back(newer->getIoDbreqSourceSnapshotClearMethod());
@@ -215,12 +216,20 @@ void clearSnapshots(Session& session, Output& output, const Arguments& arguments
     showDone(output, *hdt);
 }
 
-void setOrShowMask(Session& session, Output& output, const Arguments& arguments) {
-    const auto hdt = chooseNewerHdt(session, arguments);
+struct MaskOptions : ObjectOptions {
+    std::vector<bool> lines;
+
+    void describe(OptionList& list) {
+        list.add("lines", lines, "0 or 1 for each line", {.choices = {"0", "1"}});
+    }
+};
+
+void setOrShowMask(Session& session, Output& output, const MaskOptions& options) {
+    const auto hdt = chooseNewerHdt(session, options);
     const auto get = hdt->getOptionDbrdyMaskGetMethod();
     std::vector<std::shared_ptr<Method>> batch;
-    if (!arguments.mask.empty())
-        batch.push_back(hdt->getOptionDbrdyMaskSet(arguments.mask));
+    if (!options.lines.empty())
+        batch.push_back(hdt->getOptionDbrdyMaskSet(options.lines));
     batch.push_back(get);
     session.runAll(batch);
     const auto mask = linesOfBytes(get->take());
@@ -234,15 +243,21 @@ void setOrShowMask(Session& session, Output& output, const Arguments& arguments)
         [&](TextWriter& text) { writeLines(text, mask); });
 }
 
-void showTrigger(Session& session, Output& output, const Arguments& arguments) {
-    const auto hdt = chooseNewerHdt(session, arguments);
-    const auto level = hdt->getIoTriggerGetMethod(arguments.trigger);
-    const auto setup = hdt->getOptionTriggerSetupGetMethod(arguments.trigger);
+struct TriggerOptions : ObjectOptions {
+    std::int32_t trigger = 0;
+
+    void describe(OptionList& list) { list.add("index", trigger, "Which trigger", {.required = true}); }
+};
+
+void showTrigger(Session& session, Output& output, const TriggerOptions& options) {
+    const auto hdt = chooseNewerHdt(session, options);
+    const auto level = hdt->getIoTriggerGetMethod(options.trigger);
+    const auto setup = hdt->getOptionTriggerSetupGetMethod(options.trigger);
     session.runAll({level, setup});
     const bool now = level->value().level;
     const auto values = setup->value();
     output.show({{"object", hdt->getFullName()},
-                 {"trigger", arguments.trigger},
+                 {"trigger", options.trigger},
                  {"level", now},
                  {"setup",
                   {{"mode", values.value1},
@@ -261,39 +276,32 @@ void showTrigger(Session& session, Output& output, const Arguments& arguments) {
                 });
 }
 
-void setTrigger(Session& session, Output& output, const Arguments& arguments) {
-    const auto hdt = chooseNewerHdt(session, arguments);
-    session.execute(hdt->getIoTriggerSetMethod(arguments.trigger, arguments.state == "on"));
-    showDone(output, *hdt);
-}
+struct DriveOptions : TriggerOptions {
+    std::string state;
 
-CLI::Option* addState(CLI::App* command, Arguments& arguments) {
-    return command->add_option("state", arguments.state, "on or off")
-        ->required()
-        ->check(CLI::IsMember({"on", "off"}));
+    void describe(OptionList& list) {
+        TriggerOptions::describe(list);
+        list.add("state", state, "on or off", onOrOff);
+    }
+};
+
+void setTrigger(Session& session, Output& output, const DriveOptions& options) {
+    const auto hdt = chooseNewerHdt(session, options);
+    session.execute(hdt->getIoTriggerSetMethod(options.trigger, options.state == "on"));
+    showDone(output, *hdt);
 }
 
 } // namespace
 
-void addHdt(CLI::App& tool, Program& program) {
-    CommandGroup<Arguments> hdt(tool, program, "hdt", "Look at a processor's debug signals and drive them");
-    auto& arguments = hdt.arguments();
-    hdt.group().add_option("--object", arguments.object,
-                           "Full name of the hdt object; needed when there are several");
-    hdt.add("status", "All signals, snapshots and options", showStatus);
-    addState(hdt.add("request", "Assert DBREQ (on) or release it (off)", setRequest), arguments);
-    hdt.nested("snapshot", "The snapshots of DBRDY and of the source of DBREQ")
-        .add("clear", "Forget both", clearSnapshots);
-    hdt.add("mask", "Tell which DBRDY lines take part, or set it", setOrShowMask)
-        ->add_option("lines", arguments.mask, "0 or 1 for each line")
-        ->check(CLI::IsMember({"0", "1"}));
-    auto trigger = hdt.nested("trigger", "The trigger lines");
-    const auto addIndex = [&](CLI::App* command) {
-        command->add_option("index", arguments.trigger, "Which trigger")->required();
-        return command;
+std::vector<Command> hdtCommands() {
+    return {
+        command("hdt status", "All signals, snapshots and options", showStatus),
+        command("hdt request", "Assert DBREQ (on) or release it (off)", setRequest),
+        command("hdt snapshot clear", "Forget both", clearSnapshots),
+        command("hdt mask", "Tell which DBRDY lines take part, or set it", setOrShowMask),
+        command("hdt trigger get", "The level of a trigger, and its setup", showTrigger),
+        command("hdt trigger set", "Drive a trigger", setTrigger),
     };
-    addIndex(trigger.add("get", "The level of a trigger, and its setup", showTrigger));
-    addState(addIndex(trigger.add("set", "Drive a trigger", setTrigger)), arguments);
 }
 
 } // namespace TAVO::cli

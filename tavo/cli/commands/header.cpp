@@ -2,28 +2,26 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include <fmt/format.h>
 
-#include <tavo/cli/command_group.h>
 #include <tavo/cli/object_choice.h>
+#include <tavo/cli/output.h>
 
 namespace TAVO::cli {
 
 namespace {
 
+using namespace TAVOXTranscode::headerStatus_v1_1;
 using Status = dto::Base::HeaderStatusGetReply;
 
-struct Arguments {
-    std::string object;
-};
-
 /// The named object, or all that offer the method.
-Objects chooseObjects(Session& session, const Arguments& arguments, const std::string& method) {
-    if (!arguments.object.empty())
-        return {session.find(arguments.object)};
+Objects chooseObjects(Session& session, const ObjectOptions& options, std::string_view method) {
+    if (!options.object.empty())
+        return {session.find(options.object)};
     Objects chosen;
     for (const auto& object : session.objects())
         if (offers(*object, method))
@@ -80,11 +78,11 @@ void write(TextWriter& text, const Object_v1_0& object, const Status& status) {
     }
 }
 
-void showStatus(Session& session, Output& output, const Arguments& arguments) {
-    const auto objects = chooseObjects(session, arguments, "headerStatusGet");
+void showStatus(Session& session, Output& output, const ObjectOptions& options) {
+    const auto objects = chooseObjects(session, options, headerStatusGet.name);
     std::vector<std::shared_ptr<BoundMethod<Status>>> calls;
     for (const auto& object : objects)
-        calls.push_back(callOf<Status>(*object, "headerStatusGet"));
+        calls.push_back(callOf(*object, headerStatusGet));
     session.runAll({calls.begin(), calls.end()});
     output.show(
         [&](JsonWriter& json) {
@@ -99,11 +97,11 @@ void showStatus(Session& session, Output& output, const Arguments& arguments) {
         });
 }
 
-void clearStatus(Session& session, Output& output, const Arguments& arguments) {
-    const auto objects = chooseObjects(session, arguments, "headerStatusClear");
+void clearStatus(Session& session, Output& output, const ObjectOptions& options) {
+    const auto objects = chooseObjects(session, options, headerStatusClear.name);
     std::vector<std::shared_ptr<Method>> calls;
     for (const auto& object : objects)
-        calls.push_back(callOf(*object, "headerStatusClear"));
+        calls.push_back(callOf(*object, headerStatusClear));
     session.runAll(calls);
     output.show(
         [&](JsonWriter& json) {
@@ -119,12 +117,11 @@ void clearStatus(Session& session, Output& output, const Arguments& arguments) {
 
 } // namespace
 
-void addHeader(CLI::App& tool, Program& program) {
-    CommandGroup<Arguments> header(tool, program, "header", "Look at the debug headers");
-    header.group().add_option("--object", header.arguments().object,
-                              "Full name of the object whose headers are meant, all unless given");
-    header.add("status", "The headers, and where they lead", showStatus);
-    header.add("clear", "Forget the changes and errors of headers", clearStatus);
+std::vector<Command> headerCommands() {
+    return {
+        command("header status", "The headers, and where they lead", showStatus),
+        command("header clear", "Forget the changes and errors of headers", clearStatus),
+    };
 }
 
 } // namespace TAVO::cli

@@ -1,5 +1,8 @@
 #include <tavo/cli/commands/commands.h>
 
+#include <tavo/cli/output.h>
+#include <tavo/cli/session.h>
+
 namespace TAVO::cli {
 
 namespace {
@@ -42,18 +45,16 @@ void write(TextWriter& text, const Info& info, const Descriptor& descriptor) {
 
 void showInfo(Session& session, Output& output) {
     Descriptor descriptor;
-    const auto method = session.identify(descriptor).getDevice()->getInfoMethod();
-    session.execute(method);
-    const auto info = method->take();
+    const auto info =
+        session.value(*session.identify(descriptor).getDevice(), TAVOXTranscode::device_v1_0::info);
     output.show([&](JsonWriter& json) { json.object([&] { write(json, info, descriptor); }); },
                 [&](TextWriter& text) { write(text, info, descriptor); });
 }
 
 } // namespace
 
-void addInfo(CLI::App& tool, Program& program) {
-    auto* command = tool.add_subcommand("info", "Show what the device is, without taking its lock");
-    command->callback([&program] { program.action = showInfo; });
+std::vector<Command> infoCommands() {
+    return {command("info", "Show what the device is, without taking its lock", showInfo)};
 }
 
 } // namespace TAVO::cli

@@ -1,12 +1,13 @@
 #include <tavo/cli/commands/jtag.h>
 
-#include <stdexcept>
+#include <optional>
+#include <utility>
 
 #include <fmt/format.h>
 
-#include <tavo/cli/command_group.h>
 #include <tavo/cli/commands/commands.h>
-#include <tavo/cli/tap_state_name.h>
+#include <tavo/cli/user_input.h>
+#include <tavo/cli/values/tap_state_name.h>
 
 namespace TAVO::cli {
 
@@ -14,21 +15,23 @@ namespace {
 
 using HWDebug::Jtag_v1_0;
 using HWDebug::Jtag_v1_1;
+namespace jtag_v1_0 = TAVOXTranscode::jtag_v1_0;
+namespace jtag_v1_1 = TAVOXTranscode::jtag_v1_1;
 
-std::int32_t stateOf(const std::string& text) {
-    try {
-        return parseTapState(text);
-    } catch (const std::invalid_argument& error) {
-        throw Failure(ExitCode::usage, error.what());
+struct StateOptions : ObjectOptions {
+    std::string state;
+
+    void describe(OptionList& list) {
+        list.add("state", state, "Where to: a name such as Run-Test/Idle, or a number");
     }
-}
+};
 
-void moveOrShowState(Session& session, Output& output, const JtagArguments& arguments) {
+void moveOrShowState(Session& session, Output& output, const StateOptions& options) {
     std::optional<std::int32_t> target;
-    if (!arguments.state.empty())
-        target = stateOf(arguments.state);
-    const auto jtag = chooseJtag(session, arguments);
-    const auto get = callOf<dto::Jtag::TapStateGetReply>(*jtag, "tapStateGet");
+    if (!options.state.empty())
+        target = parseInput([&] { return parseTapState(options.state); });
+    const auto jtag = chooseJtag(session, options);
+    const auto get = callOf(*jtag, jtag_v1_0::tapStateGet);
     std::vector<std::shared_ptr<Method>> batch;
     if (target)
         batch.push_back(moveCall(*jtag, *target));
@@ -42,17 +45,18 @@ void moveOrShowState(Session& session, Output& output, const JtagArguments& argu
                 [&](TextWriter& text) { text.print("{}\n", tapStateText(state)); });
 }
 
-void showPins(Session& session, Output& output, const JtagArguments& arguments) {
-    const auto jtag = chooseJtag(session, arguments);
+void showPins(Session& session, Output& output, const ObjectOptions& options) {
+    const auto jtag = chooseJtag(session, options);
     using Get = std::shared_ptr<BoundMethod<dto::Header::IoGetReply>>;
     std::vector<std::pair<const char*, Get>> driven;
     std::vector<std::shared_ptr<Method>> batch;
-    for (const auto& [name, method] :
-         {std::pair{"TRST", "ioTrstGet"}, {"TCK", "ioTckGet"}, {"TMS", "ioTmsGet"}, {"TDI", "ioTdiGet"}}) {
-        driven.emplace_back(name, callOf<dto::Header::IoGetReply>(*jtag, method));
+    for (const auto& [name, call] :
+         {std::pair{"TRST", jtag_v1_0::ioTrstGet}, std::pair{"TCK", jtag_v1_0::ioTckGet},
+          std::pair{"TMS", jtag_v1_0::ioTmsGet}, std::pair{"TDI", jtag_v1_0::ioTdiGet}}) {
+        driven.emplace_back(name, callOf(*jtag, call));
         batch.push_back(driven.back().second);
     }
-    const auto tdo = callOf<dto::Header::oGetReply>(*jtag, "ioTdoGet");
+    const auto tdo = callOf(*jtag, jtag_v1_0::ioTdoGet);
     batch.push_back(tdo);
     session.runAll(batch);
 
@@ -69,17 +73,20 @@ void showPins(Session& session, Output& output, const JtagArguments& arguments) 
     });
 }
 
-void setOrShowFrequency(Session& session, Output& output, const JtagArguments& arguments) {
-    const auto jtag = chooseJtag(session, arguments);
-    const std::string prefix =
-        std::dynamic_pointer_cast<Jtag_v1_0>(jtag) ? "tckFrequency" : "optionTckFrequency";
-    const auto get = callOf<dto::Base::FrequencyGetReply>(*jtag, prefix + "Get");
+struct FrequencyOptions : ObjectOptions {
+    std::optional<std::int32_t> frequency;
+
+    void describe(OptionList& list) { list.add("hz", frequency, "The highest wanted"); }
+};
+
+void setOrShowFrequency(Session& session, Output& output, const FrequencyOptions& options) {
+    const auto jtag = chooseJtag(session, options);
+    const bool older = std::dynamic_pointer_cast<Jtag_v1_0>(jtag) != nullptr;
+    const auto get = callOf(*jtag, older ? jtag_v1_0::tckFrequencyGet : jtag_v1_1::optionTckFrequencyGet);
     std::vector<std::shared_ptr<Method>> batch;
-    if (arguments.frequency) {
-        auto request = std::make_shared<dto::Jtag::OptionTckFrequencySetRequest>();
-        request->frequency = *arguments.frequency;
-        batch.push_back(callOf(*jtag, prefix + "Set", {request}));
-    }
+    if (options.frequency)
+        batch.push_back(callOf(*jtag, older ? jtag_v1_0::tckFrequencySet : jtag_v1_1::optionTckFrequencySet,
+                               *options.frequency));
     batch.push_back(get);
     session.runAll(batch);
     const auto actual = get->value();
@@ -89,16 +96,13 @@ void setOrShowFrequency(Session& session, Output& output, const JtagArguments& a
 
 } // namespace
 
-std::shared_ptr<Object_v1_0> chooseJtag(Session& session, const JtagArguments& arguments) {
-    return chooseObject<Jtag_v1_1, Jtag_v1_0>(session, arguments.object, "jtag");
+std::shared_ptr<Object_v1_0> chooseJtag(Session& session, const ObjectOptions& options) {
+    return chooseObject<Jtag_v1_1, Jtag_v1_0>(session, options.object, "jtag");
 }
 
 ShiftCall shiftCall(const Object_v1_0& jtag, JtagRegister target, const BitString& bits) {
-    auto request = std::make_shared<dto::Jtag::ShiftRequest>();
-    request->bits = static_cast<std::int32_t>(bits.size());
-    request->data = bits.bytes();
-    return callOf<dto::Jtag::ShiftReply>(jtag, target == JtagRegister::instruction ? "shiftIR" : "shiftDR",
-                                         {request});
+    return callOf(jtag, target == JtagRegister::instruction ? jtag_v1_0::shiftIR : jtag_v1_0::shiftDR,
+                  bits.size(), bits.bytes());
 }
 
 BitString capturedBy(const ShiftCall& call) {
@@ -113,37 +117,19 @@ BitString capturedBy(const ShiftCall& call) {
 }
 
 std::shared_ptr<Method> moveCall(const Object_v1_0& jtag, std::int32_t state) {
-    auto request = std::make_shared<dto::Jtag::TapStateSetRequest>();
-    request->state = state;
-    return callOf(jtag, "tapStateSet", {request});
+    return callOf(jtag, jtag_v1_0::tapStateSet, state);
 }
 
-void addJtag(CLI::App& tool, Program& program) {
-    CommandGroup<JtagArguments> jtag(tool, program, "jtag", "Look at JTAG chains and shift through them");
-    auto& arguments = jtag.arguments();
-    jtag.group().add_option("--object", arguments.object,
-                            "Full name of the jtag object; needed when there are several");
-
-    jtag.add("scan", "Reset the chain; find its TAPs, their instruction lengths and IDCODEs", scanChain);
-
-    auto* shift =
-        jtag.add("shift", "Shift bits through the registers, all shifts in one exchange", shiftBits);
-    shift
-        ->add_option(
-            "shift", arguments.shifts,
-            "ir or dr, how many bits, and these as a hexadecimal number, whose lowest bit goes first; "
-            "again for each further shift")
-        ->required()
-        ->type_name("ir|dr BITS HEX");
-    shift->add_flag("--bytes", arguments.bytes,
-                    "HEX and results are bytes in the order of shifting, the lowest bit of each first");
-
-    jtag.add("state", "Tell the state of the TAP controllers, or move them", moveOrShowState)
-        ->add_option("state", arguments.state, "Where to: a name such as Run-Test/Idle, or a number");
-    jtag.add("pins", "Tell the levels of the pins", showPins);
-    jtag.add("frequency", "Tell the frequency of TCK, or set it", setOrShowFrequency)
-        ->add_option("hz", arguments.frequency, "The highest wanted");
-    jtag.add("options", "Tell the options of shifts", showJtagOptions);
+std::vector<Command> jtagCommands() {
+    return {
+        command("jtag scan", "Reset the chain; find its TAPs, their instruction lengths and IDCODEs",
+                scanChain),
+        command("jtag shift", "Shift bits through the registers, all shifts in one exchange", shiftBits),
+        command("jtag state", "Tell the state of the TAP controllers, or move them", moveOrShowState),
+        command("jtag pins", "Tell the levels of the pins", showPins),
+        command("jtag frequency", "Tell the frequency of TCK, or set it", setOrShowFrequency),
+        command("jtag options", "Tell the options of shifts", showJtagOptions),
+    };
 }
 
 } // namespace TAVO::cli

@@ -2,37 +2,37 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
-#include <tavo/cli/bit_string.h>
+#include <tavo/cli/command.h>
+
 #include <tavo/cli/object_choice.h>
 #include <tavo/cli/output.h>
+#include <tavo/cli/values/bit_string.h>
 
 /// What the subcommands of `jtag` share. They work on both versions of the "jtag" object.
 namespace TAVO::cli {
 
-struct JtagArguments {
-    std::string object;
+struct JtagShiftOptions : ObjectOptions {
     std::vector<std::string> shifts;
     bool bytes = false;
-    std::string state;
-    std::optional<std::int32_t> frequency;
+
+    void describe(OptionList& list);
 };
 
 enum class JtagRegister { instruction, data };
 using ShiftCall = std::shared_ptr<BoundMethod<dto::Jtag::ShiftReply>>;
 
-std::shared_ptr<Object_v1_0> chooseJtag(Session& session, const JtagArguments& arguments);
+std::shared_ptr<Object_v1_0> chooseJtag(Session& session, const ObjectOptions& options);
 
 ShiftCall shiftCall(const Object_v1_0& jtag, JtagRegister target, const BitString& bits);
 /// What an executed call captured, of the length that was shifted.
 BitString capturedBy(const ShiftCall& call);
 std::shared_ptr<Method> moveCall(const Object_v1_0& jtag, std::int32_t state);
 
-void scanChain(Session& session, Output& output, const JtagArguments& arguments);
-void shiftBits(Session& session, Output& output, const JtagArguments& arguments);
-void showJtagOptions(Session& session, Output& output, const JtagArguments& arguments);
+void scanChain(Session& session, Output& output, const ObjectOptions& options);
+void shiftBits(Session& session, Output& output, const JtagShiftOptions& options);
+void showJtagOptions(Session& session, Output& output, const ObjectOptions& options);
 
 } // namespace TAVO::cli

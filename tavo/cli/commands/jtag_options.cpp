@@ -2,7 +2,7 @@
 
 #include <fmt/format.h>
 
-#include <tavo/cli/tap_state_name.h>
+#include <tavo/cli/values/tap_state_name.h>
 
 namespace TAVO::cli {
 
@@ -42,14 +42,14 @@ BitString bitsOf(std::int32_t bits, const std::vector<std::uint8_t>& bytes) {
 }
 
 Options optionsOf(Session& session, const Jtag_v1_0& jtag) {
-    using namespace dto::Jtag;
-    const auto repeat = callOf<RepeatGetReply>(jtag, "repeatGet");
-    const auto retry = callOf<RetryGetReply>(jtag, "retryGet");
-    const auto expected = callOf<TdoExpectedGetReply>(jtag, "tdoExpectedGet");
-    const auto irTermination = callOf<TerminationStateGetReply>(jtag, "terminationStateIRGet");
-    const auto drTermination = callOf<TerminationStateGetReply>(jtag, "terminationStateDRGet");
-    const auto frequency = callOf<dto::Base::FrequencyGetReply>(jtag, "tckFrequencyGet");
-    const auto enable = callOf<dto::Header::EnableGetReply>(jtag, "enableGet");
+    using namespace TAVOXTranscode;
+    const auto repeat = callOf(jtag, jtag_v1_0::repeatGet);
+    const auto retry = callOf(jtag, jtag_v1_0::retryGet);
+    const auto expected = callOf(jtag, jtag_v1_0::tdoExpectedGet);
+    const auto irTermination = callOf(jtag, jtag_v1_0::terminationStateIRGet);
+    const auto drTermination = callOf(jtag, jtag_v1_0::terminationStateDRGet);
+    const auto frequency = callOf(jtag, jtag_v1_0::tckFrequencyGet);
+    const auto enable = callOf(jtag, jtag_v1_0::enableGet);
     session.runAll({repeat, retry, expected, irTermination, drTermination, frequency, enable});
     ShiftOptions both{.repeat = repeat->value().count,
                       .repeats = repeat->value().enable,
@@ -124,8 +124,8 @@ void write(TextWriter& text, const char* name, const ShiftOptions& options) {
 
 } // namespace
 
-void showJtagOptions(Session& session, Output& output, const JtagArguments& arguments) {
-    const auto jtag = chooseJtag(session, arguments);
+void showJtagOptions(Session& session, Output& output, const ObjectOptions& chosen) {
+    const auto jtag = chooseJtag(session, chosen);
     const auto newer = std::dynamic_pointer_cast<Jtag_v1_1>(jtag);
     const auto options =
         newer ? optionsOf(session, *newer) : optionsOf(session, dynamic_cast<const Jtag_v1_0&>(*jtag));

@@ -1,8 +1,8 @@
 #include <tavo/cli/commands/jtag.h>
 
-#include <tavo/cli/chain_report.h>
-#include <tavo/cli/jtag_survey.h>
-#include <tavo/cli/tap_state_name.h>
+#include <tavo/cli/values/chain_report.h>
+#include <tavo/cli/values/jtag_survey.h>
+#include <tavo/cli/values/tap_state_name.h>
 
 namespace TAVO::cli {
 
@@ -16,13 +16,17 @@ ChainSurvey survey(Session& session, const Object_v1_0& jtag) {
     const auto bypass = shiftCall(jtag, JtagRegister::data, probes.bypass);
     const std::vector<std::shared_ptr<Method>> batch{reset(), afterReset, instruction, bypass, reset()};
     session.runAll(batch);
-    return surveyChain({capturedBy(afterReset), capturedBy(instruction), capturedBy(bypass)});
+    try {
+        return surveyChain({capturedBy(afterReset), capturedBy(instruction), capturedBy(bypass)});
+    } catch (const ChainFault& fault) {
+        throw Failure(ExitCode::refused, fault.what());
+    }
 }
 
 } // namespace
 
-void scanChain(Session& session, Output& output, const JtagArguments& arguments) {
-    const auto jtag = chooseJtag(session, arguments);
+void scanChain(Session& session, Output& output, const ObjectOptions& options) {
+    const auto jtag = chooseJtag(session, options);
     const auto found = survey(session, *jtag);
     auto document = chainDocument(found);
     document["object"] = jtag->getFullName();

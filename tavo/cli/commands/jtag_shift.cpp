@@ -57,10 +57,19 @@ std::string shown(const BitString& bits, BitNotation notation) {
 
 } // namespace
 
-void shiftBits(Session& session, Output& output, const JtagArguments& arguments) {
-    const auto notation = arguments.bytes ? BitNotation::bytes : BitNotation::number;
-    const auto shifts = parseShifts(arguments.shifts, notation);
-    const auto jtag = chooseJtag(session, arguments);
+void JtagShiftOptions::describe(OptionList& list) {
+    list.add("shift", shifts,
+             "ir or dr, how many bits, and these as a hexadecimal number, whose lowest bit goes first; "
+             "again for each further shift",
+             {.required = true, .valueName = "ir|dr BITS HEX"});
+    list.add("--bytes", bytes,
+             "HEX and results are bytes in the order of shifting, the lowest bit of each first");
+}
+
+void shiftBits(Session& session, Output& output, const JtagShiftOptions& options) {
+    const auto notation = options.bytes ? BitNotation::bytes : BitNotation::number;
+    const auto shifts = parseShifts(options.shifts, notation);
+    const auto jtag = chooseJtag(session, options);
     std::vector<ShiftCall> calls;
     calls.reserve(shifts.size());
     for (const auto& shift : shifts)
@@ -74,7 +83,7 @@ void shiftBits(Session& session, Output& output, const JtagArguments& arguments)
     output.show(
         [&](JsonWriter& json) {
             json.object([&] {
-                json.key("notation").text(arguments.bytes ? "bytes" : "number");
+                json.key("notation").text(options.bytes ? "bytes" : "number");
                 json.key("object").text(jtag->getFullName());
                 json.key("shifts").array([&] {
                     for (std::size_t i = 0; i < calls.size(); ++i)
@@ -89,8 +98,8 @@ void shiftBits(Session& session, Output& output, const JtagArguments& arguments)
             });
         },
         [&](TextWriter& text) {
-            text.write(arguments.bytes ? "bytes in the order of shifting\n"
-                                       : "numbers, the lowest bit is shifted first\n");
+            text.write(options.bytes ? "bytes in the order of shifting\n"
+                                     : "numbers, the lowest bit is shifted first\n");
             for (std::size_t i = 0; i < calls.size(); ++i)
                 text.print("{} {}  in {}  out {}\n", nameOf(shifts[i].target), shifts[i].bits.size(),
                            shown(shifts[i].bits, notation), shown(captured[i], notation));

@@ -1,47 +1,61 @@
 #include <tavo/cli/commands/commands.h>
 
-#include <memory>
 #include <string>
 #include <string_view>
 
-#include <tavo/cli/command_group.h>
 #include <tavo/cli/object_choice.h>
+#include <tavo/cli/output.h>
 
 namespace TAVO::cli {
 
 namespace {
 
-struct Arguments {
-    std::string object;
+namespace cfa633_v1_0 = CommonModules::TAVOXTranscode::cfa633_v1_0;
+
+auto displayOf(Session& session, const ObjectOptions& options) {
+    return chooseObject<CommonModules::Cfa633_v1_0>(session, options.object, "display");
+}
+
+void showDone(Output& output, const Object_v1_0& display) {
+    output.show({{"object", display.getFullName()}, {"returnCode", 0}});
+}
+
+struct PrintOptions : ObjectOptions {
     std::string text;
     int row = 0;
     int column = 0;
-    int level = 0;
+
+    void describe(OptionList& list) {
+        list.add("text", text, "The text; -- before one that begins with -", {.required = true});
+        list.add("--row", row, "0 is the upper one", {.showsDefault = true});
+        list.add("--column", column, "0 is the leftmost one", {.showsDefault = true});
+    }
 };
 
-std::shared_ptr<CommonModules::Cfa633_v1_0> displayOf(Session& session, const Arguments& arguments) {
-    return chooseObject<CommonModules::Cfa633_v1_0>(session, arguments.object, "display");
+void print(Session& session, Output& output, const PrintOptions& options) {
+    const auto display = displayOf(session, options);
+    session.execute(display->getLcdPrintMethod(options.row, options.column, options.text));
+    showDone(output, *display);
 }
 
-void executeAndShow(Session& session, Output& output, const std::shared_ptr<Method>& method) {
-    session.execute(method);
-    output.show({{"object", method->getContainer().getFullName()}, {"returnCode", method->returnCode()}});
+void clear(Session& session, Output& output, const ObjectOptions& options) {
+    const auto display = displayOf(session, options);
+    session.execute(*display, cfa633_v1_0::lcdClear);
+    showDone(output, *display);
 }
 
-void print(Session& session, Output& output, const Arguments& arguments) {
-    const auto display = displayOf(session, arguments);
-    executeAndShow(session, output,
-                   display->getLcdPrintMethod(arguments.row, arguments.column, arguments.text));
-}
+struct BacklightOptions : ObjectOptions {
+    int level = 0;
 
-void clear(Session& session, Output& output, const Arguments& arguments) {
-    const auto display = displayOf(session, arguments);
-    executeAndShow(session, output, display->getLcdClearMethod());
-}
+    void describe(OptionList& list) {
+        list.add("level", level, "How bright, the device's to define; often 0 to 100", {.required = true});
+    }
+};
 
-void setBacklight(Session& session, Output& output, const Arguments& arguments) {
-    const auto display = displayOf(session, arguments);
-    executeAndShow(session, output, display->getLcdBackLightMethod(arguments.level));
+void setBacklight(Session& session, Output& output, const BacklightOptions& options) {
+    const auto display = displayOf(session, options);
+    session.execute(*display, cfa633_v1_0::lcdBackLight, options.level);
+    showDone(output, *display);
 }
 
 /// With its line ends, which forge nothing where no other words stand.
@@ -55,11 +69,9 @@ void writeLines(TextWriter& text, std::string_view info) {
     }
 }
 
-void show(Session& session, Output& output, const Arguments& arguments) {
-    const auto display = displayOf(session, arguments);
-    const auto available = display->getAvailableMethod();
-    session.execute(available);
-    const auto info = available->take().info;
+void show(Session& session, Output& output, const ObjectOptions& options) {
+    const auto display = displayOf(session, options);
+    const auto info = session.value(*display, TAVOXTranscode::base_v1_0::available).info;
     output.show(
         [&](JsonWriter& json) {
             json.object([&] {
@@ -72,22 +84,13 @@ void show(Session& session, Output& output, const Arguments& arguments) {
 
 } // namespace
 
-void addLcd(CLI::App& tool, Program& program) {
-    CommandGroup<Arguments> lcd(tool, program, "lcd", "The display of the device");
-    auto& arguments = lcd.arguments();
-    lcd.group().add_option("--object", arguments.object,
-                           "Full name of the display; not needed where there is only one");
-
-    auto* printing = lcd.add("print", "Write a text", print);
-    printing->add_option("text", arguments.text, "The text; -- before one that begins with -")->required();
-    printing->add_option("--row", arguments.row, "0 is the upper one")->capture_default_str();
-    printing->add_option("--column", arguments.column, "0 is the leftmost one")->capture_default_str();
-
-    lcd.add("clear", "Clear the display", clear);
-    lcd.add("backlight", "Set the backlight", setBacklight)
-        ->add_option("level", arguments.level, "How bright, the device's to define; often 0 to 100")
-        ->required();
-    lcd.add("show", "What the device tells about itself, on some the text of the display", show);
+std::vector<Command> lcdCommands() {
+    return {
+        command("lcd print", "Write a text", print),
+        command("lcd clear", "Clear the display", clear),
+        command("lcd backlight", "Set the backlight", setBacklight),
+        command("lcd show", "What the device tells about itself, on some the text of the display", show),
+    };
 }
 
 } // namespace TAVO::cli

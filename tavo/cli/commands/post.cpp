@@ -10,30 +10,38 @@
 
 #include <fmt/format.h>
 
-#include <tavo/cli/command_group.h>
 #include <tavo/cli/interrupt.h>
-#include <tavo/cli/number_check.h>
 #include <tavo/cli/object_choice.h>
+#include <tavo/cli/output.h>
 
 namespace TAVO::cli {
 
 namespace {
 
-using namespace dto::lpcPostCode;
+namespace lpcPostCode_v1_0 = TAVOXTranscode::lpcPostCode_v1_0;
+using dto::lpcPostCode::FifoEntry;
 using HWDebug::LpcPostCode_v1_0;
 using Clock = std::chrono::steady_clock;
 using Seconds = std::chrono::duration<double>;
 
-struct Arguments {
-    std::string object;
-    std::string until;
-    std::optional<double> timeout;
-    double interval = 0.1;
-};
-
-std::shared_ptr<LpcPostCode_v1_0> receiverOf(Session& session, const Arguments& arguments) {
-    return chooseObject<LpcPostCode_v1_0>(session, arguments.object, "POST code receiver");
+std::shared_ptr<LpcPostCode_v1_0> receiverOf(Session& session, const ObjectOptions& options) {
+    return chooseObject<LpcPostCode_v1_0>(session, options.object, "POST code receiver");
 }
+
+struct FollowOptions : ObjectOptions {
+    std::optional<double> timeout;
+    std::string until;
+    double interval = 0.1;
+
+    void describe(OptionList& list) {
+        list.add("--timeout", timeout, "After how many seconds it ends, never unless given",
+                 {.limits = between(0.0, 1e6)});
+        list.add("--until", until,
+                 "The code, in hexadecimal, after which it ends; a time-out before is a failure");
+        list.add("--interval", interval, "How many seconds between two looks",
+                 {.showsDefault = true, .limits = between(0.001, 1e6)});
+    }
+};
 
 std::optional<std::uint8_t> parseCode(const std::string& text) {
     if (text.empty())
@@ -65,23 +73,20 @@ void write(JsonWriter& json, const std::vector<FifoEntry>& entries) {
 }
 
 std::vector<FifoEntry> takeEntries(Session& session, const LpcPostCode_v1_0& receiver) {
-    const auto get = callOf<FifoGetReply>(receiver, "fifoGet");
-    const auto clear = std::make_shared<Method>("fifoClear", receiver, dto::Params{});
-    session.run({get, clear});
-    requireSuccess(*get);
-    requireSuccess(*clear);
+    const auto get = callOf(receiver, lpcPostCode_v1_0::fifoGet);
+    session.runAll({get, receiver.make(lpcPostCode_v1_0::fifoClear)});
     return get->take().entries;
 }
 
 /// Takes codes from the device until the wanted one, the end of the time or a signal comes.
 class Follower {
 public:
-    Follower(Session& session, Output& output, const Arguments& arguments)
+    Follower(Session& session, Output& output, const FollowOptions& options)
         : session_(session)
         , output_(output)
-        , arguments_(arguments)
-        , wanted_(parseCode(arguments.until))
-        , receiver_(receiverOf(session, arguments)) {}
+        , options_(options)
+        , wanted_(parseCode(options.until))
+        , receiver_(receiverOf(session, options)) {}
 
     bool hasWanted() const { return wanted_.has_value(); }
 
@@ -89,7 +94,7 @@ public:
     bool follow() {
         const auto start = Clock::now();
         const auto ended = [&] {
-            return arguments_.timeout && Clock::now() - start >= Seconds(*arguments_.timeout);
+            return options_.timeout && Clock::now() - start >= Seconds(*options_.timeout);
         };
         for (;;) {
             const bool last = ended();
@@ -112,10 +117,9 @@ public:
 
 private:
     std::chrono::milliseconds pauseUntilNext(Clock::time_point start) const {
-        auto pause = Seconds(arguments_.interval);
-        if (arguments_.timeout)
-            pause =
-                std::clamp(Seconds(*arguments_.timeout) - Seconds(Clock::now() - start), Seconds(0), pause);
+        auto pause = Seconds(options_.interval);
+        if (options_.timeout)
+            pause = std::clamp(Seconds(*options_.timeout) - Seconds(Clock::now() - start), Seconds(0), pause);
         return std::chrono::ceil<std::chrono::milliseconds>(pause);
     }
 
@@ -136,14 +140,14 @@ private:
 
     Session& session_;
     Output& output_;
-    const Arguments& arguments_;
+    const FollowOptions& options_;
     std::optional<std::uint8_t> wanted_;
     std::shared_ptr<LpcPostCode_v1_0> receiver_;
     std::vector<FifoEntry> seen_;
 };
 
-void follow(Session& session, Output& output, const Arguments& arguments) {
-    Follower follower(session, output, arguments);
+void follow(Session& session, Output& output, const FollowOptions& options) {
+    Follower follower(session, output, options);
     bool reached = false;
     const auto finish = [&] {
         output.show([&](JsonWriter& json) { follower.write(json, reached); }, [](TextWriter&) {});
@@ -158,18 +162,16 @@ void follow(Session& session, Output& output, const Arguments& arguments) {
     }
     finish();
     if (follower.hasWanted() && !reached)
-        throw Failure(ExitCode::refused, fmt::format("POST code {} did not come within {} s", arguments.until,
-                                                     *arguments.timeout));
+        throw Failure(ExitCode::refused,
+                      fmt::format("POST code {} did not come within {} s", options.until, *options.timeout));
 }
 
-void list(Session& session, Output& output, const Arguments& arguments) {
-    const auto receiver = receiverOf(session, arguments);
-    const auto get = callOf<FifoGetReply>(*receiver, "fifoGet");
-    const auto status = callOf<FifoStatusReply>(*receiver, "fifoStatusGet");
-    const auto last = callOf<PostCodeGetReply>(*receiver, "postCodeGet");
-    session.run({get, status, last});
-    for (const auto& method : std::vector<std::shared_ptr<Method>>{get, status, last})
-        requireSuccess(*method);
+void list(Session& session, Output& output, const ObjectOptions& options) {
+    const auto receiver = receiverOf(session, options);
+    const auto get = callOf(*receiver, lpcPostCode_v1_0::fifoGet);
+    const auto status = callOf(*receiver, lpcPostCode_v1_0::fifoStatusGet);
+    const auto last = callOf(*receiver, lpcPostCode_v1_0::postCodeGet);
+    session.runAll({get, status, last});
 
     const auto entries = get->take().entries;
     const auto state = status->value();
@@ -192,37 +194,21 @@ void list(Session& session, Output& output, const Arguments& arguments) {
         });
 }
 
-void clear(Session& session, Output& output, const Arguments& arguments) {
-    const auto receiver = receiverOf(session, arguments);
-    std::vector<std::shared_ptr<Method>> calls;
-    for (const auto* name : {"fifoClear", "fifoStatusClear"})
-        calls.push_back(std::make_shared<Method>(name, *receiver, dto::Params{}));
-    session.run(calls);
-    for (const auto& call : calls)
-        requireSuccess(*call);
+void clear(Session& session, Output& output, const ObjectOptions& options) {
+    const auto receiver = receiverOf(session, options);
+    session.runAll(
+        {receiver->make(lpcPostCode_v1_0::fifoClear), receiver->make(lpcPostCode_v1_0::fifoStatusClear)});
     output.show({{"object", receiver->getFullName()}});
 }
 
 } // namespace
 
-void addPost(CLI::App& tool, Program& program) {
-    CommandGroup<Arguments> post(tool, program, "post", "The POST codes of a booting board");
-    auto& arguments = post.arguments();
-    post.group().add_option("--object", arguments.object,
-                            "Full name of the receiver; not needed where there is only one");
-
-    auto* following = post.add("follow", "Show codes as they come, and take them from the device", follow);
-    following
-        ->add_option("--timeout", arguments.timeout, "After how many seconds it ends, never unless given")
-        ->check(numberFrom(0.0, 1e6));
-    following->add_option("--until", arguments.until,
-                          "The code, in hexadecimal, after which it ends; a time-out before is a failure");
-    following->add_option("--interval", arguments.interval, "How many seconds between two looks")
-        ->check(numberFrom(0.001, 1e6))
-        ->capture_default_str();
-
-    post.add("list", "The codes that the device holds", list);
-    post.add("clear", "Drop the codes that the device holds", clear);
+std::vector<Command> postCommands() {
+    return {
+        command("post follow", "Show codes as they come, and take them from the device", follow),
+        command("post list", "The codes that the device holds", list),
+        command("post clear", "Drop the codes that the device holds", clear),
+    };
 }
 
 } // namespace TAVO::cli

@@ -6,19 +6,15 @@
 #include <utility>
 #include <vector>
 
-#include <fmt/format.h>
+#include <tavo/cli/output.h>
+#include <tavo/cli/session.h>
 
 namespace TAVO::cli {
 
 namespace {
 
 using CommonModules::Relay_v1_0;
-
-struct Arguments {
-    std::string name;
-    std::string state;
-    std::int32_t value = 0;
-};
+namespace relay_v1_0 = CommonModules::TAVOXTranscode::relay_v1_0;
 
 const char* stateText(std::uint8_t state) { return state != 0 ? "on" : "off"; }
 
@@ -26,7 +22,7 @@ nlohmann::json documentOf(const std::string& name, std::uint8_t state) {
     return {{"name", name}, {"state", state}, {"on", state != 0}};
 }
 
-void listRelays(Session& session, Output& output, const Arguments&) {
+void listRelays(Session& session, Output& output) {
     using Get = std::shared_ptr<BoundMethod<dto::relay::GetReply>>;
     std::vector<std::pair<std::shared_ptr<Relay_v1_0>, Get>> relays;
     std::vector<std::shared_ptr<Method>> batch;
@@ -50,62 +46,64 @@ void listRelays(Session& session, Output& output, const Arguments&) {
         });
 }
 
-void getRelay(Session& session, Output& output, const Arguments& arguments) {
-    const auto relay = session.find<Relay_v1_0>(arguments.name, "relay");
-    const auto state = session.value(relay->getGetMethod()).state;
-    output.show(documentOf(arguments.name, state),
+struct RelayOptions {
+    std::string name;
+
+    void describe(OptionList& list) { list.add("name", name, "Full name of the relay", {.required = true}); }
+};
+
+std::shared_ptr<Relay_v1_0> relayOf(Session& session, const RelayOptions& options) {
+    return session.find<Relay_v1_0>(options.name, "relay");
+}
+
+void getRelay(Session& session, Output& output, const RelayOptions& options) {
+    const auto state = session.value(*relayOf(session, options), relay_v1_0::get).state;
+    output.show(documentOf(options.name, state),
                 [&](TextWriter& text) { text.print("{}\n", stateText(state)); });
 }
 
-void showDone(Output& output, const Arguments& arguments, const Method& method) {
-    output.show({{"name", arguments.name}, {"returnCode", method.returnCode()}});
+void showDone(Output& output, const RelayOptions& options) {
+    output.show({{"name", options.name}, {"returnCode", 0}});
 }
 
-void setRelay(Session& session, Output& output, const Arguments& arguments) {
-    const auto relay = session.find<Relay_v1_0>(arguments.name, "relay");
-    const auto method = relay->getSetMethod(arguments.state == "on");
-    session.execute(method);
-    showDone(output, arguments, *method);
+struct SetOptions : RelayOptions {
+    std::string state;
+
+    void describe(OptionList& list) {
+        RelayOptions::describe(list);
+        list.add("state", state, "on or off", {.required = true, .choices = {"on", "off"}});
+    }
+};
+
+void setRelay(Session& session, Output& output, const SetOptions& options) {
+    session.execute(*relayOf(session, options), relay_v1_0::set, options.state == "on");
+    showDone(output, options);
 }
 
-void toggleRelay(Session& session, Output& output, const Arguments& arguments) {
-    const auto relay = session.find<Relay_v1_0>(arguments.name, "relay");
-    const auto method = relay->getToggleMethod(arguments.value);
-    session.execute(method);
-    showDone(output, arguments, *method);
+struct ToggleOptions : RelayOptions {
+    std::int32_t value = 0;
+
+    void describe(OptionList& list) {
+        RelayOptions::describe(list);
+        list.add("value", value,
+                 "A number that the device defines, 0 unless given; -- before a negative one");
+    }
+};
+
+void toggleRelay(Session& session, Output& output, const ToggleOptions& options) {
+    session.execute(*relayOf(session, options), relay_v1_0::toggle, options.value);
+    showDone(output, options);
 }
 
 } // namespace
 
-void addRelay(CLI::App& tool, Program& program) {
-    auto* relay = tool.add_subcommand("relay", "Look at relays and switch them");
-    relay->require_subcommand(1);
-    const auto arguments = std::make_shared<Arguments>();
-    const auto add = [&](const char* name, const char* description,
-                         void (*action)(Session&, Output&, const Arguments&)) {
-        auto* command = relay->add_subcommand(name, description);
-        command->callback([&program, arguments, action] {
-            program.action = [arguments, action](Session& session, Output& output) {
-                action(session, output, *arguments);
-            };
-        });
-        return command;
+std::vector<Command> relayCommands() {
+    return {
+        command("relay list", "All relays and their states", listRelays),
+        command("relay get", "The state of a relay: on or off", getRelay),
+        command("relay set", "Switch a relay", setRelay),
+        command("relay toggle", "Toggle a relay", toggleRelay),
     };
-    const auto addName = [&](CLI::App* command) {
-        command->add_option("name", arguments->name, "Full name of the relay")->required();
-    };
-
-    add("list", "All relays and their states", listRelays);
-    addName(add("get", "The state of a relay: on or off", getRelay));
-
-    auto* set = add("set", "Switch a relay", setRelay);
-    addName(set);
-    set->add_option("state", arguments->state, "on or off")->required()->check(CLI::IsMember({"on", "off"}));
-
-    auto* toggle = add("toggle", "Toggle a relay", toggleRelay);
-    addName(toggle);
-    toggle->add_option("value", arguments->value,
-                       "A number that the device defines, 0 unless given; -- before a negative one");
 }
 
 } // namespace TAVO::cli

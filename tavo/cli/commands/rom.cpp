@@ -12,12 +12,12 @@
 
 #include <fmt/format.h>
 
-#include <tavo/cli/command_group.h>
 #include <tavo/cli/consent.h>
 #include <tavo/cli/files.h>
 #include <tavo/cli/interrupt.h>
 #include <tavo/cli/new_file.h>
 #include <tavo/cli/object_choice.h>
+#include <tavo/cli/output.h>
 #include <tavo/cli/progress_bar.h>
 
 namespace TAVO::cli {
@@ -25,20 +25,24 @@ namespace TAVO::cli {
 namespace {
 
 using HWDebug::LpcRomEmulation_v1_0;
+namespace lpcRomEmulation_v1_0 = TAVOXTranscode::lpcRomEmulation_v1_0;
 using Bytes = std::vector<std::uint8_t>;
 
 constexpr std::uint32_t chunkSize = 1024 * 1024;
 constexpr std::uint32_t chunksPerExchange = 2;
 constexpr std::uint32_t highest = 0x7fffffff;
 
-struct Arguments {
-    std::string object;
+/// A file, and where its content lies in the memory.
+struct FileOptions : ObjectOptions {
     std::string file;
     std::uint32_t offset = 0;
-    std::optional<std::uint32_t> length;
-    bool unverified = false;
-    bool enable = false;
-    bool yes = false;
+
+protected:
+    void describeFile(OptionList& list, const char* help) {
+        list.add("file", file, help, {.required = true, .kind = ValueKind::file});
+        list.add("--offset", offset, "Where in the memory, 0 unless given",
+                 {.limits = between(std::uint32_t{0}, highest)});
+    }
 };
 
 /// A part of the ROM's memory.
@@ -50,10 +54,11 @@ struct Part {
 /// The memory of one ROM emulation, moved in few exchanges. Between them signals end the work.
 class RomMemory {
 public:
-    RomMemory(Session& session, const Arguments& arguments)
+    RomMemory(Session& session, const FileOptions& options)
         : session_(session)
-        , rom_(chooseObject<LpcRomEmulation_v1_0>(session, arguments.object, "ROM emulation"))
-        , size_(static_cast<std::uint32_t>(std::max(0, session.value(rom_->getSramSizeGetMethod()).size))) {}
+        , rom_(chooseObject<LpcRomEmulation_v1_0>(session, options.object, "ROM emulation"))
+        , size_(static_cast<std::uint32_t>(
+              std::max(0, session.value(*rom_, lpcRomEmulation_v1_0::sramSizeGet).size))) {}
 
     const LpcRomEmulation_v1_0& rom() const { return *rom_; }
     std::uint32_t size() const { return size_; }
@@ -76,9 +81,7 @@ public:
                 calls.push_back(rom_->getSramSetMethod(static_cast<int>(offset + part.offset),
                                                        Bytes(chunk.begin(), chunk.end())));
             }
-            session_.run(calls);
-            for (const auto& call : calls)
-                requireSuccess(*call);
+            session_.runAll(calls);
         });
     }
 
@@ -126,16 +129,16 @@ private:
     std::uint32_t size_;
 };
 
-Bytes imageOf(const Arguments& arguments) {
-    const auto content = readFile(arguments.file);
+Bytes imageOf(const FileOptions& options) {
+    const auto content = readFile(options.file);
     if (content.empty())
-        throw Failure(ExitCode::usage, fmt::format("'{}' is empty", arguments.file));
+        throw Failure(ExitCode::usage, fmt::format("'{}' is empty", options.file));
     return {content.begin(), content.end()};
 }
 
-void compare(RomMemory& memory, const Arguments& arguments, const Bytes& image) {
+void compare(RomMemory& memory, const FileOptions& options, const Bytes& image) {
     const auto length = static_cast<std::uint32_t>(image.size());
-    memory.read("verifying", arguments.offset, length, [&](std::uint32_t place, const Bytes& data) {
+    memory.read("verifying", options.offset, length, [&](std::uint32_t place, const Bytes& data) {
         const auto [found, wanted] =
             std::mismatch(data.begin(), data.end(), image.begin() + static_cast<std::ptrdiff_t>(place));
         if (found == data.end())
@@ -144,90 +147,97 @@ void compare(RomMemory& memory, const Arguments& arguments, const Bytes& image) 
         throw Failure(ExitCode::refused,
                       fmt::format("first difference at offset 0x{:x}: the device has 0x{:02x}, '{}' has "
                                   "0x{:02x} at 0x{:x}",
-                                  arguments.offset + at, *found, arguments.file, *wanted, at));
+                                  options.offset + at, *found, options.file, *wanted, at));
     });
 }
 
-nlohmann::json documentOf(const RomMemory& memory, const Arguments& arguments, std::size_t bytes) {
+nlohmann::json documentOf(const RomMemory& memory, const FileOptions& options, std::size_t bytes) {
     return {{"object", memory.rom().getFullName()},
-            {"file", arguments.file},
-            {"offset", arguments.offset},
+            {"file", options.file},
+            {"offset", options.offset},
             {"bytes", bytes}};
 }
 
-void load(Session& session, Output& output, const Arguments& arguments) {
-    const auto image = imageOf(arguments);
-    requireConsent(fmt::format("Replace {} bytes at offset {} of the ROM?", image.size(), arguments.offset),
-                   arguments.yes);
-    RomMemory memory(session, arguments);
-    memory.require(arguments.offset, image.size());
-    memory.write(arguments.offset, image);
-    if (!arguments.unverified)
-        compare(memory, arguments, image);
-    if (arguments.enable)
-        session.execute(memory.rom().getEnableSetMethod(true));
+struct LoadOptions : FileOptions {
+    bool unverified = false;
+    bool enable = false;
+    bool yes = false;
 
-    auto document = documentOf(memory, arguments, image.size());
-    document["verified"] = !arguments.unverified;
-    document["enabled"] = arguments.enable;
+    void describe(OptionList& list) {
+        describeFile(list, "The image, - being the standard input");
+        list.add("--no-verify", unverified, "Do not read it back");
+        list.add("--enable", enable, "Then let the board boot from it");
+        list.add("-y,--yes", yes, "Do not ask");
+    }
+};
+
+void load(Session& session, Output& output, const LoadOptions& options) {
+    const auto image = imageOf(options);
+    requireConsent(fmt::format("Replace {} bytes at offset {} of the ROM?", image.size(), options.offset),
+                   options.yes);
+    RomMemory memory(session, options);
+    memory.require(options.offset, image.size());
+    memory.write(options.offset, image);
+    if (!options.unverified)
+        compare(memory, options, image);
+    if (options.enable)
+        session.execute(memory.rom(), lpcRomEmulation_v1_0::enableSet, true);
+
+    auto document = documentOf(memory, options, image.size());
+    document["verified"] = !options.unverified;
+    document["enabled"] = options.enable;
     output.show(document, [&](TextWriter& text) {
-        text.print("{} bytes loaded{}{}\n", image.size(), arguments.unverified ? "" : ", verified",
-                   arguments.enable ? ", enabled" : "");
+        text.print("{} bytes loaded{}{}\n", image.size(), options.unverified ? "" : ", verified",
+                   options.enable ? ", enabled" : "");
     });
 }
 
-void save(Session& session, Output& output, const Arguments& arguments) {
-    if (arguments.file == "-")
+struct SaveOptions : FileOptions {
+    std::optional<std::uint32_t> length;
+
+    void describe(OptionList& list) {
+        describeFile(list, "The file, which is replaced when all was read");
+        list.add("--length", length, "How many bytes, the rest of the memory unless given",
+                 {.limits = between(std::uint32_t{0}, highest)});
+    }
+};
+
+void save(Session& session, Output& output, const SaveOptions& options) {
+    if (options.file == "-")
         throw Failure(ExitCode::usage, "the memory is saved to a file, not to the standard output");
-    RomMemory memory(session, arguments);
-    const auto length = arguments.length.value_or(memory.size() - std::min(arguments.offset, memory.size()));
-    memory.require(arguments.offset, length);
-    NewFile file(arguments.file);
-    memory.read("reading", arguments.offset, length,
+    RomMemory memory(session, options);
+    const auto length = options.length.value_or(memory.size() - std::min(options.offset, memory.size()));
+    memory.require(options.offset, length);
+    NewFile file(options.file);
+    memory.read("reading", options.offset, length,
                 [&](std::uint32_t, const Bytes& data) { file.write(data); });
     file.complete();
-    output.show(documentOf(memory, arguments, length),
+    output.show(documentOf(memory, options, length),
                 [&](TextWriter& text) { text.print("{} bytes saved\n", length); });
 }
 
-void verify(Session& session, Output& output, const Arguments& arguments) {
-    const auto image = imageOf(arguments);
-    RomMemory memory(session, arguments);
-    memory.require(arguments.offset, image.size());
-    compare(memory, arguments, image);
-    auto document = documentOf(memory, arguments, image.size());
+struct VerifyOptions : FileOptions {
+    void describe(OptionList& list) { describeFile(list, "The image, - being the standard input"); }
+};
+
+void verify(Session& session, Output& output, const VerifyOptions& options) {
+    const auto image = imageOf(options);
+    RomMemory memory(session, options);
+    memory.require(options.offset, image.size());
+    compare(memory, options, image);
+    auto document = documentOf(memory, options, image.size());
     document["verified"] = true;
     output.show(document, [&](TextWriter& text) { text.print("{} bytes verified\n", image.size()); });
 }
 
 } // namespace
 
-void addRom(CLI::App& tool, Program& program) {
-    CommandGroup<Arguments> rom(tool, program, "rom", "The memory that serves a board's boot ROM");
-    auto& arguments = rom.arguments();
-    rom.group().add_option("--object", arguments.object,
-                           "Full name of the ROM emulation; not needed where there is only one");
-    const auto add = [&](const char* name, const char* description, const char* file,
-                         CommandGroup<Arguments>::Action action) {
-        auto* command = rom.add(name, description, std::move(action));
-        command->add_option("file", arguments.file, file)->required();
-        command->add_option("--offset", arguments.offset, "Where in the memory, 0 unless given")
-            ->check(CLI::Range(std::uint32_t{0}, highest));
-        return command;
+std::vector<Command> romCommands() {
+    return {
+        command("rom load", "Write an image and read it back, after a question", load),
+        command("rom save", "Read the memory into a file", save),
+        command("rom verify", "Compare the memory with an image", verify),
     };
-
-    auto* loading = add("load", "Write an image and read it back, after a question",
-                        "The image, - being the "
-                        "standard input",
-                        load);
-    loading->add_flag("--no-verify", arguments.unverified, "Do not read it back");
-    loading->add_flag("--enable", arguments.enable, "Then let the board boot from it");
-    loading->add_flag("-y,--yes", arguments.yes, "Do not ask");
-
-    add("save", "Read the memory into a file", "The file, which is replaced when all was read", save)
-        ->add_option("--length", arguments.length, "How many bytes, the rest of the memory unless given")
-        ->check(CLI::Range(std::uint32_t{0}, highest));
-    add("verify", "Compare the memory with an image", "The image, - being the standard input", verify);
 }
 
 } // namespace TAVO::cli

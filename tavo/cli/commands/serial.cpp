@@ -12,11 +12,11 @@
 #include <unistd.h>
 
 #include <tavo/cli/interrupt.h>
-#include <tavo/cli/number_check.h>
 #include <tavo/cli/object_choice.h>
+#include <tavo/cli/output.h>
 #include <tavo/cli/raw_terminal.h>
 #include <tavo/cli/serial_link.h>
-#include <tavo/cli/visible_text.h>
+#include <tavo/cli/values/visible_text.h>
 
 namespace TAVO::cli {
 
@@ -28,7 +28,7 @@ using Seconds = std::chrono::duration<double>;
 constexpr char leaveKey = 0x1d; // Ctrl-]
 constexpr std::chrono::milliseconds lookInterval(40);
 
-struct Arguments {
+struct SerialOptions {
     std::string object;
     int baud = 115200;
     int dataBits = 8;
@@ -40,6 +40,25 @@ struct Arguments {
     bool loopback = false;
     double wait = 1;
     std::string until;
+
+    void describe(OptionList& list) {
+        const auto line = "Line";
+        list.add("--object", object, "Full name of the port; not needed where there is only one");
+        list.add("--baud", baud, "Bits per second", {.showsDefault = true, .heading = line});
+        list.add("--bits", dataBits, "Data bits", {.showsDefault = true, .heading = line});
+        list.add("--parity", parity, "none, even or odd",
+                 {.showsDefault = true, .choices = {"none", "even", "odd"}, .heading = line});
+        list.add("--stop", stopBits, "Stop bits", {.showsDefault = true, .heading = line});
+        list.add("--rtscts", rtsCts, "RTS/CTS handshake", {.heading = line});
+        list.add("--dtrdsr", dtrDsr, "DTR/DSR handshake", {.heading = line});
+        list.add("--xonxoff", xonXoff, "XON/XOFF handshake", {.heading = line});
+        list.add("--loopback", loopback, "What is sent comes back", {.heading = line});
+        list.add("--wait", wait, "How many seconds to listen after the end of an input that is no terminal",
+                 {.showsDefault = true, .limits = between(0.0, 1e6)});
+        list.add(
+            "--until", until,
+            "A text that ends it; with an input that is no terminal it is a failure when it does not come");
+    }
 
     dto::com::OpenRequest settings() const {
         dto::com::OpenRequest request;
@@ -91,11 +110,11 @@ private:
 
 class Console {
 public:
-    Console(SerialLink& link, Output& output, const Arguments& arguments)
+    Console(SerialLink& link, Output& output, const SerialOptions& options)
         : link_(link)
         , output_(output)
-        , wait_(arguments.wait)
-        , text_(arguments.until) {}
+        , wait_(options.wait)
+        , text_(options.until) {}
 
     /// Returns whether the wanted text came.
     bool run(Input& input) {
@@ -137,15 +156,15 @@ private:
     std::string received_;
 };
 
-void talk(Session& session, Output& output, const Arguments& arguments) {
+void talk(Session& session, Output& output, const SerialOptions& options) {
     Input input;
     if (input.isTerminal() && output.isJson())
         throw Failure(ExitCode::usage, "--json is not for a console on the terminal");
-    const auto port = chooseObject<CommonModules::Com_v1_0>(session, arguments.object, "serial port");
-    SerialLink link(session, port, arguments.settings());
+    const auto port = chooseObject<CommonModules::Com_v1_0>(session, options.object, "serial port");
+    SerialLink link(session, port, options.settings());
     if (input.isTerminal())
         std::fputs(fmt::format("{}: Ctrl-] leaves\n", visible(port->getFullName())).c_str(), stderr);
-    Console console(link, output, arguments);
+    Console console(link, output, options);
     const bool reached = console.run(input);
     link.close();
 
@@ -153,7 +172,7 @@ void talk(Session& session, Output& output, const Arguments& arguments) {
         [&](JsonWriter& json) {
             json.object([&] {
                 json.key("object").text(port->getFullName());
-                if (!arguments.until.empty())
+                if (!options.until.empty())
                     json.key("reached").flag(reached);
                 json.key("received").exactText(console.received());
             });
@@ -161,42 +180,14 @@ void talk(Session& session, Output& output, const Arguments& arguments) {
         [](TextWriter&) {});
     if (input.isTerminal())
         std::fputs("\n", stderr);
-    if (!arguments.until.empty() && !reached && !input.isTerminal())
-        throw Failure(ExitCode::refused, fmt::format("'{}' did not come", arguments.until));
+    if (!options.until.empty() && !reached && !input.isTerminal())
+        throw Failure(ExitCode::refused, fmt::format("'{}' did not come", options.until));
 }
 
 } // namespace
 
-void addSerial(CLI::App& tool, Program& program) {
-    auto* serial = tool.add_subcommand("serial", "A console on the serial port: Ctrl-] leaves");
-    const auto arguments = std::make_shared<Arguments>();
-    serial->callback([&program, arguments] {
-        program.action = [arguments](Session& session, Output& output) { talk(session, output, *arguments); };
-    });
-    serial->add_option("--object", arguments->object,
-                       "Full name of the port; not needed where there is only one");
-
-    const auto line = "Line";
-    serial->add_option("--baud", arguments->baud, "Bits per second")->capture_default_str()->group(line);
-    serial->add_option("--bits", arguments->dataBits, "Data bits")->capture_default_str()->group(line);
-    serial->add_option("--parity", arguments->parity, "none, even or odd")
-        ->check(CLI::IsMember({"none", "even", "odd"}))
-        ->capture_default_str()
-        ->group(line);
-    serial->add_option("--stop", arguments->stopBits, "Stop bits")->capture_default_str()->group(line);
-    serial->add_flag("--rtscts", arguments->rtsCts, "RTS/CTS handshake")->group(line);
-    serial->add_flag("--dtrdsr", arguments->dtrDsr, "DTR/DSR handshake")->group(line);
-    serial->add_flag("--xonxoff", arguments->xonXoff, "XON/XOFF handshake")->group(line);
-    serial->add_flag("--loopback", arguments->loopback, "What is sent comes back")->group(line);
-
-    serial
-        ->add_option("--wait", arguments->wait,
-                     "How many seconds to listen after the end of an input that is no terminal")
-        ->check(numberFrom(0.0, 1e6))
-        ->capture_default_str();
-    serial->add_option(
-        "--until", arguments->until,
-        "A text that ends it; with an input that is no terminal it is a failure when it does not come");
+std::vector<Command> serialCommands() {
+    return {command("serial", "A console on the serial port: Ctrl-] leaves", talk)};
 }
 
 } // namespace TAVO::cli

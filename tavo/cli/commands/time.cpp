@@ -2,36 +2,45 @@
 
 #include <charconv>
 #include <chrono>
+#include <cstdint>
 #include <map>
-#include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
 
 #include <fmt/format.h>
 
-#include <tavo/cli/moment.h>
+#include <tavo/cli/output.h>
+#include <tavo/cli/session.h>
+#include <tavo/cli/user_input.h>
+#include <tavo/cli/values/moment.h>
 
 namespace TAVO::cli {
 
 namespace {
 
-struct Arguments {
-    std::string time;
-    std::string unit;
-};
+namespace system_v1_0 = TAVOXTranscode::system_v1_0;
 
 const std::map<std::string, ClockUnit> units = {{"s", ClockUnit::seconds},
                                                 {"ms", ClockUnit::milliseconds},
                                                 {"us", ClockUnit::microseconds},
                                                 {"ns", ClockUnit::nanoseconds}};
 
-void getTime(Session& session, Output& output, const Arguments& arguments) {
-    const std::int64_t time = session.value(session.device().getSystem()->getTimeGetMethod());
+struct UnitOptions {
+    std::string unit;
+
+    void describe(OptionList& list) {
+        list.add("--unit", unit,
+                 "What the device counts since 1970, which is the device's to define: s, ms, us or ns",
+                 {.choices = {"s", "ms", "us", "ns"}});
+    }
+};
+
+void getTime(Session& session, Output& output, const UnitOptions& options) {
+    const auto time = session.value(*session.device().getSystem(), system_v1_0::timeGet).time;
     nlohmann::json document = {{"time", time}};
     std::string moment;
-    if (!arguments.unit.empty()) {
-        moment = momentText(time, units.at(arguments.unit));
+    if (!options.unit.empty()) {
+        moment = momentText(time, units.at(options.unit));
         document["moment"] = moment;
     }
     output.show(document,
@@ -54,55 +63,44 @@ std::int64_t now(ClockUnit unit) {
            (static_cast<std::int64_t>(ClockUnit::nanoseconds) / static_cast<std::int64_t>(unit));
 }
 
-std::int64_t wantedTime(const Arguments& arguments) {
-    if (const auto number = parseNumber(arguments.time))
-        return *number;
-    if (arguments.unit.empty())
-        throw Failure(ExitCode::usage,
-                      fmt::format("'{}' is no number: for a moment, --unit says what the device counts",
-                                  arguments.time));
-    const auto unit = units.at(arguments.unit);
-    try {
-        return arguments.time == "now" ? now(unit) : parseMoment(arguments.time, unit);
-    } catch (const std::invalid_argument& error) {
-        throw Failure(ExitCode::usage, error.what());
+struct SetOptions : UnitOptions {
+    std::string time;
+
+    void describe(OptionList& list) {
+        UnitOptions::describe(list);
+        list.add("time", time,
+                 "A number as the device counts (-- before a negative one); with --unit also a moment such "
+                 "as 2024-05-06T07:08:09Z, or now",
+                 {.required = true});
     }
+};
+
+std::int64_t wantedTime(const SetOptions& options) {
+    if (const auto number = parseNumber(options.time))
+        return *number;
+    if (options.unit.empty())
+        throw Failure(
+            ExitCode::usage,
+            fmt::format("'{}' is no number: for a moment, --unit says what the device counts", options.time));
+    const auto unit = units.at(options.unit);
+    if (options.time == "now")
+        return now(unit);
+    return parseInput([&] { return parseMoment(options.time, unit); });
 }
 
-void setTime(Session& session, Output& output, const Arguments& arguments) {
-    const auto time = wantedTime(arguments);
-    session.execute(session.device().getSystem()->getTimeSetMethod(time));
+void setTime(Session& session, Output& output, const SetOptions& options) {
+    const auto time = wantedTime(options);
+    session.execute(*session.device().getSystem(), system_v1_0::timeSet, time);
     output.show({{"time", time}}, [&](TextWriter& text) { text.print("{}\n", time); });
 }
 
 } // namespace
 
-void addTime(CLI::App& tool, Program& program) {
-    auto* time = tool.add_subcommand("time", "Read and set the device's clock");
-    time->require_subcommand(1);
-    const auto arguments = std::make_shared<Arguments>();
-    const auto add = [&](const char* name, const char* description,
-                         void (*action)(Session&, Output&, const Arguments&)) {
-        auto* command = time->add_subcommand(name, description);
-        command
-            ->add_option(
-                "--unit", arguments->unit,
-                "What the device counts since 1970, which is the device's to define: s, ms, us or ns")
-            ->check(CLI::IsMember({"s", "ms", "us", "ns"}));
-        command->callback([&program, arguments, action] {
-            program.action = [arguments, action](Session& session, Output& output) {
-                action(session, output, *arguments);
-            };
-        });
-        return command;
+std::vector<Command> timeCommands() {
+    return {
+        command("time get", "The clock as the device counts it; with --unit also as date and time", getTime),
+        command("time set", "Set the clock", setTime),
     };
-    add("get", "The clock as the device counts it; with --unit also as date and time", getTime);
-    add("set", "Set the clock", setTime)
-        ->add_option(
-            "time", arguments->time,
-            "A number as the device counts (-- before a negative one); with --unit also a moment such "
-            "as 2024-05-06T07:08:09Z, or now")
-        ->required();
 }
 
 } // namespace TAVO::cli

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include <tavo/cli/output.h>
 #include <tavo/cli/prepared_call.h>
 
 namespace TAVO::cli {
@@ -153,9 +154,17 @@ private:
     const Strokes& strokes_;
 };
 
-void showTree(Session& session, Output& output, bool withMethods) {
+struct TreeOptions {
+    bool methods = false;
+
+    void describe(OptionList& list) {
+        list.add("--methods", methods, "Show the methods of every object, with their parameters");
+    }
+};
+
+void showTree(Session& session, Output& output, const TreeOptions& options) {
     const auto objects = session.objects();
-    const Answers answers(session, objects, withMethods);
+    const Answers answers(session, objects, options.methods);
     Objects roots;
     for (const auto& object : objects)
         if (!object->getParent())
@@ -175,16 +184,8 @@ void showTree(Session& session, Output& output, bool withMethods) {
 
 } // namespace
 
-void addTree(CLI::App& tool, Program& program) {
-    auto* command =
-        tool.add_subcommand("tree", "Draw the device's objects: name, type, version, #instance id");
-    const auto withMethods = std::make_shared<bool>(false);
-    command->add_flag("--methods", *withMethods, "Show the methods of every object, with their parameters");
-    command->callback([&program, withMethods] {
-        program.action = [withMethods](Session& session, Output& output) {
-            showTree(session, output, *withMethods);
-        };
-    });
+std::vector<Command> treeCommands() {
+    return {command("tree", "Draw the device's objects: name, type, version, #instance id", showTree)};
 }
 
 } // namespace TAVO::cli

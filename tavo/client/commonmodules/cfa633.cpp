@@ -5,17 +5,11 @@
 
 namespace CommonModules::TAVOXTranscode::cfa633_v1_0 {
 
-namespace {
-
 constexpr auto table = tableOf(lcdPrint, lcdClear, lcdBackLight);
-
-} // namespace
 
 MethodRows rows() noexcept { return table; }
 
-TAVO_FUNCTION_NAMES(lcdPrint);
-TAVO_FUNCTION_NAMES(lcdClear);
-TAVO_FUNCTION_NAMES(lcdBackLight);
+TAVO_FUNCTION_NAMES(lcdPrint, lcdClear, lcdBackLight);
 
 } // namespace CommonModules::TAVOXTranscode::cfa633_v1_0
 

@@ -5,18 +5,11 @@
 
 namespace CommonModules::TAVOXTranscode::com_v1_0 {
 
-namespace {
-
 constexpr auto table = tableOf(open, close, recv, send);
-
-} // namespace
 
 MethodRows rows() noexcept { return table; }
 
-TAVO_FUNCTION_NAMES(open);
-TAVO_FUNCTION_NAMES(close);
-TAVO_FUNCTION_NAMES(recv);
-TAVO_FUNCTION_NAMES(send);
+TAVO_FUNCTION_NAMES(open, close, recv, send);
 
 } // namespace CommonModules::TAVOXTranscode::com_v1_0
 

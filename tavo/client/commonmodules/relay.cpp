@@ -5,27 +5,17 @@
 
 namespace CommonModules::TAVOXTranscode::relay_v1_0 {
 
-namespace {
-
 constexpr auto table = tableOf(get, set, toggle);
-
-} // namespace
 
 MethodRows rows() noexcept { return table; }
 
-TAVO_FUNCTION_NAMES(get);
-TAVO_FUNCTION_NAMES(set);
-TAVO_FUNCTION_NAMES(toggle);
+TAVO_FUNCTION_NAMES(get, set, toggle);
 
 } // namespace CommonModules::TAVOXTranscode::relay_v1_0
 
 namespace CommonModules::TAVOXTranscode::cmosRelay_v1_0 {
 
-namespace {
-
 constexpr auto table = tableOf(cmosClear);
-
-} // namespace
 
 MethodRows rows() noexcept { return table; }
 

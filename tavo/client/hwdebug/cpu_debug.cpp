@@ -12,11 +12,7 @@ MethodRows rows() noexcept { return {}; }
 
 namespace TAVO::TAVOXTranscode::cpuDebug_v1_1 {
 
-namespace {
-
 constexpr auto table = tableOf(headerStatusGet);
-
-} // namespace
 
 MethodRows rows() noexcept { return table; }
 

@@ -6,18 +6,11 @@
 
 namespace TAVO::TAVOXTranscode::gpuDebug_v1_0 {
 
-namespace {
-
 constexpr auto table = tableOf(headerStatusGet, headerModeGet, headerModeSet, ioPxEnGet);
-
-} // namespace
 
 MethodRows rows() noexcept { return table; }
 
-TAVO_FUNCTION_NAMES(headerStatusGet);
-TAVO_FUNCTION_NAMES(headerModeGet);
-TAVO_FUNCTION_NAMES(headerModeSet);
-TAVO_FUNCTION_NAMES(ioPxEnGet);
+TAVO_FUNCTION_NAMES(headerStatusGet, headerModeGet, headerModeSet, ioPxEnGet);
 
 } // namespace TAVO::TAVOXTranscode::gpuDebug_v1_0
 

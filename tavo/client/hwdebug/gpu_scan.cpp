@@ -6,25 +6,13 @@
 
 namespace TAVO::TAVOXTranscode::gpuScan_v1_0 {
 
-namespace {
-
 constexpr auto table = tableOf(scan, optionSckFrequencyGet, optionSckFrequencySet, ioSckGet, ioSckSet,
                                ioSdoGet, enableGet, enableSet, headerStatusGet, headerStatusClear);
 
-} // namespace
-
 MethodRows rows() noexcept { return table; }
 
-TAVO_FUNCTION_NAMES(scan);
-TAVO_FUNCTION_NAMES(optionSckFrequencyGet);
-TAVO_FUNCTION_NAMES(optionSckFrequencySet);
-TAVO_FUNCTION_NAMES(ioSckGet);
-TAVO_FUNCTION_NAMES(ioSckSet);
-TAVO_FUNCTION_NAMES(ioSdoGet);
-TAVO_FUNCTION_NAMES(enableGet);
-TAVO_FUNCTION_NAMES(enableSet);
-TAVO_FUNCTION_NAMES(headerStatusGet);
-TAVO_FUNCTION_NAMES(headerStatusClear);
+TAVO_FUNCTION_NAMES(scan, optionSckFrequencyGet, optionSckFrequencySet, ioSckGet, ioSckSet, ioSdoGet,
+                    enableGet, enableSet, headerStatusGet, headerStatusClear);
 
 } // namespace TAVO::TAVOXTranscode::gpuScan_v1_0
 

@@ -9,39 +9,21 @@
 
 namespace TAVO::TAVOXTranscode::hdt_v1_0 {
 
-namespace {
-
 constexpr auto table = tableOf(ioDbreqGet, ioDbreqSet, ioDbrdyGet, ioDbrdySnapshotGet, ioDbrdySnapshotClear,
                                ioResetGet, ioPwrokGet, optionDbreqOnDbrdySet, optionDbreqOnDbrdyGet,
                                optionDbreqOnResetSet, optionDbreqOnResetGet, optionDbreqPulseWidthSet,
                                optionDbreqPulseWidthGet, frequencyGet, enableGet, enableSet);
 
-} // namespace
-
 MethodRows rows() noexcept { return table; }
 
-TAVO_FUNCTION_NAMES(ioDbreqGet);
-TAVO_FUNCTION_NAMES(ioDbreqSet);
-TAVO_FUNCTION_NAMES(ioDbrdyGet);
-TAVO_FUNCTION_NAMES(ioDbrdySnapshotGet);
-TAVO_FUNCTION_NAMES(ioDbrdySnapshotClear);
-TAVO_FUNCTION_NAMES(ioResetGet);
-TAVO_FUNCTION_NAMES(ioPwrokGet);
-TAVO_FUNCTION_NAMES(optionDbreqOnDbrdySet);
-TAVO_FUNCTION_NAMES(optionDbreqOnDbrdyGet);
-TAVO_FUNCTION_NAMES(optionDbreqOnResetSet);
-TAVO_FUNCTION_NAMES(optionDbreqOnResetGet);
-TAVO_FUNCTION_NAMES(optionDbreqPulseWidthSet);
-TAVO_FUNCTION_NAMES(optionDbreqPulseWidthGet);
-TAVO_FUNCTION_NAMES(frequencyGet);
-TAVO_FUNCTION_NAMES(enableGet);
-TAVO_FUNCTION_NAMES(enableSet);
+TAVO_FUNCTION_NAMES(ioDbreqGet, ioDbreqSet, ioDbrdyGet, ioDbrdySnapshotGet, ioDbrdySnapshotClear, ioResetGet,
+                    ioPwrokGet, optionDbreqOnDbrdySet, optionDbreqOnDbrdyGet, optionDbreqOnResetSet,
+                    optionDbreqOnResetGet, optionDbreqPulseWidthSet, optionDbreqPulseWidthGet, frequencyGet,
+                    enableGet, enableSet);
 
 } // namespace TAVO::TAVOXTranscode::hdt_v1_0
 
 namespace TAVO::TAVOXTranscode::hdt_v1_1 {
-
-namespace {
 
 constexpr auto table = tableOf(
     ioDbreqGet, ioDbreqSet, ioDbrdyGet, ioDbrdyWait, ioDbrdySnapshotGet, ioDbrdySnapshotClear,
@@ -51,39 +33,15 @@ constexpr auto table = tableOf(
     optionDbrdyMaskSet, optionDbrdyMaskGet, optionFrequencyGet, optionTriggerSetupSet, optionTriggerSetupGet,
     enableGet, enableSet, headerStatusGet, headerStatusClear);
 
-} // namespace
-
 MethodRows rows() noexcept { return table; }
 
-TAVO_FUNCTION_NAMES(ioDbreqGet);
-TAVO_FUNCTION_NAMES(ioDbreqSet);
-TAVO_FUNCTION_NAMES(ioDbrdyGet);
-TAVO_FUNCTION_NAMES(ioDbrdyWait);
-TAVO_FUNCTION_NAMES(ioDbrdySnapshotGet);
-TAVO_FUNCTION_NAMES(ioDbrdySnapshotClear);
-TAVO_FUNCTION_NAMES(ioDbreqSourceSnapshotGet);
-TAVO_FUNCTION_NAMES(ioDbreqSourceSnapshotClear);
-TAVO_FUNCTION_NAMES(ioResetGet);
-TAVO_FUNCTION_NAMES(ioPwrokGet);
-TAVO_FUNCTION_NAMES(ioTriggerSet);
-TAVO_FUNCTION_NAMES(ioTriggerGet);
-TAVO_FUNCTION_NAMES(optionDbreqOnDbrdySet);
-TAVO_FUNCTION_NAMES(optionDbreqOnDbrdyGet);
-TAVO_FUNCTION_NAMES(optionDbreqOnResetSet);
-TAVO_FUNCTION_NAMES(optionDbreqOnResetGet);
-TAVO_FUNCTION_NAMES(optionDbreqOnTriggerSet);
-TAVO_FUNCTION_NAMES(optionDbreqOnTriggerGet);
-TAVO_FUNCTION_NAMES(optionDbreqPulseWidthSet);
-TAVO_FUNCTION_NAMES(optionDbreqPulseWidthGet);
-TAVO_FUNCTION_NAMES(optionDbrdyMaskSet);
-TAVO_FUNCTION_NAMES(optionDbrdyMaskGet);
-TAVO_FUNCTION_NAMES(optionFrequencyGet);
-TAVO_FUNCTION_NAMES(optionTriggerSetupSet);
-TAVO_FUNCTION_NAMES(optionTriggerSetupGet);
-TAVO_FUNCTION_NAMES(enableGet);
-TAVO_FUNCTION_NAMES(enableSet);
-TAVO_FUNCTION_NAMES(headerStatusGet);
-TAVO_FUNCTION_NAMES(headerStatusClear);
+TAVO_FUNCTION_NAMES(ioDbreqGet, ioDbreqSet, ioDbrdyGet, ioDbrdyWait, ioDbrdySnapshotGet, ioDbrdySnapshotClear,
+                    ioDbreqSourceSnapshotGet, ioDbreqSourceSnapshotClear, ioResetGet, ioPwrokGet,
+                    ioTriggerSet, ioTriggerGet, optionDbreqOnDbrdySet, optionDbreqOnDbrdyGet,
+                    optionDbreqOnResetSet, optionDbreqOnResetGet, optionDbreqOnTriggerSet,
+                    optionDbreqOnTriggerGet, optionDbreqPulseWidthSet, optionDbreqPulseWidthGet,
+                    optionDbrdyMaskSet, optionDbrdyMaskGet, optionFrequencyGet, optionTriggerSetupSet,
+                    optionTriggerSetupGet, enableGet, enableSet, headerStatusGet, headerStatusClear);
 
 } // namespace TAVO::TAVOXTranscode::hdt_v1_1
 

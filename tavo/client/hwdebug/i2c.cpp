@@ -6,30 +6,16 @@
 
 namespace TAVO::TAVOXTranscode::i2c_v1_0 {
 
-namespace {
-
 constexpr auto table =
     tableOf(transfer, read, write, optionSclFrequencyGet, optionSclFrequencySet, optionAddressRetryLimitGet,
             optionAddressRetryLimitSet, optionTimeoutGet, optionTimeoutSet, optionAckGet, optionAckSet,
             headerStatusGet, headerStatusClear);
 
-} // namespace
-
 MethodRows rows() noexcept { return table; }
 
-TAVO_FUNCTION_NAMES(transfer);
-TAVO_FUNCTION_NAMES(read);
-TAVO_FUNCTION_NAMES(write);
-TAVO_FUNCTION_NAMES(optionSclFrequencyGet);
-TAVO_FUNCTION_NAMES(optionSclFrequencySet);
-TAVO_FUNCTION_NAMES(optionAddressRetryLimitGet);
-TAVO_FUNCTION_NAMES(optionAddressRetryLimitSet);
-TAVO_FUNCTION_NAMES(optionTimeoutGet);
-TAVO_FUNCTION_NAMES(optionTimeoutSet);
-TAVO_FUNCTION_NAMES(optionAckGet);
-TAVO_FUNCTION_NAMES(optionAckSet);
-TAVO_FUNCTION_NAMES(headerStatusGet);
-TAVO_FUNCTION_NAMES(headerStatusClear);
+TAVO_FUNCTION_NAMES(transfer, read, write, optionSclFrequencyGet, optionSclFrequencySet,
+                    optionAddressRetryLimitGet, optionAddressRetryLimitSet, optionTimeoutGet,
+                    optionTimeoutSet, optionAckGet, optionAckSet, headerStatusGet, headerStatusClear);
 
 } // namespace TAVO::TAVOXTranscode::i2c_v1_0
 

@@ -6,52 +6,23 @@
 
 namespace TAVO::TAVOXTranscode::jtag_v1_0 {
 
-namespace {
-
 constexpr auto table =
     tableOf(shiftIR, shiftDR, tdoExpectedGet, tdoExpectedSet, retryGet, retrySet, repeatGet, repeatSet,
             tapStateGet, tapStateSet, tckFrequencyGet, tckFrequencySet, sleep, terminationStateIRGet,
             terminationStateIRSet, terminationStateDRGet, terminationStateDRSet, ioTrstGet, ioTrstSet,
             ioTckGet, ioTckSet, ioTmsGet, ioTmsSet, ioTdiGet, ioTdiSet, ioTdoGet, enableGet, enableSet);
 
-} // namespace
-
 MethodRows rows() noexcept { return table; }
 
-TAVO_FUNCTION_NAMES(shiftIR);
-TAVO_FUNCTION_NAMES(shiftDR);
-TAVO_FUNCTION_NAMES(tdoExpectedGet);
-TAVO_FUNCTION_NAMES(tdoExpectedSet);
-TAVO_FUNCTION_NAMES(retryGet);
-TAVO_FUNCTION_NAMES(retrySet);
-TAVO_FUNCTION_NAMES(repeatGet);
-TAVO_FUNCTION_NAMES(repeatSet);
-TAVO_FUNCTION_NAMES(tapStateGet);
-TAVO_FUNCTION_NAMES(tapStateSet);
-TAVO_FUNCTION_NAMES(tckFrequencyGet);
-TAVO_FUNCTION_NAMES(tckFrequencySet);
-TAVO_FUNCTION_NAMES(sleep);
-TAVO_FUNCTION_NAMES(terminationStateIRGet);
-TAVO_FUNCTION_NAMES(terminationStateIRSet);
-TAVO_FUNCTION_NAMES(terminationStateDRGet);
-TAVO_FUNCTION_NAMES(terminationStateDRSet);
-TAVO_FUNCTION_NAMES(ioTrstGet);
-TAVO_FUNCTION_NAMES(ioTrstSet);
-TAVO_FUNCTION_NAMES(ioTckGet);
-TAVO_FUNCTION_NAMES(ioTckSet);
-TAVO_FUNCTION_NAMES(ioTmsGet);
-TAVO_FUNCTION_NAMES(ioTmsSet);
-TAVO_FUNCTION_NAMES(ioTdiGet);
-TAVO_FUNCTION_NAMES(ioTdiSet);
-TAVO_FUNCTION_NAMES(ioTdoGet);
-TAVO_FUNCTION_NAMES(enableGet);
-TAVO_FUNCTION_NAMES(enableSet);
+TAVO_FUNCTION_NAMES(shiftIR, shiftDR, tdoExpectedGet, tdoExpectedSet, retryGet, retrySet, repeatGet,
+                    repeatSet, tapStateGet, tapStateSet, tckFrequencyGet, tckFrequencySet, sleep,
+                    terminationStateIRGet, terminationStateIRSet, terminationStateDRGet,
+                    terminationStateDRSet, ioTrstGet, ioTrstSet, ioTckGet, ioTckSet, ioTmsGet, ioTmsSet,
+                    ioTdiGet, ioTdiSet, ioTdoGet, enableGet, enableSet);
 
 } // namespace TAVO::TAVOXTranscode::jtag_v1_0
 
 namespace TAVO::TAVOXTranscode::jtag_v1_1 {
-
-namespace {
 
 constexpr auto table =
     tableOf(shiftIR, shiftDR, tapStateGet, tapStateSet, sleep, optionTdoExpectedGet, optionTdoExpectedSet,
@@ -60,40 +31,14 @@ constexpr auto table =
             optionPrePostTckSet, ioTrstGet, ioTrstSet, ioTckGet, ioTckSet, ioTmsGet, ioTmsSet, ioTdiGet,
             ioTdiSet, ioTdoGet, enableGet, enableSet, headerStatusGet, headerStatusClear);
 
-} // namespace
-
 MethodRows rows() noexcept { return table; }
 
-TAVO_FUNCTION_NAMES(shiftIR);
-TAVO_FUNCTION_NAMES(shiftDR);
-TAVO_FUNCTION_NAMES(tapStateGet);
-TAVO_FUNCTION_NAMES(tapStateSet);
-TAVO_FUNCTION_NAMES(sleep);
-TAVO_FUNCTION_NAMES(optionTdoExpectedGet);
-TAVO_FUNCTION_NAMES(optionTdoExpectedSet);
-TAVO_FUNCTION_NAMES(optionRetryGet);
-TAVO_FUNCTION_NAMES(optionRetrySet);
-TAVO_FUNCTION_NAMES(optionRepeatGet);
-TAVO_FUNCTION_NAMES(optionRepeatSet);
-TAVO_FUNCTION_NAMES(optionTckFrequencyGet);
-TAVO_FUNCTION_NAMES(optionTckFrequencySet);
-TAVO_FUNCTION_NAMES(optionTerminationStateGet);
-TAVO_FUNCTION_NAMES(optionTerminationStateSet);
-TAVO_FUNCTION_NAMES(optionPrePostTckGet);
-TAVO_FUNCTION_NAMES(optionPrePostTckSet);
-TAVO_FUNCTION_NAMES(ioTrstGet);
-TAVO_FUNCTION_NAMES(ioTrstSet);
-TAVO_FUNCTION_NAMES(ioTckGet);
-TAVO_FUNCTION_NAMES(ioTckSet);
-TAVO_FUNCTION_NAMES(ioTmsGet);
-TAVO_FUNCTION_NAMES(ioTmsSet);
-TAVO_FUNCTION_NAMES(ioTdiGet);
-TAVO_FUNCTION_NAMES(ioTdiSet);
-TAVO_FUNCTION_NAMES(ioTdoGet);
-TAVO_FUNCTION_NAMES(enableGet);
-TAVO_FUNCTION_NAMES(enableSet);
-TAVO_FUNCTION_NAMES(headerStatusGet);
-TAVO_FUNCTION_NAMES(headerStatusClear);
+TAVO_FUNCTION_NAMES(shiftIR, shiftDR, tapStateGet, tapStateSet, sleep, optionTdoExpectedGet,
+                    optionTdoExpectedSet, optionRetryGet, optionRetrySet, optionRepeatGet, optionRepeatSet,
+                    optionTckFrequencyGet, optionTckFrequencySet, optionTerminationStateGet,
+                    optionTerminationStateSet, optionPrePostTckGet, optionPrePostTckSet, ioTrstGet, ioTrstSet,
+                    ioTckGet, ioTckSet, ioTmsGet, ioTmsSet, ioTdiGet, ioTdiSet, ioTdoGet, enableGet,
+                    enableSet, headerStatusGet, headerStatusClear);
 
 } // namespace TAVO::TAVOXTranscode::jtag_v1_1
 

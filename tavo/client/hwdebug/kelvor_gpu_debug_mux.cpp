@@ -5,16 +5,11 @@
 
 namespace TAVO::TAVOXTranscode::kelvorGpuDebugMux_v1_0 {
 
-namespace {
-
 constexpr auto table = tableOf(headerModeGet, headerModeSet);
-
-} // namespace
 
 MethodRows rows() noexcept { return table; }
 
-TAVO_FUNCTION_NAMES(headerModeGet);
-TAVO_FUNCTION_NAMES(headerModeSet);
+TAVO_FUNCTION_NAMES(headerModeGet, headerModeSet);
 
 } // namespace TAVO::TAVOXTranscode::kelvorGpuDebugMux_v1_0
 

@@ -6,11 +6,7 @@
 
 namespace TAVO::TAVOXTranscode::lpc_v1_0 {
 
-namespace {
-
 constexpr auto table = tableOf(headerConnectGet);
-
-} // namespace
 
 MethodRows rows() noexcept { return table; }
 

@@ -6,22 +6,12 @@
 
 namespace TAVO::TAVOXTranscode::lpcRomEmulation_v1_0 {
 
-namespace {
-
 constexpr auto table =
     tableOf(sramSizeGet, sramSet, sramGet, optionRomTypeSet, optionRomTypeGet, enableSet, enableGet);
 
-} // namespace
-
 MethodRows rows() noexcept { return table; }
 
-TAVO_FUNCTION_NAMES(sramSizeGet);
-TAVO_FUNCTION_NAMES(sramSet);
-TAVO_FUNCTION_NAMES(sramGet);
-TAVO_FUNCTION_NAMES(optionRomTypeSet);
-TAVO_FUNCTION_NAMES(optionRomTypeGet);
-TAVO_FUNCTION_NAMES(enableSet);
-TAVO_FUNCTION_NAMES(enableGet);
+TAVO_FUNCTION_NAMES(sramSizeGet, sramSet, sramGet, optionRomTypeSet, optionRomTypeGet, enableSet, enableGet);
 
 } // namespace TAVO::TAVOXTranscode::lpcRomEmulation_v1_0
 

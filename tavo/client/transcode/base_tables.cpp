@@ -8,8 +8,6 @@
 
 namespace TAVO::TAVOXTranscode::base_v1_0 {
 
-namespace {
-
 constexpr MethodRow table[] = {
     rowOf(type),
     rowOf(version),
@@ -20,8 +18,6 @@ constexpr MethodRow table[] = {
     rowOf(reserve),
     rowOf(unreserve),
 };
-
-} // namespace
 
 MethodRows rows() noexcept { return table; }
 
@@ -43,13 +39,7 @@ void DecoderList::enter(MethodRows entered) {
 const EncoderList& encoders() noexcept { return immortal<const EncoderList>(); }
 const DecoderList& decoders() noexcept { return immortal<const DecoderList>(); }
 
-TAVO_FUNCTION_NAMES(type);
-TAVO_FUNCTION_NAMES(version);
-TAVO_FUNCTION_NAMES(members);
-TAVO_FUNCTION_NAMES(methodsVerbose);
-TAVO_FUNCTION_NAMES(available);
-TAVO_FUNCTION_NAMES(reserve);
-TAVO_FUNCTION_NAMES(unreserve);
+TAVO_FUNCTION_NAMES(type, version, members, methodsVerbose, available, reserve, unreserve);
 constinit EncoderFunction& encode_methods = encodeNothing;
 constinit DecoderFunction& decode_methods = decodeBriefMethods;
 

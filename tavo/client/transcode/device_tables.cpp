@@ -5,20 +5,11 @@
 
 namespace TAVO::TAVOXTranscode::device_v1_0 {
 
-namespace {
-
 constexpr auto table = tableOf(info, rootMembers, lock, unlock, getKey, login, CHAPRespond);
-
-} // namespace
 
 MethodRows rows() noexcept { return table; }
 
-TAVO_FUNCTION_NAMES(info);
-TAVO_FUNCTION_NAMES(rootMembers);
-TAVO_FUNCTION_NAMES(lock);
-TAVO_FUNCTION_NAMES(unlock);
-TAVO_FUNCTION_NAMES(getKey);
-TAVO_FUNCTION_NAMES(login);
+TAVO_FUNCTION_NAMES(info, rootMembers, lock, unlock, getKey, login);
 constinit EncoderFunction& encode_CHAPResponse = encoderOf(CHAPRespond);
 constinit DecoderFunction& decode_CHAPResponse = decoderOf(CHAPRespond);
 

@@ -5,23 +5,11 @@
 
 namespace TAVO::TAVOXTranscode::headerStatus_v1_1 {
 
-namespace {
-
 constexpr auto table =
     tableOf(headerStatusGet, headerStatusClear, enableGet, enableSet, iGet, iSet, oGet, ioGet, ioSet);
 
-} // namespace
-
 MethodRows rows() noexcept { return table; }
 
-TAVO_FUNCTION_NAMES(headerStatusGet);
-TAVO_FUNCTION_NAMES(headerStatusClear);
-TAVO_FUNCTION_NAMES(enableGet);
-TAVO_FUNCTION_NAMES(enableSet);
-TAVO_FUNCTION_NAMES(iGet);
-TAVO_FUNCTION_NAMES(iSet);
-TAVO_FUNCTION_NAMES(oGet);
-TAVO_FUNCTION_NAMES(ioGet);
-TAVO_FUNCTION_NAMES(ioSet);
+TAVO_FUNCTION_NAMES(headerStatusGet, headerStatusClear, enableGet, enableSet, iGet, iSet, oGet, ioGet, ioSet);
 
 } // namespace TAVO::TAVOXTranscode::headerStatus_v1_1

@@ -5,20 +5,10 @@
 
 namespace TAVO::TAVOXTranscode::system_v1_0 {
 
-namespace {
-
 constexpr auto table = tableOf(deviceReset, firmwareUpdate, firmwareStatus, timeGet, timeSet, usleep, uwait);
-
-} // namespace
 
 MethodRows rows() noexcept { return table; }
 
-TAVO_FUNCTION_NAMES(deviceReset);
-TAVO_FUNCTION_NAMES(firmwareUpdate);
-TAVO_FUNCTION_NAMES(firmwareStatus);
-TAVO_FUNCTION_NAMES(timeGet);
-TAVO_FUNCTION_NAMES(timeSet);
-TAVO_FUNCTION_NAMES(usleep);
-TAVO_FUNCTION_NAMES(uwait);
+TAVO_FUNCTION_NAMES(deviceReset, firmwareUpdate, firmwareStatus, timeGet, timeSet, usleep, uwait);
 
 } // namespace TAVO::TAVOXTranscode::system_v1_0

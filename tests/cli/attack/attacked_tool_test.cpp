@@ -16,6 +16,7 @@
 
 #include <tests/cli/attack/spoiling_proxy.h>
 #include <tests/cli/attack/verbs.h>
+#include <tests/cli/command_names.h>
 #include <tests/cli/tool_fixture.h>
 #include <tests/support/sanitizers.h>
 
@@ -123,12 +124,11 @@ private:
     SpoilingProxy proxy_{patience};
 };
 
-TEST(AttackedTool, VerbsAreAllThatTheHelpTells) {
+TEST(AttackedTool, VerbsAreAllThatThereAre) {
     std::set<std::string> known;
     for (const auto& verb : verbs("/tmp"))
         known.insert(verb.name);
-    EXPECT_EQ(known, verbsInHelp());
-    EXPECT_GT(known.size(), 40u);
+    EXPECT_EQ(known, tool_test::commandNames());
 }
 
 TEST(AttackedTool, EndsWithAWordInTimeWithLittleMemoryAndUnlocks) {

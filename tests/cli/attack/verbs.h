@@ -1,12 +1,8 @@
 #pragma once
 
-#include <functional>
-#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
-
-#include <tavo/cli/arguments.h>
 
 /// All verbs of the tool, for tests that go over all of them.
 namespace attack {
@@ -82,37 +78,6 @@ inline std::vector<Verb> verbs(const std::string& folder) {
         {"lcd clear"},
         {"lcd backlight", {"50"}},
     };
-}
-
-/// The names of all verbs that the tool's help tells, those without verbs of their own below them.
-inline std::set<std::string> verbsInHelp(const Words& command = {}) {
-    auto words = command;
-    words.insert(words.begin(), "tavo");
-    words.emplace_back("--help");
-    std::vector<const char*> pointers;
-    for (const auto& word : words)
-        pointers.push_back(word.c_str());
-    std::istringstream help(
-        TAVO::cli::parseArguments(static_cast<int>(pointers.size()), pointers.data()).help);
-
-    std::set<std::string> found;
-    std::string line;
-    while (std::getline(help, line) && line != "Subcommands:") {
-    }
-    while (std::getline(help, line) && line.starts_with("  ")) {
-        if (line[2] == ' ')
-            continue; // goes on from the line before
-        auto inner = command;
-        inner.push_back(line.substr(2, line.find(' ', 2) - 2));
-        found.merge(verbsInHelp(inner));
-    }
-    if (found.empty()) {
-        std::string name;
-        for (const auto& word : command)
-            name += (name.empty() ? "" : " ") + word;
-        found.insert(name);
-    }
-    return found;
 }
 
 } // namespace attack

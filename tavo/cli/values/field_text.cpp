@@ -1,0 +1,127 @@
+#include <tavo/cli/values/field_text.h>
+
+#include <charconv>
+#include <cstdint>
+#include <limits>
+#include <stdexcept>
+#include <string_view>
+
+#include <fmt/format.h>
+
+#include <tavo/cli/values/json_value.h>
+
+namespace TAVO::cli {
+
+namespace {
+
+struct IntegerType {
+    std::string_view name;
+    std::int64_t lowest;
+    std::uint64_t highest;
+};
+
+template <class T>
+constexpr IntegerType integerType(std::string_view name) {
+    using Limits = std::numeric_limits<T>;
+    return {name, std::is_signed_v<T> ? static_cast<std::int64_t>(Limits::min()) : 0,
+            static_cast<std::uint64_t>(Limits::max())};
+}
+
+constexpr IntegerType integerTypes[] = {
+    integerType<std::uint8_t>("u8"),  integerType<std::int32_t>("i32"),  integerType<std::uint32_t>("u32"),
+    integerType<std::int64_t>("i64"), integerType<std::uint64_t>("u64"),
+};
+
+const IntegerType* findIntegerType(std::string_view name) {
+    for (const auto& type : integerTypes)
+        if (type.name == name)
+            return &type;
+    return nullptr;
+}
+
+[[noreturn]] void refuse(const FieldDescription& field, const std::string& wanted, const std::string& text) {
+    throw std::invalid_argument(fmt::format("'{}' must be {}, not '{}'", field.name, wanted, text));
+}
+
+bool parseMagnitude(std::string_view digits, std::uint64_t& magnitude) {
+    int base = 10;
+    if (digits.starts_with("0x") || digits.starts_with("0X")) {
+        digits.remove_prefix(2);
+        base = 16;
+    }
+    const auto* end = digits.data() + digits.size();
+    const auto [stop, error] = std::from_chars(digits.data(), end, magnitude, base);
+    return error == std::errc() && stop == end;
+}
+
+Value parseInteger(const FieldDescription& field, const IntegerType& type, const std::string& text) {
+    std::string_view digits = text;
+    const bool negative = digits.starts_with('-');
+    if (negative)
+        digits.remove_prefix(1);
+    std::uint64_t magnitude = 0;
+    const auto lowestMagnitude = std::uint64_t{0} - static_cast<std::uint64_t>(type.lowest);
+    if (!parseMagnitude(digits, magnitude) || magnitude > (negative ? lowestMagnitude : type.highest))
+        refuse(field, fmt::format("a number from {} to {}", type.lowest, type.highest), text);
+    if (type.lowest == 0)
+        return Value(magnitude);
+    return Value(static_cast<std::int64_t>(negative ? std::uint64_t{0} - magnitude : magnitude));
+}
+
+Value parseFlag(const FieldDescription& field, const std::string& text) {
+    if (text == "true" || text == "1")
+        return Value(true);
+    if (text == "false" || text == "0")
+        return Value(false);
+    refuse(field, "true, false, 1 or 0", text);
+}
+
+Value parseBytes(const FieldDescription& field, const std::string& text) {
+    try {
+        return Value(bytesFromHex(text));
+    } catch (const std::invalid_argument&) {
+        refuse(field, "pairs of hexadecimal digits", text);
+    }
+}
+
+// Far deeper than any record; what follows goes into each level by a call of its own.
+constexpr int deepestLevel = 64;
+
+Value parseJson(const FieldDescription& field, const std::string& text) {
+    const auto refuseDepth = [&](int depth, nlohmann::json::parse_event_t, const nlohmann::json&) {
+        if (depth > deepestLevel)
+            throw std::invalid_argument(fmt::format("'{}' is nested too deeply", field.name));
+        return true;
+    };
+    const auto document = nlohmann::json::parse(text, refuseDepth, false);
+    if (document.is_discarded())
+        refuse(field, fmt::format("a {} in JSON", field.type), text);
+    try {
+        return fromJson(document);
+    } catch (const std::invalid_argument& error) {
+        throw std::invalid_argument(fmt::format("'{}': {}", field.name, error.what()));
+    }
+}
+
+} // namespace
+
+Value parseField(const FieldDescription& field, const std::string& text) {
+    if (field.type == "bool")
+        return parseFlag(field, text);
+    if (const auto* type = findIntegerType(field.type))
+        return parseInteger(field, *type, text);
+    if (field.type == "text")
+        return Value(text);
+    if (field.type == "bytes")
+        return parseBytes(field, text);
+    return parseJson(field, text);
+}
+
+std::string fieldsText(const std::vector<FieldDescription>& fields) {
+    std::string text;
+    for (const auto& field : fields)
+        text += fmt::format("{}{}: {}", text.empty() ? "" : ", ", field.name, field.type);
+    return text;
+}
+
+} // namespace TAVO::cli

@@ -1,0 +1,54 @@
+#include <tavo/cli/values/words.h>
+
+#include <stdexcept>
+
+namespace TAVO::cli {
+
+namespace {
+
+bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
+
+/// Moves what stands between quotes at the head of `rest` to `word`.
+void takeQuoted(std::string_view& rest, std::string& word) {
+    const char quote = rest.front();
+    rest.remove_prefix(1);
+    while (!rest.empty() && rest.front() != quote) {
+        const bool escaped =
+            quote == '"' && rest.size() > 1 && rest.front() == '\\' && (rest[1] == '"' || rest[1] == '\\');
+        if (escaped)
+            rest.remove_prefix(1);
+        word += rest.front();
+        rest.remove_prefix(1);
+    }
+    if (rest.empty())
+        throw std::invalid_argument(std::string("a quote ") + quote + " is not closed");
+    rest.remove_prefix(1);
+}
+
+std::string takeWord(std::string_view& rest) {
+    std::string word;
+    while (!rest.empty() && !isBlank(rest.front())) {
+        if (rest.front() == '"' || rest.front() == '\'') {
+            takeQuoted(rest, word);
+        } else {
+            word += rest.front();
+            rest.remove_prefix(1);
+        }
+    }
+    return word;
+}
+
+} // namespace
+
+std::vector<std::string> splitWords(std::string_view line) {
+    std::vector<std::string> words;
+    for (;;) {
+        while (!line.empty() && isBlank(line.front()))
+            line.remove_prefix(1);
+        if (line.empty() || line.front() == '#')
+            return words;
+        words.push_back(takeWord(line));
+    }
+}
+
+} // namespace TAVO::cli

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <set>
+#include <string>
+
+#include <tavo/cli/command_list.h>
+
+namespace tool_test {
+
+/// The paths of all commands of the tool, such as "relay set".
+inline std::set<std::string> commandNames() {
+    std::set<std::string> names;
+    for (const auto& command : TAVO::cli::commandList())
+        names.insert(command.path);
+    return names;
+}
+
+} // namespace tool_test
