@@ -79,7 +79,8 @@ inline Lines rewrittenTable(const Lines& table, TAVO::TAVOXTranscode::MethodRows
         });
         if (old != table.end()) {
             const auto had = cellsOf(*old);
-            cells.insert(cells.end(), had.begin() + std::min(cellsOfLibrary, had.size()), had.end());
+            for (auto kept = cellsOfLibrary; kept < had.size(); ++kept)
+                cells.push_back(had[kept]);
         }
         cells.resize(std::max(width, cells.size()));
         rewritten.push_back(rowOf(cells));
