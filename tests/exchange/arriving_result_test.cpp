@@ -2,6 +2,7 @@
 #include <memory>
 #include <new>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -119,6 +120,32 @@ TEST_F(ArrivingResult, ThatIsCutEndsAsTheBrokenConnectionThatItIs) {
         EXPECT_EQ(failureOf<NetworkError>([&] { run({method}); }), "closed") << size;
         EXPECT_FALSE(method->isResultSet());
     }
+}
+
+TEST_F(ArrivingResult, AsksNothingMoreOfATransportThatHasFailed) {
+    const auto reply = replyWith({typeResult(large)});
+    std::size_t operation = 0;
+    for (;; ++operation) {
+        support::ScriptedTransport failing(reply);
+        failing.failingOperation = operation;
+        TAVO::CallExchange fragile(failing);
+        const std::vector<std::shared_ptr<TAVO::Method>> batch{type()};
+        const auto failure = failureOf<NetworkError>([&] { fragile.run(0, batch); });
+        if (failure == "no exception")
+            break;
+        EXPECT_EQ(failure, "broken");
+        EXPECT_EQ(failing.operations, operation + 1);
+        EXPECT_FALSE(fragile.isInStep());
+    }
+    EXPECT_GT(operation, 7u) << "the result arrived in pieces";
+}
+
+TEST_F(ArrivingResult, IsReadToItsEndThoughItsRecordIsShort) {
+    const auto method = type();
+    EXPECT_THROW(run({method}, replyWith({result(0, joined({u32(200'001), Bytes(200'000)}))})),
+                 SpecificationError);
+    EXPECT_EQ(transport.received, transport.reply.size());
+    EXPECT_TRUE(exchange.isInStep());
 }
 
 TEST_F(ArrivingResult, ThatIsCutBehindAFaultIsTheBrokenConnectionToo) {
