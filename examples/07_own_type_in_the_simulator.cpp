@@ -1,6 +1,7 @@
 // Puts an object of the application's own type into a simulated appliance, and calls it.
 #include <cstdint>
 #include <iostream>
+#include <limits>
 #include <memory>
 #include <string>
 #include <tuple>
@@ -35,8 +36,9 @@ namespace thermometer {
 
 constexpr wire::Call<LimitRequest> limit{"limit"};
 constexpr wire::Call<wire::None, ReadReply> read{"read"};
+constexpr wire::Call<> clear{"clear"}; // takes the limit away
 
-constexpr auto table = wire::tableOf(limit, read);
+constexpr auto table = wire::tableOf(limit, read, clear);
 wire::MethodRows rows() noexcept { return table; }
 
 } // namespace thermometer
@@ -59,6 +61,7 @@ public:
     std::shared_ptr<TAVO::BoundMethod<Temperature>> getReadMethod() const {
         return make<Temperature>(thermometer::read);
     }
+    std::shared_ptr<TAVO::Method> getClearMethod() const { return make(thermometer::clear); }
 
 protected:
     using Proxy::Proxy;
@@ -83,10 +86,13 @@ public:
             const std::int32_t celsius = 41;
             return wire::makeRecord<ReadReply>(celsius, celsius > limit_);
         });
+        on(thermometer::clear, [this] { limit_ = noLimit; });
     }
 
 private:
-    std::int32_t limit_ = 100;
+    static constexpr auto noLimit = std::numeric_limits<std::int32_t>::max();
+
+    std::int32_t limit_ = noLimit;
 };
 
 } // namespace lab
@@ -111,6 +117,8 @@ int main() try {
         device->multicall(batch);
         std::cout << "limit " << limit << ": " << read->value().text << '\n';
     }
+    device->execute(probe->getClearMethod());
+    std::cout << "no limit: " << device->value(probe->getReadMethod()).text << '\n';
 } catch (const std::exception& failure) {
     std::cerr << failure.what() << '\n';
     return 1;

@@ -7,10 +7,11 @@ simulator_output=
 # of the log first. Shows the log when the process ends before, or says nothing for ten seconds.
 await_port() {
     local waited=0
-    while port=$(sed -n "$4" "$3" | head -n 1) && [ -z "$port" ]; do
+    # The log may not be there yet: the new process opens it.
+    until port=$(sed -n "$4" "$3" 2>/dev/null | head -n 1) && [ -n "$port" ]; do
         if ! kill -0 "$2" 2>/dev/null || [ "$waited" -ge 200 ]; then
             echo "$1 does not start:" >&2
-            cat "$3" >&2
+            cat "$3" >&2 || true
             return 1
         fi
         sleep 0.05

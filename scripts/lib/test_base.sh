@@ -21,6 +21,7 @@ build_with_newer_gcc() {
 test_base() {
     local newer
     check formatting formatting || true
+    check reference scripts/docs || true
     if check build configure_and_build test; then
         ctest_in tests test || true
     else

@@ -33,12 +33,6 @@ bool isOneOf(const std::exception& exception) {
     return (... || (dynamic_cast<const Classes*>(&exception) != nullptr));
 }
 
-/// Device errors that have no exception class of their own are told from framing faults by their texts.
-bool cameFromDevice(std::string_view message) {
-    return message.starts_with("Unknown error code: ") ||
-           message.starts_with("Error executing type() method on ");
-}
-
 ExitCode codeOf(const std::exception& exception) {
     if (const auto* failure = dynamic_cast<const Failure*>(&exception))
         return failure->code;
@@ -46,9 +40,8 @@ ExitCode codeOf(const std::exception& exception) {
         return ExitCode::notAuthorised;
     if (isOneOf<NetworkError>(exception))
         return ExitCode::network;
-    if (isOneOf<ConfigurationError, ExecutionError>(exception))
-        return ExitCode::refused;
-    if (isOneOf<Error>(exception) && cameFromDevice(exception.what()))
+    if (const auto* error = dynamic_cast<const Error*>(&exception);
+        error && error->facts().origin == ErrorOrigin::device)
         return ExitCode::refused;
     return ExitCode::protocol;
 }
@@ -71,7 +64,10 @@ std::string exitCodesText() {
 
 FailureReport describeFailure(const std::exception& exception) {
     const auto code = codeOf(exception);
-    return {code, std::string(kindOf(code)), exception.what()};
+    FailureReport report{code, std::string(kindOf(code)), exception.what(), std::nullopt};
+    if (const auto* error = dynamic_cast<const Error*>(&exception))
+        report.facts = error->facts();
+    return report;
 }
 
 } // namespace TAVO::cli

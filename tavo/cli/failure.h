@@ -1,8 +1,11 @@
 #pragma once
 
 #include <exception>
+#include <optional>
 #include <stdexcept>
 #include <string>
+
+#include <tavo/client/wire/error_facts.h>
 
 /// How the tool ends: its exit statuses, and the one place that maps exceptions to them.
 namespace TAVO::cli {
@@ -36,6 +39,8 @@ struct FailureReport {
     /// The exit code's name: "refused", "usage", "not-found", "not-authorised", "network" or "protocol".
     std::string kind;
     std::string message;
+    /// What the library knows besides the text, where it found the failure.
+    std::optional<ErrorFacts> facts;
 };
 
 FailureReport describeFailure(const std::exception& exception);

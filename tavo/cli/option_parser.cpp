@@ -27,7 +27,7 @@ CLI::Validator refusingNan(const CLI::Range& range) {
 CLI::Validator checkOf(const NumberLimits& limits) {
     return std::visit(
         [&limits]<class Number>(const Interval<Number>& interval) -> CLI::Validator {
-            const CLI::Range range(interval.lowest, interval.highest, limits.name);
+            CLI::Range range(interval.lowest, interval.highest, limits.name);
             if constexpr (std::is_floating_point_v<Number>)
                 return refusingNan(range);
             else

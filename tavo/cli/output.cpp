@@ -39,9 +39,43 @@ void Output::print(const Text& text) {
     text(writer);
 }
 
+namespace {
+
+const char* nameOf(ErrorOrigin origin) {
+    switch (origin) {
+    case ErrorOrigin::device:
+        return "device";
+    case ErrorOrigin::connection:
+        return "connection";
+    case ErrorOrigin::library:
+        break;
+    }
+    return "library";
+}
+
+/// What is not known is left out.
+void writeFacts(JsonWriter& json, const ErrorFacts& facts) {
+    json.object([&] {
+        json.key("connectionUsable").flag(facts.connectionUsable);
+        if (facts.deviceErrorCode)
+            json.key("deviceErrorCode").number(*facts.deviceErrorCode);
+        if (!facts.field.empty())
+            json.key("field").text(facts.field);
+        if (!facts.method.empty())
+            json.key("method").text(facts.method);
+        if (facts.offset)
+            json.key("offset").number(*facts.offset);
+        json.key("origin").text(nameOf(facts.origin));
+    });
+}
+
+} // namespace
+
 void Output::tell(const FailureReport& report) {
     say("error", report.message, [&](JsonWriter& json) {
         json.key("code").number(static_cast<int>(report.code));
+        if (report.facts)
+            writeFacts(json.key("facts"), *report.facts);
         json.key("kind").text(report.kind);
     });
 }

@@ -29,12 +29,6 @@ void collect(const std::shared_ptr<Container>& node, Objects& objects) {
         collect(child, objects);
 }
 
-/// Faults of the library's own in an exchange; every other SpecificationError there is the device's word.
-bool isOwnFault(std::string_view message) {
-    return message.starts_with("Error encoding TAVOX parameters") ||
-           message.starts_with("Error decoding TAVOX return values");
-}
-
 } // namespace
 
 Session::Session(ConnectionOptions options, std::function<void(std::string_view)> warn)
@@ -152,13 +146,7 @@ void Session::exchange(const std::vector<std::shared_ptr<Method>>& methods) {
     const auto queue = std::make_shared<MulticallQueue>();
     for (const auto& method : methods)
         queue->add(method);
-    try {
-        device_->multicall(queue);
-    } catch (const SpecificationError& error) {
-        if (isOwnFault(error.what()))
-            throw;
-        throw Failure(ExitCode::refused, error.what());
-    }
+    device_->multicall(queue);
 }
 
 void Session::run(const std::vector<std::shared_ptr<Method>>& methods) {

@@ -68,9 +68,8 @@ public:
     }
 
     /// Executes the calls in one exchange. Results that arrived before a failure stay in their Methods.
-    /// @throws Interrupted when a signal came; Failure (network) when the device does not answer in time,
-    ///         and (refused) for device errors that the library has under the name of its own faults;
-    ///         otherwise what Device::multicall throws.
+    /// @throws Interrupted when a signal came; Failure (network) when the device does not answer in time;
+    ///         what Device::multicall throws.
     void run(const std::vector<std::shared_ptr<Method>>& methods);
     /// The same, and insists on the success of every call.
     void runAll(const std::vector<std::shared_ptr<Method>>& methods);

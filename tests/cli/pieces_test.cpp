@@ -47,10 +47,12 @@ TEST(DescribeFailure, GivesEveryExceptionItsExitCode) {
     };
     const auto container = std::make_shared<Container>("power", nullptr);
     const auto method = std::make_shared<Method>("set", *container, dto::Params{});
-    EXPECT_EQ(codeOf(ConfigurationError("x")), 1);
-    EXPECT_EQ(codeOf(ExecutionError(method, 0, "x")), 1);
-    EXPECT_EQ(codeOf(Error("Unknown error code: 1007: x")), 1);
-    EXPECT_EQ(codeOf(Error("Error executing type() method on power: 5")), 1);
+    const ErrorFacts fromDevice{.origin = ErrorOrigin::device};
+    EXPECT_EQ(codeOf(withFacts(ConfigurationError("x"), fromDevice)), 1);
+    EXPECT_EQ(codeOf(withFacts(ExecutionError(method, 0, "x"), fromDevice)), 1);
+    EXPECT_EQ(codeOf(withFacts(SpecificationError("x"), fromDevice)), 1);
+    EXPECT_EQ(codeOf(withFacts(Error("x"), fromDevice)), 1);
+    EXPECT_EQ(codeOf(withFacts(LockError("x"), fromDevice)), 4);
     EXPECT_EQ(codeOf(Failure(ExitCode::usage, "x")), 2);
     EXPECT_EQ(codeOf(Failure(ExitCode::notFound, "x")), 3);
     EXPECT_EQ(codeOf(LockError("x")), 4);

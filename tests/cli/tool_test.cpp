@@ -125,6 +125,25 @@ TEST_F(ToolTest, EveryErrorThatTheDeviceReportsInACallIsOneUnlessItIsAboutTheUse
     }
 }
 
+TEST_F(ToolTest, JsonErrorsTellWhatTheLibraryKnows) {
+    const auto factsOf = [this](const Words& arguments) {
+        auto words = arguments;
+        words.insert(words.begin(), "--json");
+        return jsonOf(tool(words).errors)["error"]["facts"];
+    };
+    const Words get{"call", "power.get"};
+    simulator.failNext(faults::DeviceError{1006, 0, "because"}, requestsUntil("power", "get", get));
+    EXPECT_EQ(factsOf(get), jsonOf(R"({"connectionUsable": true, "deviceErrorCode": 1006,
+                                       "method": "power.get", "origin": "device"})"));
+    simulator.failNext(faults::Size{faults::Size::Field::result, 2}, requestsUntil("power", "get", get));
+    const auto short_ = factsOf(get);
+    EXPECT_EQ(short_["origin"], "library");
+    EXPECT_EQ(short_["method"], "power.get");
+    EXPECT_EQ(factsOf({"call", "power.frob"}), nlohmann::json()) << "the tool's own failures have none";
+    simulator.stop();
+    EXPECT_EQ(factsOf(get), jsonOf(R"({"connectionUsable": false, "origin": "connection"})"));
+}
+
 TEST_F(ToolTest, ReturnCodesAreShownWithTheResult) {
     simulator.failNext(faults::ReturnCode{-7, 0}, requestsUntil("power", "get", {"call", "power.get"}));
     const auto run = tool({"call", "power.get"});
@@ -142,6 +161,15 @@ TEST_F(ToolTest, UnknownObjectsAndMethodsAreThree) {
                   "not-found", "the parameters of bench.identify are not known to this client");
     EXPECT_EQ(tool({"batch", "-"}, "power.get\npwer.get\n").exitCode, 3);
     EXPECT_EQ(tool({"relay", "get", "pwer"}).exitCode, 3);
+}
+
+TEST(Tool, ListsMethodsThatSeveralTypesShareOnceAndInOrder) {
+    const auto run = runTool({"--sim", "call", "cpu0.jtag.frob"});
+    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_THAT(run.errors, HasSubstr("it has: type, version, members, methods, methodsVerbose, available, "
+                                      "reserve, unreserve, headerStatusGet, headerStatusClear, enableGet, "
+                                      "enableSet, shiftIR, shiftDR, tapStateGet, tapStateSet, "));
+    EXPECT_EQ(run.errors.find("shiftIR"), run.errors.rfind("shiftIR"));
 }
 
 TEST_F(ToolTest, LockedByAnotherUserIsFour) {

@@ -3,8 +3,8 @@
 #include <vector>
 
 #include <tavo/client/commonmodules/relay.h>
-#include <tavo/client/object/multicall_queue.h>
 #include <tavo/client/exchange/tavox_device.h>
+#include <tavo/client/object/multicall_queue.h>
 #include <tests/device/opened_device.h>
 
 namespace {

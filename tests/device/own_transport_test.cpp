@@ -8,8 +8,8 @@
 #include <tavo/client/device/core_objects.h>
 #include <tavo/client/device/device_factory.h>
 #include <tavo/client/device/device_v1_0.h>
-#include <tavo/client/wire/error.h>
 #include <tavo/client/exchange/tavox_device.h>
+#include <tavo/client/wire/error.h>
 #include <tests/device/memory_transport.h>
 #include <tests/support/failure_text.h>
 

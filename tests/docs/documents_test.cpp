@@ -1,34 +1,22 @@
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <regex>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include <tests/docs/source_files.h>
+
 namespace {
 
 namespace fs = std::filesystem;
-using Lines = std::vector<std::string>;
+using docs::filesBelow;
+using docs::Lines;
+using docs::linesOf;
 
 const fs::path root = TAVO_SOURCE_DIR;
-
-std::string contentOf(const fs::path& file) {
-    std::ifstream in(file);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
-Lines linesOf(const fs::path& file) {
-    std::istringstream in(contentOf(file));
-    Lines lines;
-    for (std::string line; std::getline(in, line);)
-        lines.push_back(line);
-    return lines;
-}
 
 bool isBlank(const std::string& line) { return line.find_first_not_of(" \t") == std::string::npos; }
 
@@ -111,15 +99,6 @@ bool contains(const Lines& source, const Lines& code) {
         if (containsAt(source, place, code))
             return true;
     return false;
-}
-
-std::vector<fs::path> filesBelow(const fs::path& folder, const std::string& extension) {
-    std::vector<fs::path> files;
-    for (const auto& entry : fs::recursive_directory_iterator(folder))
-        if (entry.is_regular_file() && entry.path().extension() == extension)
-            files.push_back(entry.path());
-    std::sort(files.begin(), files.end());
-    return files;
 }
 
 const std::vector<Lines>& compiledSources() {

@@ -19,14 +19,14 @@ using Names = std::vector<std::string>;
 /// File to the files of this repository that it includes, both from the root.
 using Includes = std::map<std::string, Names>;
 
-Includes includesBelow(const fs::path& root) {
+Includes includesBelow(const fs::path& top) {
     static const std::regex own("#include <(tavo/[^>]+)>.*");
     Includes includes;
-    for (const auto& entry : fs::recursive_directory_iterator(root / "tavo")) {
+    for (const auto& entry : fs::recursive_directory_iterator(top / "tavo")) {
         const auto extension = entry.path().extension();
         if (extension != ".h" && extension != ".cpp")
             continue;
-        auto& of = includes[fs::relative(entry.path(), root).generic_string()];
+        auto& of = includes[fs::relative(entry.path(), top).generic_string()];
         std::ifstream in(entry.path());
         std::smatch found;
         for (std::string line; std::getline(in, line);)

@@ -43,9 +43,7 @@ TEST_F(ModulePages, jtag) {
 
 TEST_F(ModulePages, cs_jtag) {
     const auto csJtag = device->get<CsJtag_v1_0>("csJtag");
-    const auto state = csJtag->getJtag()->tapStateGetMethod();
-    device->call(state);
-    const bool isReset = state->value().state == 0;
+    const bool isReset = device->value(csJtag->getJtag()->tapStateGetMethod()).state == 0;
 
     EXPECT_TRUE(isReset);
 }
@@ -62,10 +60,8 @@ TEST_F(ModulePages, hdt) {
 
     EXPECT_THAT(cores, ElementsAre(true, true, true, true));
 
-    const auto request = std::make_shared<TAVO::dto::hdt::ioDbrdyWaitRequest>();
-    request->lines = {1, 1, 0, 0};
-    request->timeout = 1000;
-    const auto wait = std::make_shared<TAVO::Method>("ioDbrdyWait", *hdt, TAVO::dto::Params{request});
+    const std::vector<std::uint8_t> lines = {1, 1, 0, 0};
+    const auto wait = hdt->make(TAVO::TAVOXTranscode::hdt_v1_1::ioDbrdyWait, lines, 1000);
     device->call(wait);
 
     EXPECT_EQ(wait->returnCode(), 0);
@@ -100,9 +96,7 @@ TEST_F(ModulePages, i2c) {
 
 TEST_F(ModulePages, gpu_scan) {
     const auto scan = device->get<GpuDebug_v1_0>("gpu0")->getGpuScan();
-    const auto bits = scan->getScanMethod(64);
-    device->call(bits);
-    const auto bytes = bits->value().data;
+    const auto bytes = device->value(scan->getScanMethod(64)).data;
 
     EXPECT_EQ(bytes, (Bytes{0xEF, 0xCD, 0xAB, 0x89, 0x67, 0x45, 0x23, 0x01}));
 }
@@ -122,25 +116,22 @@ TEST_F(ModulePages, gpu_debug) {
 
 TEST_F(ModulePages, kelvor_mux) {
     const auto mux = device->get<KelvorGpuDebugMux_v1_0>("gpuMux");
-    const auto mode = mux->getHeaderModeGetMethod();
-    device->call(mux->getHeaderModeSetMethod(2));
-    device->call(mode);
+    device->execute(mux->getHeaderModeSetMethod(2));
+    const int mode = device->value(mux->getHeaderModeGetMethod()).mode;
 
-    EXPECT_EQ(mode->value().mode, 2);
+    EXPECT_EQ(mode, 2);
 
     const auto uvdMux = device->get<KelvorUvdMux_v1_0>("uvdMux");
-    const auto available = uvdMux->getAvailableMethod();
-    device->call(available);
+    const bool available = device->value(uvdMux->getAvailableMethod()).available;
 
-    EXPECT_TRUE(available->value().available);
+    EXPECT_TRUE(available);
 }
 
 TEST_F(ModulePages, lpc) {
     const auto lpc = device->get<Lpc_v1_0>("lpc");
-    const auto headers = lpc->getHeaderConnectGetMethod();
-    device->call(headers);
+    const auto headers = device->value(lpc->getHeaderConnectGetMethod());
     std::string connected;
-    for (const auto& header : headers->value().connections)
+    for (const auto& header : headers.connections)
         if (header.connected)
             connected += header.name + ' ';
 
@@ -148,21 +139,20 @@ TEST_F(ModulePages, lpc) {
 }
 
 TEST_F(ModulePages, lpc_post_code) {
-    using TAVO::dto::lpcPostCode::PostCodeGetReply;
+    namespace calls = TAVO::TAVOXTranscode::lpcPostCode_v1_0;
     const auto postCode = device->get<Lpc_v1_0>("lpc")->getLpcPostCode();
-    const auto last =
-        std::make_shared<TAVO::BoundMethod<PostCodeGetReply>>("postCodeGet", *postCode, TAVO::dto::Params{});
-    device->call(last);
+    const auto last = device->value(postCode->make(calls::postCodeGet)).postCode;
 
-    EXPECT_EQ(last->value().postCode, 0xAA);
+    EXPECT_EQ(last, 0xAA);
 
-    const auto request = std::make_shared<TAVO::dto::lpcPostCode::OptionFifoCircularSetRequest>();
-    request->circular = 1;
-    const auto circular =
-        std::make_shared<TAVO::Method>("optionFifoCircularSet", *postCode, TAVO::dto::Params{request});
-    device->call(circular);
+    const auto entries = postCode->make(calls::fifoGet);
+    const auto queue = std::make_shared<TAVO::MulticallQueue>();
+    queue->add(postCode->make(calls::optionFifoCircularSet, 1));
+    queue->add(entries);
+    device->multicall(queue);
+    const auto count = entries->value().entries.size();
 
-    EXPECT_EQ(circular->returnCode(), 0);
+    EXPECT_GT(count, 50u);
 }
 
 TEST_F(ModulePages, lpc_rom_emulation) {
@@ -195,10 +185,8 @@ TEST_F(ModulePages, relay) {
 
 TEST_F(ModulePages, cmos_relay) {
     const auto cmos = device->get<CmosRelay_v1_0>("cmos");
-    const auto clear = cmos->getCmosClearMethod(100);
-    device->call(clear);
+    device->execute(cmos->getCmosClearMethod(100));
 
-    EXPECT_EQ(clear->returnCode(), 0);
     EXPECT_EQ(simulator.inspect([](Appliance& appliance) { return appliance.board()->cmosClearCount(); }),
               1u);
 }
@@ -234,12 +222,11 @@ TEST_F(ModulePages, cfa633) {
 
 TEST_F(ModulePages, header_status) {
     const auto i2c = device->get<I2c_v1_0>("i2c");
-    const auto status = i2c->getHeaderStatusGetMethod();
-    device->call(status);
+    const auto status = device->value(i2c->getHeaderStatusGetMethod());
     std::string names;
-    for (const auto& header : status->value().headers)
+    for (const auto& header : status.headers)
         names += header.name + ' ';
-    device->call(i2c->getHeaderStatusClearMethod());
+    device->execute(i2c->getHeaderStatusClearMethod());
 
     EXPECT_FALSE(names.empty());
 }

@@ -11,7 +11,8 @@
 #include <tavo/client/object/method_tables.h>
 #include <tests/docs/source_files.h>
 
-/// The tables of methods in the documents. Each stands between two marks, `<!-- methods of TYPE VERSION -->` and
+/// The tables of methods in the documents. Each stands between two marks, `<!-- methods of TYPE VERSION -->`
+/// and
 /// `<!-- end of methods -->`. Its rows and their first three cells (method, request, reply) come from the
 /// library; the titles and all further cells are written by hand and belong to the method of their row.
 namespace docs {
@@ -78,7 +79,8 @@ inline Lines rewrittenTable(const Lines& table, TAVO::TAVOXTranscode::MethodRows
         });
         if (old != table.end()) {
             const auto had = cellsOf(*old);
-            cells.insert(cells.end(), had.begin() + std::min(cellsOfLibrary, had.size()), had.end());
+            for (auto kept = cellsOfLibrary; kept < had.size(); ++kept)
+                cells.push_back(had[kept]);
         }
         cells.resize(std::max(width, cells.size()));
         rewritten.push_back(rowOf(cells));
@@ -87,7 +89,8 @@ inline Lines rewrittenTable(const Lines& table, TAVO::TAVOXTranscode::MethodRows
 }
 
 /// The page with the tables that it must have. All types must be registered.
-/// @throws std::runtime_error with the number of the line for a mark without its partner, a type that the library
+/// @throws std::runtime_error with the number of the line for a mark without its partner, a type that the
+/// library
 ///         does not have, and a table without titles.
 inline Lines rewrittenPage(const Lines& page) {
     Lines rewritten;

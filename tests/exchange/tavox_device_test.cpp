@@ -8,9 +8,9 @@
 #include <tavo/client/device/device_factory.h>
 #include <tavo/client/device/device_v1_0.h>
 #include <tavo/client/exchange/server_keys.h>
+#include <tavo/client/exchange/tavox_device.h>
 #include <tavo/client/object/multicall_queue.h>
 #include <tavo/client/wire/error.h>
-#include <tavo/client/exchange/tavox_device.h>
 #include <tests/support/appliance_server.h>
 #include <tests/support/failure_text.h>
 #include <tests/support/system_error.h>

@@ -1,7 +1,7 @@
 #include <memory>
 #include <string>
 
-#include <tavo/cli/json_value.h>
+#include <tavo/cli/values/json_value.h>
 #include <tests/fuzz/fuzz_input.h>
 #include <tests/fuzz/method_choice.h>
 #include <tests/support/allocation_meter.h>

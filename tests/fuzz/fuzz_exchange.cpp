@@ -6,9 +6,9 @@
 #include <utility>
 #include <vector>
 
+#include <tavo/client/exchange/call_exchange.h>
 #include <tavo/client/object/object.h>
 #include <tavo/client/wire/byte_order.h>
-#include <tavo/client/exchange/call_exchange.h>
 #include <tavo/client/wire/error.h>
 #include <tests/fuzz/fuzz_input.h>
 #include <tests/fuzz/method_choice.h>

@@ -8,7 +8,7 @@
 #include <map>
 #include <sstream>
 
-#include <tavo/cli/json_value.h>
+#include <tavo/cli/values/json_value.h>
 #include <tavo/simulator/topology.h>
 #include <tests/cli/attack/verbs.h>
 #include <tests/fuzz/method_choice.h>

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
+#include <tavo/client/exchange/call_exchange.h>
 #include <tavo/client/object/device.h>
 #include <tavo/client/object/object.h>
-#include <tavo/client/exchange/call_exchange.h>
 #include <tavo/client/wire/error.h>
 #include <tavo/client/wire/transport.h>
 #include <tavo/simulator/appliance.h>

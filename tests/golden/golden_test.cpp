@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include <tavo/cli/json_value.h>
+#include <tavo/cli/values/json_value.h>
 #include <tavo/client/object/method_tables.h>
 #include <tests/support/all_types.h>
 #include <tests/support/allocation_meter.h>

@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include <tavo/client/object/method_tables.h>
 #include <tavo/client/object/method.h>
+#include <tavo/client/object/method_tables.h>
 #include <tavo/client/object/object.h>
 #include <tavo/client/wire/error.h>
 #include <tests/support/failure_text.h>

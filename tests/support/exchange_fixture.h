@@ -9,8 +9,8 @@
 
 #include <gtest/gtest.h>
 
-#include <tavo/client/object/object.h>
 #include <tavo/client/exchange/call_exchange.h>
+#include <tavo/client/object/object.h>
 #include <tests/support/fake_device.h>
 #include <tests/support/scripted_transport.h>
 

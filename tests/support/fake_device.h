@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
+#include <tavo/client/exchange/call_exchange.h>
 #include <tavo/client/object/device.h>
 #include <tavo/client/object/multicall_queue.h>
-#include <tavo/client/exchange/call_exchange.h>
 #include <tavo/client/wire/transport.h>
 #include <tests/support/fake_appliance.h>
 

@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <string_view>
 
-#include <tavo/cli/json_value.h>
+#include <tavo/cli/values/json_value.h>
 
 namespace support {
 

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include <tavo/cli/json_value.h>
+#include <tavo/cli/values/json_value.h>
 #include <tavo/client/object/method_tables.h>
 #include <tavo/client/object/object_factory.h>
 #include <tests/support/all_types.h>

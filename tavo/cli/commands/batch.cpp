@@ -4,8 +4,6 @@
 #include <string>
 #include <vector>
 
-#include <fmt/format.h>
-
 #include <tavo/cli/batch_file.h>
 #include <tavo/cli/files.h>
 #include <tavo/cli/output.h>

@@ -4,8 +4,6 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
-#include <memory>
-#include <optional>
 #include <string>
 
 #include <fmt/format.h>

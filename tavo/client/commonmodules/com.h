@@ -146,6 +146,7 @@ public:
 
 namespace TAVO {
 
+/// One integer, 0 to 255, for each byte of a dto::com::RecvReply.
 template <>
 struct TAVO_API PlainResult<std::vector<int>> {
     static std::vector<int> of(const dto::result& outcome);

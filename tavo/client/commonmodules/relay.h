@@ -100,7 +100,7 @@ namespace CommonModules {
 /// buttons, or whatever else is wired to it.
 ///
 /// @code
-/// const auto power = std::dynamic_pointer_cast<Relay_v1_0>(device->getChild("power"));
+/// const auto power = device->get<Relay_v1_0>("power");
 /// const auto state = power->getGetMethod();
 /// const auto queue = std::make_shared<TAVO::MulticallQueue>();
 /// queue->add(power->getSetMethod(true));
@@ -137,8 +137,8 @@ public:
 /// boots with the settings that it keeps.
 ///
 /// @code
-/// const auto cmos = std::dynamic_pointer_cast<CmosRelay_v1_0>(device->getChild("cmos"));
-/// device->call(cmos->getCmosClearMethod(100));
+/// const auto cmos = device->get<CmosRelay_v1_0>("cmos");
+/// device->execute(cmos->getCmosClearMethod(100));
 /// @endcode
 ///
 /// Each operation builds a call and sends nothing, and throws TAVO::SpecificationError when the device does

@@ -82,6 +82,7 @@ public:
     /// The same on DefaultSecurePort when `secure`, else on DefaultPort.
     static std::shared_ptr<Device> buildDevice(const std::string& host, const std::string& user,
                                                const std::string& password, bool secure);
+    /// The same with options.
     static std::shared_ptr<Device> buildDevice(const std::string& host, const std::string& user,
                                                const std::string& password, bool secure,
                                                const OpenOptions& options);
@@ -91,6 +92,7 @@ public:
     /// @throws std::invalid_argument for an empty pointer to the transport.
     static std::shared_ptr<Device> buildDevice(std::unique_ptr<Transport> transport, const std::string& user,
                                                const std::string& password, bool secure);
+    /// The same with options.
     static std::shared_ptr<Device> buildDevice(std::unique_ptr<Transport> transport, const std::string& user,
                                                const std::string& password, bool secure,
                                                const OpenOptions& options);
@@ -111,6 +113,7 @@ public:
     /// The same over a connection of the application's own, as buildDevice(). The descriptor's port is 0.
     static std::shared_ptr<Device> queryDevice(std::unique_ptr<Transport> transport,
                                                Device_Factory_Structs::TavoDeviceDescriptor& descriptor);
+    /// The same with options.
     static std::shared_ptr<Device> queryDevice(std::unique_ptr<Transport> transport,
                                                Device_Factory_Structs::TavoDeviceDescriptor& descriptor,
                                                const OpenOptions& options);
@@ -124,6 +127,7 @@ public:
     /// fails here, such as one that is interrupted, is tried once more when the device is released.
     static std::shared_ptr<Device> openDevice(std::shared_ptr<Device> device, const std::string& user,
                                               const std::string& password);
+    /// The same with options.
     static std::shared_ptr<Device> openDevice(std::shared_ptr<Device> device, const std::string& user,
                                               const std::string& password, const OpenOptions& options);
 

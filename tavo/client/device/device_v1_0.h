@@ -46,9 +46,7 @@ struct TAVO_API FirmwareInfo {
 /// The device's identity, made from the reply of Device_v1_0::getInfoMethod().
 ///
 /// @code
-/// const auto info = device->getDevice()->getInfoMethod();
-/// device->call(info);
-/// use(TAVO::DeviceInfo(info->value()).name);
+/// const TAVO::DeviceInfo info = device->value(device->getDevice()->getInfoMethod());
 /// @endcode
 struct TAVO_API DeviceInfo {
     DeviceInfo() = default;
@@ -109,6 +107,7 @@ public:
     DeviceObjectFactory();
 };
 
+/// The bytes of the text in a dto::Device::CHAPResponseReply.
 template <>
 struct TAVO_API PlainResult<std::vector<unsigned char>> {
     static std::vector<unsigned char> of(const dto::result& outcome);

@@ -60,6 +60,7 @@ public:
     SystemFactory();
 };
 
+/// The time in a dto::system::TimeGetReply.
 template <>
 struct TAVO_API PlainResult<long long> {
     static long long of(const dto::result& outcome);

@@ -62,9 +62,9 @@ private:
 /// to reach the socket's "jtag" and "hdt" objects without looking for them by name.
 ///
 /// @code
-/// const auto cpu = std::dynamic_pointer_cast<CpuDebug_v1_1>(device->getChild("cpu0"));
-/// const auto powerGood = cpu->getHdt()->getIoPwrokGetMethod();
-/// const auto state = cpu->getJtag()->tapStateGetMethod();
+/// const auto cpu = device->get<CpuDebug_v1_1>("cpu0");
+/// const bool powerGood = device->value(cpu->getHdt()->getIoPwrokGetMethod()).level;
+/// const auto state = device->value(cpu->getJtag()->tapStateGetMethod()).state;
 /// @endcode
 class TAVO_API CpuDebug_v1_1 : public Proxy<TAVOXTranscode::cpuDebug_v1_1::rows> {
 public:

@@ -24,8 +24,8 @@ namespace TAVO::HWDebug {
 /// 1.0. Use it to reach that object; it has no other operations.
 ///
 /// @code
-/// const auto csJtag = std::dynamic_pointer_cast<CsJtag_v1_0>(device->getChild("csJtag"));
-/// const auto state = csJtag->getJtag()->tapStateGetMethod();
+/// const auto csJtag = device->get<CsJtag_v1_0>("csJtag");
+/// const auto state = device->value(csJtag->getJtag()->tapStateGetMethod()).state;
 /// @endcode
 class TAVO_API CsJtag_v1_0 : public Proxy<TAVOXTranscode::csJtag_v1_0::rows> {
 public:

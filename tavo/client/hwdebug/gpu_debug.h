@@ -78,9 +78,9 @@ namespace TAVO::HWDebug {
 /// "jtag", "gpuScan" and "i2c" objects, to set its header mode, and to read its power-enable input.
 ///
 /// @code
-/// const auto gpu = std::dynamic_pointer_cast<GpuDebug_v1_0>(device->getChild("gpu0"));
+/// const auto gpu = device->get<GpuDebug_v1_0>("gpu0");
 /// if (const auto i2c = gpu->getI2c()) // the only child that may be missing
-///     device->call(i2c->getTransferMethod(0x50, 0, {0}, 8));
+///     device->execute(i2c->getTransferMethod(0x50, 0, {0}, 8));
 /// @endcode
 ///
 /// Each operation builds a call and sends nothing, and throws SpecificationError when the device does not

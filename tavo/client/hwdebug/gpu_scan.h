@@ -129,9 +129,7 @@ struct TAVO_API GpuScanSckFrequency {
 /// a "gpuDebug" object.
 ///
 /// @code
-/// const auto bits = scan->getScanMethod(64);
-/// device->call(bits);
-/// use(bits->value().data);
+/// const auto bytes = device->value(scan->getScanMethod(64)).data;
 /// @endcode
 ///
 /// Each operation builds a call and sends nothing, and throws SpecificationError when the device does not

@@ -158,7 +158,7 @@ struct TAVO_API I2cSclFrequency {
 /// device->call(temperature);
 /// if (temperature->returnCode() != 0)
 ///     throw std::runtime_error("the sensor does not answer");
-/// use(temperature->value().data);
+/// const int degrees = temperature->value().data.at(0);
 /// @endcode
 ///
 /// Each operation builds a call and sends nothing, and throws SpecificationError when the device does not

@@ -208,9 +208,8 @@ struct TAVO_API TdoExpectedGet {
 /// those of every object: build its calls with make() and the methods of jtag_v1_0.
 ///
 /// @code
-/// const auto idcode = jtag->make(jtag_v1_0::shiftDR, 32, bytes);
-/// device->call(idcode);
-/// use(idcode->value().data);
+/// namespace calls = TAVO::TAVOXTranscode::jtag_v1_0;
+/// const auto captured = device->value(jtag->make(calls::shiftDR, 32, bytes)).data;
 /// @endcode
 class TAVO_API Jtag_v1_0 : public Proxy<TAVOXTranscode::jtag_v1_0::rows> {
 protected:
@@ -227,7 +226,7 @@ protected:
 /// queue->add(jtag->getTapStateSetMethod(0)); // Test-Logic-Reset, as this device numbers it
 /// queue->add(idcode);
 /// device->multicall(queue);
-/// use(idcode->value().data);
+/// const auto captured = idcode->value().data;
 /// @endcode
 ///
 /// Each operation builds a call and sends nothing, and throws SpecificationError when the device does not

@@ -58,8 +58,8 @@ namespace TAVO::HWDebug {
 /// Proxy of a "kelvorGpuDebugMux" object, a multiplexer board. Use it to set the header mode of the board.
 ///
 /// @code
-/// const auto mux = std::dynamic_pointer_cast<KelvorGpuDebugMux_v1_0>(device->getChild("gpuMux"));
-/// device->call(mux->getHeaderModeSetMethod(2));
+/// const auto mux = device->get<KelvorGpuDebugMux_v1_0>("gpuMux");
+/// device->execute(mux->getHeaderModeSetMethod(2));
 /// @endcode
 ///
 /// Each operation builds a call and sends nothing, and throws SpecificationError when the device does not

@@ -62,7 +62,7 @@ namespace TAVO::HWDebug {
 /// are present.
 ///
 /// @code
-/// const auto lpc = std::dynamic_pointer_cast<Lpc_v1_0>(device->getChild("lpc"));
+/// const auto lpc = device->get<Lpc_v1_0>("lpc");
 /// const auto postCode = lpc->getLpcPostCode();
 /// const auto rom = lpc->getLpcRomEmulation();
 /// @endcode

@@ -70,11 +70,9 @@ namespace TAVO::HWDebug {
 /// its calls with make() and the methods of lpcPostCode_v1_0.
 ///
 /// @code
-/// using namespace TAVO::TAVOXTranscode;
-/// const auto last = postCode->make(lpcPostCode_v1_0::postCodeGet);
-/// device->call(last);
-/// use(last->value().postCode);
-/// device->call(postCode->make(lpcPostCode_v1_0::optionFifoCircularSet, 1));
+/// namespace calls = TAVO::TAVOXTranscode::lpcPostCode_v1_0;
+/// const auto last = device->value(postCode->make(calls::postCodeGet)).postCode;
+/// device->execute(postCode->make(calls::optionFifoCircularSet, 1));
 /// @endcode
 class TAVO_API LpcPostCode_v1_0 : public Proxy<TAVOXTranscode::lpcPostCode_v1_0::rows> {
 protected:

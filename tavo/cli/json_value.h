@@ -1,4 +1,0 @@
-#pragma once
-
-// The path by which tests outside tests/cli include it.
-#include <tavo/cli/values/json_value.h>
