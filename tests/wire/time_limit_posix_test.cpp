@@ -48,7 +48,8 @@ private:
 
 TEST(LimitedTransportOnPosix, IsHeldUpByNoSignals) {
     support::GuardedListener listener;
-    TAVO::SocketTransport transport("127.0.0.1", listener.portText(), nullptr, 200ms);
+    TAVO::SocketTransport transport("127.0.0.1", listener.portText());
+    transport.setTimeLimit(200ms);
     auto peer = listener.accept();
     const Signals signals;
     const std::uint8_t byte = 1;

@@ -72,7 +72,8 @@ TEST_F(LimitedTransport, RefusesALimitThatNoExchangeKeeps) {
 }
 
 TEST_F(LimitedTransport, EndsAReceiveFromASilentPeerAndConnectsAnewAtTheNextSend) {
-    const auto transport = connect(shortLimit);
+    const auto transport = connect(longLimit);
+    transport->setTimeLimit(shortLimit);
     auto silent = listener.accept();
     send(*transport, {1});
     EXPECT_EQ(failureOf<NetworkError>([&] { receive(*transport, 1); }), timedOut);
@@ -88,7 +89,8 @@ TEST_F(LimitedTransport, EndsAReceiveFromASilentPeerAndConnectsAnewAtTheNextSend
 }
 
 TEST_F(LimitedTransport, EndsAReceiveInPlaceToo) {
-    const auto transport = connect(shortLimit);
+    const auto transport = connect(longLimit);
+    transport->setTimeLimit(shortLimit);
     auto peer = listener.accept();
     send(*transport, {1});
     peer.write({1, 2, 3});
@@ -104,7 +106,8 @@ TEST_F(LimitedTransport, TakesWhatHasArrivedInTime) {
 }
 
 TEST_F(LimitedTransport, EndsASendThatThePeerDoesNotTake) {
-    const auto transport = connect(shortLimit);
+    const auto transport = connect(longLimit);
+    transport->setTimeLimit(shortLimit);
     auto peer = listener.accept();
     const Bytes upload(64 * 1024 * 1024);
     EXPECT_EQ(failureOf<NetworkError>([&] { send(*transport, upload); }), timedOut);
@@ -154,7 +157,8 @@ TEST_F(LimitedTransport, IsOutlivedByNoPeerThatSendsAByteNowAndThen) {
         while (!client.hasInput(5ms))
             client.write({0});
     });
-    SocketTransport transport("127.0.0.1", trickling.portText(), nullptr, shortLimit);
+    SocketTransport transport("127.0.0.1", trickling.portText());
+    transport.setTimeLimit(shortLimit);
     send(transport, {1});
     const auto begin = Clock::now();
     EXPECT_EQ(failureOf<NetworkError>([&] { receive(transport, 1'000'000); }), timedOut);
@@ -172,7 +176,8 @@ TEST_F(LimitedTransport, IsOutlivedByNoPeerThatSendsWithoutEnd) {
         } catch (const std::exception&) { // the client has gone
         }
     });
-    SocketTransport transport("127.0.0.1", flooding.portText(), nullptr, shortLimit);
+    SocketTransport transport("127.0.0.1", flooding.portText());
+    transport.setTimeLimit(shortLimit);
     send(transport, {1});
     EXPECT_EQ(failureOf<NetworkError>([&] {
                   while (true)
@@ -218,7 +223,8 @@ TEST_F(LimitedTransport, WaitsAsLongAsItTakesOnceTheLimitIsTakenAway) {
         std::this_thread::sleep_for(2 * *shortLimit);
         client.write({9});
     });
-    SocketTransport transport("127.0.0.1", slow.portText(), nullptr, shortLimit);
+    SocketTransport transport("127.0.0.1", slow.portText());
+    transport.setTimeLimit(shortLimit);
     transport.setTimeLimit(std::nullopt);
     send(transport, {1});
     EXPECT_EQ(receive(transport, 1), Bytes{9});
