@@ -166,14 +166,16 @@ private:
 
     void wholeResult(Method& method, std::uint32_t size) {
         TAVOX::InputStream in = block(size);
-        takeRest(in);
-        dto::result outcome;
+        countResult();
+        store(method, in, decoded(method, in));
+    }
+
+    static dto::result decoded(const Method& method, TAVOX::InputStream& in) {
         try {
-            outcome = method.getDecoder()(in);
+            return method.getDecoder()(in);
         } catch (const std::exception& failure) {
             refuse(method, failure.what());
         }
-        store(method, in, std::move(outcome));
     }
 
     void arrivingResult(Method& method, std::uint32_t size) {
@@ -195,8 +197,10 @@ private:
     /// Receives what the decoder has left, or nothing, and with it the result to its end.
     void takeRest(const TAVOX::InputStream& in) {
         buffer_.discard(transport_, in.remaining() - in.arrived());
-        isRead_ = --unread_ == 0;
+        countResult();
     }
+
+    void countResult() { isRead_ = --unread_ == 0; }
 
     static void store(Method& method, const TAVOX::InputStream& in, dto::result&& outcome) {
         if (!in.failed()) {
