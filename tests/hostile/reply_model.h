@@ -43,6 +43,10 @@ inline const std::string closedEarly =
                                  support::errorCodeText(support::SystemError::connectionReset));
 inline const std::string unexpectedData = describe("NetworkError", "Unexpected data recieved from device.");
 
+inline const std::string cutOffWhileSending =
+    describe("NetworkError", "Error transmitting message call to device." +
+                                 support::errorCodeText(support::SystemError::connectionReset));
+
 /// What a client is told that cannot connect to that port.
 inline std::string refusedAt(const std::string& port,
                              support::SystemError why = support::SystemError::connectionRefused) {
