@@ -53,6 +53,7 @@
 #include <tavo/client/transcode/value.h>
 #include <tavo/client/transcode/value_view.h>
 #include <tavo/client/version_number.h>
+#include <tavo/client/wire/deadline.h>
 #include <tavo/client/wire/error.h>
 #include <tavo/client/wire/error_facts.h>
 #include <tavo/client/wire/input_stream.h>

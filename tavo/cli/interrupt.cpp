@@ -3,10 +3,7 @@
 #include <csignal>
 #include <utility>
 
-#include <fmt/format.h>
 #include <poll.h>
-
-#include <tavo/cli/failure.h>
 
 namespace TAVO::cli {
 
@@ -27,8 +24,7 @@ void remember(int signal) {
 
 } // namespace
 
-InterruptWatch::InterruptWatch(std::optional<Milliseconds> limit)
-    : limit_(limit) {
+InterruptWatch::InterruptWatch() {
     caught = 0;
     struct sigaction action {};
     action.sa_handler = remember;
@@ -60,28 +56,16 @@ InterruptWatch::~InterruptWatch() {
         ::sigaction(signals_[i], &before_[i], nullptr);
 }
 
-void InterruptWatch::begin(std::optional<Milliseconds> limit, bool endsBySignal) {
-    const std::lock_guard lock(mutex_);
-    cause_ = Cause::none;
-    wait_ = Wait{limit ? std::optional(Clock::now() + *limit) : std::nullopt, endsBySignal};
-}
-
 void InterruptWatch::alsoInterrupt(std::function<void()> action) {
     const std::lock_guard lock(mutex_);
     alsoInterrupt_ = std::move(action);
 }
 
-void InterruptWatch::end() {
+void InterruptWatch::setWaiting(bool waiting) {
     const std::lock_guard lock(mutex_);
-    wait_.reset();
-}
-
-void InterruptWatch::throwCause() const {
-    if (cause_ == Cause::signal)
-        throw Interrupted(caught);
-    if (cause_ == Cause::limit)
-        throw Failure(ExitCode::network, fmt::format("the device did not answer in time ({} ms)",
-                                                     limit_.value_or(longestRelease).count()));
+    waiting_ = waiting;
+    if (waiting)
+        endedWait_ = false;
 }
 
 void InterruptWatch::watch() {
@@ -92,15 +76,10 @@ void InterruptWatch::watch() {
         const auto now = Clock::now();
         if (caught != 0 && !endOfGrace)
             endOfGrace = now + grace;
-        if (!wait_)
+        if (!waiting_ || !endOfGrace || now < *endOfGrace)
             continue;
-        if (wait_->endsBySignal && endOfGrace && now >= *endOfGrace)
-            cause_ = Cause::signal;
-        else if (wait_->end && now >= *wait_->end)
-            cause_ = Cause::limit;
         // Again at every step while the wait lasts: it may not have reached the connection before.
-        if (cause_ == Cause::none)
-            continue;
+        endedWait_ = true;
         interrupter_->interrupt();
         if (alsoInterrupt_)
             alsoInterrupt_();

@@ -27,7 +27,7 @@ public:
     int signal;
 };
 
-/// Ends what waits, for the device or for time, on a signal or when it takes too long.
+/// Ends what waits, for the device or for time, on a signal.
 ///
 /// While one exists, SIGINT, SIGTERM, SIGHUP and SIGQUIT, unless they are ignored, become Interrupted at the
 /// next wait or in the one that runs. A second one ends the process at once. There is one at a time.
@@ -35,8 +35,7 @@ class InterruptWatch {
 public:
     using Milliseconds = std::chrono::milliseconds;
 
-    /// @param limit how long one wait for the device may take; without it, as long as the device takes.
-    explicit InterruptWatch(std::optional<Milliseconds> limit);
+    InterruptWatch();
     InterruptWatch(const InterruptWatch&) = delete;
     InterruptWatch& operator=(const InterruptWatch&) = delete;
     ~InterruptWatch();
@@ -49,17 +48,18 @@ public:
     void alsoInterrupt(std::function<void()> action);
 
     /// Runs an action that waits for the device.
-    /// @throws Interrupted when a signal came before, or ended it; Failure (network) when it took too long;
-    ///         what the action throws.
+    /// @throws Interrupted when a signal came before, or ended it; what the action throws.
     template <class Action>
     auto await(Action action) {
         throwIfInterrupted();
-        return wait(limit_, true, action);
-    }
-    /// The same for what gives something back to the device: it is done after a signal too, but not for long.
-    template <class Action>
-    auto awaitRelease(Action action) {
-        return wait(std::min(limit_.value_or(longestRelease), longestRelease), false, action);
+        try {
+            const Wait wait(*this);
+            return action();
+        } catch (const std::exception&) {
+            if (endedWait_)
+                throwIfInterrupted();
+            throw;
+        }
     }
 
     /// Sleeps for that long.
@@ -82,47 +82,28 @@ public:
 
 private:
     using Clock = std::chrono::steady_clock;
-    enum class Cause { none, signal, limit };
 
-    static constexpr Milliseconds longestRelease{2000};
     /// How long a call that runs when a signal comes may go on: its reply may be all that is left of what the
     /// device gave away.
     static constexpr Milliseconds grace{250};
 
-    struct Wait {
-        std::optional<Clock::time_point> end;
-        bool endsBySignal = true;
-    };
-
-    template <class Action>
-    auto wait(std::optional<Milliseconds> limit, bool endsBySignal, Action action) {
-        begin(limit, endsBySignal);
-        try {
-            const EndOfWait atEnd(*this);
-            return action();
-        } catch (const std::exception&) {
-            throwCause();
-            throw;
-        }
-    }
-    class EndOfWait {
+    class Wait {
     public:
-        explicit EndOfWait(InterruptWatch& watch)
-            : watch_(watch) {}
-        EndOfWait(const EndOfWait&) = delete;
-        EndOfWait& operator=(const EndOfWait&) = delete;
-        ~EndOfWait() { watch_.end(); }
+        explicit Wait(InterruptWatch& watch)
+            : watch_(watch) {
+            watch_.setWaiting(true);
+        }
+        Wait(const Wait&) = delete;
+        Wait& operator=(const Wait&) = delete;
+        ~Wait() { watch_.setWaiting(false); }
 
     private:
         InterruptWatch& watch_;
     };
 
-    void begin(std::optional<Milliseconds> limit, bool endsBySignal);
-    void end();
-    void throwCause() const;
+    void setWaiting(bool waiting);
     void watch();
 
-    std::optional<Milliseconds> limit_;
     std::shared_ptr<Interrupter> interrupter_ = std::make_shared<Interrupter>();
     static constexpr std::array signals_ = {SIGINT, SIGTERM, SIGHUP, SIGQUIT};
     std::array<struct sigaction, signals_.size()> before_{};
@@ -130,8 +111,8 @@ private:
     std::mutex mutex_;
     std::condition_variable changed_;
     std::function<void()> alsoInterrupt_;
-    std::optional<Wait> wait_;
-    Cause cause_ = Cause::none;
+    bool waiting_ = false;
+    bool endedWait_ = false; ///< of the wait that runs, or of the last one
     bool done_ = false;
     std::thread thread_;
 };

@@ -17,8 +17,8 @@ void Program::describe(OptionList& list) {
              {.valueName = "COMMAND", .heading = heading, .needs = {"--host"}});
     list.add("--secure", connection.secure, "Insist on a known server key", {.heading = heading});
     list.add("--timeout", connection.timeout,
-             "How long the device may take to be opened, and to answer each exchange, such as 500ms,\n"
-             "10s or 2m; as long as it takes unless given",
+             "How long the device may take to answer each exchange, such as 500ms, 10s or 2m; as\n"
+             "long as it takes unless given",
              {.kind = ValueKind::duration,
               .limits = between(0.001, 1e6),
               .valueName = "DURATION",

@@ -1,5 +1,7 @@
 #include <tavo/cli/session.h>
 
+#include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <stdexcept>
 #include <string_view>
@@ -35,21 +37,29 @@ Session::Session(ConnectionOptions options, std::function<void(std::string_view)
     : options_(std::move(options))
     , warn_(std::move(warn))
     , environmentPassword_(takePasswordOfEnvironment()) {
+    if (const auto seconds = options_.timeout)
+        timeLimit_ = std::chrono::milliseconds(std::max(std::llround(*seconds * 1000), 1LL));
     registerObjects();
 }
 
 Session::~Session() {
     if (device_)
-        watch().awaitRelease([this] { device_.reset(); });
+        limitRelease();
 }
 
 InterruptWatch& Session::watch() {
-    if (!watch_) {
-        using Milliseconds = InterruptWatch::Milliseconds;
-        const auto seconds = options_.timeout;
-        watch_.emplace(seconds ? std::optional(Milliseconds(std::llround(*seconds * 1000))) : std::nullopt);
-    }
+    if (!watch_)
+        watch_.emplace();
     return *watch_;
+}
+
+OpenOptions Session::interruptible() {
+    return {.timeLimit = timeLimit_, .interrupter = watch().interrupter()};
+}
+
+void Session::limitRelease() {
+    constexpr std::chrono::milliseconds longest(2000);
+    device_->setTimeLimit(std::min(timeLimit_.value_or(longest), longest));
 }
 
 Session::Account Session::account() const {
@@ -100,9 +110,9 @@ Device& Session::device() {
     device_ = watch().await([&] {
         if (options_.via)
             return DeviceFactory::buildDevice(tunnel(), identity.user, identity.password.text(),
-                                              options_.secure);
+                                              options_.secure, {.timeLimit = timeLimit_});
         return DeviceFactory::buildDevice(options_.host, port(), identity.user, identity.password.text(),
-                                          options_.secure, watch().interrupter());
+                                          options_.secure, interruptible());
     });
     return *device_;
 }
@@ -112,8 +122,8 @@ Device& Session::identify(Device_Factory_Structs::TavoDeviceDescriptor& descript
         startSimulator();
     device_ = watch().await([&] {
         if (!options_.via)
-            return DeviceFactory::queryDevice(options_.host, port(), descriptor, watch().interrupter());
-        auto device = DeviceFactory::queryDevice(tunnel(), descriptor);
+            return DeviceFactory::queryDevice(options_.host, port(), descriptor, interruptible());
+        auto device = DeviceFactory::queryDevice(tunnel(), descriptor, {.timeLimit = timeLimit_});
         descriptor.port = port();
         return device;
     });
@@ -154,7 +164,14 @@ void Session::run(const std::vector<std::shared_ptr<Method>>& methods) {
 }
 
 void Session::release(const std::shared_ptr<Method>& method) {
-    watch().awaitRelease([&] { exchange({method}); });
+    limitRelease();
+    try {
+        exchange({method});
+    } catch (...) {
+        device_->setTimeLimit(timeLimit_);
+        throw;
+    }
+    device_->setTimeLimit(timeLimit_);
     requireSuccess(*method);
 }
 

@@ -68,8 +68,7 @@ public:
     }
 
     /// Executes the calls in one exchange. Results that arrived before a failure stay in their Methods.
-    /// @throws Interrupted when a signal came; Failure (network) when the device does not answer in time;
-    ///         what Device::multicall throws.
+    /// @throws Interrupted when a signal came; what Device::multicall throws.
     void run(const std::vector<std::shared_ptr<Method>>& methods);
     /// The same, and insists on the success of every call.
     void runAll(const std::vector<std::shared_ptr<Method>>& methods);
@@ -111,12 +110,16 @@ private:
     void startSimulator();
     int port() const;
     void exchange(const std::vector<std::shared_ptr<Method>>& methods);
+    OpenOptions interruptible();
     InterruptWatch& watch();
+    /// What gives something back to the device is done after a signal too, but not for long.
+    void limitRelease();
 
     ConnectionOptions options_;
     std::function<void(std::string_view)> warn_;
     std::optional<Secret> environmentPassword_;
     std::unique_ptr<simulator::Simulator> simulator_;
+    TimeLimit timeLimit_;
     std::optional<InterruptWatch> watch_;
     std::shared_ptr<Device> device_;
 };

@@ -76,6 +76,11 @@ void ViaTransport::close(Milliseconds patience) noexcept {
     running_.reset();
 }
 
+void ViaTransport::giveUp(const char* why) {
+    close(Milliseconds(0));
+    throw NetworkError(why);
+}
+
 void ViaTransport::interrupt() noexcept { stop_->interrupt(); }
 
 bool ViaTransport::renew() noexcept {
@@ -97,6 +102,7 @@ bool ViaTransport::hasUnaskedBytes() noexcept {
 }
 
 void ViaTransport::ensureConnected() {
+    deadline_.start();
     if (const auto interrupts = stop_->interrupts_.load();
         std::exchange(seenInterrupts_, interrupts) != interrupts)
         close(Milliseconds(0));
@@ -122,14 +128,16 @@ void ViaTransport::failBroken(const std::string& what) {
 }
 
 void ViaTransport::await(short event) {
-    constexpr int step = 50;
+    constexpr Milliseconds step(50);
     pollfd watched{running_->connection(), event, 0};
+    Milliseconds pause;
     do {
-        if (stop_->interrupts_ != seenInterrupts_) {
-            close(Milliseconds(0));
-            throw NetworkError("Call to device interrupted.");
-        }
-    } while (::poll(&watched, 1, step) <= 0);
+        if (stop_->interrupts_ != seenInterrupts_)
+            giveUp("Call to device interrupted.");
+        if (deadline_.isOver())
+            giveUp("Call to device timed out.");
+        pause = std::min(deadline_.left().value_or(step), step);
+    } while (::poll(&watched, 1, static_cast<int>(pause.count())) <= 0);
 }
 
 void ViaTransport::send(const TAVOX::OutputStream::Chunks& request) {

@@ -15,8 +15,7 @@ namespace TAVO::cli {
 
 /// The command that a user means by --via: %h is the host, %p the port, %% a percent sign.
 /// @throws Failure (usage) for anything else behind a percent sign, and for a host with characters that a
-/// shell
-///         or a command might take for something else than a name or an address.
+///         shell or a command might take for something else than a name or an address.
 std::string viaCommand(const std::string& pattern, const std::string& host, int port);
 
 /// A connection through a command that a shell runs. Made anew, it starts the command again.
@@ -46,11 +45,15 @@ public:
     std::uint64_t connectionNumber() const noexcept override { return starts_; }
     void keepConnection(bool kept) noexcept override { kept_ = kept; }
     bool isConnected() const noexcept override { return running_.has_value(); }
+    void setTimeLimit(TimeLimit limit) override { deadline_.setLimit(limit); }
+    TimeLimit timeLimit() const noexcept override { return deadline_.limit(); }
 
 private:
     void start();
     /// Gives the command up. @param patience how long it may take to end by itself.
     void close(ShellCommand::Milliseconds patience) noexcept;
+    /// The same, and throws why.
+    [[noreturn]] void giveUp(const char* why);
     /// Waits until the connection can be read or written.
     void await(short event);
     void sendAll(const std::uint8_t* bytes, std::size_t length);
@@ -68,6 +71,7 @@ private:
     std::uint64_t starts_ = 0;
     std::uint32_t seenInterrupts_ = 0;
     bool kept_ = false;
+    Deadline deadline_;
     std::size_t readBegin_ = 0;
     std::size_t readEnd_ = 0;
     std::array<std::uint8_t, 65536> readAhead_{};

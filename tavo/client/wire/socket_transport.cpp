@@ -39,13 +39,6 @@ bool isBeyondAllPorts(const std::string& port) {
     return end == textEnd && (error == std::errc::result_out_of_range || number > 0xFFFF);
 }
 
-TimeLimit checked(TimeLimit limit) {
-    if (limit && limit->count() < 1)
-        throw std::invalid_argument("the time limit must be at least 1 ms, not " +
-                                    std::to_string(limit->count()) + " ms");
-    return limit;
-}
-
 } // namespace
 
 SocketTransport::SocketTransport(const std::string& host, const std::string& port,
@@ -58,7 +51,7 @@ SocketTransport::SocketTransport(const std::string& host, const std::string& por
     , port_(port)
     , interrupter_(interrupter ? std::move(interrupter) : std::make_shared<Interrupter>())
     , socket_(sockets::closedHandle)
-    , limit_(checked(limit))
+    , deadline_(limit)
     , readAhead_(std::make_unique_for_overwrite<std::uint8_t[]>(2 * readAheadCapacity)) {
     if (!sockets::startUp())
         throw NetworkError("Could not initialize WinSock library");
@@ -80,21 +73,11 @@ void SocketTransport::close() noexcept {
 
 void SocketTransport::interrupt() noexcept { interrupter_->interrupt(); }
 
-void SocketTransport::setTimeLimit(TimeLimit limit) {
-    limit_ = checked(limit);
-    startTime();
-}
-
-void SocketTransport::startTime() noexcept {
-    // A later deadline than this would be beyond what the clock counts.
-    constexpr std::chrono::milliseconds longest = std::chrono::hours(24 * 365 * 100);
-    if (limit_)
-        deadline_ = Clock::now() + std::min(*limit_, longest);
-}
+void SocketTransport::setTimeLimit(TimeLimit limit) { deadline_.setLimit(limit); }
 
 void SocketTransport::beginExchange() noexcept {
     exchangeBegin_ = interrupter_->beginExchange();
-    startTime();
+    deadline_.start();
 }
 
 bool SocketTransport::isInterrupted() const noexcept {
@@ -117,11 +100,10 @@ void SocketTransport::awaitWithinLimit(bool toSend) {
     while (!ready) {
         if (isInterrupted())
             endInterrupted();
-        const auto left = deadline_ - Clock::now();
-        if (left <= Clock::duration::zero())
+        if (deadline_.isOver())
             endLate();
         ++counters_.polls;
-        ready = sockets::awaitReady(socket_, readiness, std::chrono::ceil<std::chrono::milliseconds>(left));
+        ready = sockets::awaitReady(socket_, readiness, *deadline_.left());
     }
 }
 
@@ -141,7 +123,7 @@ void SocketTransport::connectAnew() {
     close();
     connectionBegin_ = exchangeBegin_;
     ++counters_.connects;
-    const auto givesUp = [this] { return isInterrupted() || isLate(); };
+    const auto givesUp = [this] { return isInterrupted() || deadline_.isOver(); };
     std::optional<sockets::ConnectFailure> failure;
     if (isBeyondAllPorts(port_))
         failure = {sockets::ConnectStep::resolve, sockets::noSuchPortText()};
@@ -153,7 +135,7 @@ void SocketTransport::connectAnew() {
     }
     if (isInterrupted())
         endInterrupted();
-    if (isLate() && (!failure || failure->step == sockets::ConnectStep::givenUp))
+    if (deadline_.isOver() && (!failure || failure->step == sockets::ConnectStep::givenUp))
         endLate();
     if (failure)
         throw NetworkError(introduction(failure->step) + host_ + " port " + port_ + failure->errorText);
@@ -226,14 +208,14 @@ void SocketTransport::prepareToSend() {
 std::size_t SocketTransport::sendSome(std::span<const std::span<const std::uint8_t>> runs) {
     while (true) {
         ++counters_.sends;
-        const auto sent =
-            limit_ ? sockets::sendWithoutWaiting(socket_, runs) : sockets::sendGathered(socket_, runs);
+        const auto sent = deadline_.limit() ? sockets::sendWithoutWaiting(socket_, runs)
+                                            : sockets::sendGathered(socket_, runs);
         if (sent.error != 0) {
             if (isInterrupted())
                 endInterrupted();
             throw NetworkError("Error transmitting message call to device." + sockets::errorText(sent.error));
         }
-        if (sent.bytes > 0 || !limit_)
+        if (sent.bytes > 0 || !deadline_.limit())
             return sent.bytes;
         awaitWithinLimit(true);
     }
@@ -284,7 +266,7 @@ std::size_t SocketTransport::takeReadAhead(std::uint8_t* destination, std::uint6
 }
 
 std::size_t SocketTransport::receiveSome(std::uint8_t* destination, std::uint64_t length) {
-    if (limit_)
+    if (deadline_.limit())
         awaitWithinLimit(false);
     ++counters_.receives;
     const auto limit =

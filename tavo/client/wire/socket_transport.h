@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -112,18 +111,14 @@ public:
     /// the whole limit from here. Only the resolution of the host's name cannot be bounded: it takes as long
     /// as the system takes for it, and the limit is looked at again when it has ended.
     void setTimeLimit(TimeLimit limit) override;
-    TimeLimit timeLimit() const noexcept override { return limit_; }
+    TimeLimit timeLimit() const noexcept override { return deadline_.limit(); }
 
     const TransportCounters& counters() const noexcept { return counters_; }
 
 private:
-    using Clock = std::chrono::steady_clock;
-
     void beginExchange() noexcept;
-    void startTime() noexcept;
     bool isInterrupted() const noexcept;
     [[noreturn]] void endInterrupted();
-    bool isLate() const noexcept { return limit_ && Clock::now() >= deadline_; }
     [[noreturn]] void endLate();
     void awaitWithinLimit(bool toSend);
     [[noreturn]] void failReceive(int error);
@@ -144,8 +139,7 @@ private:
     Interrupter::Count exchangeBegin_ = 0;
     /// That of the exchange which made the connection.
     Interrupter::Count connectionBegin_ = 0;
-    TimeLimit limit_;
-    Clock::time_point deadline_; ///< of the exchange, where there is a limit
+    Deadline deadline_;
     std::unique_ptr<std::uint8_t[]> readAhead_;
     std::size_t readAheadBegin_ = 0;
     std::size_t readAheadEnd_ = 0;

@@ -1,16 +1,12 @@
 #pragma once
 
-#include <chrono>
 #include <cstdint>
-#include <optional>
 
 #include <tavo/client/export.h>
+#include <tavo/client/wire/deadline.h>
 #include <tavo/client/wire/output_stream.h>
 
 namespace TAVO {
-
-/// How long one exchange may take, at least 1 ms; as long as it takes without a value.
-using TimeLimit = std::optional<std::chrono::milliseconds>;
 
 /// Moves the bytes of requests and replies; knows nothing of what they mean. SocketTransport is the one for
 /// real devices; deriving another one puts a different connection, or a test's script, below the calls.
