@@ -81,6 +81,7 @@ void insistOnSameBytes(Appliance& appliance, const RawCall& raw, const TAVO::Mul
 
 void measureSingleCall(Run& run);
 void measureBatch(Run& run);
+void measureCycle(Run& run);
 void measureBuilding(Run& run);
 void measureBlobs(Run& run);
 void measureOpening(Run& run);

@@ -97,6 +97,44 @@ void measureBatch(Run& run) {
     }
 }
 
+namespace {
+
+/// Everything that an application does for a batch: build it, execute it, take its results, free it.
+void runWholeCycle(const Bench& bench, std::size_t count, const Bytes& data) {
+    const auto queue = std::make_shared<TAVO::MulticallQueue>();
+    std::vector<std::shared_ptr<TAVO::BoundMethod<ExchangeReply>>> methods;
+    methods.reserve(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        methods.push_back(bench.gauge.getExchangeMethod(exchangeNumber, data));
+        queue->add(methods.back());
+    }
+    bench.device->multicall(queue);
+    for (const auto& method : methods)
+        benchmark::DoNotOptimize(method->take());
+}
+
+} // namespace
+
+void measureCycle(Run& run) {
+    Bench bench(run.processors.front());
+    const auto clock = run.sharedProcessor(bench.server);
+    const auto data = exchangeData();
+    const struct {
+        std::size_t count;
+        std::size_t rounds;
+        double target;
+    } cases[] = {{10, 2000, 3}, {1000, 300, 3}, {100000, 6, 6}};
+    for (const auto& [count, rounds, target] : cases) {
+        RawCall raw(bench.appliance, "exchange", exchangeParameters(), count);
+        const auto pieces = count < 100 ? 20U : 1U;
+        const auto comparison = interleaved(
+            clock, run.rounds(rounds), pieces, [&] { raw(bench.raw); },
+            [&] { runWholeCycle(bench, count, data); });
+        const auto work = "batch of " + std::to_string(count) + ", built, executed, taken and freed";
+        run.report.addRatio(work, comparison, target);
+    }
+}
+
 void measureBuilding(Run& run) {
     Bench bench(run.processors.front());
     const auto clock = run.wallTime ? Clock::wall() : Clock::ownProcessor();

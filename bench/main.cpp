@@ -18,10 +18,11 @@ namespace {
 using Measurement = std::pair<std::string, std::function<void(bench::Run&)>>;
 
 const std::vector<Measurement> measurements{
-    {"single", bench::measureSingleCall},       {"batch", bench::measureBatch},
-    {"build", bench::measureBuilding},          {"blobs", bench::measureBlobs},
-    {"opening", bench::measureOpening},         {"sizes", bench::measureRequestSizes},
-    {"allocations", bench::measureAllocations}, {"growth", bench::measureGrowth},
+    {"single", bench::measureSingleCall},  {"batch", bench::measureBatch},
+    {"cycle", bench::measureCycle},        {"build", bench::measureBuilding},
+    {"blobs", bench::measureBlobs},        {"opening", bench::measureOpening},
+    {"sizes", bench::measureRequestSizes}, {"allocations", bench::measureAllocations},
+    {"growth", bench::measureGrowth},
 };
 
 std::vector<std::string> names() {
