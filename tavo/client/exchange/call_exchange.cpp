@@ -152,7 +152,9 @@ public:
     bool hasMore() const { return unread_ > 0; }
 
     void result(Method& method) {
-        const auto size = number("Could not read Result Size from device for method: ", &method);
+        const auto known = std::exchange(nextSize_, std::nullopt);
+        const auto size =
+            known ? *known : number("Could not read Result Size from device for method: ", &method);
         if (size > largestWhole && TAVOXTranscode::isRecordDecoder(method.getDecoder()))
             arrivingResult(method, size);
         else
@@ -165,7 +167,7 @@ private:
     static constexpr std::uint32_t largestWhole = 64 * 1024;
 
     void wholeResult(Method& method, std::uint32_t size) {
-        TAVOX::InputStream in = block(size);
+        TAVOX::InputStream in = resultBlock(size);
         countResult();
         store(method, in, decoded(method, in));
     }
@@ -223,6 +225,17 @@ private:
                         std::move(facts));
     }
 
+    /// One result, and in the same step the size of the next one where both are there already.
+    TAVOX::InputStream resultBlock(std::uint32_t size) {
+        constexpr auto sizeField = sizeof(std::uint32_t);
+        const auto* bytes =
+            unread_ > 1 ? transport_.receiveInPlace(std::uint64_t{size} + sizeField) : nullptr;
+        if (!bytes)
+            return block(size);
+        nextSize_ = TAVOX::loadBigEndian<std::uint32_t>(bytes + size);
+        return {bytes, size};
+    }
+
     TAVOX::InputStream block(std::uint32_t length) {
         const auto bytes = buffer_.receive(transport_, length);
         return {bytes.data(), bytes.size()};
@@ -232,6 +245,7 @@ private:
     ReplyBuffer& buffer_;
     bool& isRead_;
     std::uint32_t unread_ = 0;
+    std::optional<std::uint32_t> nextSize_; ///< where it came with the result before
 };
 
 } // namespace
@@ -273,7 +287,7 @@ void CallExchange::run(std::uint32_t lockId, Batch batch) {
 
 void CallExchange::converse(std::uint32_t lockId, Batch batch, Progress& progress) {
     {
-        TAVOX::OutputStream request;
+        TAVOX::OutputStream request(spareChunks_);
         RecordLender lender(batch);
         request.takeLentRuns(lender);
         request.writeUInt32(lockId);
@@ -313,11 +327,11 @@ void CallExchange::converse(std::uint32_t lockId, Batch batch, Progress& progres
 
 void CallExchange::run(std::uint32_t lockId, const std::deque<std::shared_ptr<Method>>& batch) {
     constexpr std::size_t mostKept = 4096;
-    auto copy = std::exchange(spareCopy_, {});
+    auto copy = std::exchange(spareBatch_, {});
     const auto giveBack = [&](auto* used) {
         used->clear();
         if (used->capacity() <= mostKept)
-            spareCopy_ = std::move(*used);
+            spareBatch_ = std::move(*used);
     };
     const std::unique_ptr<decltype(copy), decltype(giveBack)> giveBackAtEnd(&copy, giveBack);
     copy.assign(batch.begin(), batch.end());

@@ -54,8 +54,9 @@ private:
     const std::type_info* kind_ = nullptr;
     bool inStep_ = true;
     ReplyBuffer buffer_;
-    /// Empty between the exchanges: spares each of them the memory of its copy.
-    std::vector<std::shared_ptr<Method>> spareCopy_;
+    TAVOX::OutputStream::SpareChunks spareChunks_;
+    /// Empty between the exchanges: spares each of them its memory.
+    std::vector<std::shared_ptr<Method>> spareBatch_;
 };
 
 } // namespace TAVO

@@ -9,13 +9,38 @@ namespace TAVOX {
 
 OutputStream::~OutputStream() {
     // One by one: letting each chunk destroy its successor would recurse as deep as the chain is long.
-    for (auto chunk = std::move(first_.next); chunk;)
-        chunk = std::move(chunk->next);
+    for (auto chunk = std::move(first_.next); chunk;) {
+        auto next = std::move(chunk->next);
+        if (spares_)
+            spares_->add(std::move(chunk));
+        chunk = std::move(next);
+    }
+}
+
+std::unique_ptr<OutputStream::Chunk> OutputStream::SpareChunks::take() noexcept {
+    if (!first_)
+        return nullptr;
+    --count_;
+    auto taken = std::move(first_);
+    first_ = std::move(taken->next);
+    taken->used = 0;
+    taken->lent = {};
+    return taken;
+}
+
+void OutputStream::SpareChunks::add(std::unique_ptr<Chunk> chunk) noexcept {
+    if (count_ == most)
+        return;
+    ++count_;
+    chunk->next = std::move(first_);
+    first_ = std::move(chunk);
 }
 
 bool OutputStream::startChunk() noexcept {
+    if (!failed_ && spares_)
+        current_->next = spares_->take();
     // Default-initialised on purpose: the bytes of a fresh chunk are written before they are read.
-    if (!failed_)
+    if (!failed_ && !current_->next)
         current_->next.reset(new (std::nothrow) Chunk);
     if (failed_ || !current_->next) {
         failed_ = true;

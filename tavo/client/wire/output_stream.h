@@ -94,8 +94,32 @@ public:
         const Chunk* first_;
     };
 
+    /// A few chunks that one writer leaves to the next, which need not ask for memory then. For writers of
+    /// one thread.
+    class TAVO_API SpareChunks {
+    public:
+        SpareChunks() = default;
+        SpareChunks(const SpareChunks&) = delete;
+        SpareChunks& operator=(const SpareChunks&) = delete;
+        ~SpareChunks() = default;
+
+        /// More than these are given back to the system.
+        static constexpr std::size_t most = 4;
+
+    private:
+        friend class OutputStream;
+        std::unique_ptr<Chunk> take() noexcept;
+        void add(std::unique_ptr<Chunk> chunk) noexcept;
+
+        std::unique_ptr<Chunk> first_;
+        std::size_t count_ = 0;
+    };
+
     // Not defaulted: `OutputStream out{}` must not clear the first chunk.
     OutputStream() noexcept {} // NOLINT(modernize-use-equals-default)
+    /// The same with chunks from `spares`, which outlives it, as long as there are some.
+    explicit OutputStream(SpareChunks& spares) noexcept
+        : spares_(&spares) {}
     OutputStream(const OutputStream&) = delete;
     OutputStream& operator=(const OutputStream&) = delete;
     ~OutputStream();
@@ -180,6 +204,7 @@ private:
     /// From now on the current chunk is full.
     void closeChunk() noexcept { limit_ = current_->used; }
 
+    SpareChunks* spares_ = nullptr;
     Chunk first_;
     Chunk* current_ = &first_;
     std::size_t limit_ = chunkCapacity;
