@@ -8,13 +8,13 @@
 namespace TAVOX {
 
 OutputStream::~OutputStream() {
-    // One by one: letting each chunk destroy its successor would recurse as deep as the chain is long.
+    // One by one: if each chunk destroyed the next, a long chain would exhaust the stack.
     for (auto chunk = std::move(first_.next); chunk;)
         chunk = std::move(chunk->next);
 }
 
 bool OutputStream::startChunk() noexcept {
-    // Default-initialised on purpose: the bytes of a fresh chunk are written before they are read.
+    // Left uninitialised on purpose: the bytes of a new chunk are written before they are read.
     if (!failed_)
         current_->next.reset(new (std::nothrow) Chunk);
     if (failed_ || !current_->next) {

@@ -31,7 +31,7 @@ const char* introduction(sockets::ConnectStep step) {
     return "Could not connect to socket to: ";
 }
 
-/// Some systems connect to what is left of such a number in 16 bits.
+/// Some systems would truncate such a number to 16 bits and connect there.
 bool isBeyondAllPorts(const std::string& port) {
     std::uint64_t number = 0;
     const auto* const textEnd = port.data() + port.size();
@@ -86,7 +86,7 @@ void SocketTransport::setTimeLimit(TimeLimit limit) {
 }
 
 void SocketTransport::startTime() noexcept {
-    // A later deadline than this would be beyond what the clock counts.
+    // A longer limit could overflow the clock.
     constexpr std::chrono::milliseconds longest = std::chrono::hours(24 * 365 * 100);
     if (limit_)
         deadline_ = Clock::now() + std::min(*limit_, longest);
@@ -173,7 +173,7 @@ bool SocketTransport::hasUnaskedBytes() noexcept {
     if (!sockets::pollReadable(socket_))
         return false;
     ++counters_.receives;
-    // What else went wrong shows at the next send or receive, as an end.
+    // An error is not reported here: the next send or receive meets it as the end of the connection.
     const auto received =
         sockets::receiveOnce(socket_, readAhead_.get() + readAheadCapacity, readAheadCapacity);
     readAheadBegin_ = readAheadCapacity;
@@ -199,7 +199,7 @@ void SocketTransport::prepareToSend() {
     beginExchange();
     if (isInterrupted())
         endInterrupted();
-    // An interrupt from before this exchange ends the connection, not the exchange.
+    // An interrupt from before this exchange costs the connection, not the exchange.
     if (connectionBegin_ != exchangeBegin_)
         close();
     if (!isConnected()) {
@@ -298,7 +298,7 @@ std::size_t SocketTransport::receiveSome(std::uint8_t* destination, std::uint64_
 }
 
 void SocketTransport::readAhead() {
-    // What is left moves in front of the main part, which takes as much as ever then.
+    // The rest moves to just before the second half of the buffer, so that the receive gets a whole half.
     const auto left = readAheadEnd_ - readAheadBegin_;
     const auto begin = readAheadCapacity - left;
     if (left > 0)
