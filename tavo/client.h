@@ -1,6 +1,13 @@
 #pragma once
 
-/// Everything that an application may use.
+/// @namespace TAVO
+/// The client library: devices, their trees of proxies, and calls. Start at DeviceFactory.
+
+/// @namespace TAVOX
+/// The streams that values are written to and read from.
+
+/// @file
+/// Includes the whole interface of the library.
 ///
 /// @code
 /// TAVO::CoreObjects::registerCoreObjects();

@@ -38,7 +38,8 @@ void writeCall(TAVOX::OutputStream& out, const Object_v1_0& object, const Method
 
 using Batch = std::span<const std::shared_ptr<Method>>;
 
-/// The library's record encoders alone leave the records as they are until the request has been sent.
+/// Vouches for a batch whose encoders are all the library's own: others might change a record before the
+/// request has been sent.
 class RecordLender final : public TAVOX::Lender {
 public:
     explicit RecordLender(Batch batch)
@@ -81,7 +82,7 @@ private:
     }
 }
 
-/// A result that is read while it arrives, so that what it holds can be received where it belongs.
+/// A result that is read while it arrives, so that large blocks are received straight into the record.
 class ArrivingResult final : public TAVOX::InputSource {
 public:
     ArrivingResult(Transport& transport, ReplyBuffer& buffer)
@@ -100,7 +101,7 @@ public:
         failed_ = false;
     }
 
-    /// Whether what its reader has thrown came from here.
+    /// Whether the exception that ended the reading came from here.
     bool hasFailed() const { return failed_; }
 
 private:
@@ -109,10 +110,10 @@ private:
     bool failed_ = false;
 };
 
-/// Frames one reply.
+/// Reads the parts of one reply, in their order.
 class Reply {
 public:
-    /// @param isRead becomes true when the last result has been received.
+    /// @param isRead becomes true once the last result has been received.
     Reply(Transport& transport, ReplyBuffer& buffer, bool& isRead)
         : transport_(transport)
         , buffer_(buffer)
@@ -144,7 +145,7 @@ public:
         return error;
     }
 
-    /// That many results follow.
+    /// Announces how many results follow.
     void expectResults(std::uint32_t count) {
         unread_ = count;
         isRead_ = count == 0;
@@ -162,8 +163,8 @@ public:
     }
 
 private:
-    /// Larger results are read while they arrive, unless a decoder of the application's own reads them: it
-    /// may keep views or copy the reader, which a whole block alone allows.
+    /// Larger results are read while they arrive, but only by the library's own decoders: an application's
+    /// may keep views or copy the reader, which needs a whole block.
     static constexpr std::uint32_t largestWhole = 64 * 1024;
 
     void wholeResult(Method& method, std::uint32_t size) {
@@ -196,7 +197,7 @@ private:
         store(method, in, std::move(outcome));
     }
 
-    /// Receives what the decoder has left, or nothing, and with it the result to its end.
+    /// Drops what the decoder left unread, which completes the result.
     void takeRest(const TAVOX::InputStream& in) {
         buffer_.discard(transport_, in.remaining() - in.arrived());
         countResult();
@@ -267,7 +268,7 @@ const Object_v1_0& CallExchange::addressee(const std::shared_ptr<Method>& method
 
 /// How far an exchange has come.
 struct CallExchange::Progress {
-    const Method* at = nullptr; ///< null while it is at no method in particular
+    const Method* at = nullptr; ///< the Method in work; null between them
 };
 
 void CallExchange::run(std::uint32_t lockId, Batch batch) {
@@ -302,7 +303,7 @@ void CallExchange::converse(std::uint32_t lockId, Batch batch, Progress& progres
         transport_.send(request.chunks());
     }
 
-    // Large blocks are given back however the exchange ends.
+    // Frees a large block however the exchange ends.
     const auto shrink = [](ReplyBuffer* buffer) { buffer->shrink(); };
     const std::unique_ptr<ReplyBuffer, decltype(shrink)> shrinkAtEnd(&buffer_, shrink);
 

@@ -17,31 +17,29 @@ namespace TAVO {
 class Device;
 class Object_v1_0;
 
-/// Frames a batch of Methods as one request, and reads the one reply into them. Knows nothing of sockets: it
-/// runs over a Transport, which must outlive it. Keeps a small buffer from one exchange to the next. One
-/// thread at a time.
+/// Sends a batch of Methods as one request, and reads the one reply into them. TAVOXDevice does so for you;
+/// use a CallExchange to build a device class of your own over a Transport. One thread at a time.
 class TAVO_API CallExchange {
 public:
-    /// Sends nothing.
+    /// Sends nothing yet. `transport` must outlive the exchange.
     explicit CallExchange(Transport& transport)
         : transport_(transport) {}
-    /// The same for the exchanges of `owner`, which must outlive it.
-    /// @param kind a class of devices: Methods whose object belongs to another device of exactly this class
-    ///        are refused. Those of other classes may forward their calls to the owner.
+    /// The same for the calls of `owner`, which must outlive it as well. Refuses Methods of other devices, if
+    /// these are of exactly the class `kind`; devices of other classes may forward calls to the owner.
     CallExchange(Transport& transport, const Device& owner, const std::type_info& kind)
         : transport_(transport)
         , owner_(&owner)
         , kind_(&kind) {}
 
-    /// Sends the batch as one request and reads the whole reply.
-    /// @param lockId the number at the head of the request; 0 when the lock is not held.
-    /// @throws what TAVOXDevice::callMethods documents.
+    /// Sends the batch as one request, reads the whole reply, and stores each result in its Method. Blocks
+    /// until then. Throws what TAVOXDevice::callMethods throws.
+    /// @param lockId what the device gave for its lock; 0 when the lock is not held.
     void run(std::uint32_t lockId, std::span<const std::shared_ptr<Method>> batch);
-    /// The same over a copy of the sequence: what encoders and decoders do to theirs changes nothing.
+    /// The same for a copy of `batch`, so that encoders and decoders may edit theirs meanwhile.
     void run(std::uint32_t lockId, const std::deque<std::shared_ptr<Method>>& batch);
 
-    /// Whether the bytes that arrive next begin the next reply: false after an exchange that sent its
-    /// request, or tried to, and did not read the reply to its end.
+    /// Whether the next bytes to arrive are the beginning of a reply. False after an exchange that sent at
+    /// least a part of its request, or tried to, and did not read the reply to its end.
     bool isInStep() const noexcept { return inStep_; }
 
 private:
@@ -55,7 +53,7 @@ private:
     bool inStep_ = true;
     ReplyBuffer buffer_;
     TAVOX::OutputStream::SpareChunks spareChunks_;
-    /// Empty between the exchanges: spares each of them its memory.
+    /// Empty between exchanges. Kept for its memory, which the next copy of a batch uses.
     std::vector<std::shared_ptr<Method>> spareBatch_;
 };
 

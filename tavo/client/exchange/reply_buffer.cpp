@@ -12,7 +12,7 @@ constexpr std::size_t smallCapacity = std::size_t{64} * 1024;
 } // namespace
 
 void ReplyBuffer::grow(std::size_t capacity) {
-    // realloc, because for large blocks it moves pages instead of copying bytes.
+    // realloc, because it can move the pages of large blocks instead of copying their bytes.
     auto* moved = static_cast<std::uint8_t*>(std::realloc(bytes_.get(), capacity));
     if (!moved)
         throw std::bad_alloc();

@@ -11,17 +11,19 @@
 
 namespace TAVO {
 
-/// Holds one received block of a reply at a time. Memory is taken only as bytes arrive, never on the word of
-/// the peer: a block of any announced size starts in the small buffer and doubles it each time it is full.
+/// Holds one received block of a reply at a time. CallExchange has one. Takes memory only for bytes that have
+/// arrived, never for a size that the peer announces: the buffer starts at 64 KiB and doubles when it is
+/// full.
 class TAVO_API ReplyBuffer {
 public:
-    /// The next `length` bytes of the reply; valid until the next call. They stay where the transport holds
-    /// them when it can give them in place.
-    /// @throws NetworkError as Transport::receiveAll; std::bad_alloc.
+    /// Blocks until the next `length` bytes have arrived, and returns them; valid until the next call. They
+    /// are not copied when the transport has them in its own buffer.
+    /// @throws NetworkError as Transport::receiveAll.
+    /// @throws std::bad_alloc when there is no memory for them.
     std::span<const std::uint8_t> receive(Transport& transport, std::uint64_t length);
-    /// Receives the next `length` bytes and drops them.
+    /// Receives the next `length` bytes and drops them. Throws what receive() throws.
     void discard(Transport& transport, std::uint64_t length);
-    /// Gives back the memory of a large block; the small buffer is kept for the next exchange.
+    /// Frees a buffer above 64 KiB; a smaller one is kept for the next exchange.
     void shrink() noexcept;
 
 private:

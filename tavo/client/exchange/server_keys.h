@@ -8,18 +8,18 @@
 
 namespace TAVO {
 
-/// One of the keys by which an appliance is recognised, with the two flags that the key stands for.
+/// One of the keys by which the library recognises an appliance, and two flags that the key stands for. What
+/// the flags mean is the application's to know.
 struct ServerKey {
-    bool firstFlag;
-    bool secondFlag;
-    std::array<std::uint8_t, 16> key;
+    bool firstFlag;                   ///< the first flag of the key
+    bool secondFlag;                  ///< the second flag of the key
+    std::array<std::uint8_t, 16> key; ///< what the appliance answers to "getKey"
 };
 
 /// The four known keys, in the order of their flags: (0, 0), (0, 1), (1, 0), (1, 1).
 ///
-/// They are fixed when the library is built, from the file that the CMake cache variable
-/// TAVO_SERVER_KEYS_FILE names. The span is valid for the life of the program and may be read from any
-/// thread.
+/// They come from the file that the CMake cache variable TAVO_SERVER_KEYS_FILE names when the library is
+/// built. They live as long as the program, and any thread may read them.
 TAVO_API std::span<const ServerKey> serverKeys() noexcept;
 
 } // namespace TAVO

@@ -20,7 +20,7 @@ namespace device_v1_0 = TAVOXTranscode::device_v1_0;
 
 namespace {
 
-/// While it lives, the connection is not made anew if it is to be kept.
+/// Forbids the transport to reconnect while it lives, if `kept`.
 class KeptConnection {
 public:
     KeptConnection(Transport& transport, bool kept)
@@ -143,7 +143,7 @@ int TAVOXDevice::getMaxPacketSize() {
 }
 
 void TAVOXDevice::checkKeyOfConnection() {
-    // A device that closes the connection behind each key is asked no more than this.
+    // A device may close the connection after each key; give up then.
     constexpr int mostKeys = 3;
     auto& transport = *connection_->transport;
     for (int keys = 0; keys < mostKeys; ++keys) {
@@ -192,9 +192,9 @@ void TAVOXDevice::returnTo(Lock& former) noexcept {
     if (former.id == 0)
         try {
             giveLockBack();
-        } catch (...) { // the release of the device tries once more
+        } catch (...) { // the destructor tries once more
         }
-    // Another lock than before is given back with the credentials that took it.
+    // A lock that is still held must be given back with the credentials that took it.
     if (lock_.id == former.id)
         std::swap(lock_, former);
 }

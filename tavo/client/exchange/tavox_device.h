@@ -14,86 +14,108 @@ namespace TAVO {
 
 class Interrupter;
 
-/// A device on the far end of a connection: owns the connection, runs the exchanges, and keeps the lock id
-/// and the credentials. Applications get one from DeviceFactory and use it as a Device.
+/// A device at the far end of a Transport. Owns the connection, and keeps the lock id and the credentials.
+/// DeviceFactory returns one as a Device; name this class only to derive from it, or to open devices in a way
+/// of your own.
 ///
-/// After an exchange has failed the connection is left as it is: bytes of a reply that were not read make
-/// later calls fail with NetworkError "Unexpected data recieved from device.". A connection that the peer has
-/// closed is made anew, silently, by the next call; the lock id stays, login and lock are not repeated. Where
-/// DeviceFactory has checked the device's key, a new connection is asked for its key, and it is checked,
-/// before "lock" or "unlock" take the password over it; the other calls do not wait for that.
+/// A failed exchange may leave bytes of its reply unread. These make later calls throw NetworkError
+/// "Unexpected data recieved from device."; open the device anew then.
+///
+/// When the peer has closed the connection, the next call silently connects anew, with the same lock id;
+/// login and lock are not repeated. If DeviceFactory has checked the device's key, "lock" and "unlock", which
+/// carry the password, first check the key of the new connection; other calls do not.
 class TAVO_API TAVOXDevice : public Device {
 public:
-    /// Connects at once.
-    /// @param user, password the lock credentials. @param secure is not used by the device itself.
-    /// @param interrupter can interrupt the device from here to its end, this connecting included; may be
-    ///        empty. @throws NetworkError
+    /// Connects to the device: blocks until the connection is made. Asks the device nothing.
+    /// @param host name or address of the device.
+    /// @param port its TCP port.
+    /// @param user, password the credentials for the lock, kept until the end of the device.
+    /// @param secure not used here; DeviceFactory acts upon it.
+    /// @param interrupter may interrupt the device, from this first connect until its end. May be empty.
+    /// @throws NetworkError when the connection cannot be made.
     TAVOXDevice(const std::string& host, int port, const std::string& user, const std::string& password,
                 bool secure, std::shared_ptr<Interrupter> interrupter = nullptr);
-    /// The same with a time limit from the beginning, this connecting included.
+    /// The same with a time limit, which holds for this first connect already.
+    /// @throws std::invalid_argument for a limit below 1 ms.
     TAVOXDevice(const std::string& host, int port, const std::string& user, const std::string& password,
                 bool secure, std::shared_ptr<Interrupter> interrupter, TimeLimit limit);
-    /// Runs over a connection of the application's own, first used by the first exchange. Interrupting and
-    /// reconnecting are the transport's.
+    /// Takes over a transport of the application's own, and does not use it before the first call. What can
+    /// be interrupted, limited and connected anew depends on the transport.
     /// @throws std::invalid_argument for an empty pointer.
     TAVOXDevice(std::unique_ptr<Transport> transport, const std::string& user, const std::string& password,
                 bool secure);
-    /// Unlocks, whatever comes of it, and closes the connection. Blocks for as long as the device takes, or
-    /// until the time limit of each exchange.
+    /// Gives the lock back if it is held, and closes the connection. Blocks for as long as the device takes,
+    /// or until the time limit of each exchange. Swallows every exception.
     ///
-    /// When bytes have come that nobody asked for, or the last reply was not read to its end, the connection
-    /// is given up first and the unlock goes over a new one, with the same lock id. It is left out without
-    /// memory for the call, when the transport cannot make a new connection, and when the key that a new
-    /// connection shows does not fit where the key was checked before.
+    /// If the connection is out of step (it holds unasked bytes, or the last reply was not read to its end),
+    /// it is dropped, and "unlock" goes over a new one. "unlock" is not sent when there is no memory for it,
+    /// when the transport cannot make a new connection, or when the key of a new connection does not fit.
     ~TAVOXDevice() override;
     TAVOXDevice(const TAVOXDevice&) = delete;
     TAVOXDevice& operator=(const TAVOXDevice&) = delete;
 
 protected:
+    /// Does nothing.
     void initalize() override;
 
 public:
+    /// Executes one Method in one exchange. Throws what callMethods() throws.
     void call(std::shared_ptr<Method> method) override;
+    /// Executes the Methods of the queue in one exchange. Throws what callMethods() throws, and Error "NULL
+    /// multicall queue" for an empty pointer.
     void multicall(std::shared_ptr<MulticallQueue> queue) override;
-    /// Whatever return code the device answers, the lock is not held afterwards.
-    /// @throws TAVOKeyError "TAVO authentication key not matched!" when a connection was made anew, the key
-    ///         was checked before, and the new one does not fit. Nothing was sent then but "getKey".
+    /// Gives the lock back; does nothing when it is not held. Once the device has answered, the lock counts
+    /// as given back, whatever the return code. Throws what call() throws.
+    /// @throws TAVOKeyError "TAVO authentication key not matched!" when the key was checked at the opening,
+    ///         and that of a new connection does not fit. Only "getKey" was sent then.
     void unlock() override;
+    /// Asks the device for its key and keeps it for checkTavoKey(). Throws what call() throws.
     /// @throws Error "Error executing getKey() method on device: " and the return code in lower-case
-    ///         hexadecimal, unless it is 0; the key that was there stays.
+    ///         hexadecimal, unless it is 0; the former key stays.
     void getKey() override;
     bool checkTavoKey(bool& first, bool& second) const override;
+    /// Not implemented.
     /// @throws std::runtime_error "called getMaxPacketSize and don't have implementation", always.
     int getMaxPacketSize() override;
 
 protected:
-    /// @throws Error "Error executing lock() method on device: " and the return code in lower-case
-    ///         hexadecimal, unless it is 0; the lock id that was there stays. TAVOKeyError as unlock().
+    /// Stores the credentials, and takes the lock with them as lock() does.
     void lock(const std::string& user, const std::string& password) override;
+    /// Takes the lock with the stored credentials. Throws what call() throws.
+    /// @throws Error "Error executing lock() method on device: " and the return code in lower-case
+    ///         hexadecimal, unless it is 0; the former lock id stays.
+    /// @throws TAVOKeyError as unlock().
     void lock() override;
-    /// Sends the user's name alone. Returns false, always; a refusal is an exception.
+    /// Sends the user's name, and keeps both. Does not answer the challenge of the device.
+    /// @return false, always: a refusal is an exception.
     bool login(const std::string& user, const std::string& password) override;
 
 public:
+    /// Interrupts the transport, as far as it supports that.
     void interrupt() noexcept override;
     bool isLocked() const noexcept override;
+    /// Asks the transport.
     bool isConnected() const noexcept override;
-    /// One less than the number of the transport's connection: 0 where the transport counts none.
+    /// How many connections the transport has made after the first; 0 when it does not count them.
     std::uint64_t reconnects() const noexcept override;
-    /// That of the transport.
+    /// Sets the limit of the transport, as far as it supports one.
     void setTimeLimit(TimeLimit limit) override;
+    /// The limit of the transport.
     TimeLimit timeLimit() const noexcept override;
 
-    /// Executes the batch in one exchange and stores each result in its Method.
-    ///
-    /// Results that were read before a failure stay in their Methods, the others keep what they had.
-    /// @throws Error for a null entry, a framing fault, a wrong count of results or an unknown device error;
-    ///         SpecificationError for a Method without remote object, for one whose object belongs to another
-    ///         TAVOXDevice, and for parameters or results that cannot be encoded or decoded; NetworkError;
-    ///         the exception of the error that the device reports; and where memory runs out, std::bad_alloc,
-    ///         SpecificationError that ends with "std::bad_alloc" for a result that is decoded, and Error
-    ///         "Error writing to output stream for method: " and the full name for a large request, of which
-    ///         nothing was sent.
+    /// Executes the batch in one exchange and stores each result in its Method. Blocks until then. After a
+    /// failure, the results that arrived before it are in their Methods; the other Methods keep what they
+    /// had.
+    /// @throws Error for a null entry, a malformed reply, a wrong number of results, or a device error
+    ///         without a class of its own.
+    /// @throws SpecificationError for a Method without a remote object or with one of another TAVOXDevice,
+    ///         and for parameters or results that cannot be encoded or decoded.
+    /// @throws NetworkError when the connection fails.
+    /// @throws ConfigurationError, LockError, SpecificationError, ExecutionError or TAVOLoginError for an
+    ///         error that the device reports.
+    /// @throws std::bad_alloc when memory runs out. While a result is decoded it is SpecificationError that
+    ///         ends with "std::bad_alloc"; for a large request, Error "Error writing to output stream for
+    ///         method: " and the full name, with nothing sent.
     void callMethods(std::deque<std::shared_ptr<Method>> methods);
 
 private:
@@ -108,24 +130,24 @@ private:
         std::string password;
     };
 
-    /// @throws SpecificationError "device object not found." before there is one.
+    /// @throws SpecificationError "device object not found." before setDevice().
     const Object_v1_0& requireDeviceObject() const;
-    /// Makes sure of a connection whose key fits.
+    /// Makes sure that there is a connection, and that its key fits.
     void checkKeyOfConnection();
-    /// Over a connection whose key fits, where that is wanted.
+    /// call(), but with keyMustFit_ only over a connection whose key has been checked.
     void callWithPassword(const std::shared_ptr<Method>& method);
-    /// unlock() at the end of a device or of an opening that failed: over a new connection when this one is
-    /// out of step. Does nothing when there can be no new one.
+    /// unlock(), over a new connection when this one is out of step; does nothing when there cannot be a new
+    /// one. For the end of the device, and for openings that failed.
     void giveLockBack();
-    /// After an opening that failed, to what was before it.
+    /// Restores the lock from before an opening that failed.
     void returnTo(Lock& former) noexcept;
 
     std::string host_;
     int port_ = 0;
     Lock lock_;
     std::vector<std::uint8_t> serverKey_;
-    std::uint64_t keyConnection_ = 0; ///< the connection over which the key came
-    bool keyMustFit_ = false;         ///< on every connection that the password goes over
+    std::uint64_t keyConnection_ = 0; ///< the number of the connection that serverKey_ came over
+    bool keyMustFit_ = false;         ///< check the key of a connection before a password goes over it
     std::string loginUser_;
     std::string loginPassword_;
     std::unique_ptr<Connection> connection_;

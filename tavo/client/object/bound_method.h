@@ -9,17 +9,18 @@
 
 namespace TAVO {
 
-/// How a result becomes a plain value such as `long long` or a vector of bytes: specialise it with
+/// Converts a result to a plain value, such as `long long` or a vector of bytes. Specialise it with a
 /// `static T of(const dto::result&)` for a type that is neither a reply record nor constructible from a
-/// dto::result. The library has one for each plain value that its proxies return.
+/// dto::result. The library has a specialisation for each plain value that its proxies return.
 template <class T>
 struct PlainResult;
 
-/// Whether a BoundMethod has a plain value of that type.
+/// A type that BoundMethod converts by PlainResult: no reply record, and not constructible from a
+/// dto::result.
 template <class T>
 concept Plain = !std::derived_from<T, dto::reply_packet> && !std::constructible_from<T, const dto::result&>;
 
-/// Whether a plain value can be made of a field: a number of a number, a list element by element.
+/// Whether a field converts to a `T`: a number to a number, a list element by element.
 template <class T, class Field>
 consteval bool isMadeOf() {
     if constexpr (requires {
@@ -31,7 +32,7 @@ consteval bool isMadeOf() {
         return std::convertible_to<Field, T>;
 }
 
-/// The plain value of the single field of a `Reply`.
+/// The only field of a `Reply`, converted to a `T`.
 /// @throws std::runtime_error as dto::replyOf.
 template <Plain T, class Reply>
 T onlyFieldOf(const dto::result& outcome) {
@@ -45,8 +46,16 @@ T onlyFieldOf(const dto::result& outcome) {
 /// Writes "Method " name " has not been executed.  Can't return valid results" to the standard error stream.
 TAVO_API void reportNotExecuted(const Method& method);
 
-/// A Method that knows the type of its result. `T` is a reply record, a user-level record that is
-/// constructible from a dto::result, or a plain value with a PlainResult.
+/// A Method that knows the type of its result. The `get...Method` operations of proxies and Object_v1_0::make
+/// return one. `T` is a reply record, a user-level record that is constructible from a dto::result, or a
+/// plain value with a PlainResult.
+///
+/// @code
+/// const auto method = relay->getGetMethod();
+/// device->call(method);
+/// if (method->returnCode() == 0)
+///     use(method->value().state);
+/// @endcode
 template <class T>
 class BoundMethod : public Method {
 public:
@@ -54,12 +63,11 @@ public:
     BoundMethod(const BoundMethod&) = default;
     virtual ~BoundMethod() = default;
 
-    /// The result as a `T`. The return code plays no part: look at returnCode().
+    /// A copy of the result as a `T`. Ignores the return code: check returnCode() first.
     ///
-    /// Before execution a line goes to the standard error stream and the value is a default `T`.
+    /// Before the first execution it returns a default `T`, and writes a line to the standard error stream.
     /// @throws std::runtime_error "Can't convert Result to desire type" (not a TAVO::Error) when the stored
-    ///         reply is of another type; a line naming both types goes to the standard error stream, with the
-    ///         method's full name where `T` is a reply record.
+    ///         reply is of another type. Then a line that names both types goes to the standard error stream.
     T value() const {
         if (!isResultSet()) {
             reportNotExecuted(*this);
@@ -77,9 +85,9 @@ public:
         }
     }
 
-    /// The same, taken out: a reply record that nothing else shares is moved instead of copied, which counts
-    /// for large ones. When it succeeds the Method is as before its execution.
-    /// @throws as value().
+    /// Like value(), but takes the result out: a reply record that nothing else shares is moved instead of
+    /// copied, and the Method has no result afterwards. When it throws, the result stays.
+    /// @throws std::runtime_error as value().
     T take() {
         if constexpr (std::derived_from<T, dto::reply_packet>) {
             const auto& reply = storedResult().reply;
@@ -94,8 +102,8 @@ public:
         return taken;
     }
 
-    /// Lets the plain value be that of the single field of a `Reply`, where it can be made of it. The reply
-    /// need not be one that PlainResult knows.
+    /// Makes value() return the only field of a `Reply` instead of asking PlainResult, if the field converts
+    /// to a `T`. Called by Object_v1_0::make.
     template <class Reply>
     void takeOnlyFieldOf() requires Plain<T> {
         using Field =

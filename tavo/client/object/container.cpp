@@ -31,7 +31,7 @@ std::string ownName(const Container& container) {
     return name.empty() ? "the device" : name;
 }
 
-/// The call that enters the factories of a proxy class, which its namespace tells.
+/// The call that registers the factory of a proxy class. The namespace of the class tells which one.
 std::string registeringCall(std::string_view proxyClass) {
     for (const std::string_view group : {"CommonModules::CommonModulesObjects", "TAVO::HWDebug::HwdObjects"})
         if (proxyClass.starts_with(group.substr(0, group.rfind(':') + 1)))

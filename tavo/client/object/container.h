@@ -12,19 +12,24 @@ namespace TAVO {
 
 class NamePath;
 
-/// A node of the tree that mirrors the device's objects: a name, a dotted full name, a non-owning link to the
-/// parent and owning links to the children, which are kept in byte-wise order of their names.
+/// A node of the tree that mirrors the device's objects. Use it to find them: the Device itself is the root.
+/// A node owns its children, and refers to its parent weakly.
 ///
-/// Nodes are handled through shared pointers. The tree is built when a device is opened and only read
-/// afterwards; a node and its device belong to one thread at a time. Nothing here reports a failure unless it
-/// says so.
+/// @code
+/// const auto lamp = device->get<CommonModules::Relay_v1_0>("bench.lamp");
+/// @endcode
+///
+/// The tree is built when the device is opened and only read afterwards. It belongs to the device's thread.
+/// Only operations that say so throw or call the device.
 class TAVO_API Container {
 public:
-    /// Joins names into full names: ".".
+    /// Stands between the names of a full name: ".".
     static inline const std::string SEPARATOR = ".";
 
+    /// A node without children.
     /// @param name   the name under which the parent lists this node.
-    /// @param parent may be empty; the full name is then the name alone. Kept as a weak link.
+    /// @param parent may be empty; the full name is then the name alone. Does not get the node as a child:
+    ///        call addChild().
     Container(const std::string& name, std::shared_ptr<Container> parent);
     /// Copies share the children.
     Container(const Container&) = default;
@@ -32,36 +37,37 @@ public:
     virtual ~Container();
 
 protected:
-    /// Called once on every node that ObjectFactory::buildObject makes, when its children are there. What it
-    /// throws abandons the build. (The spelling is the published one.)
+    /// A hook for proxies that need their children, such as a composite that keeps them. Called once on every
+    /// node that ObjectFactory::buildObject makes, after its children have been added. What it throws
+    /// abandons the build. (The spelling is the published one.)
     virtual void initalize();
 
 public:
+    /// The name under which the parent lists this node; empty for a Device.
     std::string getName() const;
-    /// The names from the root to this node, joined by SEPARATOR. It stays the same when nodes above are
-    /// gone.
+    /// The names from the top of the tree to this node, joined by SEPARATOR. Does not change when nodes above
+    /// are destroyed.
     std::string getFullName() const;
-    /// Empty for a node without parent and when the parent no longer exists. Objects at the top level of a
-    /// device have no parent.
+    /// The parent; empty for a node without one, and after the parent has been destroyed. Objects at the top
+    /// of a device have none.
     std::shared_ptr<Container> getParent() const { return parent_.lock(); }
 
-    /// Adds the child under its name; an earlier child of that name is released.
+    /// Adds the child under its name, in place of an earlier child of that name.
     /// @throws std::invalid_argument for an empty pointer.
     void addChild(std::shared_ptr<Container> child);
-    /// The child of exactly that name, or an empty pointer.
+    /// The child of exactly that name; empty when there is none.
     std::shared_ptr<Container> getChild(const std::string& name) const;
-    /// The node below this one that `path` leads to, names joined by SEPARATOR: "bench.lamp". Empty where
-    /// there is none. A name may hold a SEPARATOR itself.
+    /// The node at `path` below this one, its names joined by SEPARATOR: "bench.lamp". Empty when there is
+    /// none. Also finds nodes whose names hold a SEPARATOR themselves.
     std::shared_ptr<Container> find(const std::string& path) const;
-    /// The same as the class that it must be.
+    /// The node at `path`, as find() looks for it, as the class `Node`. Never empty.
     ///
     /// @code
     /// const auto lamp = device->get<CommonModules::Relay_v1_0>("bench.lamp");
     /// @endcode
-    /// @throws SpecificationError that names the path and what is there instead: other children, another
-    /// class,
-    ///         or a plain object whose type had no factory when the device was opened, and then the call that
-    ///         registers one.
+    /// @throws SpecificationError when there is no such node, or it is of another class. The text names the
+    ///         path and what is there instead. For a plain object whose type had no factory when the device
+    ///         was opened, it also names the call that registers one.
     template <class Node>
     std::shared_ptr<Node> get(const std::string& path) const {
         const auto node = find(path);
@@ -71,11 +77,11 @@ public:
     }
     /// All children, in byte-wise order of their names.
     std::vector<std::shared_ptr<Container>> getChildren() const;
-    /// The children that are remote objects of exactly that type. Asks every one of them for its type(), one
-    /// exchange each, and throws what those calls throw.
+    /// The children whose remote type has exactly that name, such as "relay". Blocks: every child that is a
+    /// remote object is asked for its type(), one exchange each. Throws what Object_v1_0::type throws.
     std::vector<std::shared_ptr<Container>> getChildren(const std::string& type) const;
 
-    /// The name, then the full name in parentheses unless it is empty.
+    /// For people: the name, then the full name in parentheses unless it is empty.
     std::string toString() const;
 
 private:

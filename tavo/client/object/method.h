@@ -12,51 +12,61 @@ namespace TAVO {
 
 class Object_v1_0;
 
-/// One prepared call of a remote method: the object it is addressed to, its parameters, and after execution
-/// its result. Building one sends nothing; Device::call and Device::multicall execute it. It may be executed
-/// again, the last result wins.
+/// One prepared call of a remote method: the object, the parameters, and after execution the result. Get one
+/// from an operation of a proxy or from Object_v1_0::make, and hand it to Device::call, or with others to
+/// Device::multicall. Building one sends nothing. It can be executed again; the new result replaces the old.
 ///
-/// Methods are held by shared pointers. The container must outlive the Method. One thread at a time.
+/// Hold Methods by shared pointers. A Method refers to its object without keeping it alive: keep the device.
+/// One thread at a time, the device's.
 class TAVO_API Method {
 public:
+    /// Prepares a call; BoundMethod is the class for methods with a reply.
     /// @param name      the remote method's name.
-    /// @param container the object that the call is addressed to. On a plain Container, which is no remote
-    ///                  object, the Method can be built but not called.
-    /// @throws SpecificationError when the object does not list the method or its type has no functions for
-    /// it:
-    ///         "Could not find Method ID for Method: ", "Could not find Method Encoder for Method: " or
+    /// @param container the object to call, which must outlive the Method. A Method on a plain Container,
+    ///        which is no remote object, can be built but not executed.
+    /// @param params    the parameters; copies share the record, which the Method does not change.
+    /// @throws SpecificationError when the object does not list the method, or its type has no functions for
+    ///         it: "Could not find Method ID for Method: ", "Could not find Method Encoder for Method: " or
     ///         "Could not find Method Decoder for Method: ", and the name.
     Method(const std::string& name, const Container& container, const dto::Params& params);
+    /// The same for a remote object.
     Method(const std::string& name, const Object_v1_0& object, const dto::Params& params);
 
+    /// The object that the call goes to. Dangling once that has been destroyed.
     const Container& getContainer() const { return container_; }
+    /// The name of the method alone, such as "set".
     std::string getName() const { return name_; }
-    /// The container's full name, Container::SEPARATOR, and the method's name.
+    /// The full name of the object, Container::SEPARATOR, and the name of the method: "bench.lamp.set". Can
+    /// be asked for also after the object has been destroyed.
     std::string getFullName() const;
+    /// The parameters; empty for a method that takes none.
     const dto::Params& getParams() const { return params_; }
-    /// The method's id on its object; 0 on a plain Container.
+    /// The id of the method on its object; 0 on a plain Container.
     std::uint32_t getID() const { return id_; }
-    /// Null on a plain Container.
+    /// The function that writes the parameters; null on a plain Container.
     TAVOXTranscode::Encoder getEncoder() const { return encoder_; }
-    /// Null on a plain Container.
+    /// The function that reads the result; null on a plain Container.
     TAVOXTranscode::Decoder getDecoder() const { return decoder_; }
-    /// The container as the remote object that it is; null on a plain Container.
+    /// The object that the call goes to, as a remote object; null on a plain Container.
     const Object_v1_0* getObject() const { return object_; }
 
-    /// True once a result was set.
+    /// Whether there is a result: the Method was executed, or setResult() called.
     bool isResultSet() const { return resultSet_; }
-    /// Shares the reply record; an earlier result is released.
+    /// Stores the result in place of an earlier one, and shares its reply record. Device::call does this;
+    /// call it yourself only to play the device.
     void setResult(const dto::result& outcome);
+    /// The same, taking over the reply record.
     void setResult(dto::result&& outcome);
-    /// Code -1 and an empty reply until a result is set. The copy shares the reply record.
+    /// The whole result: code -1 and an empty reply while there is none. Shares the reply record.
     dto::result getResult() const { return result_; }
-    /// The status word that the device returned: 0 is success, -1 also means that no result is set. Not an
-    /// exception: it is the caller's to look at.
+    /// The method's own status as the device returned it: 0 is success; -1 also means that there is no result
+    /// yet. No call throws because of it, except for Device::execute and Device::value.
     int returnCode() const { return result_.code; }
-    /// Releases the result: the Method is as before its execution, and can be executed again.
+    /// Drops the result: the Method is as before its execution, and can be executed again.
     void clearResult();
 
 protected:
+    /// The result without a copy; changes with the next execution.
     const dto::result& storedResult() const { return result_; }
 
 private:

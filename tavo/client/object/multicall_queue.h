@@ -8,8 +8,16 @@
 
 namespace TAVO {
 
-/// Collects Methods for Device::multicall, which executes them in one exchange, in order. A Method may be in
-/// it more than once. Copies share the Methods. One thread at a time.
+/// Collects Methods for Device::multicall, which executes them in order in one exchange: use it to save round
+/// trips. A Method may be in it more than once. Keeps its Methods alive; copies share them. One thread at a
+/// time.
+///
+/// @code
+/// const auto queue = std::make_shared<TAVO::MulticallQueue>();
+/// queue->add(relay->getSetMethod(true));
+/// queue->add(relay->getGetMethod());
+/// device->multicall(queue);
+/// @endcode
 class TAVO_API MulticallQueue {
 public:
     MulticallQueue() = default;
@@ -17,11 +25,13 @@ public:
     MulticallQueue& operator=(const MulticallQueue&) = default;
     virtual ~MulticallQueue();
 
-    /// Appends. Virtual, so that an application can filter or log what it adds.
+    /// Appends the Method. Virtual, so that an application can filter or log what is added.
     virtual void add(const std::shared_ptr<Method>& method);
 
-    /// The queue itself, to read or to edit between exchanges.
+    /// The Methods in the order of their execution, to read or to edit between exchanges. An empty pointer
+    /// among them makes Device::multicall throw.
     std::deque<std::shared_ptr<Method>>& getMethods() { return methods_; }
+    /// The Methods in the order of their execution.
     const std::deque<std::shared_ptr<Method>>& getMethods() const { return methods_; }
 
 private:

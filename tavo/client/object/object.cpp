@@ -99,9 +99,9 @@ void Object_v1_0::enterOthers(const dto::Base::MethodsReply& listed, std::size_t
             continue;
         others_.push_back({static_cast<std::uint32_t>(otherNames_.size()),
                            static_cast<std::uint32_t>(method.name.size()), method.id});
-        otherNames_.append(method.name) += '\0'; // no two begin at one place, empty ones neither
+        otherNames_.append(method.name) += '\0'; // so that even empty names begin at different places
     }
-    // Of those of one name, the last that the device has listed comes last.
+    // Methods of the same name stay in the device's order: the last one counts.
     std::ranges::sort(others_, [this](const OtherMethod& left, const OtherMethod& right) {
         return std::pair(nameOf(left), left.nameBegin) < std::pair(nameOf(right), right.nameBegin);
     });
@@ -187,7 +187,7 @@ Result Object_v1_0::execute(std::shared_ptr<BoundMethod<Result>> method) const {
         throw withFacts(Error("Device no longer exists for object: " + getFullName()),
                         {.connectionUsable = false, .method = method->getFullName()});
     connection->call(method);
-    // Whoever else holds the call, such as a Device of an application's own, finds its result there.
+    // Others who hold the Method, such as an application's own Device, expect its result there.
     return method.use_count() == 1 ? method->take() : method->value();
 }
 

@@ -23,90 +23,109 @@ class Device;
 /// Records that the operations of every object return.
 namespace Object_v1_0_Structs {
 
+/// A child object, as its parent lists it.
 struct TAVO_API MemberNameIDPair {
-    std::string name;
-    std::uint32_t id = 0;
+    std::string name;     ///< its own name, without those of its parents
+    std::uint32_t id = 0; ///< its instance id
     bool operator==(const MemberNameIDPair&) const = default;
 };
 
+/// A method of an object, as the object lists it.
 struct TAVO_API MethodNameIDPair {
     std::string name;
-    std::uint32_t id = 0;
+    std::uint32_t id = 0; ///< holds for this object only
     bool operator==(const MethodNameIDPair&) const = default;
 };
 
+/// A method of an object with a text about it.
 struct TAVO_API MethodSignature {
     std::string name;
-    std::uint32_t id = 0;
-    /// The text that the device reports beside the id.
-    std::string signature;
+    std::uint32_t id = 0;  ///< holds for this object only
+    std::string signature; ///< a text about the method, the device's to define
     bool operator==(const MethodSignature&) const = default;
 };
 
-/// Whether an object is free, and two texts whose meaning is the device's to define.
+/// Whether an object is free.
 struct TAVO_API Available {
     Available() = default;
-    /// @throws std::runtime_error "Can't convert Result to desire type" unless it carries an AvailableReply.
+    /// The fields of an AvailableReply.
+    /// @throws std::runtime_error "Can't convert Result to desire type" when the result holds another record.
     explicit Available(const dto::result& outcome);
 
-    bool available = false;
-    std::string user;
-    std::string info;
+    bool available = false; ///< whether it is free
+    std::string user;       ///< a text, the device's to define
+    std::string info;       ///< a text, the device's to define
     bool operator==(const Available&) const = default;
 };
 
 } // namespace Object_v1_0_Structs
 
-/// Proxy of one remote object, and base of every versioned proxy class.
+/// Proxy of one remote object, and base of every versioned proxy class. Find proxies in the tree of the
+/// Device: Container::get. An object whose type has no factory is a plain Object_v1_0, on which only the
+/// eight methods of every object can be called.
 ///
-/// It is addressed by its instance id and knows the ids of the object's methods, which it asks the device for
-/// when it is built. Its `get...Method` operations and make() build calls and send nothing; type(),
-/// version(), members(), methods() and toString() execute at once and throw what Device::call throws.
+/// `get...Method` operations and make() only build calls, for Device::call. type(), version(), members(),
+/// methods() and toString() execute at once: they block, and throw what Device::call throws.
 ///
-/// A proxy holds its device weakly: once the device is gone, what would send throws Error "Device no longer
-/// exists for object: " and the full name. A proxy belongs to its device's thread.
+/// A proxy does not keep its device alive. Without it, what would send throws Error "Device no longer exists
+/// for object: " and the full name. A proxy belongs to its device's thread.
 class TAVO_API Object_v1_0 : public Container {
 public:
+    /// What members() returns.
     using MemberNameIDPair = Object_v1_0_Structs::MemberNameIDPair;
+    /// What methods() returns.
     using MethodNameIDPair = Object_v1_0_Structs::MethodNameIDPair;
+    /// What getMethodsVerboseMethod() yields.
     using MethodSignature = Object_v1_0_Structs::MethodSignature;
+    /// What getAvailableMethod() yields.
     using Available = Object_v1_0_Structs::Available;
     using EncoderList = TAVOXTranscode::base_v1_0::EncoderList;
     using DecoderList = TAVOXTranscode::base_v1_0::DecoderList;
 
-    /// The id of the method "methods" on every object.
+    /// The id of the method "methods", the same on every object.
     static constexpr std::uint32_t MethodsStaticID = 3;
 
-    /// Asks the device for the object's methods, one exchange.
-    /// @param encoders, decoders the tables of the object's type; they must outlive the proxy, and keep the
-    ///        entries that they have.
-    /// @throws what Device::call throws.
+    /// Asks the device for the ids of the object's methods: blocks for one exchange. ObjectFactory makes the
+    /// proxies of the tree; construct one yourself only for an object that is not in it.
+    /// @param device     the device of the object; not kept alive.
+    /// @param name       the name under which the parent lists the object.
+    /// @param instanceId the address of the object.
+    /// @param parent     may be empty; not kept alive.
+    /// @param encoders, decoders the tables of the object's type. They must outlive the proxy, and keep their
+    ///        entries.
+    /// @throws Error when `device` is empty, and what Device::call throws.
     Object_v1_0(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
                 std::shared_ptr<Container> parent, const EncoderList& encoders, const DecoderList& decoders);
     ~Object_v1_0() override;
 
+    /// The number by which calls address the object.
     std::uint32_t getInstanceID() const { return instanceId_; }
-    /// The name of the object's remote type as it was when ObjectFactory::buildObject made the object; empty
-    /// for one that was made otherwise. Unlike type(), no call to the device.
+    /// The name of the object's remote type, as the device gave it when the tree was built; empty for a proxy
+    /// that ObjectFactory did not make. Unlike type(), it does not ask the device.
     const std::string& knownType() const { return knownType_; }
-    /// Empty when the device is gone.
+    /// The device; empty once it has been destroyed.
     std::shared_ptr<Device> device() const { return device_.lock(); }
 
     /// The id that the device gave the method.
-    /// @throws SpecificationError "Could not find Method ID for Method: " and the name.
+    /// @throws SpecificationError "Could not find Method ID for Method: " and the name, when the device does
+    ///         not list the method.
     std::uint32_t getMethodID(const std::string& name) const;
-    /// @throws SpecificationError "Could not find Method Encoder for Method: " and the name.
+    /// The function that writes the method's parameters.
+    /// @throws SpecificationError "Could not find Method Encoder for Method: " and the name, when the
+    ///         object's table has none.
     TAVOXTranscode::Encoder getEncoder(const std::string& name) const;
-    /// @throws SpecificationError "Could not find Method Decoder for Method: " and the name.
+    /// The function that reads the method's result.
+    /// @throws SpecificationError "Could not find Method Decoder for Method: " and the name, when the
+    ///         object's table has none.
     TAVOXTranscode::Decoder getDecoder(const std::string& name) const;
 
-    /// What make() builds: a Method where there is a status alone, else a BoundMethod.
+    /// What make() builds: a BoundMethod, or for a call that returns its status alone a Method.
     template <class Result>
     using MethodFor =
         std::conditional_t<std::is_same_v<Result, TAVOXTranscode::None>, Method, BoundMethod<Result>>;
 
-    /// A call of any method of the object: the typed way beside the named operations. Nothing is sent. A
-    /// wrong number of arguments, or a record that is not the call's, does not compile.
+    /// Builds a call of any method, also of those without a `get...Method` operation. Sends nothing. A wrong
+    /// number of arguments, or the record of another call, does not compile.
     ///
     /// @code
     /// using namespace TAVO::TAVOXTranscode;
@@ -114,12 +133,12 @@ public:
     /// device->call(shift);
     /// use(shift->value().data);
     /// @endcode
-    /// @param call one of the calls in the namespace of the object's type, or one of your own.
-    /// @param arguments one for each field of the request record, in wire order, or such a record; an integer
-    ///        is narrowed to the field's width by keeping its low bits.
-    /// @return a BoundMethod of the call's reply record, or of `Result` where that is given: a user-level
-    ///         record, or a plain value, as BoundMethod takes them; a plain value is that of the reply's only
-    ///         field. A Method where the call has no reply.
+    /// @tparam Result what value() of the BoundMethod returns, when not the reply record: a user-level
+    ///         record, or a plain value that the only field of the reply converts to.
+    /// @param call one of the Calls in the namespace of the object's type, or one of your own.
+    /// @param arguments one for each field of the request record, in wire order, or the whole record. An
+    ///        integer that is too wide for its field keeps its low bits.
+    /// @return a BoundMethod, or a Method where the call returns its status alone. Never empty.
     /// @throws SpecificationError when the device does not list the method, or the object's tables have no
     ///         functions for it.
     template <class Result = void, class Request, class Reply, class... Arguments>
@@ -133,34 +152,44 @@ public:
         return method;
     }
 
-    /// Whether the device lists the method.
+    /// Whether the device listed the method when the proxy was made. Does not tell whether the library has
+    /// functions for it.
     bool hasMethod(const std::string& name) const { return methods_.contains(name) || otherMethod(name); }
-    /// What the object's tables hold for a method; null where they have no such entry.
+    /// The two functions of a method.
     struct Functions {
-        TAVOXTranscode::Encoder encoder = nullptr;
-        TAVOXTranscode::Decoder decoder = nullptr;
+        TAVOXTranscode::Encoder encoder = nullptr; ///< null when the object's table has none
+        TAVOXTranscode::Decoder decoder = nullptr; ///< null when the object's table has none
     };
+    /// What the object's tables hold for the method, whether or not the device lists it.
     Functions findFunctions(std::string_view name) const;
 
+    /// Asks for the name of the object's remote type.
     std::shared_ptr<BoundMethod<dto::Base::TypeReply>> getTypeMethod() const;
+    /// Asks for the version of the object's type.
     std::shared_ptr<BoundMethod<dto::Base::VersionReply>> getVersionMethod() const;
+    /// Asks for the object's children and their instance ids.
     std::shared_ptr<BoundMethod<dto::Base::MembersReply>> getMembersMethod() const;
+    /// Asks for the object's methods and their ids.
     std::shared_ptr<BoundMethod<dto::Base::MethodsReply>> getMethodsMethod() const;
+    /// Asks for the object's methods, their ids and their signatures.
     std::shared_ptr<BoundMethod<std::vector<MethodSignature>>> getMethodsVerboseMethod() const;
+    /// Asks whether the object is free.
     std::shared_ptr<BoundMethod<Available>> getAvailableMethod() const;
-    /// The meaning of the two texts is the device's to define.
+    /// Reserves the object. What that means, and the two texts, are the device's to define; the flag of the
+    /// request stays 0.
     std::shared_ptr<Method> getReserveMethod(std::string first, std::string second) const;
+    /// Undoes getReserveMethod().
     std::shared_ptr<Method> getUnreserveMethod() const;
 
     /// The name of the object's remote type, such as "relay". One exchange.
     std::string type() const;
-    /// One exchange.
+    /// The version of the object's type. One exchange.
     Version version() const;
-    /// The object's members as the device lists them now. One exchange.
+    /// The object's children as the device lists them now; the tree does not change. One exchange.
     std::vector<MemberNameIDPair> members() const;
     /// The object's methods as the device lists them now. One exchange.
     std::vector<MethodNameIDPair> methods() const;
-    /// Type, version, members and methods in one line. Four exchanges.
+    /// Type, version, members and methods in one line, for people. Four exchanges.
     std::string toString() const;
 
 private:
@@ -168,27 +197,27 @@ private:
     friend class Method;
     friend class ObjectFactory;
 
-    /// What a Method is bound to.
+    /// What a Method needs to know of its remote method.
     struct RemoteMethod {
         std::uint32_t id;
         TAVOXTranscode::Encoder encoder;
         TAVOXTranscode::Decoder decoder;
     };
-    /// @throws what getMethodID(), getEncoder() and getDecoder() throw, the first of them first.
+    /// Throws what getMethodID(), getEncoder() and getDecoder() throw, in this order.
     RemoteMethod remoteMethod(const std::string& name) const;
 
-    /// What is known of one method; the functions are null where the tables had none when the proxy was made.
+    /// One listed method. A function is null where the table had none when the proxy was made.
     struct MethodEntry {
         std::uint32_t id = 0;
         const TAVOXTranscode::Encoder* encoder = nullptr;
         const TAVOXTranscode::Decoder* decoder = nullptr;
     };
-    /// False, and nothing is entered, when the tables have no function of that name.
+    /// False, with nothing entered, when the tables have no function of that name.
     bool enter(const std::string& name, std::uint32_t id);
     void enterOthers(const dto::Base::MethodsReply& listed, std::size_t count, std::size_t nameBytes);
     const std::uint32_t* otherMethod(const std::string& name) const;
 
-    /// A method that the device lists and the tables have no function for: a device may list millions.
+    /// A method that the device lists but the tables do not know. Small, as a device may list millions.
     struct OtherMethod {
         std::uint32_t nameBegin;
         std::uint32_t nameLength;
@@ -202,16 +231,17 @@ private:
     Result execute(std::shared_ptr<BoundMethod<Result>> method) const;
 
     std::weak_ptr<Device> device_;
-    const Device* deviceAddress_; ///< to compare, never to follow
+    const Device* deviceAddress_; ///< for comparison only: may dangle
     std::uint32_t instanceId_;
     std::string knownType_;
     std::unordered_map<std::string, MethodEntry> methods_;
-    std::vector<OtherMethod> others_; ///< by name
+    std::vector<OtherMethod> others_; ///< sorted by name
     std::string otherNames_;
     const EncoderList* encoders_;
     const DecoderList* decoders_;
 };
 
+/// The entries of a dto::Base::MethodsReply.
 template <>
 struct TAVO_API PlainResult<std::vector<Object_v1_0_Structs::MethodSignature>> {
     static std::vector<Object_v1_0_Structs::MethodSignature> of(const dto::result& outcome);

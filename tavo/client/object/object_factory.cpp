@@ -8,7 +8,7 @@ namespace TAVO {
 
 namespace {
 
-// A device whose objects contain each other without end must exhaust neither the stack nor the memory.
+// A device whose objects contain each other must not exhaust the stack.
 constexpr unsigned deepestLevel = 64;
 
 std::string typeOf(Device& device, const Object_v1_0& probe) {
@@ -23,7 +23,7 @@ std::string typeOf(Device& device, const Object_v1_0& probe) {
 constinit ObjectFactory::FactoryMap* ObjectFactory::m_factoryMap = nullptr;
 
 ObjectFactory::ObjectFactory(const std::string& typeName) {
-    // Never deleted: devices may be opened, and factories destroyed, as late as the program likes.
+    // Never deleted: the program may open devices and destroy factories at any time, even after main.
     if (!m_factoryMap)
         m_factoryMap = new FactoryMap;
     (*m_factoryMap)[typeName] = this;

@@ -13,30 +13,36 @@
 
 namespace TAVO {
 
-/// Turns remote objects, known by name and instance id, into proxies of the right class.
+/// Makes the proxies of remote objects, and is the base of the factories, one for each remote type. For a
+/// type of your own derive from TypeFactory, which needs less code, and construct one static factory before
+/// you open devices. Derive from ObjectFactory itself to choose the proxy class in a way of your own.
 ///
-/// One factory object exists per remote type, entered under its type name. The library's own are there from
-/// load or from the first call of registerCoreObjects() of their group, whichever comes first, and are never
-/// destroyed. Derive from it to serve a type of your own: construct one static object of your factory before
-/// opening devices. To take the place of one of the library's, construct it after that call.
+/// The library's factories are there from load, or from the first registerCoreObjects() of their group,
+/// whichever comes first, and are never destroyed. To replace one, construct yours after that call.
 ///
-/// No factory may be constructed or destroyed while a device is opened. The registry is only read then, so
-/// several devices may be opened by different threads at once.
+/// Do not construct or destroy a factory while a device is being opened: the registry has no lock. Several
+/// threads may open devices at once.
 class TAVO_API ObjectFactory {
 public:
     ObjectFactory(const ObjectFactory&) = delete;
     ObjectFactory& operator=(const ObjectFactory&) = delete;
 
-    /// Builds the proxy of a remote object and, below it, those of its members and theirs. At least four
-    /// exchanges for each object. An object of a type without factory becomes a plain Object_v1_0.
+    /// Builds the proxy of a remote object and those of all objects below it. Blocks: at least four exchanges
+    /// for each object. An object whose type has no factory becomes a plain Object_v1_0. DeviceFactory calls
+    /// this for you.
+    /// @param parent may be empty; it does not get the object as a child.
+    /// @return never empty.
     /// @throws Error
-    ///         - "Error executing type() method on " name ": " code, when the device fails the type call;
+    ///         - "Error executing type() method on " name ": " code, when the type call returns a code other
+    ///           than 0;
     ///         - "No Object types registered in ObjectFactory";
     ///         - "Object factory built nothing for type " type ": " name, when a factory returns an empty
     ///           pointer;
     ///         - "Object tree is nested too deeply: " name, beyond 64 levels;
     ///         - "Object tree has too many objects: " name, beyond 10000 of them;
-    ///         and what the factories, the hooks and Device::call throw. The whole subtree is abandoned then.
+    ///
+    ///         and what the factories, Container::initalize and Device::call throw. Nothing is left of the
+    ///         subtree then.
     static std::shared_ptr<Container> buildObject(std::shared_ptr<Device> device, const std::string& name,
                                                   std::uint32_t instanceId,
                                                   std::shared_ptr<Container> parent);
@@ -45,27 +51,30 @@ public:
     static std::vector<std::string> registeredTypes();
 
 protected:
+    /// Type name to factory.
     using FactoryMap = std::map<std::string, ObjectFactory*>;
 
-    /// Enters the factory under its type name, in place of an earlier one of that name.
+    /// Enters the factory in the registry, in place of an earlier one of that type name.
     explicit ObjectFactory(const std::string& typeName);
-    /// Takes the factory out of the registry: its type has none then. The entry of a later factory of that
-    /// name stays.
+    /// Takes the factory out of the registry, unless a later one has replaced it. Its type has no factory
+    /// then; a replaced one does not come back. Proxies that it has made live on.
     virtual ~ObjectFactory();
 
-    /// The proxy for one object of the factory's type.
+    /// Makes the proxy of one object of the factory's type; its children are added afterwards.
+    /// @param device, parent, name, instanceId for the constructor of the proxy; see create().
     /// @param probe a plain Object_v1_0 of the same object, to ask for its version.
-    /// @return never an empty pointer: the build is abandoned then.
+    /// @return the proxy. An empty pointer abandons the build, and so does an exception.
     virtual std::shared_ptr<Container> build(std::shared_ptr<Device> device,
                                              std::shared_ptr<Container> parent, const std::string& name,
                                              std::uint32_t instanceId,
                                              std::shared_ptr<Object_v1_0> probe) = 0;
 
-    /// Marks the factory as asked for. Calling it makes sure that the factory is part of the program.
+    /// Does nothing that can be seen. Calling it makes the linker keep the factory in the program.
     void registerFactory();
 
-    /// A new proxy with the arguments of every proxy constructor; proxies whose constructor is protected name
-    /// ObjectFactory as their friend.
+    /// Constructs a `Proxy`. If its constructor is protected, ObjectFactory must be its friend, as it is of
+    /// classes derived from Proxy.
+    /// @param encoders, decoders the tables of the type, which must outlive the proxy.
     template <class Proxy, class Encoders, class Decoders>
     static std::shared_ptr<Container>
     create(std::shared_ptr<Device> device, std::shared_ptr<Container> parent, const std::string& name,
@@ -74,13 +83,13 @@ protected:
             new Proxy(std::move(device), name, instanceId, std::move(parent), encoders, decoders));
     }
 
-    /// Whether `version` is lower than "1.0" or equal to it: 0.x, 1, 1.0 and 1.0.x are.
+    /// Whether `version` is at most "1.0": 0.x, 1, 1.0 and 1.0.x are.
     static bool isAtMostOneZero(const Version& version);
-    /// @throws SpecificationError "Unknown " type " object version: " and the version's text unless it
-    ///         isAtMostOneZero().
+    /// Refuses versions above "1.0".
+    /// @throws SpecificationError "Unknown " type " object version: " and the version's text, for these.
     static void requireAtMostOneZero(const std::string& type, const Version& version);
 
-    /// All factories by type name; null until the first one is entered, never deleted.
+    /// All factories by type name. Null before the first is constructed; never deleted.
     static FactoryMap* m_factoryMap;
 
 private:
@@ -88,7 +97,7 @@ private:
 
     static constexpr unsigned mostObjects = 10'000;
 
-    /// @param room how many objects may still be built; one less for each that is.
+    /// @param room how many more objects may be built; counted down.
     static std::shared_ptr<Container> buildSubtree(const std::shared_ptr<Device>& device,
                                                    const std::string& name, std::uint32_t instanceId,
                                                    const std::shared_ptr<Container>& parent, unsigned depth,

@@ -10,8 +10,10 @@
 
 namespace TAVO {
 
-/// Base of the proxy class of one remote type and version, whose methods are those of `rows`, the function of
-/// that name in the type's namespace. Gives the class the constructor that every proxy has.
+/// Base of a proxy class for one remote type and version: derive from it for a type of your own. Provides the
+/// tables and the constructor that every proxy has.
+/// @tparam rows the function of that name in the type's namespace, which describes its methods.
+/// @tparam Base the proxy class to build on.
 ///
 /// @code
 /// class Lamp_v1_0 : public TAVO::Proxy<lamp_v1_0::rows> {
@@ -26,17 +28,18 @@ namespace TAVO {
 template <TAVOXTranscode::RowsFunction* rows, class Base = Object_v1_0>
 class TAVO_TEMPLATE_API Proxy : public Base {
 public:
-    /// The tables of the type; a class that adds methods of its own hands over tables derived from these.
+    /// The encoders of the type. A class that adds methods passes the constructor a table derived from this.
     using EncoderList = TAVOXTranscode::EncoderListOf<rows>;
+    /// The decoders of the type. A class that adds methods passes the constructor a table derived from this.
     using DecoderList = TAVOXTranscode::DecoderListOf<rows>;
 
-    /// The type's own methods at run time.
+    /// Describes the type's own methods. Lives as long as the program.
     static TAVOXTranscode::MethodRows methodRows() noexcept { return rows(); }
 
 protected:
     friend class ObjectFactory;
 
-    /// As Object_v1_0's constructor.
+    /// Like the constructor of Object_v1_0: asks the device for the object's methods.
     Proxy(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
           std::shared_ptr<Container> parent, const EncoderList& encoders, const DecoderList& decoders)
         : Base(std::move(device), name, instanceId, std::move(parent), encoders, decoders) {}

@@ -54,7 +54,7 @@ Version::Version(const dto::Base::Version& version)
 
 void Version::initFromString() {
     std::istringstream in(text);
-    in.imbue(std::locale::classic()); // the application's may take "1.2" for a grouped number
+    in.imbue(std::locale::classic()); // the application's locale may read "1.2" as one grouped number
     minor = bugfix = DontCare;
     for (auto* part : {&major, &minor, &bugfix}) {
         if (part != &major)

@@ -11,7 +11,7 @@
 /// Records of the methods that every remote object has, and records that several types share.
 namespace TAVO::dto::Base {
 
-/// A version on the wire; a part of 0xFFFFFFFF stands for "any" (see TAVO::Version).
+/// A version on the wire. A part of 0xFFFFFFFF stands for "any"; TAVO::Version compares such versions.
 struct TAVO_API Version {
     std::uint32_t major = 0;
     std::uint32_t minor = 0;
@@ -24,10 +24,10 @@ struct TAVO_API Version {
     }
 };
 
-/// A child object: the name under which its parent lists it, and its instance id.
+/// A child object, as its parent lists it.
 struct TAVO_API Member {
-    std::string name;
-    std::uint32_t id = 0;
+    std::string name;     ///< its own name, without those of its parents
+    std::uint32_t id = 0; ///< its instance id, the address of calls to it
     bool operator==(const Member&) const = default;
     template <class Self = Member>
     static constexpr auto fields() {
@@ -35,11 +35,11 @@ struct TAVO_API Member {
     }
 };
 
-/// A remote method: its name, its id on this object, and the text that the device reports beside it.
+/// A remote method, as its object lists it.
 struct TAVO_API Method {
     std::string name;
-    std::uint32_t id = 0;
-    std::string signature;
+    std::uint32_t id = 0;  ///< holds for this object only
+    std::string signature; ///< a text about the method, the device's to define; empty after "methods"
     bool operator==(const Method&) const = default;
     template <class Self = Method>
     static constexpr auto fields() {
@@ -48,7 +48,7 @@ struct TAVO_API Method {
     }
 };
 
-/// "type"
+/// Reply to "type": the name of the object's remote type, such as "relay".
 struct TAVO_API TypeReply : reply_packet {
     std::string type;
     bool operator==(const TypeReply&) const = default;
@@ -58,7 +58,7 @@ struct TAVO_API TypeReply : reply_packet {
     }
 };
 
-/// "version"
+/// Reply to "version": the version of the object's type, which decides about its methods.
 struct TAVO_API VersionReply : reply_packet {
     Version version;
     bool operator==(const VersionReply&) const = default;
@@ -68,7 +68,7 @@ struct TAVO_API VersionReply : reply_packet {
     }
 };
 
-/// "members"
+/// Reply to "members": the object's children, in the device's order.
 struct TAVO_API MembersReply : reply_packet {
     std::vector<Member> members;
     bool operator==(const MembersReply&) const = default;
@@ -78,7 +78,8 @@ struct TAVO_API MembersReply : reply_packet {
     }
 };
 
-/// "methods" and "methodsVerbose"; after "methods" every signature is empty.
+/// Reply to "methods" and "methodsVerbose". Signatures travel only with "methodsVerbose"; after "methods"
+/// they are empty.
 struct TAVO_API MethodsReply : reply_packet {
     std::vector<Method> methods;
     bool operator==(const MethodsReply&) const = default;
@@ -88,9 +89,9 @@ struct TAVO_API MethodsReply : reply_packet {
     }
 };
 
-/// "available": whether the object is free (any byte but 0), and two texts that the device defines.
+/// Reply to "available": whether the object is free, and two texts, the device's to define.
 struct TAVO_API AvailableReply : reply_packet {
-    std::uint8_t available = 0;
+    std::uint8_t available = 0; ///< any value but 0: free
     std::string user;
     std::string info;
     bool operator==(const AvailableReply&) const = default;
@@ -101,7 +102,7 @@ struct TAVO_API AvailableReply : reply_packet {
     }
 };
 
-/// "reserve": a flag and two texts, all the device's to define.
+/// Parameters of "reserve": a flag and two texts, all the device's to define.
 struct TAVO_API ReserveRequest : request_packet {
     std::uint8_t flag = 0;
     std::string first;
@@ -114,7 +115,7 @@ struct TAVO_API ReserveRequest : request_packet {
     }
 };
 
-/// A single integer.
+/// A reply of one integer, whose meaning the method defines. Several types share it.
 struct TAVO_API IntegerReply : reply_packet {
     std::int32_t value = 0;
     bool operator==(const IntegerReply&) const = default;
@@ -124,7 +125,7 @@ struct TAVO_API IntegerReply : reply_packet {
     }
 };
 
-/// A clock frequency, in the device's unit, and a further integer that the device defines.
+/// A clock frequency, and a second integer. Unit and meaning are the device's to define.
 struct TAVO_API FrequencyGetReply : reply_packet {
     std::uint64_t frequency = 0;
     std::int32_t value = 0;
@@ -135,7 +136,8 @@ struct TAVO_API FrequencyGetReply : reply_packet {
     }
 };
 
-/// A debug header: its name and three flags that the device defines.
+/// A debug header, the connector between appliance and board: its name, and three flags, the device's to
+/// define.
 struct TAVO_API Header {
     std::string name;
     std::uint8_t flag1 = 0;
@@ -149,7 +151,7 @@ struct TAVO_API Header {
     }
 };
 
-/// A connection between headers: two lists of names that the device defines.
+/// A connection between headers: two lists of names, the device's to define.
 struct TAVO_API Connection {
     std::vector<std::string> first;
     std::vector<std::string> second;
@@ -160,7 +162,7 @@ struct TAVO_API Connection {
     }
 };
 
-/// "headerStatusGet" of the debug modules.
+/// Reply to "headerStatusGet" of the debug modules: every header, and how they are connected.
 struct TAVO_API HeaderStatusGetReply : reply_packet {
     std::vector<Header> headers;
     std::vector<Connection> connections;

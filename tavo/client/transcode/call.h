@@ -4,12 +4,13 @@
 
 namespace TAVO::TAVOXTranscode {
 
-/// Stands for "no parameters" or "status only" in a Call.
+/// In a Call, as the request: the method has no parameters. As the reply: it returns its status alone.
 struct None {};
 
-/// A remote method as a constant: its name, its request record and its reply record, said once. The functions
-/// that write and read them, the row of its type's table, the call of a proxy (Object_v1_0::make) and the
-/// handler of a simulated object all follow from it.
+/// A remote method as a constant: its name, its request record and its reply record. All else follows from
+/// it: encoder and decoder, the row in the type's table, the arguments of Object_v1_0::make, and the handler
+/// of a simulated object. Pass the library's constants to make(); define some for the methods of a type of
+/// your own:
 ///
 /// @code
 /// inline constexpr Call<ShiftRequest, ShiftReply> shiftDR{"shiftDR"};
@@ -18,7 +19,7 @@ struct None {};
 /// @endcode
 template <class Request = None, class Reply = None>
 struct Call {
-    std::string_view name;
+    std::string_view name; ///< as the device lists it; a literal, or a text that lives as long
 };
 
 } // namespace TAVO::TAVOXTranscode

@@ -13,27 +13,31 @@
 #include <tavo/client/transcode/field.h>
 #include <tavo/client/transcode/packet.h>
 
-/// How records become bytes and bytes become records, from the records' field lists alone.
+/// Calls and tables: what the methods of the remote types are, and how their records become bytes and bytes
+/// become records. It all follows from the `fields()` of the records; see dto::Field.
 namespace TAVO::TAVOXTranscode {
 
-/// A type that describes its wire form by `fields()`.
+/// A record: a type that lists its wire form in `fields()`.
 template <class T>
 concept Described = requires {
     T::fields();
 };
 
+/// A block of bytes. As a field it travels as its length (4 bytes) and its content.
 using Bytes = std::vector<std::uint8_t>;
 
+/// Calls `visit` with the dto::Field of each field of a `Record`, in wire order.
 template <class Record, class Visitor>
 constexpr void forEachField(Visitor&& visit) {
     std::apply([&](const auto&... field) { (visit(field), ...); }, Record::fields());
 }
 
-// Smallest number of bytes that a value can take: what bounds a list's count before memory is taken for it.
-
+/// The least number of bytes that a `T` takes on the wire. Bounds the count of a list before memory is taken
+/// for it.
 template <class T>
 constexpr std::uint64_t smallestSize();
 
+/// The least number of bytes that the field takes on the wire.
 template <class Record, class Member>
 constexpr std::uint64_t smallestFieldSize(const dto::Field<Record, Member>&) {
     return smallestSize<Member>();
@@ -52,14 +56,16 @@ constexpr std::uint64_t smallestSize() {
     }
 }
 
-// Writing.
-
+/// Writes the fields of `record` in wire order. Long texts and blocks may be lent: see
+/// TAVOX::OutputStream::lendBytes.
 template <class Record>
 void writeFields(TAVOX::OutputStream& out, const Record& record);
 
+/// Writes one value in the form that dto::Field lists for its type.
 template <class T>
 void writeValue(TAVOX::OutputStream& out, const T& value);
 
+/// Writes the count (4 bytes), then the elements.
 template <class Element>
 void writeList(TAVOX::OutputStream& out, const std::vector<Element>& list) {
     out.writeUInt32(static_cast<std::uint32_t>(list.size()));
@@ -67,6 +73,7 @@ void writeList(TAVOX::OutputStream& out, const std::vector<Element>& list) {
         writeValue<Element>(out, element);
 }
 
+/// Whether `T` is a std::vector. Bytes are one too, so test for them first.
 template <class T>
 inline constexpr bool isList = false;
 template <class Element>
@@ -97,21 +104,25 @@ void writeFields(TAVOX::OutputStream& out, const Record& record) {
     forEachField<Record>([&](const auto& field) { writeValue(out, record.*field.member); });
 }
 
-// Reading. A reader that has failed yields zeros and empty values.
-
+/// Reads the fields of `record` in wire order. On short input the reader fails, and the remaining fields
+/// become zero or empty.
 template <class Record>
 void readFields(TAVOX::InputStream& in, Record& record);
 
+/// Reads one value in the form that dto::Field lists for its type; zero or empty when the reader fails.
 template <class T>
 void readValue(TAVOX::InputStream& in, T& value);
 
-/// Each element takes at least `smallestElement` bytes and is read by `readElement`.
+/// Reads a count (4 bytes), waits until the rest of the block has arrived, and reads as many elements.
+/// @param smallestElement the least number of bytes that an element takes. A count that cannot fit in what is
+///        left of the block fails the reader, and no memory is taken.
+/// @param readElement called with each element of `list` in turn.
 template <class Element, class ReadElement>
 void readList(TAVOX::InputStream& in, std::vector<Element>& list, std::uint64_t smallestElement,
               ReadElement readElement) {
     list.clear();
     const auto count = static_cast<std::uint32_t>(in.readInt32());
-    in.awaitRest(); // for the count bounds the list only by bytes that have really come
+    in.awaitRest(); // or else the count would be checked against bytes that may never come
     if (in.failed() || count > in.remaining() / smallestElement) {
         in.fail(sizeof count);
         return;
@@ -121,10 +132,10 @@ void readList(TAVOX::InputStream& in, std::vector<Element>& list, std::uint64_t 
         readElement(element);
 }
 
-/// Receives a block straight into its destination, which grows with what has arrived.
+/// Receives `length` bytes straight into `block`, a text or Bytes, which grows only as they arrive.
 template <class Block>
 void receiveBlock(TAVOX::InputStream& in, std::size_t length, Block& block) {
-    // Small enough for a cache to hold what resize() clears.
+    // Small enough that what resize() clears is still in the cache when it is overwritten.
     constexpr std::size_t step = 0x80000;
     constexpr std::size_t first = 0x10000;
     constexpr std::size_t growth = 16;
@@ -139,12 +150,14 @@ void receiveBlock(TAVOX::InputStream& in, std::size_t length, Block& block) {
     }
 }
 
+/// Reads a length (4 bytes), then as many bytes into `block`, a text or Bytes. Fails the reader, and leaves
+/// `block` empty, when the block holds fewer.
 template <class Block>
 void readBlock(TAVOX::InputStream& in, Block& block) {
     const auto length = static_cast<std::uint32_t>(in.readInt32());
     const auto* bytes = length <= in.arrived() ? in.readSpan(length) : nullptr;
     if (bytes) {
-        // As the block's own kind of bytes: a text would take other ones by way of a second text.
+        // Cast first: from bytes of another type a string would be assigned by way of a temporary.
         const auto* begin = reinterpret_cast<const typename Block::value_type*>(bytes);
         block.assign(begin, begin + length);
     } else if (length <= in.remaining() && !in.failed()) {
@@ -179,13 +192,12 @@ void readFields(TAVOX::InputStream& in, Record& record) {
     forEachField<Record>([&](const auto& field) { readValue(in, record.*field.member); });
 }
 
-// The two functions of a method.
-
-/// Writes to the standard error stream that the parameters cannot be converted, and throws std::runtime_error
-/// "Can't convert Params to desire type".
+/// Writes to the standard error stream that the parameters are no `desired` record.
+/// @throws std::runtime_error "Can't convert Params to desire type", always.
 [[noreturn]] TAVO_API void refuseParams(const dto::Params& params, const std::type_info& desired);
 
-/// The encoder of a method whose parameters are a `Request`.
+/// The encoder of a method whose parameters are a `Request`. Writes nothing if they hold another record.
+/// @throws std::runtime_error as refuseParams(), if they do.
 template <class Request>
 void encodeRequest(TAVOX::OutputStream& out, const dto::Params& params) {
     const auto* request = dto::recordIn<Request>(params.request.get());
@@ -194,7 +206,8 @@ void encodeRequest(TAVOX::OutputStream& out, const dto::Params& params) {
     writeFields(out, *request);
 }
 
-/// The decoder of a method whose reply is a `Reply`.
+/// The decoder of a method whose reply is a `Reply`: reads the return code (4 bytes), then the fields. Fails
+/// the reader on short input.
 template <class Reply>
 dto::result decodeReply(TAVOX::InputStream& in) {
     const auto code = in.readInt32();

@@ -7,12 +7,14 @@
 
 #include <tavo/client/transcode/codec.h>
 
-/// Records to user-level records of the same fields and back, by the field lists of both.
 namespace TAVO::TAVOXTranscode {
 
+/// Copies `from` to `to`, records of different types with the same fields in the same order; other fields do
+/// not compile. Makes user-level records from wire records and the other way round.
 template <class From, class To>
 void convertRecord(const From& from, To& to);
 
+/// Copies one value: lists element by element, records by convertRecord(), all else by static_cast.
 template <class To, class From>
 void convertValue(const From& from, To& to) {
     if constexpr (std::same_as<From, To>) {
@@ -28,6 +30,7 @@ void convertValue(const From& from, To& to) {
     }
 }
 
+/// Copies the field at position `index`, whose names must be the same in both records.
 template <std::size_t index, class From, class To>
 void convertField(const From& from, To& to) {
     constexpr auto source = std::get<index>(From::fields());
@@ -44,6 +47,7 @@ void convertRecord(const From& from, To& to) {
     (std::make_index_sequence<count>());
 }
 
+/// A new `To`, filled by convertRecord().
 template <class To, class From>
 To converted(const From& from) {
     To to;

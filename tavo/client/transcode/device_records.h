@@ -7,9 +7,10 @@
 
 #include <tavo/client/transcode/base_records.h>
 
-/// Records of the "device" object.
+/// Records of the "device" object (instance id 0), which stands for the appliance as a whole.
 namespace TAVO::dto::Device {
 
+/// One firmware of the appliance.
 struct TAVO_API FirmwareInfo {
     std::string name;
     Base::Version version;
@@ -34,7 +35,7 @@ struct TAVO_API BoardInfo {
     }
 };
 
-/// "info"
+/// Reply to "info": what the appliance is and what it consists of.
 struct TAVO_API InfoReply : reply_packet {
     std::string name;
     Base::Version version;
@@ -48,7 +49,7 @@ struct TAVO_API InfoReply : reply_packet {
     }
 };
 
-/// "rootMembers"
+/// Reply to "rootMembers": the objects at the top of the tree, without "device", "system" and "private".
 struct TAVO_API RootMembersReply : reply_packet {
     std::vector<Base::Member> members;
     bool operator==(const RootMembersReply&) const = default;
@@ -58,7 +59,7 @@ struct TAVO_API RootMembersReply : reply_packet {
     }
 };
 
-/// "lock"
+/// Parameters of "lock". The password travels as it is, unencrypted.
 struct TAVO_API LockRequest : request_packet {
     std::string user;
     std::string password;
@@ -69,9 +70,9 @@ struct TAVO_API LockRequest : request_packet {
     }
 };
 
-/// "lock": the lock id, sent at the head of every later request; 0 means not locked.
+/// Reply to "lock".
 struct TAVO_API LockReply : reply_packet {
-    std::uint32_t lockId = 0;
+    std::uint32_t lockId = 0; ///< goes at the head of every later request; 0 when nothing was locked
     bool operator==(const LockReply&) const = default;
     template <class Self = LockReply>
     static constexpr auto fields() {
@@ -79,7 +80,7 @@ struct TAVO_API LockReply : reply_packet {
     }
 };
 
-/// "unlock"
+/// Parameters of "unlock": the credentials that took the lock.
 struct TAVO_API UnLockRequest : request_packet {
     std::string user;
     std::string password;
@@ -90,7 +91,7 @@ struct TAVO_API UnLockRequest : request_packet {
     }
 };
 
-/// "getKey"
+/// Reply to "getKey": the server key, one of serverKeys() where the appliance is genuine.
 struct TAVO_API KeyReply : reply_packet {
     std::vector<std::uint8_t> key;
     bool operator==(const KeyReply&) const = default;
@@ -100,7 +101,7 @@ struct TAVO_API KeyReply : reply_packet {
     }
 };
 
-/// "login"
+/// Parameters of "login". No password travels.
 struct TAVO_API LoginRequest : request_packet {
     std::string user;
     bool operator==(const LoginRequest&) const = default;
@@ -110,7 +111,7 @@ struct TAVO_API LoginRequest : request_packet {
     }
 };
 
-/// "login"
+/// Reply to "login": a challenge, which "CHAPRespond" answers.
 struct TAVO_API LoginReply : reply_packet {
     std::vector<std::uint8_t> challenge;
     bool operator==(const LoginReply&) const = default;
@@ -120,10 +121,10 @@ struct TAVO_API LoginReply : reply_packet {
     }
 };
 
-/// "CHAPRespond". Only the response travels; `number` stays on this side.
+/// Parameters of "CHAPRespond": the response to the challenge, computed by the application.
 struct TAVO_API CHAPResponseRequest : request_packet {
     std::vector<std::uint8_t> response;
-    std::int32_t number = 0;
+    std::int32_t number = 0; ///< does not travel
     bool operator==(const CHAPResponseRequest&) const = default;
     template <class Self = CHAPResponseRequest>
     static constexpr auto fields() {
@@ -131,7 +132,7 @@ struct TAVO_API CHAPResponseRequest : request_packet {
     }
 };
 
-/// "CHAPRespond": a text, the device's to define.
+/// Reply to "CHAPRespond": a text, the device's to define.
 struct TAVO_API CHAPResponseReply : reply_packet {
     std::string text;
     bool operator==(const CHAPResponseReply&) const = default;

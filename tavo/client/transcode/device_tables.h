@@ -3,20 +3,27 @@
 #include <tavo/client/transcode/base_tables.h>
 #include <tavo/client/transcode/device_records.h>
 
-/// Method tables of the "device" object. The method "CHAPRespond" has the functions encode_CHAPResponse and
-/// decode_CHAPResponse. There is no entry for "getMaxPacketSize". Shaped like every type's tables, see
-/// base_v1_0.
+/// The methods of the "device" object, version 1.0, and their tables. The functions of "CHAPRespond" are
+/// called encode_CHAPResponse and decode_CHAPResponse; "getMaxPacketSize" has none. Laid out like base_v1_0.
 namespace TAVO::TAVOXTranscode::device_v1_0 {
 
+/// Identifies the appliance, its firmware and its boards.
 inline constexpr Call<None, dto::Device::InfoReply> info{"info"};
+/// The objects at the top of the tree and their instance ids.
 inline constexpr Call<None, dto::Device::RootMembersReply> rootMembers{"rootMembers"};
+/// Takes the lock. DeviceFactory and Device::relock call it for you.
 inline constexpr Call<dto::Device::LockRequest, dto::Device::LockReply> lock{"lock"};
+/// Gives the lock back. Device::unlock and the end of the device call it for you.
 inline constexpr Call<dto::Device::UnLockRequest> unlock{"unlock"};
+/// The server key.
 inline constexpr Call<None, dto::Device::KeyReply> getKey{"getKey"};
+/// Logs a user in. DeviceFactory::authenticate calls it and ignores the challenge.
 inline constexpr Call<dto::Device::LoginRequest, dto::Device::LoginReply> login{"login"};
+/// Answers the challenge of `login`. The library never does so by itself.
 inline constexpr Call<dto::Device::CHAPResponseRequest, dto::Device::CHAPResponseReply> CHAPRespond{
     "CHAPRespond"};
 
+/// Describes the methods above. Lives as long as the program.
 TAVO_API MethodRows rows() noexcept;
 using EncoderList = EncoderListOf<rows>;
 using DecoderList = DecoderListOf<rows>;

@@ -4,13 +4,25 @@
 
 namespace TAVO::dto {
 
-/// One entry of a record's wire form: a name and the member that it stands for.
+/// One field of a record's wire form: its name, and the member that holds it.
 ///
-/// A record describes its wire form once, in a static operation `fields()` that returns a std::tuple of these
-/// in wire order. Encoder, decoder, smallest size, printing and calls by name all follow from it. As a
-/// template
-/// (`template <class Self = SetRequest> static constexpr auto fields()`, with `&Self::state`) it costs those
-/// who only include the record nothing. The type of the member is its wire type:
+/// A record lists its fields once, in wire order, in a static operation `fields()`. Encoder, decoder,
+/// printing and calls by name all follow from this list.
+///
+/// @code
+/// struct LimitRequest : TAVO::dto::request_packet {
+///     std::string zone;
+///     std::int32_t celsius = 0;
+///     static constexpr auto fields() {
+///         return std::tuple{Field{"zone", &LimitRequest::zone}, Field{"celsius", &LimitRequest::celsius}};
+///     }
+/// };
+/// @endcode
+///
+/// The library's own records make `fields()` a template (`template <class Self = LimitRequest>`, with
+/// `&Self::zone`), so that a program compiles only the lists that it uses.
+///
+/// The type of the member decides its form on the wire:
 ///
 /// | member                          | on the wire                                       |
 /// |---------------------------------|---------------------------------------------------|
@@ -22,10 +34,11 @@ namespace TAVO::dto {
 /// | a struct with `fields()`        | its fields, one after another                     |
 template <class Record, class Member>
 struct Field {
-    std::string_view name;
-    Member Record::*member;
+    std::string_view name;  ///< as help texts, error messages and calls by name have it
+    Member Record::*member; ///< where the record keeps it
 };
 
+/// Lets `Field{"zone", &LimitRequest::zone}` do without template arguments.
 template <class Record, class Member>
 Field(const char*, Member Record::*) -> Field<Record, Member>;
 

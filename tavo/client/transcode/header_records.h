@@ -5,10 +5,11 @@
 #include <tavo/client/transcode/field.h>
 #include <tavo/client/transcode/packet.h>
 
-/// Records of the enable and pin methods that the debug modules share. Which level a flag stands for is the
-/// device's to define where a member's name does not say it.
+/// Records of the enable and pin methods that the debug modules share. What enabling does, and which level
+/// true stands for, are the device's to define.
 namespace TAVO::dto::Header {
 
+/// Whether the module is enabled.
 struct TAVO_API EnableGetReply : reply_packet {
     bool enable = false;
     bool operator==(const EnableGetReply&) const = default;
@@ -18,6 +19,7 @@ struct TAVO_API EnableGetReply : reply_packet {
     }
 };
 
+/// Whether to enable the module.
 struct TAVO_API EnableSetRequest : request_packet {
     bool enable = false;
     bool operator==(const EnableSetRequest&) const = default;
@@ -27,7 +29,7 @@ struct TAVO_API EnableSetRequest : request_packet {
     }
 };
 
-/// The level of an input.
+/// The level of an input pin.
 struct TAVO_API iGetReply : reply_packet {
     bool level = false;
     bool operator==(const iGetReply&) const = default;
@@ -37,6 +39,7 @@ struct TAVO_API iGetReply : reply_packet {
     }
 };
 
+/// The level to give to a pin.
 struct TAVO_API iSetRequest : request_packet {
     bool level = false;
     bool operator==(const iSetRequest&) const = default;
@@ -46,7 +49,7 @@ struct TAVO_API iSetRequest : request_packet {
     }
 };
 
-/// The level of an output.
+/// The level of an output pin.
 struct TAVO_API oGetReply : reply_packet {
     bool level = false;
     bool operator==(const oGetReply&) const = default;
@@ -56,7 +59,7 @@ struct TAVO_API oGetReply : reply_packet {
     }
 };
 
-/// Two flags of a bidirectional pin, the device's to define.
+/// The state of a bidirectional pin: two flags, the device's to define.
 struct TAVO_API IoGetReply : reply_packet {
     bool first = false;
     bool second = false;
@@ -67,7 +70,7 @@ struct TAVO_API IoGetReply : reply_packet {
     }
 };
 
-/// Two flags of a bidirectional pin, the device's to define.
+/// The state to give to a bidirectional pin: two flags, the device's to define.
 struct TAVO_API IoSetRequest : request_packet {
     bool first = false;
     bool second = false;

@@ -5,14 +5,14 @@
 
 namespace TAVO {
 
-/// Holds the one object of its type that the library keeps for the whole program: made by the first use or
-/// when the library is loaded, whichever comes first, and never destroyed. So it is there for initialisers of
-/// globals and for whatever runs after main.
+/// Holds the one `T` of the program: made at its first use or when the library is loaded, whichever comes
+/// first, and never destroyed. So initialisers of globals may use it, and so may code that runs after main.
 template <class T>
 class Immortal {
 public:
+    /// The object, made now if it is not there yet. Any thread may ask for it.
     static T& object() {
-        static_cast<void>(madeAtLoad_); // what nobody mentions is not initialised at all
+        static_cast<void>(madeAtLoad_); // a static member that nobody mentions is never initialised
         alignas(T) static std::byte storage[sizeof(T)];
         static T* const made = ::new (storage) T();
         return *made;
@@ -25,7 +25,11 @@ private:
 template <class T>
 const bool Immortal<T>::madeAtLoad_ = (static_cast<void>(object()), true);
 
-/// The library's own T. Any thread may ask for it.
+/// The one `T` of the program; see Immortal.
+///
+/// @code
+/// const auto& encoders = TAVO::immortal<const LampEncoders>();
+/// @endcode
 template <class T>
 T& immortal() {
     return Immortal<T>::object();

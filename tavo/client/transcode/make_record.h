@@ -12,7 +12,7 @@
 
 namespace TAVO::TAVOXTranscode {
 
-/// Whether a reply consists of a single field.
+/// Whether the reply consists of exactly one field. False for None.
 template <class Reply>
 consteval bool hasOnlyField() {
     if constexpr (std::same_as<Reply, None>)
@@ -21,8 +21,8 @@ consteval bool hasOnlyField() {
         return std::tuple_size_v<decltype(Reply::fields())> == 1;
 }
 
-/// Fills the fields of `record` from the arguments, in wire order. An integer argument is narrowed to the
-/// field's width by keeping its low bits.
+/// Sets the fields of `record` to the arguments, one for each, in wire order. Arguments are converted by
+/// static_cast: an integer that is too wide for its field keeps its low bits.
 template <class Record, class... Arguments>
 void fillRecord(Record& record, Arguments&&... arguments) {
     std::apply(
@@ -35,6 +35,7 @@ void fillRecord(Record& record, Arguments&&... arguments) {
         Record::fields());
 }
 
+/// Whether a static_cast makes the field's value from an `Argument`.
 template <class Field, class Argument>
 inline constexpr bool fillsField = false;
 template <class Record, class Member, class Argument>
@@ -42,7 +43,7 @@ inline constexpr bool fillsField<dto::Field<Record, Member>, Argument> = require
     static_cast<Member>(std::forward<Argument>(argument));
 };
 
-/// Whether the fields of a `Record`, in wire order, can be filled from such arguments.
+/// Whether fillRecord() takes such arguments for a `Record`.
 template <class Record, class... Arguments>
 consteval bool fillsFields() {
     return []<class... Fields>(const std::tuple<Fields...>&) {
@@ -53,7 +54,8 @@ consteval bool fillsFields() {
     }(Record::fields());
 }
 
-/// Whether a `Request` can be made from such arguments: one for each field, or the record.
+/// Whether makeParams() takes such arguments for a call of a `Request`: one for each field, or the whole
+/// record; none where the request is None.
 template <class Request, class... Arguments>
 consteval bool takesArguments() {
     if constexpr (std::same_as<Request, None>)
@@ -65,7 +67,7 @@ consteval bool takesArguments() {
         return fillsFields<Request, Arguments...>();
 }
 
-/// A record, its fields filled as by fillRecord().
+/// A new `Record`, filled by fillRecord().
 template <class Record, class... Arguments>
 Record makeRecord(Arguments&&... arguments) {
     Record record;
@@ -73,7 +75,7 @@ Record makeRecord(Arguments&&... arguments) {
     return record;
 }
 
-/// The parameters of a call: a request record of their own, made from one argument for each field or from a
+/// The parameters of a call: a new request record, made from one argument for each field or from a whole
 /// record.
 template <class Request, class... Arguments>
 dto::Params makeRequest(Arguments&&... arguments) {
@@ -87,7 +89,7 @@ dto::Params makeRequest(Arguments&&... arguments) {
     }
 }
 
-/// The same for a Call, of whose request the arguments must be; none where it takes no parameters.
+/// The parameters of this Call; takesArguments() says which arguments it takes. Others do not compile.
 template <class Request, class Reply, class... Arguments>
 dto::Params makeParams(const Call<Request, Reply>&, Arguments&&... arguments) {
     static_assert(takesArguments<Request, Arguments...>(), "one argument for each field of the request");

@@ -13,42 +13,51 @@
 
 namespace TAVO::TAVOXTranscode {
 
-/// A record type at run time: how to make one, how to move it to and from the wire and a Value, and how to
-/// look into it.
-/// `Packet` is dto::request_packet or dto::reply_packet. All operations expect a packet that create() made.
+/// A record type at run time, for tools that make calls by name, and for simulators. `Packet` is
+/// dto::request_packet or dto::reply_packet.
+///
+/// All operations take packets of the described type only, such as create() makes; others throw
+/// std::bad_cast.
 template <class Packet>
 struct RecordDescription {
-    /// The encoder that writes the record, or the decoder that reads it.
+    /// The encoder that writes this record, or the decoder that reads it.
     std::conditional_t<std::same_as<Packet, dto::request_packet>, Encoder, Decoder> function;
+    /// Makes a record with default values.
     std::shared_ptr<Packet> (*create)();
+    /// Writes the fields, without a return code.
     void (*write)(TAVOX::OutputStream&, const Packet&);
-    /// Fails the reader on short input.
+    /// Reads the fields, without a return code. Fails the reader on short input.
     void (*read)(TAVOX::InputStream&, Packet&);
-    /// Throws std::invalid_argument that names the field at fault.
+    /// Fills the record from a Value::Record that has exactly its fields. Throws std::invalid_argument, which
+    /// names the field at fault.
     void (*fromValue)(const Value&, Packet&);
+    /// The fields in words, in wire order.
     std::vector<FieldDescription> (*fields)();
-    /// Looks into the packet, which must outlive the view.
+    /// A view of the packet, which must outlive it unchanged.
     ValueView (*view)(const Packet&);
 
+    /// A copy of the packet as data.
     Value toValue(const Packet& packet) const { return valueOf(view(packet)); }
 };
 
+/// Describes a request record.
 using RequestDescription = RecordDescription<dto::request_packet>;
+/// Describes a reply record.
 using ReplyDescription = RecordDescription<dto::reply_packet>;
 
-/// One remote method at run time: its name, its two functions, and its records (null: no parameters; status
-/// only). rowOf() and tableOf() of table.h make rows from Calls.
+/// One remote method at run time. rowOf() and tableOf() make rows from Calls.
 struct MethodRow {
-    std::string_view name;
-    Encoder encoder;
-    Decoder decoder;
-    const RequestDescription* request;
-    const ReplyDescription* reply;
+    std::string_view name;             ///< as the device lists it
+    Encoder encoder;                   ///< writes the parameters
+    Decoder decoder;                   ///< reads the result
+    const RequestDescription* request; ///< null where the method has no parameters
+    const ReplyDescription* reply;     ///< null where the method returns its status alone
 };
 
-/// The rows of one remote type and version, in published order, without the eight of every object.
+/// The methods of one remote type and version, in published order. The eight methods of every object are not
+/// among them, but for those of base_v1_0.
 using MethodRows = std::span<const MethodRow>;
-/// A function that gives the rows of a type; they are there for the whole program.
+/// A function that returns the rows of a type; they live as long as the program.
 using RowsFunction = MethodRows() noexcept;
 
 } // namespace TAVO::TAVOXTranscode

@@ -8,10 +8,10 @@
 #include <tavo/client/transcode/field.h>
 #include <tavo/client/transcode/packet.h>
 
-/// Records of the "system" object.
+/// Records of the "system" object (instance id 1): the appliance's firmware, clock and reset.
 namespace TAVO::dto::system {
 
-/// "firmwareUpdate": which firmware (the device's to define) and its image.
+/// Parameters of "firmwareUpdate": which firmware, by a name that is the device's to define, and its image.
 struct TAVO_API FirmwareUpdateRequest : request_packet {
     std::string name;
     std::vector<std::uint8_t> image;
@@ -22,7 +22,7 @@ struct TAVO_API FirmwareUpdateRequest : request_packet {
     }
 };
 
-/// "firmwareStatus"
+/// Parameters of "firmwareStatus": which firmware, by a name that is the device's to define.
 struct TAVO_API FirmwareStatusRequest : request_packet {
     std::string name;
     bool operator==(const FirmwareStatusRequest&) const = default;
@@ -32,7 +32,7 @@ struct TAVO_API FirmwareStatusRequest : request_packet {
     }
 };
 
-/// "firmwareStatus": two numbers, the device's to define.
+/// Reply to "firmwareStatus": two numbers, the device's to define.
 struct TAVO_API FirmwareStatusReply : reply_packet {
     std::uint32_t first = 0;
     std::uint32_t second = 0;
@@ -43,7 +43,7 @@ struct TAVO_API FirmwareStatusReply : reply_packet {
     }
 };
 
-/// "timeGet": the device's clock, in its own unit.
+/// Reply to "timeGet": the device's clock. Unit and epoch are the device's to define.
 struct TAVO_API TimeGetReply : reply_packet {
     std::int64_t time = 0;
     bool operator==(const TimeGetReply&) const = default;
@@ -53,7 +53,7 @@ struct TAVO_API TimeGetReply : reply_packet {
     }
 };
 
-/// "timeSet"
+/// Parameters of "timeSet": the new time, as "timeGet" returns it.
 struct TAVO_API TimeSetRequest : request_packet {
     std::int64_t time = 0;
     bool operator==(const TimeSetRequest&) const = default;
@@ -63,7 +63,7 @@ struct TAVO_API TimeSetRequest : request_packet {
     }
 };
 
-/// "usleep"
+/// Parameters of "usleep": how long.
 struct TAVO_API uSleepRequest : request_packet {
     std::int32_t microseconds = 0;
     bool operator==(const uSleepRequest&) const = default;
@@ -73,7 +73,7 @@ struct TAVO_API uSleepRequest : request_packet {
     }
 };
 
-/// "uwait"
+/// Parameters of "uwait": how long.
 struct TAVO_API uWaitRequest : request_packet {
     std::int32_t microseconds = 0;
     bool operator==(const uWaitRequest&) const = default;

@@ -9,9 +9,10 @@
 #include <tavo/client/transcode/value_codec.h>
 #include <tavo/client/transcode/value_view_codec.h>
 
-/// Rows of tables from Calls. For the sources that hold a table; whoever only makes calls needs none of it.
+// Only sources that define a table include this header: making calls does not need it.
 namespace TAVO::TAVOXTranscode {
 
+/// The encoder of a request record, or the decoder of a reply record.
 template <class Packet, class Record>
 constexpr auto recordFunction() {
     if constexpr (std::same_as<Packet, dto::request_packet>)
@@ -20,6 +21,7 @@ constexpr auto recordFunction() {
         return Decoder{decodeReply<Record>};
 }
 
+/// The description of a `Record`, made from its `fields()`.
 template <class Packet, class Record>
 inline constexpr RecordDescription<Packet> recordDescription{
     recordFunction<Packet, Record>(),
@@ -51,7 +53,7 @@ constexpr DecoderFunction& decoderOf(const Call<Request, Reply>&) {
         return decodeReply<Reply>;
 }
 
-/// The row of a method; everything in it follows from the field lists of the call's records.
+/// The row of a method, made from the `fields()` of the call's records.
 template <class Request, class Reply>
 constexpr MethodRow rowOf(const Call<Request, Reply>& call) {
     MethodRow row{call.name, encoderOf(call), decoderOf(call), nullptr, nullptr};
@@ -62,7 +64,7 @@ constexpr MethodRow rowOf(const Call<Request, Reply>& call) {
     return row;
 }
 
-/// The rows of a type, in the order of its calls.
+/// The rows of a type, in the order of its calls. Keep the array for as long as the program runs:
 ///
 /// @code
 /// constexpr auto table = tableOf(get, set, toggle);

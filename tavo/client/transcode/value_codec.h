@@ -9,17 +9,17 @@
 #include <tavo/client/transcode/codec.h>
 #include <tavo/client/transcode/value.h>
 
-/// Value to records, and records in words, from the same field lists as the wire form.
 namespace TAVO::TAVOXTranscode {
 
-/// The type of a value in words, as FieldDescription::type has it.
+/// The type of a field in words, as in FieldDescription::type.
 template <class T>
 std::string typeText();
 
+/// The fields of a `Record` in words, in wire order.
 template <class Record>
 std::vector<FieldDescription> describeFields();
 
-/// The fields in braces: "{name: type, ...}".
+/// A record type in words: "{name: type, ...}".
 TAVO_API std::string recordText(const std::vector<FieldDescription>& fields);
 
 template <class T>
@@ -38,6 +38,7 @@ std::string typeText() {
         return recordText(describeFields<T>());
 }
 
+/// One field in words.
 template <class Record, class Member>
 FieldDescription describeField(const dto::Field<Record, Member>& field) {
     return {std::string(field.name), typeText<Member>()};
@@ -50,28 +51,41 @@ std::vector<FieldDescription> describeFields() {
     return fields;
 }
 
-// Value to record. All throw std::invalid_argument naming the field and what it must be.
+// Below, `path` names the value in error messages, such as "members[3].name"; empty for the whole record.
 
+/// Refuses a value that is no `type`.
+/// @throws std::invalid_argument that names the path, the type and the value, always.
 [[noreturn]] TAVO_API void refuseValue(const std::string& path, const std::string& type, const Value& value);
 
-/// The integer in a Value (a bool counts as 0 or 1), in -2^63 to 2^64-1, as its sign and its 64 bits.
+/// The integer in a Value, from -2^63 to 2^64-1.
 struct IntegerValue {
-    bool present = false;
-    bool negative = false;
-    std::uint64_t bits = 0;
+    bool present = false;   ///< false when the Value holds no integer
+    bool negative = false;  ///< whether `bits` are those of a negative std::int64_t
+    std::uint64_t bits = 0; ///< the number, or its two's complement
 };
+/// The integer that `value` holds; a bool counts as 0 or 1.
 TAVO_API IntegerValue integerOf(const Value& value);
 
-/// The fields of `value`, which must be exactly those in `expected`, in any order.
+/// The fields of `value`, which must be those in `expected` and no others, in any order.
+/// @return a part of `value`.
+/// @throws std::invalid_argument that names the path, when `value` is no Value::Record, or a field is
+///         unknown, missing or given twice.
 TAVO_API const Value::Record& membersOf(const std::string& path, const Value& value,
                                         const std::vector<FieldDescription>& expected);
 
+/// Sets every field of `record` from a Value::Record.
+/// @throws std::invalid_argument as membersOf() and fromValue().
 template <class Record>
 void recordFromValue(const std::string& path, const Value& value, Record& record);
 
+/// Sets `target` from a value of its type.
+/// @throws std::invalid_argument that names the path and the type, when `value` has another type or does not
+///         fit in `target`.
 template <class T>
 void fromValue(const std::string& path, const Value& value, T& target);
 
+/// Sets a list from a Value::List.
+/// @throws std::invalid_argument as fromValue().
 template <class Element>
 void listFromValue(const std::string& path, const Value& value, std::vector<Element>& target) {
     const auto* list = std::get_if<Value::List>(&value.data);
@@ -82,6 +96,8 @@ void listFromValue(const std::string& path, const Value& value, std::vector<Elem
         fromValue<Element>(path + "[" + std::to_string(i) + "]", (*list)[i], target[i]);
 }
 
+/// Sets an integer or a bool.
+/// @throws std::invalid_argument when `value` holds no integer, or one that does not fit in a `T`.
 template <class T>
 void integerFromValue(const std::string& path, const Value& value, T& target) {
     using Limits = std::numeric_limits<T>;

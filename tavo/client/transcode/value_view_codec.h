@@ -9,12 +9,13 @@
 #include <tavo/client/transcode/codec.h>
 #include <tavo/client/transcode/value_view.h>
 
-/// Records as ValueView, from the same field lists as the wire form.
 namespace TAVO::TAVOXTranscode {
 
+/// A view of a record, which must outlive it unchanged.
 template <class Record>
 ValueView viewRecord(const Record& record);
 
+/// A view of one value, which must outlive it unchanged.
 template <class T>
 ValueView viewValue(const T& value) {
     if constexpr (std::same_as<T, bool>)
@@ -35,6 +36,7 @@ ValueView viewValue(const T& value) {
         return viewRecord(value);
 }
 
+/// The fields of a `Record` for ValueView::Record; use `fieldViews`.
 template <class Record, std::size_t... index>
 constexpr std::array<ValueView::Field, sizeof...(index)> makeFieldViews(std::index_sequence<index...>) {
     return {ValueView::Field{std::get<index>(Record::fields()).name, [](const void* record) {
@@ -43,6 +45,7 @@ constexpr std::array<ValueView::Field, sizeof...(index)> makeFieldViews(std::ind
                              }}...};
 }
 
+/// The fields of a `Record` for ValueView::Record, in wire order.
 template <class Record>
 inline constexpr auto fieldViews =
     makeFieldViews<Record>(std::make_index_sequence<std::tuple_size_v<decltype(Record::fields())>>());

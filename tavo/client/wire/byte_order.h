@@ -7,6 +7,7 @@
 
 namespace TAVOX {
 
+// Unrolled, which compilers turn into one instruction or two.
 namespace byte_order {
 
 template <std::unsigned_integral Number, std::size_t... Index>
@@ -22,13 +23,14 @@ constexpr Number load(const std::uint8_t* bytes, std::index_sequence<Index...>) 
 
 } // namespace byte_order
 
-/// Big-endian (network byte order) numbers in memory, whatever the machine's own order. Written without a
-/// loop, which compilers turn into one instruction or two.
+/// Stores `value` in network byte order (big-endian), whatever the machine's own order.
+/// @param bytes room for sizeof(Number) bytes; needs no alignment.
 template <std::unsigned_integral Number>
 constexpr void storeBigEndian(std::uint8_t* bytes, Number value) noexcept {
     byte_order::store(bytes, value, std::make_index_sequence<sizeof(Number)>());
 }
 
+/// Reads back what storeBigEndian() stored: the sizeof(Number) bytes at `bytes`.
 template <std::unsigned_integral Number>
 constexpr Number loadBigEndian(const std::uint8_t* bytes) noexcept {
     return byte_order::load<Number>(bytes, std::make_index_sequence<sizeof(Number)>());

@@ -7,13 +7,14 @@
 
 namespace TAVO {
 
-/// How long one exchange may take, at least 1 ms; as long as it takes without a value.
+/// How long one exchange may take, at least 1 ms. Empty: no limit.
 using TimeLimit = std::optional<std::chrono::milliseconds>;
 
-/// The time limit of a transport and when the exchange that runs must have ended. For transports of an
-/// application's own: start() where an exchange begins, left() for every wait. Not for several threads.
+/// A time limit, and when the current exchange reaches it. For transports of your own: start() at the
+/// beginning of each exchange, left() for each wait. One thread at a time.
 class TAVO_API Deadline {
 public:
+    /// Starts at once.
     /// @throws std::invalid_argument that names a limit below 1 ms.
     explicit Deadline(TimeLimit limit = std::nullopt);
 
@@ -23,19 +24,20 @@ public:
     void setLimit(TimeLimit limit);
     TimeLimit limit() const noexcept { return limit_; }
 
-    /// An exchange begins.
+    /// Starts again, with the same limit: an exchange begins.
     void start() noexcept;
 
     /// What is left of the limit, never below zero, rounded up to whole milliseconds; empty without a limit.
     TimeLimit left() const noexcept;
 
+    /// Whether the limit has passed; never without one.
     bool isOver() const noexcept { return limit_ && Clock::now() >= end_; }
 
 private:
     using Clock = std::chrono::steady_clock;
 
     TimeLimit limit_;
-    Clock::time_point end_; ///< of the exchange, where there is a limit
+    Clock::time_point end_; ///< counts only with a limit
 };
 
 } // namespace TAVO

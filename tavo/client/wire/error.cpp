@@ -6,13 +6,13 @@ namespace TAVO {
 
 namespace {
 
-/// Facts of errors that are thrown without any.
+/// What errors say that were thrown without facts.
 union UsualFacts {
     explicit UsualFacts(ErrorOrigin origin)
         : facts{.origin = origin, .connectionUsable = origin != ErrorOrigin::connection} {}
     UsualFacts(const UsualFacts&) = delete;
     UsualFacts& operator=(const UsualFacts&) = delete;
-    ~UsualFacts() {} // NOLINT(modernize-use-equals-default): errors outlive all statics, and so do the facts
+    ~UsualFacts() {} // NOLINT(modernize-use-equals-default): errors outlive all statics, and so must these
 
     ErrorFacts facts;
 };

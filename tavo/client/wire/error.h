@@ -11,12 +11,23 @@ namespace TAVO {
 
 class Method;
 
-/// Base of every exception of this library, thrown itself for framing faults of a reply and for device error
-/// codes without a class of their own ("Unknown error code: ...").
+/// Base of the exceptions of this library: catch it for everything that a device or a network can do. Thrown
+/// itself for a malformed reply and for device error codes without a class of their own ("Unknown error
+/// code: ...").
 ///
 /// A few faults that a correct program never meets (a result of the wrong type,
-/// TAVOXDevice::getMaxPacketSize) are plain std::runtime_error instead. All exceptions own their text and may
+/// TAVOXDevice::getMaxPacketSize) are plain std::runtime_error instead. Exceptions own their text and may
 /// outlive the device.
+///
+/// @code
+/// try {
+///     device->call(method);
+/// } catch (const TAVO::LockError& error) {
+///     std::cerr << error.lockingUser() << " is using the device\n";
+/// } catch (const TAVO::Error& error) {
+///     std::cerr << error.what() << '\n';
+/// }
+/// @endcode
 class TAVO_API Error : public std::runtime_error {
 public:
     explicit Error(const std::string& message);
@@ -26,22 +37,24 @@ public:
     Error& operator=(Error&&) = default;
     ~Error() override;
 
-    /// What is known of the failure besides its text. Those that nobody has set begin in the library, but for
-    /// a NetworkError's: it begins with the connection, which is not usable any more.
+    /// What is known of the failure besides its text. Lives as long as this exception and until the next
+    /// setFacts(). Without any set, the origin is `library`; that of a NetworkError is `connection`, and its
+    /// connection is not usable.
     const ErrorFacts& facts() const noexcept;
-    /// For whoever throws, and for whoever knows more while the error passes. Copies that were made before
-    /// keep the former facts.
+    /// Replaces the facts. For code that throws, or that catches and rethrows and knows more. Copies made
+    /// before keep their facts.
     void setFacts(ErrorFacts facts);
 
 protected:
-    /// @param facts lives as long as the program.
+    /// @param facts not copied; must live until the program ends.
     Error(const std::string& message, const ErrorFacts& facts);
 
 private:
-    std::shared_ptr<const ErrorFacts> facts_; ///< never changed: copies share them
+    std::shared_ptr<const ErrorFacts> facts_; ///< immutable, as copies share them
 };
 
-/// The device reported a configuration fault (device error code 1000).
+/// The device reports a configuration fault (device error code 1000); what() is its text. Set up the
+/// appliance before you try again.
 class TAVO_API ConfigurationError : public Error {
 public:
     explicit ConfigurationError(const std::string& message);
@@ -52,9 +65,9 @@ public:
     ~ConfigurationError() override;
 };
 
-/// Client and device disagree: an unknown method, an object type or version that is not supported, parameters
-/// or results that cannot be encoded or decoded, a version text that does not parse, or device error codes
-/// 1002 to 1005.
+/// Client and device disagree: an unknown method, an unsupported object type or version, parameters or
+/// results that cannot be encoded or decoded, a version text that does not parse, or device error codes 1002
+/// to 1005. The same call will fail again.
 class TAVO_API SpecificationError : public Error {
 public:
     explicit SpecificationError(const std::string& message);
@@ -65,8 +78,10 @@ public:
     ~SpecificationError() override;
 };
 
-/// The connection could not be made, broke, or delivered bytes that nobody asked for. Most texts end with
-/// "[ErrorCode " code ":" system text "]".
+/// The connection could not be made, broke, timed out, was interrupted, or delivered bytes that nobody asked
+/// for. Texts that report an error of the operating system end with "[ErrorCode " code ":" system text "]".
+/// The next call usually connects anew; docs/errors.md says in which state each failure leaves the
+/// connection.
 class TAVO_API NetworkError : public Error {
 public:
     explicit NetworkError(const std::string& message);
@@ -77,7 +92,8 @@ public:
     ~NetworkError() override;
 };
 
-/// The key that the peer reported is none of the known server keys.
+/// The peer reported a key that is none of serverKeys(): it is not a genuine appliance, or the library was
+/// built without the keys of this one.
 class TAVO_API TAVOKeyError : public Error {
 public:
     explicit TAVOKeyError(const std::string& message);
@@ -88,7 +104,8 @@ public:
     ~TAVOKeyError() override;
 };
 
-/// A login was refused (device error code 1013, or DeviceFactory::authenticate).
+/// The device refused the user or the password (device error code 1013), or DeviceFactory::authenticate
+/// failed for any reason.
 class TAVO_API TAVOLoginError : public Error {
 public:
     explicit TAVOLoginError(const std::string& message);
@@ -99,8 +116,8 @@ public:
     ~TAVOLoginError() override;
 };
 
-/// Another user holds the device's lock (device error code 1001). Copyable, not movable.
-/// what() is "The device is locked by " followed by the user.
+/// Another user holds the device's lock (device error code 1001). what() is "The device is locked by " and
+/// the user. Copyable, not movable.
 class TAVO_API LockError : public Error {
 public:
     explicit LockError(const std::string& lockingUser);
@@ -108,27 +125,29 @@ public:
     LockError& operator=(const LockError&) = default;
     ~LockError() override;
 
-    /// The user who holds the lock, as the device named him.
+    /// The user who holds the lock, in the device's words.
     std::string lockingUser() const { return lockingUser_; }
 
 private:
     std::string lockingUser_;
 };
 
-/// A method of a batch failed on the device (device error code 1006). Copyable, not movable.
-/// what() is "Failed to execute ", the Method's full name, ": " and the device's message.
+/// A method of a batch failed on the device (device error code 1006). what() is "Failed to execute ", the
+/// Method's full name, ": " and the device's message. Copyable, not movable.
 class TAVO_API ExecutionError : public Error {
 public:
-    /// @param method  the Method that failed; kept alive by this exception.
+    /// @param method  the Method that failed; this exception keeps it alive.
     /// @param index   its position in the batch, counted from 0.
     /// @param message the device's own text.
-    /// @throws std::invalid_argument for an empty pointer to the method.
+    /// @throws std::invalid_argument for an empty `method`.
     ExecutionError(std::shared_ptr<Method> method, unsigned long long index, const std::string& message);
     ExecutionError(const ExecutionError&) = default;
     ExecutionError& operator=(const ExecutionError&) = default;
     ~ExecutionError() override;
 
+    /// The Method that failed; never empty. It belongs to its device's thread, and using it needs its proxy.
     std::shared_ptr<Method> failedMethod() const { return method_; }
+    /// The position of the Method in its batch, counted from 0; those before it have been executed.
     unsigned long long failedMethodIndex() const { return index_; }
 
 private:

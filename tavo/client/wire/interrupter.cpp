@@ -8,8 +8,8 @@
 namespace TAVO {
 
 void Interrupter::interrupt() noexcept {
-    // Counted before the socket is read, as the device's thread publishes before it reads the count: one of
-    // the two always finds the other.
+    // This thread counts, then reads the socket; the device's thread publishes, then reads the count. So one
+    // of them always notices the other.
     ++interrupts_;
     while (true) {
         auto socket = socket_.load();
@@ -25,7 +25,7 @@ void Interrupter::interrupt() noexcept {
         auto expected = claimed;
         if (!socket_.compare_exchange_strong(expected, socket))
             socket_ = noSocket;
-        // Who has come meanwhile has left it to this thread.
+        // Threads that came meanwhile have left their interrupts to this one.
         if (pending || interrupts_ == counted)
             return;
     }
@@ -54,7 +54,7 @@ void Interrupter::withdraw(std::intptr_t socket) noexcept {
     published_ = noSocket;
     if (socket_.exchange(awaited) != claimed)
         socket_ = noSocket;
-    // Asleep, not yielding: a thread of real time that yields lets no other one go on.
+    // Sleeps, because a real-time thread that merely yields would starve the thread it waits for.
     while (socket_ == awaited)
         std::this_thread::sleep_for(std::chrono::microseconds(100));
 }

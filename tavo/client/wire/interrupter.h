@@ -8,38 +8,53 @@
 
 namespace TAVO {
 
-/// Ends, from outside, what waits for a device.
+/// Cuts short a wait for a device, from another thread or a signal handler.
 ///
-/// interrupt() may be called by any thread and by a signal handler, at any time, and never waits; all else
-/// belongs to the device's thread. An exchange that runs at that moment ends within 100 ms with NetworkError
-/// "Call to device interrupted.", unless its whole reply has arrived; only the resolution of a host name,
-/// which is the system's, takes its own time. The connection is left closed, and the next exchange makes a
-/// new one. When no exchange runs, the connection is closed and the next exchange makes a new one. What the
-/// device was told before may have its effect there all the same. However many threads interrupt, without a
-/// pause even, the device's thread waits for at most one of them before it closes a connection.
+/// Device::interrupt() does this for an open device. Make an interrupter of your own to interrupt an opening
+/// or a release as well, when there is no Device to ask: hand it to DeviceFactory::buildDevice or
+/// queryDevice, and keep it as long as interrupt() may be called.
 ///
-/// Device::interrupt() does this for a device that is open. An interrupter of one's own serves where there is
-/// no Device yet, or no more: hand it to DeviceFactory::buildDevice or queryDevice, keep it as long as
-/// interrupt() may be called, and the opening, every exchange and the unlocking at the end can be
-/// interrupted. Several devices of one thread may share it, one after the other or in turns: interrupt() ends
-/// the exchange that runs, whichever device's it is, and each of them makes its connection anew.
+/// @code
+/// const auto interrupter = std::make_shared<TAVO::Interrupter>();
+/// auto device = TAVO::DeviceFactory::buildDevice(host, port, user, password, false, interrupter);
+/// // in another thread: interrupter->interrupt();
+/// @endcode
+///
+/// Several devices of one thread may share an interrupter. interrupt() then ends the exchange that is
+/// running, whichever device it belongs to, and each of the devices connects anew.
+///
+/// Only interrupt() may be called from other threads; everything else belongs to the device's thread.
 class TAVO_API Interrupter {
 public:
     Interrupter() = default;
     Interrupter(const Interrupter&) = delete;
     Interrupter& operator=(const Interrupter&) = delete;
 
+    /// Ends the running exchange within 100 ms with NetworkError "Call to device interrupted.", unless its
+    /// whole reply has arrived already; the device may carry the call out all the same. Also while nothing
+    /// runs, the connection is closed, and the next exchange makes a new one. Resolving a host name cannot be
+    /// cut short.
+    ///
+    /// Safe in any thread and in signal handlers, at any time; never blocks. Before the device's thread
+    /// closes a connection it may wait for one caller that is about to cut it, but never for more than one.
     void interrupt() noexcept;
 
-    /// Makes one operation of several exchanges: as long as it lives, an interrupt also ends the exchange
-    /// that comes next, and all after it. An interrupt from before it was made ends none of them; the
-    /// connection that it closed is made anew. The thread of the device makes and destroys it; the
-    /// interrupter must outlive it. Operations may be nested.
+    /// Makes one operation of several exchanges: an interrupt during its life ends the exchange that is
+    /// running and every later one as well. An interrupt from before costs the connection, but ends none of
+    /// them. Operations may be nested.
+    ///
+    /// @code
+    /// const TAVO::Interrupter::Operation whole(*interrupter);
+    /// for (const auto& step : steps)
+    ///     device->call(step);
+    /// @endcode
     class TAVO_API Operation {
     public:
+        /// Begins the operation, in the device's thread. `interrupter` must outlive it.
         explicit Operation(Interrupter& interrupter) noexcept;
         Operation(const Operation&) = delete;
         Operation& operator=(const Operation&) = delete;
+        /// Ends the operation, in the same thread.
         ~Operation();
 
     private:
@@ -51,26 +66,27 @@ private:
 
     using Count = std::size_t;
 
-    /// The interrupts that an exchange beginning now is not ended by: those up to the beginning of the
-    /// Operation, or without one up to now. They act on no socket that is published from now on.
+    /// How many interrupts do not concern an exchange that begins now: those before the outermost Operation,
+    /// or without one all until now. They do not touch a socket that is published from now on.
     Count beginExchange() noexcept;
     bool isInterruptedSince(Count begin) const noexcept { return interrupts_ != begin; }
-    /// Withdraws the socket that was published before. Whether it is another one.
+    /// Lets interrupts act on this socket, and no longer on the one published before. False when it was
+    /// published already.
     bool publish(std::intptr_t socket) noexcept;
-    /// Afterwards no interrupt acts on this socket. Does nothing when it is not the one that is published.
+    /// After this no interrupt acts on the socket. Does nothing unless it is the published one.
     void withdraw(std::intptr_t socket) noexcept;
 
     static constexpr std::intptr_t noSocket = -1;
     /// One thread is about to cut the connection of the published socket; all others only count.
     static constexpr std::intptr_t claimed = -2;
-    /// The socket is withdrawn, and who has claimed it is waited for.
+    /// The socket is being withdrawn, which waits for the thread that claimed it.
     static constexpr std::intptr_t awaited = -3;
 
     std::atomic<std::intptr_t> socket_ = noSocket;
     std::atomic<Count> interrupts_ = 0;
-    /// So many of them have had their effect.
+    /// How many of them have taken effect.
     std::atomic<Count> settled_ = 0;
-    // The device's thread alone uses what follows.
+    // Only the device's thread uses the rest.
     std::intptr_t published_ = noSocket;
     Count operationBegin_ = 0;
     std::uint32_t operations_ = 0;

@@ -8,7 +8,7 @@
 namespace TAVOX {
 
 OutputStream::~OutputStream() {
-    // One by one: letting each chunk destroy its successor would recurse as deep as the chain is long.
+    // One by one: if each chunk destroyed the next, a long chain would exhaust the stack.
     for (auto chunk = std::move(first_.next); chunk;) {
         auto next = std::move(chunk->next);
         if (spares_)
@@ -39,7 +39,7 @@ void OutputStream::SpareChunks::add(std::unique_ptr<Chunk> chunk) noexcept {
 bool OutputStream::startChunk() noexcept {
     if (!failed_ && spares_)
         current_->next = spares_->take();
-    // Default-initialised on purpose: the bytes of a fresh chunk are written before they are read.
+    // Left uninitialised on purpose: the bytes of a new chunk are written before they are read.
     if (!failed_ && !current_->next)
         current_->next.reset(new (std::nothrow) Chunk);
     if (failed_ || !current_->next) {

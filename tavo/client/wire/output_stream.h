@@ -13,11 +13,11 @@
 
 namespace TAVOX {
 
-/// Answers for the memory that encoders lend to an OutputStream.
+/// Vouches for the memory that encoders lend to an OutputStream, so that large blocks need not be copied.
 class TAVO_API Lender {
 public:
-    /// Whether the run that is offered now, and all that follow, stay unchanged until the chain was read.
-    /// Asked at the first long run alone, since the answer may cost something.
+    /// Whether the run that is about to be lent, and every later one, will stay unchanged until the request
+    /// has been sent. Asked only once, at the first long run, because the answer may be costly.
     virtual bool answersForRuns() noexcept = 0;
 
 protected:
@@ -27,26 +27,34 @@ protected:
     ~Lender() = default;
 };
 
-/// Collects the bytes of one request. Numbers are big-endian, nothing is padded.
+/// Collects the bytes of one request, big-endian and without padding. Encoders are given one.
 ///
-/// The bytes lie in a chain of chunks of `chunkCapacity` bytes each. The first chunk is part of the writer,
-/// so a request that fits in it costs no memory from the heap; later ones are allocated as they are needed. A
-/// number is never split between two chunks, a byte run may be.
+/// @code
+/// out.writeUInt32(celsius);
+/// out.writeBytes(zone.size(), reinterpret_cast<const std::uint8_t*>(zone.data()));
+/// @endcode
 ///
-/// When memory for a chunk cannot be had the writer fails for good: failed() is true and every later write is
-/// ignored. Nothing here throws. A writer is used by one thread at a time.
+/// The bytes lie in a chain of chunks. The first chunk is part of the writer, so a request of up to
+/// `chunkCapacity` bytes needs no heap memory; more chunks are allocated as needed. A chunk boundary may
+/// split a run of bytes, but never a number.
+///
+/// When there is no memory for a chunk the writer fails for good: failed() is true, and later writes do
+/// nothing. Nothing here throws. One thread at a time.
 class TAVO_API OutputStream {
     struct Chunk;
 
 public:
+    /// Size of a chunk, in bytes.
     static constexpr std::size_t chunkCapacity = 24480;
 
-    /// The filled parts of the chunks, in the order in which they belong on the wire.
-    /// Valid until the writer is written to again or destroyed.
+    /// The bytes of a request, as a forward range of runs in the order in which they go on the wire. A view:
+    /// valid until the writer is written to again or destroyed, and as long as what was lent to it.
     class TAVO_API Chunks {
     public:
+        /// A run of bytes.
         using value_type = std::span<const std::uint8_t>;
 
+        /// A forward iterator over the runs.
         class TAVO_API iterator {
         public:
             using iterator_category = std::forward_iterator_tag;
@@ -80,9 +88,13 @@ public:
             bool atLent_ = false;
         };
 
+        /// The first run. There always is one, but it may be empty.
         iterator begin() const { return iterator(first_); }
+        /// Behind the last run.
         iterator end() const { return iterator(); }
+        /// How many runs there are; walks the chain to count them.
         std::size_t size() const { return static_cast<std::size_t>(std::distance(begin(), end())); }
+        /// The run at `index`, which must be below size(); walks the chain to get there.
         value_type operator[](std::size_t index) const {
             return *std::next(begin(), static_cast<std::ptrdiff_t>(index));
         }
@@ -124,13 +136,13 @@ public:
     OutputStream& operator=(const OutputStream&) = delete;
     ~OutputStream();
 
-    /// From now on lendBytes() may make a run part of the chain where it lies, once `lender` has agreed.
-    /// @param lender outlives the writing.
+    /// From now on lendBytes() may refer to a run where it lies instead of copying it, if `lender` agrees.
+    /// @param lender must live until the last write.
     void takeLentRuns(Lender& lender) noexcept { lender_ = &lender; }
 
     /// 4 bytes. Signed values are passed as their two's-complement bits.
     void writeUInt32(std::uint32_t value) noexcept { writeNumber(value); }
-    /// 8 bytes.
+    /// 8 bytes. Unsigned values are passed as the signed value of the same bits.
     void writeInt64(std::int64_t value) noexcept { writeNumber(static_cast<std::uint64_t>(value)); }
     /// 1 byte.
     void writeByte(std::uint8_t value) noexcept { writeNumber(value); }
@@ -144,9 +156,9 @@ public:
         else
             writeShortRun(length, data);
     }
-    /// The same bytes, but a run of at least `shortestLent` of them may be left where it lies, if the writer
-    /// takes lent runs: it must stay there unchanged as long as the chain is read. For the library's own
-    /// record encoders; writeBytes() is for everybody.
+    /// The same bytes on the wire, but after takeLentRuns() a run of at least `shortestLent` bytes may be
+    /// referred to where it lies. It must then stay unchanged until the request has been sent. For the
+    /// library's own record encoders; encoders of your own use writeBytes().
     void lendBytes(std::uint64_t length, const std::uint8_t* data) noexcept {
         writeUInt32(static_cast<std::uint32_t>(length));
         if (length > room())
@@ -154,27 +166,28 @@ public:
         else
             writeShortRun(length, data);
     }
+    /// The shortest run that lendBytes() refers to instead of copying it, in bytes.
     static constexpr std::size_t shortestLent = std::size_t{64} * 1024;
 
     /// Reserves 4 bytes for the size of what is written until endSizedBlock(). Blocks do not nest: a second
-    /// begin simply starts the count anew at the new place.
+    /// call opens a new block and leaves the size of the first one unset.
     void beginSizedBlock() noexcept;
-    /// Fills the reserved bytes with the number of bytes written since beginSizedBlock().
-    /// Does nothing when no block is open.
+    /// Writes the number of bytes since beginSizedBlock() into the reserved place. Does nothing when no block
+    /// is open.
     void endSizedBlock() noexcept;
 
-    /// True once memory for a chunk could not be had; the bytes are then incomplete and must not be sent.
+    /// Whether memory ran out. The bytes are incomplete then and must not be sent.
     bool failed() const noexcept { return failed_; }
-    /// Number of bytes written so far, over all chunks.
+    /// Number of bytes written so far, lent ones included.
     std::uint64_t total() const noexcept { return inFormerChunks_ + current_->used + current_->lent.size(); }
-    /// At least one chunk, the first possibly empty.
+    /// The bytes written so far.
     Chunks chunks() const noexcept { return Chunks(&first_); }
 
 private:
     struct Chunk { // NOLINT(cppcoreguidelines-pro-type-member-init): clearing `data` would cost each call
         std::unique_ptr<Chunk> next;
         std::size_t used = 0;
-        std::span<const std::uint8_t> lent; ///< follows the chunk's own bytes and ends the chunk
+        std::span<const std::uint8_t> lent; ///< comes after the chunk's own bytes; nothing follows it
         std::array<std::uint8_t, chunkCapacity> data;
     };
 
@@ -185,7 +198,7 @@ private:
         current_->used += bytes;
         return place;
     }
-    /// The same in a chunk that has room; null when the writer has failed.
+    /// The same, in a new chunk if need be; null when the writer has failed.
     std::uint8_t* reserve(std::size_t bytes) noexcept {
         return room() >= bytes || startChunk() ? take(bytes) : nullptr;
     }
@@ -201,7 +214,7 @@ private:
     void writeLongRun(std::uint64_t length, const std::uint8_t* data) noexcept;
     void lendLongRun(std::uint64_t length, const std::uint8_t* data) noexcept;
     bool startChunk() noexcept;
-    /// From now on the current chunk is full.
+    /// Takes no more bytes into the current chunk.
     void closeChunk() noexcept { limit_ = current_->used; }
 
     SpareChunks* spares_ = nullptr;

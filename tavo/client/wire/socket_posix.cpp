@@ -26,11 +26,11 @@ std::string formatted(int code, const char* text) {
 
 std::string resolverText(int code) { return formatted(code, ::gai_strerror(code)); }
 
-// strerror_r() comes in two shapes: one returns the text, one a code and fills the buffer.
+// There are two kinds of strerror_r(): GNU's returns the text, POSIX's returns a code and fills the buffer.
 [[maybe_unused]] const char* reentrantText(const char* text, const char*) noexcept { return text; }
 [[maybe_unused]] const char* reentrantText(int, const char* buffer) noexcept { return buffer; }
 
-/// As poll(): how many are ready, 0 when the time is over, negative with an error code.
+/// As poll(): how many are ready, 0 when the time is over, negative for an error.
 int waitFor(Handle socket, short events, int timeOut) noexcept {
     pollfd entry{descriptor(socket), events, 0};
     int ready = 0;
@@ -42,7 +42,7 @@ int waitFor(Handle socket, short events, int timeOut) noexcept {
 
 constexpr int pauseOfConnect = 20;
 
-// A connect that waits could not be ended from elsewhere; a poll that waits in steps can.
+// A blocking connect() cannot be cut short by another thread; a poll() in short steps can.
 std::optional<ErrorCode> connectTo(Handle socket, const addrinfo& address,
                                    const std::function<bool()>& givesUp) {
     const int flags = ::fcntl(descriptor(socket), F_GETFL);

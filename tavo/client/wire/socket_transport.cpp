@@ -31,7 +31,7 @@ const char* introduction(sockets::ConnectStep step) {
     return "Could not connect to socket to: ";
 }
 
-/// Some systems connect to what is left of such a number in 16 bits.
+/// Some systems would truncate such a number to 16 bits and connect there.
 bool isBeyondAllPorts(const std::string& port) {
     std::uint64_t number = 0;
     const auto* const textEnd = port.data() + port.size();
@@ -155,7 +155,7 @@ bool SocketTransport::hasUnaskedBytes() noexcept {
     if (!sockets::pollReadable(socket_))
         return false;
     ++counters_.receives;
-    // What else went wrong shows at the next send or receive, as an end.
+    // An error is not reported here: the next send or receive meets it as the end of the connection.
     const auto received =
         sockets::receiveOnce(socket_, readAhead_.get() + readAheadCapacity, readAheadCapacity);
     readAheadBegin_ = readAheadCapacity;
@@ -181,7 +181,7 @@ void SocketTransport::prepareToSend() {
     beginExchange();
     if (isInterrupted())
         endInterrupted();
-    // An interrupt from before this exchange ends the connection, not the exchange.
+    // An interrupt from before this exchange costs the connection, not the exchange.
     if (connectionBegin_ != exchangeBegin_)
         close();
     if (!isConnected()) {
@@ -280,7 +280,7 @@ std::size_t SocketTransport::receiveSome(std::uint8_t* destination, std::uint64_
 }
 
 void SocketTransport::readAhead() {
-    // What is left moves in front of the main part, which takes as much as ever then.
+    // The rest moves to just before the second half of the buffer, so that the receive gets a whole half.
     const auto left = readAheadEnd_ - readAheadBegin_;
     const auto begin = readAheadCapacity - left;
     if (left > 0)

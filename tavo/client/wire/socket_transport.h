@@ -12,107 +12,111 @@
 
 namespace TAVO {
 
-/// How often a SocketTransport has asked the operating system for something, since it was made.
+/// How many system calls a SocketTransport has made since it was constructed.
 struct TransportCounters {
     std::uint64_t connects = 0; ///< attempts to connect, the first one included
-    std::uint64_t polls = 0;    ///< looks whether the peer has sent something unasked, and limited waits
-    std::uint64_t sends = 0;    ///< sends; one per request unless the system takes a request in pieces
-    std::uint64_t receives = 0; ///< receives
+    std::uint64_t polls = 0;    ///< checks for unasked bytes, and waits under a time limit
+    std::uint64_t sends = 0;    ///< one per request, unless the system takes it in pieces
+    std::uint64_t receives = 0; ///< one per reply, if it arrives at once and fits in the buffer
 };
 
-/// The one TCP connection of a device.
+/// A TCP connection (RFC 9293) to one device, which connects anew when the peer has closed it. Devices made
+/// from a host name use one; construct it yourself only to hand it to a CallExchange or to DeviceFactory.
 ///
-/// A request costs one poll and one send, a reply that arrives at once costs one receive: what the system
-/// has ready beyond the bytes asked for is read ahead into a buffer of 64 KiB. Every call blocks, with the
-/// system's default socket options and, unless there is a time limit, as long as it takes. With a limit each
-/// receive costs one poll more. A broken connection never raises a signal, and a signal that interrupts a
-/// call does not end it.
+/// A request costs one poll and one send. A reply that arrives at once costs one receive, since whatever the
+/// system has ready is read ahead into a buffer of 64 KiB. Socket options are the system's defaults. Calls
+/// block as long as it takes; with a time limit each receive costs one more poll. A broken connection never
+/// raises a signal, and signals do not end a wait.
 ///
-/// What state a failure leaves, all of them NetworkError:
-///  - connecting fails: the transport is closed; the next send connects first.
-///  - an unexpected byte is found before a send: the connection stays open, that one byte is taken, nothing
-///    is sent.
-///  - a send or a receive fails: the connection is not closed here. The next send finds it broken and
-///    connects anew without a word.
-///  - interrupt() or the time limit ends a call: the transport is closed; the next send connects first. Where
-///    both have come, it is the interrupt.
+/// Every failure is a NetworkError, and what it leaves behind depends on its cause:
+///  - connecting fails: the transport is closed, and the next send connects first.
+///  - bytes are there that nobody asked for, found before a send: one of them is taken, nothing is sent, and
+///    the connection stays open.
+///  - a send or a receive fails: the connection stays open here. The next send finds it broken and silently
+///    connects anew.
+///  - interrupt() or the time limit ends a call: the transport is closed, and the next send connects first.
+///    If both have come, the exception is that of the interrupt.
 ///
-/// A new connection is a bare one: nothing that was said on the former one (login, lock) is repeated.
+/// A new connection starts from nothing: login and lock are not repeated.
 ///
-/// One thread at a time may use a transport, but for interrupt(); different transports are independent of
-/// each other.
+/// One thread at a time, except for interrupt(); different transports are independent of each other.
 class TAVO_API SocketTransport final : public Transport {
 public:
-    /// Connects to the first address that `host` and `port` resolve to.
+    /// Connects to the first address that `host` and `port` resolve to. Blocks until the connection is made.
     /// @param host name or address of the device.
     /// @param port the port number in decimal.
-    /// @param interrupter can interrupt this transport, the connecting included, until it is destroyed; when
-    ///        empty, interrupt() alone can.
-    /// @throws NetworkError as connect() does, and "Could not initialize WinSock library" where the system
-    ///         has a socket library that must be started first and that does not start.
+    /// @param interrupter may interrupt this transport, from this first connect until its end. When empty,
+    ///        only interrupt() can.
+    /// @throws NetworkError as connect() does; on Windows also "Could not initialize WinSock library".
     SocketTransport(const std::string& host, const std::string& port,
                     std::shared_ptr<Interrupter> interrupter = nullptr);
-    /// The same with a time limit from the beginning, as setTimeLimit() sets it.
+    /// The same with a time limit, which holds for this first connect already.
+    /// @throws std::invalid_argument for a limit below 1 ms.
     SocketTransport(const std::string& host, const std::string& port,
                     std::shared_ptr<Interrupter> interrupter, TimeLimit limit);
     /// Closes the connection.
     ~SocketTransport() override;
 
-    /// Connects to the same host and port again, after closing the connection if there is one. Bytes that
-    /// were received but not asked for are dropped.
+    /// Closes the connection, if there is one, and connects to the same host and port again. Drops bytes that
+    /// were received but not asked for.
     /// @throws NetworkError "Could not get address info for: ", "Could not create socket to: " or "Could not
     ///         connect to socket to: ", each followed by host, " port ", port and the system's error.
     void connect();
 
-    /// Sends the whole request. Before its first byte leaves, the connection is made when the transport is
-    /// closed, and made anew when the peer has closed it; never in the middle of a request.
+    /// Sends the whole request. Connects first if the transport is closed or the peer has closed the
+    /// connection, but never in the middle of a request.
     /// @throws NetworkError "Unexpected data recieved from device." when there are bytes that nobody has
-    ///         asked for, "Error transmitting message call to device." and the system's error when the
-    ///         request could not be sent completely; and as connect() does.
+    ///         asked for; "Error transmitting message call to device." and the system's error when not all
+    ///         could be sent; and as connect().
     void send(const TAVOX::OutputStream::Chunks& request) override;
 
-    /// As send(), for bytes that lie in one piece.
+    /// Like send(), for bytes in one piece.
     void sendAll(const std::uint8_t* bytes, std::uint64_t length);
 
+    /// Blocks until `length` bytes have arrived and stores them at `buffer`.
     /// @throws NetworkError "Connection to device closed unexpectedly." and the system's error when the
-    ///         transport is closed, the connection breaks or the peer closes it too early. Bytes that came
-    ///         before are lost, `buffer` may hold some of them.
+    ///         transport is closed, the connection breaks, or the peer closes it too early. What came before
+    ///         is lost, though `buffer` may hold some of it.
     void receiveAll(std::uint8_t* buffer, std::uint64_t length) override;
 
-    /// Up to 64 KiB are held in one piece. @throws as receiveAll().
+    /// Holds up to 64 KiB in one piece; null for more.
+    /// @throws NetworkError as receiveAll().
     const std::uint8_t* receiveInPlace(std::uint64_t length) override;
 
     /// Closes the connection and drops what was received but not asked for. Does nothing when closed.
     void close() noexcept;
 
-    /// Ends a call that waits, see Interrupter: NetworkError "Call to device interrupted." leaves it within
-    /// 100 ms. For other threads and signal handlers.
+    /// Makes a call that waits throw NetworkError "Call to device interrupted." within 100 ms; see
+    /// Interrupter::interrupt(). Safe in other threads and in signal handlers.
     void interrupt() noexcept override;
 
-    /// As close(). @return true.
+    /// Like close().
+    /// @return true: the next send() makes a new connection.
     bool renew() noexcept override;
 
-    /// Costs one poll, and one receive when there is something.
+    /// Whether bytes have arrived that nobody has asked for. Costs one poll, and one receive if there are
+    /// any.
     bool hasUnaskedBytes() noexcept override;
 
-    /// Costs one poll, as it does before a send.
+    /// Connects if there is no connection, or if the peer has closed it. Costs one poll otherwise.
     void ensureConnected() override;
 
-    /// 1 for the first connection, and one more for each that was made after it.
+    /// How many connections have been made: 1 for the first.
     std::uint64_t connectionNumber() const noexcept override;
 
-    /// connect() makes a new connection all the same.
+    /// Keeps send() from replacing the connection; an explicit connect() still does.
     void keepConnection(bool kept) noexcept override;
 
     /// Whether the transport is open.
     bool isConnected() const noexcept override;
 
-    /// An exchange begins with send(), ensureConnected() or connect(); one that has begun already is given
-    /// the whole limit from here. Only the resolution of the host's name cannot be bounded: it takes as long
-    /// as the system takes for it, and the limit is looked at again when it has ended.
+    /// An exchange begins with send(), ensureConnected() or connect(). One that is under way gets the whole
+    /// limit from now on. Resolving the host name cannot be cut short: the limit is checked afterwards.
     void setTimeLimit(TimeLimit limit) override;
+    /// The current limit; empty without one.
     TimeLimit timeLimit() const noexcept override { return deadline_.limit(); }
 
+    /// The system calls so far. Lives as long as the transport, and keeps counting.
     const TransportCounters& counters() const noexcept { return counters_; }
 
 private:
@@ -137,7 +141,7 @@ private:
     std::shared_ptr<Interrupter> interrupter_;
     std::intptr_t socket_;
     Interrupter::Count exchangeBegin_ = 0;
-    /// That of the exchange which made the connection.
+    /// The value of exchangeBegin_ when the connection was made.
     Interrupter::Count connectionBegin_ = 0;
     Deadline deadline_;
     std::unique_ptr<std::uint8_t[]> readAhead_;

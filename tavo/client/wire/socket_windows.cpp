@@ -5,7 +5,7 @@
 #include <limits>
 #include <mutex>
 
-// The order matters: windows.h would bring in the first generation of the socket interface.
+// Before windows.h, which would otherwise declare version 1 of the socket interface.
 #include <winsock2.h>
 #include <ws2tcpip.h>
 
@@ -31,7 +31,7 @@ std::string systemText(ErrorCode code) {
 }
 
 constexpr long pauseOfConnect = 20 * 1000;
-// An interrupt is not sure to end a select.
+// select() may not notice an interrupt.
 constexpr std::chrono::milliseconds longestWait{50};
 
 void setBlocking(SOCKET socket, bool blocking) noexcept {
@@ -39,7 +39,7 @@ void setBlocking(SOCKET socket, bool blocking) noexcept {
     ::ioctlsocket(socket, static_cast<long>(FIONBIO), &nonBlocking);
 }
 
-// A connect that waits could not be ended from elsewhere; a select that waits in steps can.
+// A blocking connect() cannot be cut short by another thread; a select() in short steps can.
 std::optional<ErrorCode> connectTo(SOCKET socket, const addrinfo& address,
                                    const std::function<bool()>& givesUp) {
     setBlocking(socket, false);
@@ -104,7 +104,7 @@ std::optional<ConnectFailure> connect(const std::string& host, const std::string
     if (created == INVALID_SOCKET) {
         error = ::WSAGetLastError();
     } else {
-        // Programs that this process starts do not get it.
+        // Child processes must not inherit it.
         ::SetHandleInformation(reinterpret_cast<HANDLE>(created), HANDLE_FLAG_INHERIT, 0);
         const auto outcome = connectTo(created, *addresses, givesUp);
         step = outcome ? ConnectStep::connect : ConnectStep::givenUp;
@@ -124,7 +124,7 @@ void close(Handle socket) noexcept { ::closesocket(system(socket)); }
 
 void shutDown(Handle socket) noexcept {
     const int before = ::WSAGetLastError();
-    // The one for calls that come later, the other for the call that waits already.
+    // shutdown() ends later calls, CancelIoEx() the one that waits already.
     ::shutdown(system(socket), SD_BOTH);
     ::CancelIoEx(reinterpret_cast<HANDLE>(system(socket)), nullptr);
     ::WSASetLastError(before);

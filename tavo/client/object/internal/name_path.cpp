@@ -6,13 +6,13 @@ namespace TAVO {
 
 namespace {
 
-// Container::SEPARATOR, which a device that is released at the program's exit may outlive.
+// The value of Container::SEPARATOR, which may be destroyed before the last device.
 constexpr std::string_view separator = ".";
 
 } // namespace
 
 NamePath::~NamePath() {
-    // One by one: letting each path destroy its parent's would recurse as deep as the tree is.
+    // One by one: if each path destroyed its parent's, a deep tree would exhaust the stack.
     auto next = std::move(parent_);
     while (next && next.use_count() == 1)
         next = std::exchange(next->parent_, nullptr);

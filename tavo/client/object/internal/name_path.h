@@ -6,8 +6,8 @@
 
 namespace TAVO {
 
-/// A node's name behind its parent's path. Nodes share the paths of their parents, so that a long name high
-/// up is held once, and a path outlives the nodes that it leads through. Never changed once it is made.
+/// A name, and the path of the parent. Nodes share the paths of their parents, so a long name high up is held
+/// only once, and a path outlives the nodes that it leads through. Immutable.
 class NamePath {
 public:
     NamePath(std::shared_ptr<const NamePath> parent, std::string name)
@@ -20,7 +20,7 @@ public:
     const std::string& name() const { return name_; }
     /// All names from the root, joined by Container::SEPARATOR.
     std::string joined() const;
-    /// The same with one more name behind them.
+    /// The same with one more name at the end.
     std::string joinedWith(const std::string& last) const;
 
 private:

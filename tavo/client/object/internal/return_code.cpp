@@ -13,7 +13,7 @@ void requireSuccess(const Method& method, const std::string& object) {
     if (method.returnCode() == 0)
         return;
     std::ostringstream message;
-    message.imbue(std::locale::classic()); // the application's may group digits
+    message.imbue(std::locale::classic()); // the application's locale may group digits
     message << "Error executing " << method.getName() << "() method on " << object << ": " << std::hex
             << static_cast<std::uint32_t>(method.returnCode());
     throw withFacts(Error(message.str()), {.origin = ErrorOrigin::device, .method = method.getFullName()});

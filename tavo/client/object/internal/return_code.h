@@ -6,7 +6,7 @@ namespace TAVO {
 
 class Method;
 
-/// For the few methods whose failure ends what the library does with them.
+/// For the few methods without whose success the library cannot go on.
 /// @throws Error "Error executing " method "() method on " object ": " and the method's return code in
 ///         lower-case hexadecimal, unless it is 0.
 void requireSuccess(const Method& method, const std::string& object);

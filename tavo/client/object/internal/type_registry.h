@@ -7,8 +7,8 @@
 
 namespace TAVO {
 
-/// The methods of all types that have a TypeFactory, and of those that no factory serves. Changed by the
-/// constructors and destructors of factories alone, which are under the same rule as the map of factories.
+/// The methods of all types that have a TypeFactory, and "base" and "headerStatus", which have none. Only the
+/// constructors and destructors of factories change it; like the map of factories it has no lock.
 class TypeRegistry {
 public:
     TypeRegistry();
@@ -16,12 +16,12 @@ public:
     void enter(const ObjectTable& table, const void* owner);
     void remove(const void* owner);
     std::span<const ObjectTable> tables() const noexcept { return tables_; }
-    /// Of one owner's tables the first that serves, of several owners' the last one's.
+    /// The first table that serves, of the last owner that has one.
     const ObjectTable* find(std::string_view type, const Version& version) const;
 
 private:
     std::vector<ObjectTable> tables_;
-    std::vector<const void*> owners_; ///< of the tables at the same places
+    std::vector<const void*> owners_; ///< owners_[i] is the owner of tables_[i]
 };
 
 } // namespace TAVO

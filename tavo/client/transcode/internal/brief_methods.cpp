@@ -9,7 +9,7 @@ namespace {
 
 using dto::Base::MethodsReply;
 
-/// What travels of an entry.
+/// The part of an entry that travels.
 struct BriefMethod {
     std::string name;
     std::uint32_t id = 0;

@@ -2,8 +2,8 @@
 
 #include <tavo/client/transcode/method_row.h>
 
-/// The reply to "methods": a dto::Base::MethodsReply whose entries travel without their signatures, which no
-/// field list can say. Signatures are empty once it is read.
+/// The reply to "methods": a dto::Base::MethodsReply whose entries travel without their signatures, which a
+/// `fields()` cannot express. Reading one leaves the signatures empty.
 namespace TAVO::TAVOXTranscode {
 
 dto::result decodeBriefMethods(TAVOX::InputStream& in);

@@ -11,14 +11,14 @@ namespace {
 constexpr std::uint64_t returnCodeSize = 4;
 constexpr std::uint64_t lengthSize = 4;
 
-/// Goes through values in the order in which they lie on the wire.
+/// Walks through values in wire order.
 class Search {
 public:
     Search(std::uint64_t begin, std::uint64_t offset)
         : position_(begin)
         , offset_(offset) {}
 
-    /// Whether the value, or a part of it, begins at the offset.
+    /// Whether the value or a part of it begins at the offset.
     bool find(const ValueView& value) {
         if (const auto* record = std::get_if<ValueView::Record>(&value.data))
             return findInRecord(*record);
@@ -30,7 +30,7 @@ public:
         return false;
     }
 
-    /// From the value in which the offset was found to the part that begins there.
+    /// Leads from the value that find() was given to the part that begins at the offset.
     const std::string& path() const { return path_; }
 
 private:

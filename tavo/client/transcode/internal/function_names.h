@@ -1,10 +1,10 @@
 #pragma once
 
-/// TAVO_FUNCTION_NAMES(get, set, ...) defines the references by which the functions of these Calls go in the
-/// namespace of their type: encode_get and decode_get, encode_set and decode_set, ... 64 at most.
+/// TAVO_FUNCTION_NAMES(get, set, ...) defines references to the functions of these Calls: encode_get and
+/// decode_get, encode_set and decode_set, ... Takes up to 64 Calls.
 #define TAVO_FUNCTION_NAMES(...) TAVO_SCAN_64(TAVO_NAMES(__VA_ARGS__))
 
-// A macro is not expanded inside itself: each further scan takes one more method off the list.
+// A macro does not expand inside itself, so each scan handles one method and leaves the rest to the next.
 #define TAVO_NAMES(method, ...)                                                                              \
     constinit EncoderFunction& encode_##method = encoderOf(method);                                          \
     constinit DecoderFunction& decode_##method = decoderOf(method);                                          \

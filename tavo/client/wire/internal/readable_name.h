@@ -5,7 +5,8 @@
 
 namespace TAVO {
 
-/// The type as its source has it, "TAVO::dto::relay::GetReply", where the platform tells.
+/// The type as written in source, "TAVO::dto::relay::GetReply"; the mangled name where the platform cannot
+/// demangle.
 std::string readableName(const std::type_info& type);
 
 } // namespace TAVO

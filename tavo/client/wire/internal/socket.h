@@ -9,31 +9,30 @@
 #include <string>
 
 /// All that the library asks of the operating system's sockets: blocking TCP with the system's default
-/// options. socket_posix.cpp and socket_windows.cpp implement it, each on its own system, and nothing else in
-/// the library sees a system header.
+/// options. socket_posix.cpp and socket_windows.cpp implement it, each for its system; nothing else in the
+/// library includes a system header.
 ///
-/// No call keeps state of its own. Calls that a signal interrupts are resumed inside, but for awaitReady().
+/// The functions keep no state. All but awaitReady() carry on after a signal has interrupted them.
 namespace TAVO::sockets {
 
 /// A socket as the system numbers it.
 using Handle = std::intptr_t;
 inline constexpr Handle closedHandle = -1;
 
-/// An error code of the system, as it stands right after the call that failed.
+/// The system's error code of the call that just failed.
 using ErrorCode = int;
 
 /// "[ErrorCode " code ":" the system's text "]".
 std::string errorText(ErrorCode code);
-/// The code for a connection that the peer has cut.
+/// The code for a connection that the peer has reset.
 ErrorCode connectionReset() noexcept;
 /// The code for a socket that is not connected.
 ErrorCode notConnected() noexcept;
 
-/// As connect() reports a port that the system does not have.
+/// What connect() reports for a port number that does not exist.
 std::string noSuchPortText();
 
-/// Starts the system's socket library unless it runs already. Safe from several threads.
-/// False when it cannot be started.
+/// Starts the system's socket library unless it is running. Thread-safe. False when it does not start.
 bool startUp() noexcept;
 
 enum class ConnectStep { resolve, createSocket, connect, givenUp };
@@ -43,43 +42,43 @@ struct ConnectFailure {
     std::string errorText;
 };
 
-/// Connects to the first address that host and port resolve to, and to no other. `givesUp` is asked every
-/// 20 ms while the peer does not answer. `socket` is closedHandle after a failure.
+/// Connects to the first address that host and port resolve to, and tries no other. Asks `givesUp` every
+/// 20 ms while the peer does not answer. After a failure `socket` is closedHandle.
 std::optional<ConnectFailure> connect(const std::string& host, const std::string& port, Handle& socket,
                                       const std::function<bool()>& givesUp);
 
 void close(Handle socket) noexcept;
 
-/// Ends the connection of a socket that a send or a receive may wait on in another thread, which ends that
-/// wait. May be called in a signal handler; leaves the thread's error code as it is.
+/// Cuts the connection, which wakes up a send or a receive that waits in another thread. Safe in signal
+/// handlers: it preserves the thread's error code.
 void shutDown(Handle socket) noexcept;
 
-/// True when a receive would not wait: there are bytes, or the connection has ended.
+/// Whether a receive would return at once: there are bytes, or the connection has ended.
 bool pollReadable(Handle socket) noexcept;
 
 enum class Readiness { toReceive, toSend };
 
-/// Waits until a receive or a send would not wait, for so long at most and perhaps for less: whoever waits
-/// asks again. True when it would not wait, or would fail.
+/// Waits until a receive or a send would return at once, or would fail: true then. May return false before
+/// `atMost` is over; the caller asks again.
 bool awaitReady(Handle socket, Readiness readiness, std::chrono::milliseconds atMost) noexcept;
 
 /// What one send or receive did.
 struct Transfer {
-    std::size_t bytes = 0; ///< how many bytes were moved; for a receive, 0 is the end of the connection
+    std::size_t bytes = 0; ///< how many bytes were moved; 0 received bytes mean the end of the connection
     ErrorCode error = 0;   ///< not 0 when the call failed
 };
 
 using Run = std::span<const std::uint8_t>;
-/// As many runs as one send takes.
+/// The most runs that one send takes.
 inline constexpr std::size_t maximumRuns = 64;
 
-/// Sends the runs, at most maximumRuns of them, as if they were one, perhaps not to the end.
+/// Sends up to maximumRuns runs as if they were one. May send only a part of them.
 Transfer sendGathered(Handle socket, std::span<const Run> runs) noexcept;
 
-/// The same without waiting: 0 bytes and no error when there is no room for any.
+/// The same without waiting: 0 bytes and no error when the system takes none now.
 Transfer sendWithoutWaiting(Handle socket, std::span<const Run> runs) noexcept;
 
-/// Waits for bytes and stores what is there, at most `length` bytes.
+/// Waits for bytes and stores those that are there, at most `length`.
 Transfer receiveOnce(Handle socket, std::uint8_t* buffer, std::size_t length) noexcept;
 
 } // namespace TAVO::sockets
