@@ -100,7 +100,8 @@ void measureBatch(Run& run) {
 namespace {
 
 /// Everything that an application does for a batch: build it, execute it, take its results, free it.
-void runWholeCycle(const Bench& bench, std::size_t count, const Bytes& data) {
+template <class Execute>
+void runWholeCycle(const Bench& bench, std::size_t count, const Bytes& data, Execute execute) {
     const auto queue = std::make_shared<TAVO::MulticallQueue>();
     std::vector<std::shared_ptr<TAVO::BoundMethod<ExchangeReply>>> methods;
     methods.reserve(count);
@@ -108,7 +109,7 @@ void runWholeCycle(const Bench& bench, std::size_t count, const Bytes& data) {
         methods.push_back(bench.gauge.getExchangeMethod(exchangeNumber, data));
         queue->add(methods.back());
     }
-    bench.device->multicall(queue);
+    execute(queue);
     for (const auto& method : methods)
         benchmark::DoNotOptimize(method->take());
 }
@@ -129,7 +130,10 @@ void measureCycle(Run& run) {
         const auto pieces = count < 100 ? 20U : 1U;
         const auto comparison = interleaved(
             clock, run.rounds(rounds), pieces, [&] { raw(bench.raw); },
-            [&] { runWholeCycle(bench, count, data); });
+            [&] {
+                runWholeCycle(bench, count, data,
+                              [&bench](const auto& queue) { bench.device->multicall(queue); });
+            });
         const auto work = "batch of " + std::to_string(count) + ", built, executed, taken and freed";
         run.report.addRatio(work, comparison, target);
     }
@@ -165,10 +169,18 @@ void drive(const std::string& work, std::size_t iterations) {
             exchangeQueue(bench.gauge, batchSize);
         return;
     }
-    const std::size_t count = work == "batch" ? batchSize : 1;
+    const std::size_t count = work == "single" ? 1 : batchSize;
     const RawCall raw(bench.appliance, "exchange", exchangeParameters(), count);
     PreparedTransport transport(bench.appliance.replyTo(raw.request), raw.request.size());
     TAVO::CallExchange exchange(transport);
+    if (work == "cycle") {
+        const auto data = exchangeData();
+        for (std::size_t i = 0; i < iterations; ++i)
+            runWholeCycle(bench, count, data, [&exchange](const auto& queue) {
+                exchange.run(Appliance::lockId, queue->getMethods());
+            });
+        return;
+    }
     const auto batch = batchOf(*exchangeQueue(bench.gauge, count));
     for (std::size_t i = 0; i < iterations; ++i)
         exchange.run(Appliance::lockId, batch);

@@ -48,7 +48,7 @@ int main(int argc, char** argv) {
     program.add_option("--plots", run.plotFolder, "Write the points of the plots into this folder");
     program
         .add_option("--drive", driven, "Measure nothing, repeat this work without a network, for profilers")
-        ->check(CLI::IsMember({"single", "batch", "build"}));
+        ->check(CLI::IsMember({"single", "batch", "build", "cycle"}));
     program.add_option("--iterations", iterations, "How often the driven work is repeated");
     CLI11_PARSE(program, argc, argv);
 

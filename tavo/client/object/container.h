@@ -88,6 +88,7 @@ private:
     friend class DeviceFactory;
     friend class ObjectFactory;
     friend class Method;
+    friend class Object_v1_0;
 
     [[noreturn]] void refuse(const std::string& path, const Container* node,
                              const std::type_info& desired) const;

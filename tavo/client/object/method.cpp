@@ -9,27 +9,36 @@
 namespace TAVO {
 
 Method::Method(const std::string& name, const Container& container, const dto::Params& params)
-    : Method(name, container, dynamic_cast<const Object_v1_0*>(&container), params) {}
+    : container_(container)
+    , params_(params)
+    , object_(dynamic_cast<const Object_v1_0*>(&container)) {
+    if (object_)
+        bind(name);
+    else
+        path_ = std::make_shared<NamePath>(container.path_, name);
+}
 
 Method::Method(const std::string& name, const Object_v1_0& object, const dto::Params& params)
-    : Method(name, object, &object, params) {}
+    : Method(object, name, dto::Params(params)) {}
 
-Method::Method(const std::string& name, const Container& container, const Object_v1_0* object,
-               const dto::Params& params)
-    : container_(container)
-    , name_(name)
-    , path_(container.path_)
-    , params_(params)
-    , object_(object) {
-    if (!object_)
-        return;
-    const auto remote = object_->remoteMethod(name);
+Method::Method(const Object_v1_0& object, std::string_view name, dto::Params&& params)
+    : container_(object)
+    , params_(std::move(params))
+    , object_(&object) {
+    bind(name);
+}
+
+void Method::bind(std::string_view name) {
+    auto remote = object_->remoteMethod(name);
+    path_ = std::move(remote.path);
     id_ = remote.id;
     encoder_ = remote.encoder;
     decoder_ = remote.decoder;
 }
 
-std::string Method::getFullName() const { return path_->joinedWith(name_); }
+std::string Method::getName() const { return path_->name(); }
+
+std::string Method::getFullName() const { return path_->joined(); }
 
 void Method::clearResult() {
     result_ = {};

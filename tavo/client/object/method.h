@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include <tavo/client/export.h>
 #include <tavo/client/object/container.h>
@@ -31,11 +32,13 @@ public:
     Method(const std::string& name, const Container& container, const dto::Params& params);
     /// The same for a remote object.
     Method(const std::string& name, const Object_v1_0& object, const dto::Params& params);
+    /// The same, taking over the request record; `name` may be gone when this returns.
+    Method(const Object_v1_0& object, std::string_view name, dto::Params&& params);
 
     /// The object that the call goes to. Dangling once that has been destroyed.
     const Container& getContainer() const { return container_; }
     /// The name of the method alone, such as "set".
-    std::string getName() const { return name_; }
+    std::string getName() const;
     /// The full name of the object, Container::SEPARATOR, and the name of the method: "bench.lamp.set". Can
     /// be asked for also after the object has been destroyed.
     std::string getFullName() const;
@@ -70,19 +73,17 @@ protected:
     const dto::result& storedResult() const { return result_; }
 
 private:
-    Method(const std::string& name, const Container& container, const Object_v1_0* object,
-           const dto::Params& params);
+    void bind(std::string_view name);
 
     const Container& container_;
-    std::string name_;
-    std::shared_ptr<const NamePath> path_;
+    std::shared_ptr<const NamePath> path_; ///< ends with the method's name
     dto::Params params_;
     bool resultSet_ = false;
     dto::result result_;
     std::uint32_t id_ = 0;
     TAVOXTranscode::Encoder encoder_ = nullptr;
     TAVOXTranscode::Decoder decoder_ = nullptr;
-    const Object_v1_0* object_;
+    const Object_v1_0* object_ = nullptr;
 };
 
 } // namespace TAVO

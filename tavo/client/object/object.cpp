@@ -5,6 +5,7 @@
 #include <utility>
 
 #include <tavo/client/object/device.h>
+#include <tavo/client/object/internal/name_path.h>
 #include <tavo/client/wire/error.h>
 
 namespace TAVO {
@@ -86,7 +87,8 @@ bool Object_v1_0::enter(const std::string& name, std::uint32_t id) {
     const bool hasDecoder = decoder != decoders_->end();
     if (!hasEncoder && !hasDecoder)
         return false;
-    methods_[name] = {id, hasEncoder ? &encoder->second : nullptr, hasDecoder ? &decoder->second : nullptr};
+    methods_[name] = {id, hasEncoder ? &encoder->second : nullptr, hasDecoder ? &decoder->second : nullptr,
+                      nullptr};
     return true;
 }
 
@@ -138,15 +140,19 @@ Object_v1_0::Functions Object_v1_0::findFunctions(std::string_view name) const {
             decoder == decoders_->end() ? nullptr : decoder->second};
 }
 
-Object_v1_0::RemoteMethod Object_v1_0::remoteMethod(const std::string& name) const {
-    const auto found = methods_.find(name);
-    if (found == methods_.end()) {
+Object_v1_0::RemoteMethod Object_v1_0::remoteMethod(std::string_view methodName) const {
+    const auto found = methods_.find(methodName);
+    if (found == methods_.end() || !found->second.encoder || !found->second.decoder) {
+        std::string name(methodName);
         const auto id = getMethodID(name);
-        return {id, getEncoder(name), getDecoder(name)};
+        const auto encoder = getEncoder(name);
+        const auto decoder = getDecoder(name);
+        return {std::make_shared<NamePath>(path_, std::move(name)), id, encoder, decoder};
     }
-    const auto& entry = found->second;
-    return {entry.id, entry.encoder ? *entry.encoder : getEncoder(name),
-            entry.decoder ? *entry.decoder : getDecoder(name)};
+    auto& entry = found->second;
+    if (!entry.path)
+        entry.path = std::make_shared<NamePath>(path_, found->first);
+    return {entry.path, entry.id, *entry.encoder, *entry.decoder};
 }
 
 std::shared_ptr<BoundMethod<dto::Base::TypeReply>> Object_v1_0::getTypeMethod() const {

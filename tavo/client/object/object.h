@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -144,9 +145,8 @@ public:
     template <class Result = void, class Request, class Reply, class... Arguments>
     auto make(const TAVOXTranscode::Call<Request, Reply>& call, Arguments&&... arguments) const {
         using Given = std::conditional_t<std::is_void_v<Result>, Reply, Result>;
-        auto method = std::make_shared<MethodFor<Given>>(
-            std::string(call.name), *this,
-            TAVOXTranscode::makeParams(call, std::forward<Arguments>(arguments)...));
+        auto method = TAVOXTranscode::makePooled<MethodFor<Given>>(
+            *this, call.name, TAVOXTranscode::makeParams(call, std::forward<Arguments>(arguments)...));
         if constexpr (TAVOXTranscode::hasOnlyField<Reply>() && Plain<Given>)
             method->template takeOnlyFieldOf<Reply>();
         return method;
@@ -199,18 +199,26 @@ private:
 
     /// What a Method needs to know of its remote method.
     struct RemoteMethod {
+        std::shared_ptr<const NamePath> path;
         std::uint32_t id;
         TAVOXTranscode::Encoder encoder;
         TAVOXTranscode::Decoder decoder;
     };
     /// Throws what getMethodID(), getEncoder() and getDecoder() throw, in this order.
-    RemoteMethod remoteMethod(const std::string& name) const;
+    RemoteMethod remoteMethod(std::string_view name) const;
 
     /// One listed method. A function is null where the table had none when the proxy was made.
     struct MethodEntry {
         std::uint32_t id = 0;
         const TAVOXTranscode::Encoder* encoder = nullptr;
         const TAVOXTranscode::Decoder* decoder = nullptr;
+        std::shared_ptr<const NamePath> path; ///< of the method; made when it is first called
+    };
+    struct NameHash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view name) const noexcept {
+            return std::hash<std::string_view>()(name);
+        }
     };
     /// False, with nothing entered, when the tables have no function of that name.
     bool enter(const std::string& name, std::uint32_t id);
@@ -234,7 +242,7 @@ private:
     const Device* deviceAddress_; ///< for comparison only: may dangle
     std::uint32_t instanceId_;
     std::string knownType_;
-    std::unordered_map<std::string, MethodEntry> methods_;
+    mutable std::unordered_map<std::string, MethodEntry, NameHash, std::equal_to<>> methods_;
     std::vector<OtherMethod> others_; ///< sorted by name
     std::string otherNames_;
     const EncoderList* encoders_;

@@ -12,6 +12,7 @@
 
 #include <tavo/client/transcode/field.h>
 #include <tavo/client/transcode/packet.h>
+#include <tavo/client/transcode/small_blocks.h>
 
 /// Calls and tables: what the methods of the remote types are, and how their records become bytes and bytes
 /// become records. It all follows from the `fields()` of the records; see dto::Field.
@@ -211,7 +212,7 @@ void encodeRequest(TAVOX::OutputStream& out, const dto::Params& params) {
 template <class Reply>
 dto::result decodeReply(TAVOX::InputStream& in) {
     const auto code = in.readInt32();
-    auto reply = std::make_shared<Reply>();
+    auto reply = makePooled<Reply>();
     readFields(in, *reply);
     return {code, std::move(reply)};
 }

@@ -9,6 +9,7 @@
 #include <tavo/client/transcode/call.h>
 #include <tavo/client/transcode/field.h>
 #include <tavo/client/transcode/packet.h>
+#include <tavo/client/transcode/small_blocks.h>
 
 namespace TAVO::TAVOXTranscode {
 
@@ -81,9 +82,9 @@ template <class Request, class... Arguments>
 dto::Params makeRequest(Arguments&&... arguments) {
     if constexpr (sizeof...(Arguments) == 1 &&
                   (std::same_as<std::remove_cvref_t<Arguments>, Request> && ...)) {
-        return {std::make_shared<Request>(std::forward<Arguments>(arguments)...)};
+        return {makePooled<Request>(std::forward<Arguments>(arguments)...)};
     } else {
-        auto request = std::make_shared<Request>();
+        auto request = makePooled<Request>();
         fillRecord(*request, std::forward<Arguments>(arguments)...);
         return {std::move(request)};
     }

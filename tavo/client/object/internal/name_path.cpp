@@ -18,20 +18,12 @@ NamePath::~NamePath() {
         next = std::exchange(next->parent_, nullptr);
 }
 
-std::string NamePath::joined() const { return joinedWithin(0); }
-
-std::string NamePath::joinedWith(const std::string& last) const {
-    return joinedWithin(separator.size() + last.size()).append(separator).append(last);
-}
-
-std::string NamePath::joinedWithin(std::size_t spareRoom) const {
+std::string NamePath::joined() const {
     std::size_t size = name_.size();
     for (const auto* path = parent_.get(); path; path = path->parent_.get())
         size += path->name_.size() + separator.size();
 
-    std::string text;
-    text.reserve(size + spareRoom);
-    text.resize(size);
+    std::string text(size, '\0');
     auto end = size;
     const auto putInFront = [&](std::string_view part) {
         end -= part.size();

@@ -20,12 +20,8 @@ public:
     const std::string& name() const { return name_; }
     /// All names from the root, joined by Container::SEPARATOR.
     std::string joined() const;
-    /// The same with one more name at the end.
-    std::string joinedWith(const std::string& last) const;
 
 private:
-    std::string joinedWithin(std::size_t spareRoom) const;
-
     mutable std::shared_ptr<const NamePath> parent_;
     std::string name_;
 };
