@@ -1,9 +1,9 @@
 #pragma once
 
-/// TAVO_API marks what the library shows to applications. Everything else has hidden visibility.
+/// TAVO_API exports what applications may use. Everything else has hidden visibility.
 ///
-/// On Windows the mark matters only while the library itself is built: an application needs no definition
-/// of its own, neither for the static nor for the shared library.
+/// On Windows it matters only while the library itself is built: applications need no definition of their
+/// own, neither for the static nor for the shared library.
 #if defined(_WIN32)
 #if defined(TAVO_CLIENT_BUILDING_DLL)
 #define TAVO_API __declspec(dllexport)
@@ -14,7 +14,8 @@
 #define TAVO_API __attribute__((visibility("default")))
 #endif
 
-/// The same for class templates: an application makes its own of them on Windows, and shares them elsewhere.
+/// The same for class templates: on Windows an application instantiates its own, elsewhere it shares the
+/// library's.
 #if defined(_WIN32)
 #define TAVO_TEMPLATE_API
 #else

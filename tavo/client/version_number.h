@@ -3,16 +3,16 @@
 #include <cstdint>
 #include <string>
 
-/// The version of this library. The build reads the three numbers from this header, so that the package, the
-/// shared library's name and these constants always agree.
+// The version of this library. The build reads the three numbers from here, so the package, the name of the
+// shared library and these constants always agree.
 
 namespace TAVO {
 
-/// Changes when applications have to be adapted.
+/// Grows with changes that applications must be adapted to.
 inline constexpr std::int32_t ClientLibraryMajorVersion = 2;
-/// Changes when something is added.
+/// Grows with additions.
 inline constexpr std::int32_t ClientLibraryMinorVersion = 0;
-/// Changes when something is mended.
+/// Grows with corrections.
 inline constexpr std::int32_t ClientLibraryBugfixVersion = 0;
 
 /// The version as text, with four parts. TAVO::Version parses its first three.

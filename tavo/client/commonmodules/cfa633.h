@@ -20,7 +20,7 @@ namespace TAVO::dto::cfa633 {
 struct TAVO_API LcdPrintRequest : request_packet {
     std::int32_t first = 0;  ///< row or column: the device's to define
     std::int32_t second = 0; ///< the other one
-    std::string text;        ///< as it is: nothing is cut, padded or translated
+    std::string text;        ///< sent as it is, not cut, padded or translated
     bool operator==(const LcdPrintRequest&) const = default;
     template <class Self = LcdPrintRequest>
     static constexpr auto fields() {
@@ -29,7 +29,7 @@ struct TAVO_API LcdPrintRequest : request_packet {
     }
 };
 
-/// "lcdBackLight": how bright the display is lit.
+/// "lcdBackLight": the brightness of the backlight.
 struct TAVO_API LcdBackLightRequest : request_packet {
     std::int32_t level = 0;
     bool operator==(const LcdBackLightRequest&) const = default;
@@ -41,8 +41,8 @@ struct TAVO_API LcdBackLightRequest : request_packet {
 
 } // namespace TAVO::dto::cfa633
 
-/// The methods of the "cfa633" object for TAVO::Object_v1_0::make(), and their tables. Shaped like every
-/// type's namespace, see base_v1_0.
+/// The methods of the "cfa633" object for TAVO::Object_v1_0::make(), and their tables. Laid out like
+/// base_v1_0.
 namespace CommonModules::TAVOXTranscode::cfa633_v1_0 {
 
 inline constexpr Call<TAVO::dto::cfa633::LcdPrintRequest> lcdPrint{"lcdPrint"};
@@ -61,7 +61,7 @@ TAVO_API extern DecoderFunction &decode_lcdPrint, &decode_lcdClear, &decode_lcdB
 namespace CommonModules {
 
 /// Proxy of a "cfa633" object, a CFA633 character display at the appliance. Use it to show a short text to
-/// whoever stands in front of it. Nothing reads the display back.
+/// the people at the bench. The display cannot be read back.
 ///
 /// @code
 /// const auto queue = std::make_shared<TAVO::MulticallQueue>();
@@ -71,26 +71,26 @@ namespace CommonModules {
 /// device->multicall(queue);
 /// @endcode
 ///
-/// Each operation builds a call and sends nothing, and throws TAVO::SpecificationError when the device does
-/// not list the method. Nothing is checked on this side: the device judges positions and levels and answers
-/// with the return code.
+/// Each operation only builds a call, for Device::call; it throws TAVO::SpecificationError when the device
+/// does not list the method. Nothing is checked on this side: the device judges positions and levels and
+/// answers with the return code.
 class TAVO_API Cfa633_v1_0 : public TAVO::Proxy<TAVOXTranscode::cfa633_v1_0::rows> {
 public:
     /// Prints a text at a position.
     /// @param first, second row and column; which is which is the device's to define.
-    /// @param text as it is: nothing is cut, padded or translated.
+    /// @param text sent as it is, not cut, padded or translated.
     std::shared_ptr<TAVO::Method> getLcdPrintMethod(int first, int second, std::string text) const;
     /// Clears the display.
     std::shared_ptr<TAVO::Method> getLcdClearMethod() const;
-    /// Sets how bright the display is lit; the range of the level is the device's to define.
+    /// Sets the brightness of the backlight; the range is the device's to define.
     std::shared_ptr<TAVO::Method> getLcdBackLightMethod(int level) const;
 
 protected:
     using Proxy::Proxy;
 };
 
-/// Serves type "cfa633" up to version 1.0.
-/// A higher version is refused: TAVO::SpecificationError "Unknown cfa633 object version: " and the version.
+/// Serves type "cfa633" up to version 1.0. Refuses higher versions with TAVO::SpecificationError "Unknown
+/// cfa633 object version: " and the version.
 class TAVO_API Cfa633Factory : public TAVO::TypeFactory {
 public:
     Cfa633Factory();

@@ -71,8 +71,7 @@ struct TAVO_API RecvReply : reply_packet {
 
 } // namespace TAVO::dto::com
 
-/// The methods of the "com" object for TAVO::Object_v1_0::make(), and their tables. Shaped like every type's
-/// namespace, see base_v1_0.
+/// The methods of the "com" object for TAVO::Object_v1_0::make(), and their tables. Laid out like base_v1_0.
 namespace CommonModules::TAVOXTranscode::com_v1_0 {
 
 inline constexpr Call<TAVO::dto::com::OpenRequest> open{"open"};
@@ -91,8 +90,8 @@ TAVO_API extern DecoderFunction &decode_open, &decode_close, &decode_recv, &deco
 
 namespace TAVO::dto {
 
-/// What CommonModules::Com_v1_0::getSendMethod() sends for these integers: as many zero bytes as there are
-/// integers, then the low eight bits of each of them.
+/// The bytes that CommonModules::Com_v1_0::getSendMethod() sends for these integers: one zero byte for each
+/// of them, then the low eight bits of each.
 TAVO_API std::vector<std::uint8_t> convert_to_byte_array(const std::vector<int>& integers);
 
 } // namespace TAVO::dto
@@ -113,9 +112,9 @@ namespace CommonModules {
 /// const std::vector<int> bytes = received->value();
 /// @endcode
 ///
-/// Each operation builds a call and sends nothing, and throws TAVO::SpecificationError when the device does
-/// not list the method. Nothing is checked on this side: the device judges the settings and answers with the
-/// return code.
+/// Each operation only builds a call, for Device::call; it throws TAVO::SpecificationError when the device
+/// does not list the method. Nothing is checked on this side: the device judges the settings and answers with
+/// the return code.
 class TAVO_API Com_v1_0 : public TAVO::Proxy<TAVOXTranscode::com_v1_0::rows> {
 public:
     /// Opens the port. What each of the nine line settings means is the device's to define.
@@ -123,9 +122,9 @@ public:
                                                 bool flag3, bool flag4, bool flag5, bool flag6) const;
     /// Closes the port.
     std::shared_ptr<TAVO::Method> getCloseMethod() const;
-    /// Sends what TAVO::dto::convert_to_byte_array() makes of `data`: zero bytes go ahead of the bytes. To
-    /// send bytes alone, use make(com_v1_0::send, bytes).
-    /// @param ignored goes nowhere.
+    /// Sends what TAVO::dto::convert_to_byte_array() makes of `data`, which begins with as many zero bytes.
+    /// To send just your bytes, use make(com_v1_0::send, bytes).
+    /// @param ignored is not sent.
     std::shared_ptr<TAVO::Method> getSendMethod(int ignored, std::vector<int> data) const;
     /// Asks for what was received. The value holds one integer, 0 to 255, for each byte.
     /// @param value the device's to define.
@@ -135,8 +134,8 @@ protected:
     using Proxy::Proxy;
 };
 
-/// Serves type "com" up to version 1.0.
-/// A higher version is refused: TAVO::SpecificationError "Unknown com object version: " and the version.
+/// Serves type "com" up to version 1.0. Refuses higher versions with TAVO::SpecificationError "Unknown com
+/// object version: " and the version.
 class TAVO_API ComFactory : public TAVO::TypeFactory {
 public:
     ComFactory();

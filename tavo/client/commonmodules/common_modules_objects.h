@@ -4,13 +4,12 @@
 
 namespace CommonModules {
 
-/// The object types of general-purpose peripherals: "relay", "cmosRelay", "com" and "cfa633". Objects of a
-/// type whose group is not registered appear in the tree with the operations of every object alone.
+/// The object types of general-purpose peripherals: "relay", "cmosRelay", "com" and "cfa633". Unless the
+/// group is registered, such objects may appear in the tree with only the operations of every object.
 class TAVO_API CommonModulesObjects {
 public:
-    /// Call it once before opening devices: it makes sure that the factories of the group are part of the
-    /// program, which matters where the library is linked statically. Initialisers of globals may call it.
-    /// Calling it again, from any thread, does no harm.
+    /// Call it once before you open devices: with a static library it makes the linker keep the factories of
+    /// the group. Any thread may call it, any number of times, and so may initialisers of globals.
     static void registerCoreObjects();
 };
 

@@ -2,8 +2,8 @@
 
 #include <tavo/client/transcode/base_tables.h>
 
-/// The methods of the common modules and their tables, in one namespace for each type and version. What
-/// tables are made of comes from TAVO::TAVOXTranscode.
+/// The methods of the common modules and their tables, one namespace for each type and version. Contains the
+/// names of TAVO::TAVOXTranscode as well.
 namespace CommonModules::TAVOXTranscode {
 
 using namespace TAVO::TAVOXTranscode;

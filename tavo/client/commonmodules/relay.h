@@ -62,8 +62,8 @@ struct TAVO_API CmosClear : request_packet {
 
 } // namespace TAVO::dto::cmosRelay
 
-/// The methods of the "relay" object for TAVO::Object_v1_0::make(), and their tables. Shaped like every
-/// type's namespace, see base_v1_0.
+/// The methods of the "relay" object for TAVO::Object_v1_0::make(), and their tables. Laid out like
+/// base_v1_0.
 namespace CommonModules::TAVOXTranscode::relay_v1_0 {
 
 inline constexpr Call<None, TAVO::dto::relay::GetReply> get{"get"};
@@ -79,8 +79,8 @@ TAVO_API extern DecoderFunction &decode_get, &decode_set, &decode_toggle;
 
 } // namespace CommonModules::TAVOXTranscode::relay_v1_0
 
-/// The method of the "cmosRelay" object for TAVO::Object_v1_0::make(), and its tables. Shaped like every
-/// type's namespace, see base_v1_0.
+/// The method of the "cmosRelay" object for TAVO::Object_v1_0::make(), and its tables. Laid out like
+/// base_v1_0.
 namespace CommonModules::TAVOXTranscode::cmosRelay_v1_0 {
 
 inline constexpr Call<TAVO::dto::cmosRelay::CmosClear> cmosClear{"cmosClear"};
@@ -96,8 +96,8 @@ TAVO_API extern DecoderFunction& decode_cmosClear;
 
 namespace CommonModules {
 
-/// Proxy of a "relay" object, a switched output of the appliance. Use it to switch a board's power, its
-/// buttons, or whatever else is wired to it.
+/// Proxy of a "relay" object, a switched output of the appliance. Use it to switch a board's power, to press
+/// its buttons, or for whatever else is wired to it.
 ///
 /// @code
 /// const auto power = device->get<Relay_v1_0>("power");
@@ -109,18 +109,18 @@ namespace CommonModules {
 /// const bool isOn = state->value().state != 0;
 /// @endcode
 ///
-/// Each operation builds a call and sends nothing, and throws TAVO::SpecificationError when the device does
-/// not list the method.
+/// Each operation only builds a call, for Device::call; it throws TAVO::SpecificationError when the device
+/// does not list the method.
 class TAVO_API Relay_v1_0 : public TAVO::Proxy<TAVOXTranscode::relay_v1_0::rows> {
 public:
     /// Switches the relay on or off.
     std::shared_ptr<TAVO::Method> getSetMethod(bool state) const;
-    /// A text such as "on" would be true, whatever it says.
+    /// Does not compile: a text would convert to true, even "off".
     template <class T>
     std::shared_ptr<TAVO::Method> getSetMethod(T* text) const = delete;
     /// Toggles the relay. What the integer means (a duration, a count, a channel) is the device's to define.
     std::shared_ptr<TAVO::Method> getToggleMethod(int value) const;
-    /// Asks for the state, a byte as the device reports it.
+    /// Asks for the state. The value holds the byte that the device reports.
     std::shared_ptr<TAVO::BoundMethod<TAVO::dto::relay::GetReply>> getGetMethod() const;
 
 protected:
@@ -141,8 +141,8 @@ public:
 /// device->execute(cmos->getCmosClearMethod(100));
 /// @endcode
 ///
-/// Each operation builds a call and sends nothing, and throws TAVO::SpecificationError when the device does
-/// not list the method.
+/// Each operation only builds a call, for Device::call; it throws TAVO::SpecificationError when the device
+/// does not list the method.
 class TAVO_API CmosRelay_v1_0 : public TAVO::Proxy<TAVOXTranscode::cmosRelay_v1_0::rows> {
 public:
     /// Clears the settings. What the integer means (a duration, a count, a channel) is the device's to
@@ -153,9 +153,8 @@ protected:
     using Proxy::Proxy;
 };
 
-/// Serves type "cmosRelay" up to version 1.0.
-/// A higher version is refused: TAVO::SpecificationError "Unknown cmosRelay object version: " and the
-/// version.
+/// Serves type "cmosRelay" up to version 1.0. Refuses higher versions with TAVO::SpecificationError "Unknown
+/// cmosRelay object version: " and the version.
 class TAVO_API CmosRelayFactory : public TAVO::TypeFactory {
 public:
     CmosRelayFactory();

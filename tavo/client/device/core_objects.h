@@ -4,13 +4,12 @@
 
 namespace TAVO {
 
-/// The object types that every device has: "device", "private" and "system". Without this group no device can
-/// be opened.
+/// The object types that every device has: "device", "private" and "system". Without this group no device
+/// opens.
 class TAVO_API CoreObjects {
 public:
-    /// Call it once before opening devices: it makes sure that the factories of the group are part of the
-    /// program, which matters where the library is linked statically. Initialisers of globals may call it.
-    /// Calling it again, from any thread, does no harm.
+    /// Call it once before you open devices: with a static library it makes the linker keep the factories of
+    /// the group. Any thread may call it, any number of times, and so may initialisers of globals.
     static void registerCoreObjects();
 };
 

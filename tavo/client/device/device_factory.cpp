@@ -21,7 +21,7 @@ bool keyIsKnown(Device& device, bool& first, bool& second) {
     return device.checkTavoKey(first, second);
 }
 
-/// Makes the action one operation of the interrupter, if there is one.
+/// Runs the action as one Operation of the interrupter, if there is one.
 template <class Action>
 void asOneOperation(const std::shared_ptr<Interrupter>& interrupter, Action action) {
     if (interrupter) {
@@ -41,7 +41,7 @@ unsigned objectsBelow(const Container& node) {
 
 } // namespace
 
-/// What a device is before it is opened, for an opening that fails.
+/// The state of a device before its opening, to be restored if that fails.
 class DeviceFactory::Former {
 public:
     explicit Former(Device& device)
@@ -55,7 +55,7 @@ public:
             lock_ = connection_->lock_;
     }
 
-    /// @param locked whether the opening had come as far as the lock.
+    /// @param locked whether the opening had taken the lock.
     void comeBack(bool locked) noexcept {
         const bool wasOpen = system_ || private_ || !children_.empty();
         device_.system_.swap(system_);
@@ -66,12 +66,12 @@ public:
         else if (locked && !wasOpen)
             try {
                 device_.unlock();
-            } catch (...) { // its release is the device's own
+            } catch (...) { // the exception of the opening is on its way
             }
         if (device_.timeLimit() != limit_)
             try {
                 device_.setTimeLimit(limit_);
-            } catch (...) { // the other limit holds then
+            } catch (...) { // the new limit stays
             }
     }
 
@@ -89,7 +89,7 @@ template <class Proxy>
 std::shared_ptr<Proxy> DeviceFactory::buildFixedObject(const std::shared_ptr<Device>& device,
                                                        const std::string& name, std::uint32_t instanceId,
                                                        unsigned& room) {
-    ++room; // it does not count itself
+    ++room; // the fixed object itself does not count
     auto object = std::dynamic_pointer_cast<Proxy>(
         ObjectFactory::buildSubtree(device, name, instanceId, nullptr, 1, room));
     if (!object)
@@ -149,7 +149,7 @@ std::shared_ptr<Device> DeviceFactory::buildDevice(const std::string& host, int 
 std::shared_ptr<Device> DeviceFactory::buildDevice(const std::string& host, int port, const std::string& user,
                                                    const std::string& password, bool secure,
                                                    const OpenOptions& options) {
-    // Outlives the operation: the device of a failed opening is still to be unlocked.
+    // Outlives the operation: a device whose opening failed is unlocked after it.
     std::shared_ptr<TAVOXDevice> device;
     asOneOperation(options.interrupter, [&] {
         device = std::make_shared<TAVOXDevice>(host, port, user, password, secure, options.interrupter,

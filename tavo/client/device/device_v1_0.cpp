@@ -58,11 +58,11 @@ Device_v1_0::getCHAPResponseMethod(std::vector<unsigned char> response, int numb
 }
 
 std::shared_ptr<BoundMethod<dto::Base::IntegerReply>> Device_v1_0::getMaxPacketSizeMethod() const {
-    // In no table: building the call always fails.
+    // No table has it, so building the call always throws.
     return make(TAVOXTranscode::Call<TAVOXTranscode::None, dto::Base::IntegerReply>{"getMaxPacketSize"});
 }
 
-// Here and not beside the rest of the class, which does not know the proxy.
+// Defined here because device.cpp must not know the proxy class.
 void Device::setDevice(std::shared_ptr<Device_v1_0> object) {
     deviceObject_ = object;
     device_ = std::move(object);

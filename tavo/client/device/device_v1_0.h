@@ -16,6 +16,7 @@ namespace TAVO {
 /// Four texts about a board, in the device's order; their meaning is the device's to define.
 struct TAVO_API BoardInfo {
     BoardInfo() = default;
+    /// Copies the record of the reply.
     BoardInfo(const dto::Device::BoardInfo& reply);
 
     std::string field1;
@@ -30,13 +31,14 @@ struct TAVO_API BoardInfo {
     }
 };
 
-/// One piece of firmware in the device.
+/// One firmware in the device.
 struct TAVO_API FirmwareInfo {
     FirmwareInfo() = default;
+    /// Copies the record of the reply.
     FirmwareInfo(const dto::Device::FirmwareInfo& reply);
 
-    std::string name;
-    Version version;
+    std::string name; ///< the device's to define
+    Version version;  ///< the version of this firmware
     template <class Self = FirmwareInfo>
     static constexpr auto fields() {
         return std::tuple{dto::Field{"name", &Self::name}, dto::Field{"version", &Self::version}};
@@ -50,12 +52,13 @@ struct TAVO_API FirmwareInfo {
 /// @endcode
 struct TAVO_API DeviceInfo {
     DeviceInfo() = default;
+    /// Copies the reply.
     DeviceInfo(const dto::Device::InfoReply& reply);
 
-    std::string name; ///< the device's to define
-    Version version;  ///< of the device
-    std::vector<FirmwareInfo> firmware;
-    std::vector<BoardInfo> boards;
+    std::string name;                   ///< the device's to define
+    Version version;                    ///< the version of the device
+    std::vector<FirmwareInfo> firmware; ///< in the device's order
+    std::vector<BoardInfo> boards;      ///< in the device's order
     template <class Self = DeviceInfo>
     static constexpr auto fields() {
         return std::tuple{dto::Field{"name", &Self::name}, dto::Field{"version", &Self::version},
@@ -63,36 +66,37 @@ struct TAVO_API DeviceInfo {
     }
 };
 
-/// Proxy of the "device" object: identity, root members, lock, key and login. Device::getDevice() gives it.
-/// Use it to ask a device who it is; leave opening, locking and releasing to DeviceFactory, Device::relock()
-/// and Device::unlock().
+/// Proxy of the "device" object: identity, root members, lock, key and login. Device::getDevice() returns it.
+/// Use it to identify a device; leave opening, locking and unlocking to DeviceFactory, Device::relock() and
+/// Device::unlock().
 ///
-/// Each operation builds a call and sends nothing, and throws SpecificationError when the device does not
+/// Each operation only builds a call, for Device::call; it throws SpecificationError when the device does not
 /// list the method.
 class TAVO_API Device_v1_0 : public Proxy<TAVOXTranscode::device_v1_0::rows> {
 public:
-    /// Asks for the name, the version, the firmware and the boards of the device. DeviceInfo makes them from
-    /// the value.
+    /// Asks for the name, the version, the firmware and the boards of the device. The value converts to a
+    /// DeviceInfo.
     std::shared_ptr<BoundMethod<dto::Device::InfoReply>> getInfoMethod() const;
     /// Asks for the objects at the top of the tree and their instance ids, without the three fixed objects.
     std::shared_ptr<BoundMethod<dto::Device::RootMembersReply>> getRootMembersMethod() const;
-    /// Takes the lock for the user. The value holds the lock id, 0 when nothing was locked. Later requests do
-    /// not carry it: to hold the lock, use Device::relock().
+    /// Takes the lock for the user. The value holds the lock id; 0 when nothing was locked. The Device does
+    /// not learn the id and sends its former one: use Device::relock() to hold the lock.
     std::shared_ptr<BoundMethod<dto::Device::LockReply>> getLockMethod(const std::string& user,
                                                                        const std::string& password) const;
-    /// Gives the lock back. The lock id is not forgotten: to release the lock, use Device::unlock().
+    /// Gives the lock back. The Device goes on sending its lock id: use Device::unlock() instead.
     std::shared_ptr<Method> getUnlockMethod(const std::string& user, const std::string& password) const;
-    /// Asks for the server key, which tells a genuine device. Device::getKey() keeps it for
-    /// Device::checkTavoKey().
+    /// Asks for the server key, by which a genuine device is recognised. Device::getKey() keeps it for
+    /// Device::checkTavoKey(), this call does not.
     std::shared_ptr<BoundMethod<dto::Device::KeyReply>> getGetKeyMethod() const;
     /// Logs a user in by name. The value holds the challenge to answer with getCHAPResponseMethod().
     std::shared_ptr<BoundMethod<dto::Device::LoginReply>> getLoginMethod(const std::string& user) const;
     /// Answers the challenge of a login: remote method "CHAPRespond". The value is the bytes of the text that
     /// the device answers.
-    /// @param number stays on this side; only the bytes travel.
+    /// @param response the bytes to send, computed by the application.
+    /// @param number is not sent.
     std::shared_ptr<BoundMethod<std::vector<unsigned char>>>
     getCHAPResponseMethod(std::vector<unsigned char> response, int number) const;
-    /// Builds nothing: the type's tables hold no "getMaxPacketSize".
+    /// Not implemented: the type's tables hold no "getMaxPacketSize".
     /// @throws SpecificationError always.
     std::shared_ptr<BoundMethod<dto::Base::IntegerReply>> getMaxPacketSizeMethod() const;
 
@@ -100,8 +104,8 @@ protected:
     using Proxy::Proxy;
 };
 
-/// Serves type "device" up to version 1.0.
-/// A higher version is refused: SpecificationError "Unknown Device object version: " and the version.
+/// Serves type "device" up to version 1.0. Refuses higher versions with SpecificationError "Unknown Device
+/// object version: " and the version.
 class TAVO_API DeviceObjectFactory : public TypeFactory {
 public:
     DeviceObjectFactory();

@@ -9,17 +9,17 @@ namespace TAVO {
 
 class Interrupter;
 
-/// How DeviceFactory opens a device. Members are named where they are given:
+/// How DeviceFactory opens a device. Name the members that you set; more may come:
 ///
 /// @code
 /// auto device = DeviceFactory::buildDevice(host, port, user, password, false, {.timeLimit = 5s});
 /// @endcode
 struct TAVO_API OpenOptions {
-    /// For each exchange of the opening, and of the device from then on, as Device::setTimeLimit() sets it:
-    /// an opening of 800 exchanges has 800 times the limit. None when empty.
+    /// The limit for each exchange of the opening, and later of the device, as Device::setTimeLimit() sets
+    /// it. An opening of 800 exchanges may take 800 times as long. Empty: no limit.
     TimeLimit timeLimit = {};
-    /// Can interrupt the opening as a whole, and the device as long as it lives; may be empty. Over a
-    /// transport of the application's own it must be the one that the transport itself goes by.
+    /// Can interrupt the opening as a whole, and later the device. May be empty. Over a transport of the
+    /// application's own, it must be the one that the transport obeys.
     std::shared_ptr<Interrupter> interrupter = {};
 };
 

@@ -4,7 +4,7 @@
 #include <tavo/client/object/type_factory.h>
 #include <tavo/client/transcode/base_tables.h>
 
-/// Tables of the "private" object, which has the eight methods of every object and no others.
+/// Tables of the "private" object, which has only the eight methods of every object.
 namespace TAVO::TAVOXTranscode::private_v1_0 {
 
 TAVO_API MethodRows rows() noexcept;
@@ -15,14 +15,14 @@ using DecoderList = DecoderListOf<rows>;
 
 namespace TAVO {
 
-/// Proxy of the "private" object, which has the operations of every object alone. Device::getPrivate() gives
+/// Proxy of the "private" object, which has only the operations of every object. Device::getPrivate() returns
 /// it.
 class TAVO_API Private_v1_0 : public Proxy<TAVOXTranscode::private_v1_0::rows> {
 protected:
     using Proxy::Proxy;
 };
 
-/// Serves type "private" of any version, without asking for it.
+/// Serves type "private" of every version, without asking for the version.
 class TAVO_API PrivateFactory : public TypeFactory {
 public:
     PrivateFactory();

@@ -12,8 +12,7 @@
 namespace TAVO {
 
 /// Proxy of the "system" object, which controls the appliance itself: reset, firmware, clock and pauses.
-/// Device::getSystem() gives it. Pauses are most useful in a batch, between calls that take their time to
-/// have an effect.
+/// Device::getSystem() returns it. Use its pauses in a batch, after calls that need time to take effect.
 ///
 /// @code
 /// const auto queue = std::make_shared<TAVO::MulticallQueue>();
@@ -23,16 +22,16 @@ namespace TAVO {
 /// device->multicall(queue);
 /// @endcode
 ///
-/// Each operation builds a call and sends nothing, and throws SpecificationError when the device does not
+/// Each operation only builds a call, for Device::call; it throws SpecificationError when the device does not
 /// list the method. Nothing is checked on this side: the device judges the arguments and answers with the
 /// return code.
 class TAVO_API System_v1_0 : public Proxy<TAVOXTranscode::system_v1_0::rows> {
 public:
     /// Resets the appliance.
     std::shared_ptr<Method> getDeviceResetMethod() const;
-    /// Gives the device new firmware.
+    /// Sends new firmware.
     /// @param name which firmware; the names are the device's to define.
-    /// @param image is copied.
+    /// @param image the new content; copied into the call.
     std::shared_ptr<Method> getFirmwareUpdateMethod(std::string name,
                                                     const std::vector<unsigned char>& image) const;
     /// Asks for the status of the firmware of that name. The value holds two numbers, the device's to define.
@@ -42,10 +41,9 @@ public:
     std::shared_ptr<BoundMethod<long long>> getTimeGetMethod() const;
     /// Sets the device's clock, in the device's unit.
     std::shared_ptr<Method> getTimeSetMethod(long long time) const;
-    /// Makes the device sleep for so many microseconds. 0 and negative numbers travel like any other: the
-    /// device decides.
+    /// Makes the device sleep; the call takes as long. 0 and negative numbers are sent like any other.
     std::shared_ptr<Method> getUSleepMethod(int microseconds) const;
-    /// Makes the device wait for so many microseconds. How it differs from getUSleepMethod() is the device's
+    /// Makes the device wait; the call takes as long. How it differs from getUSleepMethod() is the device's
     /// to define.
     std::shared_ptr<Method> getUWaitMethod(int microseconds) const;
 
@@ -53,8 +51,8 @@ protected:
     using Proxy::Proxy;
 };
 
-/// Serves type "system" up to version 1.0.
-/// A higher version is refused: SpecificationError "Unknown System object version: " and the version.
+/// Serves type "system" up to version 1.0. Refuses higher versions with SpecificationError "Unknown System
+/// object version: " and the version.
 class TAVO_API SystemFactory : public TypeFactory {
 public:
     SystemFactory();

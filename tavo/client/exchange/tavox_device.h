@@ -64,8 +64,8 @@ public:
     /// Executes the Methods of the queue in one exchange. Throws what callMethods() throws, and Error "NULL
     /// multicall queue" for an empty pointer.
     void multicall(std::shared_ptr<MulticallQueue> queue) override;
-    /// Gives the lock back; does nothing when it is not held. Once the device has answered, the lock counts
-    /// as given back, whatever the return code. Throws what call() throws.
+    /// Gives the lock back; does nothing when it is not held. The lock counts as given back whatever the
+    /// return code, but not after an exception. Throws what call() throws.
     /// @throws TAVOKeyError "TAVO authentication key not matched!" when the key was checked at the opening,
     ///         and that of a new connection does not fit. Only "getKey" was sent then.
     void unlock() override;

@@ -8,16 +8,16 @@
 
 namespace TAVO::HWDebug {
 
-/// The child of that name as the proxy class `Proxy`; empty when there is none or it is of another class. No
-/// call to the device.
+/// The child of exactly that name, as the class `Proxy`; empty when there is none, or it is of another class.
+/// Does not call the device. For composites of your own, in Container::initalize.
 template <class Proxy>
 std::shared_ptr<Proxy> findChild(const Container& parent, const std::string& name) {
     return std::dynamic_pointer_cast<Proxy>(parent.getChild(name));
 }
 
-/// The same for a child that must be there.
-/// @param what what the child is called in the message.
-/// @throws SpecificationError `what` " object not found." where findChild() finds nothing.
+/// Like findChild(), but for a child that must be there.
+/// @param what the name of the child in the message.
+/// @throws SpecificationError `what` " object not found." when findChild() finds nothing.
 template <class Proxy>
 std::shared_ptr<Proxy> requireChild(const Container& parent, const std::string& name,
                                     const std::string& what) {
@@ -26,7 +26,7 @@ std::shared_ptr<Proxy> requireChild(const Container& parent, const std::string& 
     throw SpecificationError(what + " object not found.");
 }
 
-/// The same for a child that is called by its name in the message.
+/// The same with the child's own name in the message.
 template <class Proxy>
 std::shared_ptr<Proxy> requireChild(const Container& parent, const std::string& name) {
     return requireChild<Proxy>(parent, name, name);

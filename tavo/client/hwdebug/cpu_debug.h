@@ -12,7 +12,7 @@
 #include <tavo/client/transcode/base_tables.h>
 #include <tavo/client/transcode/header_status_tables.h>
 
-/// Tables of the "cpuDebug" object, version 1.0, which has the eight methods of every object and no others.
+/// Tables of the "cpuDebug" object, version 1.0, which has only the eight methods of every object.
 namespace TAVO::TAVOXTranscode::cpuDebug_v1_0 {
 
 TAVO_API MethodRows rows() noexcept;
@@ -21,8 +21,8 @@ using DecoderList = DecoderListOf<rows>;
 
 } // namespace TAVO::TAVOXTranscode::cpuDebug_v1_0
 
-/// The methods of the "cpuDebug" object, version 1.1: headerStatusGet alone; and its tables. Shaped like
-/// every type's namespace, see base_v1_0.
+/// The methods of the "cpuDebug" object, version 1.1: headerStatusGet alone; and its tables. Laid out like
+/// base_v1_0.
 namespace TAVO::TAVOXTranscode::cpuDebug_v1_1 {
 
 using headerStatus_v1_1::headerStatusGet;
@@ -42,15 +42,15 @@ namespace TAVO::HWDebug {
 /// the socket's "jtag" and "hdt" objects, both of version 1.0; it has no other operations.
 class TAVO_API CpuDebug_v1_0 : public Proxy<TAVOXTranscode::cpuDebug_v1_0::rows> {
 public:
-    /// The child "jtag". No call to the device.
+    /// The child "jtag". Does not call the device.
     std::shared_ptr<Jtag_v1_0> getJtag() const { return jtag_; }
-    /// The child "hdt". No call to the device.
+    /// The child "hdt". Does not call the device.
     std::shared_ptr<Hdt_v1_0> getHdt() const { return hdt_; }
 
 protected:
     using Proxy::Proxy;
     /// @throws SpecificationError "jtag object not found." without a child "jtag" of class Jtag_v1_0, and
-    /// then "hdt object not found." without a child "hdt" of class Hdt_v1_0.
+    ///         then "hdt object not found." without a child "hdt" of class Hdt_v1_0.
     void initalize() override;
 
 private:
@@ -68,19 +68,19 @@ private:
 /// @endcode
 class TAVO_API CpuDebug_v1_1 : public Proxy<TAVOXTranscode::cpuDebug_v1_1::rows> {
 public:
-    /// The child "jtag". No call to the device.
+    /// The child "jtag". Does not call the device.
     std::shared_ptr<Jtag_v1_1> getJtag() const { return jtag_; }
-    /// The child "hdt". No call to the device.
+    /// The child "hdt". Does not call the device.
     std::shared_ptr<Hdt_v1_1> getHdt() const { return hdt_; }
-    /// Asks for the status of the socket's debug headers. It builds a call and sends nothing. The small h is
-    /// the published spelling; there is no "headerStatusClear".
+    /// Asks for the status of the socket's debug headers. Only builds a call. The spelling is the published
+    /// one; there is no "headerStatusClear".
     /// @throws SpecificationError when the device does not list the method.
     std::shared_ptr<BoundMethod<HeaderResult>> getheaderStatusGetMethod() const;
 
 protected:
     using Proxy::Proxy;
     /// @throws SpecificationError "jtag object not found." without a child "jtag" of class Jtag_v1_1, and
-    /// then "hdt object not found." without a child "hdt" of class Hdt_v1_1.
+    ///         then "hdt object not found." without a child "hdt" of class Hdt_v1_1.
     void initalize() override;
 
 private:

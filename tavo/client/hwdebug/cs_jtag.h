@@ -9,7 +9,7 @@
 #include <tavo/client/object/type_factory.h>
 #include <tavo/client/transcode/base_tables.h>
 
-/// Tables of the "csJtag" object, which has the eight methods of every object and no others.
+/// Tables of the "csJtag" object, which has only the eight methods of every object.
 namespace TAVO::TAVOXTranscode::csJtag_v1_0 {
 
 TAVO_API MethodRows rows() noexcept;
@@ -20,8 +20,8 @@ using DecoderList = DecoderListOf<rows>;
 
 namespace TAVO::HWDebug {
 
-/// Proxy of a "csJtag" object, a chip-select wrapper around a "jtag" object, which must not be of version
-/// 1.0. Use it to reach that object; it has no other operations.
+/// Proxy of a "csJtag" object, a chip-select wrapper around a "jtag" object of any version but 1.0. Use it to
+/// reach that object; it has no other operations.
 ///
 /// @code
 /// const auto csJtag = device->get<CsJtag_v1_0>("csJtag");
@@ -29,12 +29,13 @@ namespace TAVO::HWDebug {
 /// @endcode
 class TAVO_API CsJtag_v1_0 : public Proxy<TAVOXTranscode::csJtag_v1_0::rows> {
 public:
-    /// The child "jtag". No call to the device.
+    /// The child "jtag". Does not call the device.
     std::shared_ptr<Jtag_v1_1> getJtag() const { return jtag_; }
 
 protected:
     using Proxy::Proxy;
-    /// @throws SpecificationError "jtag object not found." without a child "jtag" of that class.
+    /// Finds the child.
+    /// @throws SpecificationError "jtag object not found." without a child "jtag" of class Jtag_v1_1.
     void initalize() override;
 
 private:

@@ -52,8 +52,7 @@ struct TAVO_API IoPxEnGetReply : reply_packet {
 
 } // namespace TAVO::dto::gpuDebug
 
-/// The methods of the "gpuDebug" object for Object_v1_0::make(), and their tables. Shaped like every type's
-/// namespace, see base_v1_0.
+/// The methods of the "gpuDebug" object for Object_v1_0::make(), and their tables. Laid out like base_v1_0.
 namespace TAVO::TAVOXTranscode::gpuDebug_v1_0 {
 
 using headerStatus_v1_1::headerStatusGet;
@@ -83,22 +82,22 @@ namespace TAVO::HWDebug {
 ///     device->execute(i2c->getTransferMethod(0x50, 0, {0}, 8));
 /// @endcode
 ///
-/// Each operation builds a call and sends nothing, and throws SpecificationError when the device does not
+/// Each operation only builds a call, for Device::call; it throws SpecificationError when the device does not
 /// list the method. The numbering of header modes is the device's to define.
 class TAVO_API GpuDebug_v1_0 : public Proxy<TAVOXTranscode::gpuDebug_v1_0::rows> {
 public:
-    /// The child "jtag". No call to the device.
+    /// The child "jtag". Does not call the device.
     std::shared_ptr<Jtag_v1_1> getJtag() const { return jtag_; }
-    /// The child "gpuScan". No call to the device.
+    /// The child "gpuScan". Does not call the device.
     std::shared_ptr<GpuScan_v1_0> getGpuScan() const { return gpuScan_; }
-    /// The child "i2c"; empty when the object has none. No call to the device.
+    /// The child "i2c"; empty when the object has none. Does not call the device.
     std::shared_ptr<I2c_v1_0> getI2c() const { return i2c_; }
 
     /// Asks for the header mode that the connector is in.
     std::shared_ptr<BoundMethod<dto::gpuDebug::HeaderModeGetReply>> getHeaderModeGetMethod() const;
-    /// Puts the connector in that header mode.
+    /// Puts the connector in the given header mode.
     std::shared_ptr<Method> getHeaderModeSetMethod(int mode) const;
-    /// Reads the level of the power-enable input. What it tells is the device's to define.
+    /// Reads the level of the power-enable input. What a level means is the device's to define.
     std::shared_ptr<BoundMethod<dto::gpuDebug::IoPxEnGetReply>> getIoPxEnGetMethod() const;
     /// Asks for the status of the debug headers. There is no "headerStatusClear".
     std::shared_ptr<BoundMethod<HeaderResult>> getHeaderStatusGetMethod() const;
@@ -106,7 +105,7 @@ public:
 protected:
     using Proxy::Proxy;
     /// @throws SpecificationError "jtag object not found." without a child "jtag" of class Jtag_v1_1, and
-    /// then "gpuscan object not found." without a child "gpuScan". A missing "i2c" is accepted.
+    ///         then "gpuscan object not found." without a child "gpuScan". A missing "i2c" is accepted.
     void initalize() override;
 
 private:

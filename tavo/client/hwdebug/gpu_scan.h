@@ -41,8 +41,8 @@ struct TAVO_API ScanReply : reply_packet {
 
 } // namespace TAVO::dto::gpuScan
 
-/// The methods of the "gpuScan" object for Object_v1_0::make(), and their tables. Shaped like every type's
-/// namespace, see base_v1_0. Enable and header status are those of headerStatus_v1_1.
+/// The methods of the "gpuScan" object for Object_v1_0::make(), and their tables. Laid out like base_v1_0.
+/// Enable and header status are those of headerStatus_v1_1.
 namespace TAVO::TAVOXTranscode::gpuScan_v1_0 {
 
 using headerStatus_v1_1::enableGet, headerStatus_v1_1::enableSet, headerStatus_v1_1::headerStatusGet,
@@ -72,11 +72,12 @@ namespace TAVO::HWDebug {
 /// What the operations of GpuScan_v1_0 yield. BoundMethod::value() makes them from the replies.
 namespace GpuScan_v1_0_Structs {
 
-/// The scanned data. Unlike the others it does not convert back to its reply.
+/// The scanned data. Does not convert back to its reply.
 struct TAVO_API ScanGet {
     ScanGet() = default;
     ScanGet(const dto::gpuScan::ScanReply& reply);
-    /// @throws std::runtime_error "Can't convert Result to desire type" unless it carries the reply.
+    /// Converts the reply in a result.
+    /// @throws std::runtime_error "Can't convert Result to desire type" when the result holds another record.
     explicit ScanGet(const dto::result& outcome);
 
     std::vector<std::uint8_t> data;
@@ -92,7 +93,8 @@ struct TAVO_API ScanGet {
 struct TAVO_API GpuScanIoSck {
     GpuScanIoSck() = default;
     GpuScanIoSck(const dto::Header::IoGetReply& reply);
-    /// @throws std::runtime_error "Can't convert Result to desire type" unless it carries the reply.
+    /// Converts the reply in a result.
+    /// @throws std::runtime_error "Can't convert Result to desire type" when the result holds another record.
     explicit GpuScanIoSck(const dto::result& outcome);
     operator dto::Header::IoGetReply() const;
 
@@ -109,7 +111,8 @@ struct TAVO_API GpuScanIoSck {
 struct TAVO_API GpuScanSckFrequency {
     GpuScanSckFrequency() = default;
     GpuScanSckFrequency(const dto::Base::FrequencyGetReply& reply);
-    /// @throws std::runtime_error "Can't convert Result to desire type" unless it carries the reply.
+    /// Converts the reply in a result.
+    /// @throws std::runtime_error "Can't convert Result to desire type" when the result holds another record.
     explicit GpuScanSckFrequency(const dto::result& outcome);
     operator dto::Base::FrequencyGetReply() const;
 
@@ -132,29 +135,28 @@ struct TAVO_API GpuScanSckFrequency {
 /// const auto bytes = device->value(scan->getScanMethod(64)).data;
 /// @endcode
 ///
-/// Each operation builds a call and sends nothing, and throws SpecificationError when the device does not
+/// Each operation only builds a call, for Device::call; it throws SpecificationError when the device does not
 /// list the method. Nothing is checked on this side: the device judges counts and frequencies and answers
 /// with the return code.
 class TAVO_API GpuScan_v1_0 : public Proxy<TAVOXTranscode::gpuScan_v1_0::rows> {
 public:
-    /// Scans out so much data, in bits or bytes: the unit is the device's to define. 0 is sent like any other
-    /// number.
+    /// Scans data out.
+    /// @param count how much; bits or bytes is the device's to define. 0 is sent like any other number.
     std::shared_ptr<BoundMethod<GpuScan_v1_0_Structs::ScanGet>> getScanMethod(int count) const;
-    /// Asks for the frequency of SCK, in the device's unit, and a further integer, the device's to define.
+    /// Asks for the frequency of SCK, in the device's unit, and a second integer, the device's to define.
     std::shared_ptr<BoundMethod<GpuScan_v1_0_Structs::GpuScanSckFrequency>>
     getOptionSckFrequencyGetMethod() const;
     /// Sets the frequency of SCK, in the device's unit.
     std::shared_ptr<Method> getOptionSckFrequencySetMethod(int frequency) const;
     /// Reads the pin SCK. The value holds two flags, the device's to define.
     std::shared_ptr<BoundMethod<GpuScan_v1_0_Structs::GpuScanIoSck>> getIoSckGetMethod() const;
-    /// Drives the pin SCK. The two flags are the device's to define; getIoSckGetMethod() gives them in the
-    /// same order.
+    /// Drives the pin SCK. The two flags are the device's to define, in the order of getIoSckGetMethod().
     std::shared_ptr<Method> getIoSckSetMethod(bool first, bool second) const;
     /// Reads the level of SDO.
     std::shared_ptr<BoundMethod<dto::Header::iGetReply>> getIoSdoGetMethod() const;
     /// Asks whether the port is enabled.
     std::shared_ptr<BoundMethod<dto::Header::EnableGetReply>> getEnableGetMethod() const;
-    /// Enables the port or disables it.
+    /// Enables or disables the port.
     std::shared_ptr<Method> getEnableSetMethod(bool enable) const;
     /// Asks for the status of the debug headers.
     std::shared_ptr<BoundMethod<HeaderResult>> getHeaderStatusGetMethod() const;

@@ -12,9 +12,8 @@
 #include <tavo/client/transcode/header_records.h>
 #include <tavo/client/transcode/header_status_tables.h>
 
-/// The methods of the "hdt" object, version 1.0, for Object_v1_0::make(), and their tables. Shaped like every
-/// type's namespace, see base_v1_0. Beside those below there are the enableGet and enableSet of
-/// headerStatus_v1_1.
+/// The methods of the "hdt" object, version 1.0, for Object_v1_0::make(), and their tables. Laid out like
+/// base_v1_0. The enableGet and enableSet of headerStatus_v1_1 belong to them as well.
 namespace TAVO::TAVOXTranscode::hdt_v1_0 {
 
 using headerStatus_v1_1::enableGet, headerStatus_v1_1::enableSet;
@@ -59,9 +58,8 @@ TAVO_API extern DecoderFunction &decode_ioDbreqGet, &decode_ioDbreqSet, &decode_
 
 } // namespace TAVO::TAVOXTranscode::hdt_v1_0
 
-/// The methods of the "hdt" object, version 1.1, for Object_v1_0::make(), and their tables. Shaped like every
-/// type's namespace, see base_v1_0. They are those of hdt_v1_0 but for its frequencyGet, those of the header
-/// status, and these.
+/// The methods of the "hdt" object, version 1.1, for Object_v1_0::make(), and their tables. Laid out like
+/// base_v1_0. They are those of hdt_v1_0 without frequencyGet, those of the header status, and these.
 namespace TAVO::TAVOXTranscode::hdt_v1_1 {
 
 using hdt_v1_0::ioDbreqGet, hdt_v1_0::ioDbreqSet, hdt_v1_0::ioDbrdyGet, hdt_v1_0::ioDbrdySnapshotGet,
@@ -121,9 +119,9 @@ TAVO_API extern DecoderFunction &decode_ioDbreqGet, &decode_ioDbreqSet, &decode_
 
 namespace TAVO::HWDebug {
 
-/// What the proxies of all versions of an "hdt" object have: the debug signals of a target processor. Use it
-/// to assert the debug request (DBREQ), to read the debug-ready lines (DBRDY, one for each core), and to
-/// watch reset and power-good. It is a child of a "cpuDebug" object.
+/// Base of the proxies of all versions of an "hdt" object, the debug signals of a target processor. Use it to
+/// assert the debug request (DBREQ), to read the debug-ready lines (DBRDY, one for each core), and to watch
+/// reset and power-good. It is a child of a "cpuDebug" object.
 ///
 /// @code
 /// const auto halted = hdt->getIoDbrdyGetMethod();
@@ -135,7 +133,7 @@ namespace TAVO::HWDebug {
 /// const std::vector<bool> cores = halted->value();
 /// @endcode
 ///
-/// Each operation builds a call and sends nothing, and throws SpecificationError when the device does not
+/// Each operation only builds a call, for Device::call; it throws SpecificationError when the device does not
 /// list the method. Nothing is checked on this side: the device judges indices and widths and answers with
 /// the return code. Units and codes are the device's to define.
 class TAVO_API Hdt : public Object_v1_0 {
@@ -144,7 +142,7 @@ public:
 
     /// Asks whether the interface is enabled.
     std::shared_ptr<BoundMethod<dto::Header::EnableGetReply>> getEnableGetMethod() const;
-    /// Enables the interface or disables it.
+    /// Enables or disables the interface.
     std::shared_ptr<Method> getEnableSetMethod(bool enable) const;
     /// Reads the level of the debug request, DBREQ.
     std::shared_ptr<BoundMethod<dto::Header::iGetReply>> getIoDbreqGetMethod() const;
@@ -152,8 +150,8 @@ public:
     std::shared_ptr<Method> getIoDbreqSetMethod(bool level) const;
     /// Reads the debug-ready lines, DBRDY. The value has one element for each line.
     std::shared_ptr<BoundMethod<std::vector<bool>>> getIoDbrdyGetMethod() const;
-    /// Asks for the snapshot of the debug-ready lines. The value has one element for each line. The capital S
-    /// is the published spelling; the remote method is "ioDbrdySnapshotGet".
+    /// Asks for the snapshot of the debug-ready lines. The value has one element for each line. The spelling
+    /// is the published one; the remote method is "ioDbrdySnapshotGet".
     std::shared_ptr<BoundMethod<std::vector<bool>>> getIoDbrdySnapShotGetMethod() const;
     /// Clears the snapshot of the debug-ready lines.
     std::shared_ptr<Method> getIoDbrdySnapshotClearMethod() const;
@@ -161,13 +159,13 @@ public:
     std::shared_ptr<BoundMethod<dto::Header::iGetReply>> getIoResetGetMethod() const;
     /// Reads the level of the power-good input.
     std::shared_ptr<BoundMethod<dto::Header::iGetReply>> getIoPwrokGetMethod() const;
-    /// Asks whether the device asserts DBREQ on its own on DBRDY.
+    /// Asks whether the device asserts DBREQ by itself on DBRDY.
     std::shared_ptr<BoundMethod<dto::hdt::OptionDbreqOnDbrdyGetReply>> getOptionDbreqOnDbrdyGetMethod() const;
-    /// Makes the device assert DBREQ on its own on DBRDY, or no longer.
+    /// Sets whether the device asserts DBREQ by itself on DBRDY.
     std::shared_ptr<Method> getOptionDbreqOnDbrdySetMethod(bool enable) const;
-    /// Asks whether the device asserts DBREQ on its own on reset.
+    /// Asks whether the device asserts DBREQ by itself on reset.
     std::shared_ptr<BoundMethod<dto::hdt::OptionDbreqOnResetReply>> getOptionDbreqOnResetGetMethod() const;
-    /// Makes the device assert DBREQ on its own on reset, or no longer.
+    /// Sets whether the device asserts DBREQ by itself on reset.
     std::shared_ptr<Method> getOptionDbreqOnResetSetMethod(bool enable) const;
     /// Asks how long DBREQ is asserted, in the device's unit.
     std::shared_ptr<BoundMethod<dto::hdt::OptionDbreqPulseWidthReply>>
@@ -176,6 +174,7 @@ public:
     std::shared_ptr<Method> getOptionDbreqPulseWidthSetMethod(int pulseWidth) const;
 
 protected:
+    /// Like the constructor of Object_v1_0.
     Hdt(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
         std::shared_ptr<Container> parent, const EncoderList& encoders, const DecoderList& decoders);
 };
@@ -187,14 +186,14 @@ protected:
     using Proxy::Proxy;
 };
 
-/// Proxy of an "hdt" object above version 1.0: the operations of Hdt, and besides triggers, a mask over the
+/// Proxy of an "hdt" object above version 1.0: the operations of Hdt, and also triggers, a mask over the
 /// DBRDY lines, the source of a debug request, and the status of the debug headers. What Hdt says of
-/// operations holds here too.
+/// operations applies here too.
 class TAVO_API Hdt_v1_1 : public Proxy<TAVOXTranscode::hdt_v1_1::rows, Hdt> {
 public:
     /// Asks for a frequency, in the device's unit; which one is the device's to define.
     std::shared_ptr<BoundMethod<dto::hdt::FrequencyGetReply>> getOptionFrequencyGetMethod() const;
-    /// Asks for the status of the debug headers. The value is the reply itself, where other modules give a
+    /// Asks for the status of the debug headers. The value is the reply itself; that of other modules is a
     /// HeaderResult.
     std::shared_ptr<BoundMethod<dto::Base::HeaderStatusGetReply>> getHeaderStatusGetMethod() const;
     /// Clears the status of the debug headers.
@@ -204,16 +203,16 @@ public:
     getIoDbreqSourceSnapshotGetMethod() const;
     /// Clears the source of the debug request.
     std::shared_ptr<Method> getIoDbreqSourceSnapshotClearMethod() const;
-    /// Reads the level of the trigger with that index.
+    /// Reads the level of a trigger.
     std::shared_ptr<BoundMethod<dto::hdt::ioTriggerGetReply>> getIoTriggerGetMethod(int index) const;
-    /// Drives the trigger with that index.
+    /// Drives a trigger.
     std::shared_ptr<Method> getIoTriggerSetMethod(int index, bool level) const;
-    /// Asks for the four values that make the device assert DBREQ on its own on a trigger; they are the
+    /// Asks for the four values that make the device assert DBREQ by itself on a trigger; they are the
     /// device's to define.
     std::shared_ptr<BoundMethod<dto::hdt::OptionDbreqOnTriggerGetReply>>
     getOptionDbreqOnTriggerGetMethod() const;
-    /// Makes the device assert DBREQ on its own on a trigger, or no longer. What each of the four values
-    /// means is the device's to define.
+    /// Sets whether the device asserts DBREQ by itself on a trigger. What each of the four values means is
+    /// the device's to define.
     std::shared_ptr<Method> getOptionDbreqOnTriggerSetMethod(bool flag1, int value1, bool flag2,
                                                              int value2) const;
     /// Asks for the mask over the DBRDY lines. The value holds one byte for each line.
@@ -221,16 +220,17 @@ public:
     /// Sets the mask over the DBRDY lines, one element for each line. The name without "Method" is the
     /// published one.
     std::shared_ptr<Method> getOptionDbrdyMaskSet(const std::vector<bool>& mask) const;
-    /// Asks for the setup of the trigger with that index: seven values, the device's to define.
+    /// Asks for the setup of a trigger: seven values, the device's to define.
     std::shared_ptr<BoundMethod<dto::hdt::OptionTriggerSetupGetReply>>
     getOptionTriggerSetupGetMethod(int index) const;
-    /// Sets up the trigger with that index. What each of the seven values means is the device's to define.
+    /// Sets up a trigger. What each of the seven values means is the device's to define.
     std::shared_ptr<Method> getOptionTriggerSetupSetMethod(int index, int value1, int value2, int value3,
                                                            int value4, int value5, int value6,
                                                            int value7) const;
-    /// Builds nothing. The remote method "ioDbrdyWait" is called with make(hdt_v1_1::ioDbrdyWait, lines,
-    /// timeout), the lines as bytes.
-    /// @throws std::runtime_error "getIoDbrdyWait not supported on kelvor " (with the trailing blank) always.
+    /// Not implemented. Call "ioDbrdyWait" with make(hdt_v1_1::ioDbrdyWait, lines, timeout), the lines as
+    /// bytes.
+    /// @throws std::runtime_error "getIoDbrdyWait not supported on kelvor " (with the trailing blank),
+    ///         always.
     std::shared_ptr<Method> getIoDbrdyWaitMethod(const std::vector<dto::Header::IoGetReply>& lines,
                                                  int timeout) const;
 

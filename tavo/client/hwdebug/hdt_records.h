@@ -84,7 +84,7 @@ struct TAVO_API ioTriggerSetRequest : request_packet {
     }
 };
 
-/// "optionDbreqOnDbrdySet": whether the device asserts DBREQ on its own on DBRDY.
+/// "optionDbreqOnDbrdySet": whether the device asserts DBREQ by itself on DBRDY.
 struct TAVO_API OptionDbreqOnDbrdySetRequest : request_packet {
     bool enable = false;
     bool operator==(const OptionDbreqOnDbrdySetRequest&) const = default;
@@ -94,10 +94,10 @@ struct TAVO_API OptionDbreqOnDbrdySetRequest : request_packet {
     }
 };
 
-/// The other name of the same record.
+/// Another name of the same record.
 using OptionDbreqOnDbrdyRequest = OptionDbreqOnDbrdySetRequest;
 
-/// "optionDbreqOnDbrdyGet": whether the device asserts DBREQ on its own on DBRDY.
+/// "optionDbreqOnDbrdyGet": whether the device asserts DBREQ by itself on DBRDY.
 struct TAVO_API OptionDbreqOnDbrdyGetReply : reply_packet {
     bool enable = false;
     bool operator==(const OptionDbreqOnDbrdyGetReply&) const = default;
@@ -107,7 +107,7 @@ struct TAVO_API OptionDbreqOnDbrdyGetReply : reply_packet {
     }
 };
 
-/// "optionDbreqOnResetSet": whether the device asserts DBREQ on its own on reset.
+/// "optionDbreqOnResetSet": whether the device asserts DBREQ by itself on reset.
 struct TAVO_API OptionDbreqOnResetRequest : request_packet {
     bool enable = false;
     bool operator==(const OptionDbreqOnResetRequest&) const = default;
@@ -117,7 +117,7 @@ struct TAVO_API OptionDbreqOnResetRequest : request_packet {
     }
 };
 
-/// "optionDbreqOnResetGet": whether the device asserts DBREQ on its own on reset.
+/// "optionDbreqOnResetGet": whether the device asserts DBREQ by itself on reset.
 struct TAVO_API OptionDbreqOnResetReply : reply_packet {
     bool enable = false;
     bool operator==(const OptionDbreqOnResetReply&) const = default;
@@ -127,7 +127,7 @@ struct TAVO_API OptionDbreqOnResetReply : reply_packet {
     }
 };
 
-/// "optionDbreqOnTriggerSet" of version 1.1: whether the device asserts DBREQ on its own on a trigger: four
+/// "optionDbreqOnTriggerSet" of version 1.1: whether the device asserts DBREQ by itself on a trigger: four
 /// values, the device's to define.
 struct TAVO_API OptionDbreqOnTriggerSetRequest : request_packet {
     bool flag1 = false;
@@ -196,8 +196,8 @@ struct TAVO_API OptionDbrdyMaskGetReply : reply_packet {
     }
 };
 
-/// "frequencyGet" of version 1.0, "optionFrequencyGet" of version 1.1: a frequency alone, unlike
-/// dto::Base::FrequencyGetReply.
+/// "frequencyGet" of version 1.0, "optionFrequencyGet" of version 1.1: a frequency. Unlike
+/// dto::Base::FrequencyGetReply it has no second integer.
 struct TAVO_API FrequencyGetReply : reply_packet {
     std::uint64_t frequency = 0; ///< in the device's unit
     bool operator==(const FrequencyGetReply&) const = default;

@@ -9,13 +9,15 @@
 
 namespace TAVO::HWDebug {
 
-/// The status of a module's debug headers, as the header status operations of the debug modules yield it, all
-/// but Hdt_v1_1's. It is a dto::Base::HeaderStatusGetReply with the same two lists. The meaning of the flags
-/// and of the lists of names in them is the device's to define.
+/// The status of a module's debug headers. The header status operations of the debug modules yield it, except
+/// for that of Hdt_v1_1, which yields the reply with the same two lists. What the flags and the lists of
+/// names mean is the device's to define.
 struct TAVO_API HeaderResult {
     HeaderResult() = default;
+    /// Copies the reply.
     HeaderResult(const dto::Base::HeaderStatusGetReply& reply);
-    /// @throws std::runtime_error "Can't convert Result to desire type" unless it carries the reply.
+    /// Converts the reply in a result.
+    /// @throws std::runtime_error "Can't convert Result to desire type" when the result holds another record.
     explicit HeaderResult(const dto::result& outcome);
 
     std::vector<dto::Base::Header> headers;         ///< each a name and three flags

@@ -15,8 +15,8 @@
 #include <tavo/client/transcode/field.h>
 #include <tavo/client/transcode/header_status_tables.h>
 
-/// The methods of the "i2c" object for Object_v1_0::make(), and their tables. Shaped like every type's
-/// namespace, see base_v1_0. The header status is that of headerStatus_v1_1.
+/// The methods of the "i2c" object for Object_v1_0::make(), and their tables. Laid out like base_v1_0. The
+/// header status is that of headerStatus_v1_1.
 namespace TAVO::TAVOXTranscode::i2c_v1_0 {
 
 using headerStatus_v1_1::headerStatusGet, headerStatus_v1_1::headerStatusClear;
@@ -61,11 +61,12 @@ namespace TAVO::HWDebug {
 /// back to its reply.
 namespace I2c_v1_0_Structs {
 
-/// What a transfer brought: two integers, the device's to define, and the bytes that were read.
+/// The result of a transfer: two integers, the device's to define, and the bytes that were read.
 struct TAVO_API I2cTransfer {
     I2cTransfer() = default;
     I2cTransfer(const dto::i2c::TransferReply& reply);
-    /// @throws std::runtime_error "Can't convert Result to desire type" unless it carries the reply.
+    /// Converts the reply in a result.
+    /// @throws std::runtime_error "Can't convert Result to desire type" when the result holds another record.
     explicit I2cTransfer(const dto::result& outcome);
     operator dto::i2c::TransferReply() const;
 
@@ -80,11 +81,12 @@ struct TAVO_API I2cTransfer {
     }
 };
 
-/// What a read brought: an integer, the device's to define, and the bytes that were read.
+/// The result of a read: an integer, the device's to define, and the bytes that were read.
 struct TAVO_API I2cRead {
     I2cRead() = default;
     I2cRead(const dto::i2c::ReadReply& reply);
-    /// @throws std::runtime_error "Can't convert Result to desire type" unless it carries the reply.
+    /// Converts the reply in a result.
+    /// @throws std::runtime_error "Can't convert Result to desire type" when the result holds another record.
     explicit I2cRead(const dto::result& outcome);
     operator dto::i2c::ReadReply() const;
 
@@ -101,7 +103,8 @@ struct TAVO_API I2cRead {
 struct TAVO_API I2cAck {
     I2cAck() = default;
     I2cAck(const dto::i2c::OptionAckGetReply& reply);
-    /// @throws std::runtime_error "Can't convert Result to desire type" unless it carries the reply.
+    /// Converts the reply in a result.
+    /// @throws std::runtime_error "Can't convert Result to desire type" when the result holds another record.
     explicit I2cAck(const dto::result& outcome);
     operator dto::i2c::OptionAckGetReply() const;
 
@@ -118,7 +121,8 @@ struct TAVO_API I2cAck {
 struct TAVO_API I2cTimeout {
     I2cTimeout() = default;
     I2cTimeout(const dto::i2c::OptionTimeoutGetReply& reply);
-    /// @throws std::runtime_error "Can't convert Result to desire type" unless it carries the reply.
+    /// Converts the reply in a result.
+    /// @throws std::runtime_error "Can't convert Result to desire type" when the result holds another record.
     explicit I2cTimeout(const dto::result& outcome);
     operator dto::i2c::OptionTimeoutGetReply() const;
 
@@ -135,7 +139,8 @@ struct TAVO_API I2cTimeout {
 struct TAVO_API I2cSclFrequency {
     I2cSclFrequency() = default;
     I2cSclFrequency(const dto::Base::FrequencyGetReply& reply);
-    /// @throws std::runtime_error "Can't convert Result to desire type" unless it carries the reply.
+    /// Converts the reply in a result.
+    /// @throws std::runtime_error "Can't convert Result to desire type" when the result holds another record.
     explicit I2cSclFrequency(const dto::result& outcome);
     operator dto::Base::FrequencyGetReply() const;
 
@@ -151,7 +156,7 @@ struct TAVO_API I2cSclFrequency {
 } // namespace I2c_v1_0_Structs
 
 /// Proxy of an "i2c" object, an I2C bus master (UM10204). Use it to talk to the chips on a board's bus:
-/// "transfer" writes and then reads, as reading a register takes; "read" and "write" are the single steps.
+/// "transfer" writes and then reads, which is what reading a register takes; "read" and "write" do only one.
 ///
 /// @code
 /// const auto temperature = i2c->getTransferMethod(0x48, 0, {0x00}, 2); // register 0, two bytes
@@ -161,7 +166,7 @@ struct TAVO_API I2cSclFrequency {
 /// const int degrees = temperature->value().data.at(0);
 /// @endcode
 ///
-/// Each operation builds a call and sends nothing, and throws SpecificationError when the device does not
+/// Each operation only builds a call, for Device::call; it throws SpecificationError when the device does not
 /// list the method. Nothing is checked on this side: the device judges addresses, counts and lengths and
 /// answers with the return code. The form of addresses, units, and the meaning of flags and neutrally named
 /// values are the device's to define.
@@ -169,7 +174,7 @@ class TAVO_API I2c_v1_0 : public Proxy<TAVOXTranscode::i2c_v1_0::rows> {
 public:
     /// Writes `data` to a chip and then reads `count` bytes from it.
     /// @param address of the chip on the bus.
-    /// @param ignored goes nowhere.
+    /// @param ignored is not sent.
     /// @param data the bytes to write.
     /// @param count how many bytes to read.
     std::shared_ptr<BoundMethod<I2c_v1_0_Structs::I2cTransfer>>
@@ -183,19 +188,19 @@ public:
     /// Writes bytes to a chip. The value holds an integer, the device's to define.
     /// @param address of the chip on the bus.
     /// @param first, second the device's to define.
-    /// @param ignored goes nowhere.
+    /// @param ignored is not sent.
     /// @param data the bytes to write.
     std::shared_ptr<BoundMethod<dto::i2c::WriteReply>>
     getWriteMethod(int address, bool first, bool second, int ignored,
                    const std::vector<std::uint8_t>& data) const;
-    /// Asks for the frequency of SCL, in the device's unit, and a further integer, the device's to define.
+    /// Asks for the frequency of SCL, in the device's unit, and a second integer, the device's to define.
     std::shared_ptr<BoundMethod<I2c_v1_0_Structs::I2cSclFrequency>> getOptionSclFrequencyGetMethod() const;
     /// Sets the frequency of SCL, in the device's unit.
     std::shared_ptr<Method> getOptionSclFrequencySetMethod(int frequency) const;
-    /// Asks how often the device retries an address that nobody answers.
+    /// Asks how often the device retries an address that no chip acknowledges.
     std::shared_ptr<BoundMethod<dto::i2c::OptionAddressRetryLimitGetReply>>
     getOptionAddressRetryLimitGetMethod() const;
-    /// Sets how often the device retries an address that nobody answers.
+    /// Sets how often the device retries an address that no chip acknowledges.
     std::shared_ptr<Method> getOptionAddressRetryLimitSetMethod(int limit) const;
     /// Asks for the two timeouts. What each is for, and its unit, are the device's to define.
     std::shared_ptr<BoundMethod<I2c_v1_0_Structs::I2cTimeout>> getOptionTimeoutGetMethod() const;

@@ -11,7 +11,7 @@
 /// neutrally named member stands for are the device's to define.
 namespace TAVO::dto::i2c {
 
-/// "transfer": what to write to a chip, and how much to read from it then.
+/// "transfer": what to write to a chip, and how much to read from it afterwards.
 struct TAVO_API TransferRequest : request_packet {
     std::int32_t address = 0;       ///< of the chip on the bus
     std::vector<std::uint8_t> data; ///< the bytes to write
@@ -86,7 +86,7 @@ struct TAVO_API WriteReply : reply_packet {
     }
 };
 
-/// "optionAddressRetryLimitSet": how often the device retries an address that nobody answers.
+/// "optionAddressRetryLimitSet": how often the device retries an address that no chip acknowledges.
 struct TAVO_API OptionAddressRetryLimitSetRequest : request_packet {
     std::int32_t limit = 0;
     bool operator==(const OptionAddressRetryLimitSetRequest&) const = default;
@@ -96,7 +96,7 @@ struct TAVO_API OptionAddressRetryLimitSetRequest : request_packet {
     }
 };
 
-/// "optionAddressRetryLimitGet": how often the device retries an address that nobody answers.
+/// "optionAddressRetryLimitGet": how often the device retries an address that no chip acknowledges.
 struct TAVO_API OptionAddressRetryLimitGetReply : reply_packet {
     std::int32_t limit = 0;
     bool operator==(const OptionAddressRetryLimitGetReply&) const = default;

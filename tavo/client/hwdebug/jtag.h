@@ -15,9 +15,8 @@
 #include <tavo/client/transcode/header_records.h>
 #include <tavo/client/transcode/header_status_tables.h>
 
-/// The methods of the "jtag" object, version 1.0, for Object_v1_0::make(), and their tables. Shaped like
-/// every type's namespace, see base_v1_0. Beside those below there are the enableGet and enableSet of
-/// headerStatus_v1_1.
+/// The methods of the "jtag" object, version 1.0, for Object_v1_0::make(), and their tables. Laid out like
+/// base_v1_0. The enableGet and enableSet of headerStatus_v1_1 belong to them as well.
 namespace TAVO::TAVOXTranscode::jtag_v1_0 {
 
 using headerStatus_v1_1::enableGet, headerStatus_v1_1::enableSet;
@@ -83,9 +82,9 @@ TAVO_API extern DecoderFunction &decode_shiftIR, &decode_shiftDR, &decode_tdoExp
 
 } // namespace TAVO::TAVOXTranscode::jtag_v1_0
 
-/// The methods of the "jtag" object, version 1.1, for Object_v1_0::make(), and their tables. Shaped like
-/// every type's namespace, see base_v1_0. Shifts, states, pauses and pins are those of jtag_v1_0; the options
-/// below take both registers at once.
+/// The methods of the "jtag" object, version 1.1, for Object_v1_0::make(), and their tables. Laid out like
+/// base_v1_0. Shifts, states, pauses and pins are those of jtag_v1_0; the options below concern both
+/// registers at once.
 namespace TAVO::TAVOXTranscode::jtag_v1_1 {
 
 using headerStatus_v1_1::enableGet, headerStatus_v1_1::enableSet, headerStatus_v1_1::headerStatusGet,
@@ -137,15 +136,16 @@ TAVO_API extern DecoderFunction &decode_shiftIR, &decode_shiftDR, &decode_tapSta
 
 namespace TAVO::HWDebug {
 
-/// What the options of Jtag_v1_1 yield, for the instruction register (ir) and the data register (dr).
-/// BoundMethod::value() makes them from the replies.
+/// What the option getters of Jtag_v1_1 yield. BoundMethod::value() makes them from the replies.
 namespace Jtag_v1_1_Structs {
 
-/// Whether and how often the device repeats shifts.
+/// Whether and how often the device repeats shifts, through the instruction register (ir) and the data
+/// register (dr).
 struct TAVO_API RepeatGet {
     RepeatGet() = default;
     RepeatGet(const dto::Jtag::OptionRepeatGetReply& reply);
-    /// @throws std::runtime_error "Can't convert Result to desire type" unless it carries the reply.
+    /// Converts the reply in a result.
+    /// @throws std::runtime_error "Can't convert Result to desire type" when the result holds another record.
     explicit RepeatGet(const dto::result& outcome);
 
     std::int32_t irCount = 0;
@@ -160,11 +160,13 @@ struct TAVO_API RepeatGet {
     }
 };
 
-/// Whether and how often the device tries shifts again.
+/// Whether and how often the device retries shifts, through the instruction register (ir) and the data
+/// register (dr).
 struct TAVO_API RetryGet {
     RetryGet() = default;
     RetryGet(const dto::Jtag::OptionRetryGetReply& reply);
-    /// @throws std::runtime_error "Can't convert Result to desire type" unless it carries the reply.
+    /// Converts the reply in a result.
+    /// @throws std::runtime_error "Can't convert Result to desire type" when the result holds another record.
     explicit RetryGet(const dto::result& outcome);
 
     std::int32_t irCount = 0;
@@ -179,11 +181,12 @@ struct TAVO_API RetryGet {
     }
 };
 
-/// What the device compares captured bits with.
+/// What the device compares captured bits with, for the instruction register (ir) and the data register (dr).
 struct TAVO_API TdoExpectedGet {
     TdoExpectedGet() = default;
     TdoExpectedGet(const dto::Jtag::OptionTdoExpectedGetReply& reply);
-    /// @throws std::runtime_error "Can't convert Result to desire type" unless it carries the reply.
+    /// Converts the reply in a result.
+    /// @throws std::runtime_error "Can't convert Result to desire type" when the result holds another record.
     explicit TdoExpectedGet(const dto::result& outcome);
 
     std::int32_t irBits = 0;              ///< the length of the two bit strings that follow
@@ -204,8 +207,8 @@ struct TAVO_API TdoExpectedGet {
 
 } // namespace Jtag_v1_1_Structs
 
-/// Proxy of a "jtag" object of version 1.0, one JTAG test access port (IEEE 1149.1). It has no operations but
-/// those of every object: build its calls with make() and the methods of jtag_v1_0.
+/// Proxy of a "jtag" object of version 1.0, a JTAG test access port (TAP, IEEE 1149.1). It has only the
+/// operations of every object: build its calls with make() and the methods of jtag_v1_0.
 ///
 /// @code
 /// namespace calls = TAVO::TAVOXTranscode::jtag_v1_0;
@@ -216,9 +219,9 @@ protected:
     using Proxy::Proxy;
 };
 
-/// Proxy of a "jtag" object of any version but 1.0, one JTAG test access port (IEEE 1149.1). Use it to shift
-/// through the instruction and data registers of a chain, to move its state machine, and to read and drive
-/// single pins. It is a child of "cpuDebug", "gpuDebug" and "csJtag" objects.
+/// Proxy of a "jtag" object of any version but 1.0, a JTAG test access port (TAP, IEEE 1149.1). Use it to
+/// shift through the instruction register (IR) and data register (DR) of a chain, to move the TAP's state
+/// machine, and to read and drive single pins. It is a child of "cpuDebug", "gpuDebug" and "csJtag" objects.
 ///
 /// @code
 /// const auto idcode = jtag->getShiftDRMethod(32, {0, 0, 0, 0});
@@ -229,44 +232,44 @@ protected:
 /// const auto captured = idcode->value().data;
 /// @endcode
 ///
-/// Each operation builds a call and sends nothing, and throws SpecificationError when the device does not
+/// Each operation only builds a call, for Device::call; it throws SpecificationError when the device does not
 /// list the method. Nothing is checked on this side: the device judges counts, states and lengths and answers
 /// with the return code. How bits lie in their bytes, the numbering of states, units, and the meaning of
 /// flags are the device's to define.
 class TAVO_API Jtag_v1_1 : public Proxy<TAVOXTranscode::jtag_v1_1::rows> {
 public:
-    /// Shifts through the instruction register. The value holds the bits that came out on TDO meanwhile.
-    /// @param bits how many bits are shifted; 0 is sent like any other number.
-    /// @param data the bits to send on TDI.
+    /// Shifts through the instruction register (Shift-IR). The value holds the bits that came out on TDO.
+    /// @param bits how many bits to shift; 0 is sent like any other number.
+    /// @param data the bits to send on TDI, packed as the device expects them; copied into the call.
     std::shared_ptr<BoundMethod<dto::Jtag::ShiftReply>>
     getShiftIRMethod(int bits, const std::vector<std::uint8_t>& data) const;
-    /// The same through the data register.
+    /// The same through the data register (Shift-DR).
     std::shared_ptr<BoundMethod<dto::Jtag::ShiftReply>>
     getShiftDRMethod(int bits, const std::vector<std::uint8_t>& data) const;
-    /// Asks for the state that the TAP's state machine is in.
+    /// Asks for the current state of the TAP's state machine, by the device's numbering.
     std::shared_ptr<BoundMethod<dto::Jtag::TapStateGetReply>> tapStateGetMethod() const;
-    /// Moves the TAP's state machine to that state.
+    /// Moves the TAP's state machine to a state, by the device's numbering.
     std::shared_ptr<Method> getTapStateSetMethod(int state) const;
     /// Makes the device pause. The unit of `duration` and the meaning of `flag` are the device's to define.
     std::shared_ptr<Method> getSleepMethod(int duration, bool flag) const;
-    /// Asks for the frequency of TCK, in the device's unit, and a further integer, the device's to define.
+    /// Asks for the frequency of TCK, in the device's unit, and a second integer, the device's to define.
     std::shared_ptr<BoundMethod<dto::Base::FrequencyGetReply>> getOptionTckFrequencyGetMethod() const;
     /// Sets the frequency of TCK, in the device's unit.
     std::shared_ptr<Method> getOptionTckFrequencySetMethod(int frequency) const;
     /// Asks what shifts are compared with.
     std::shared_ptr<BoundMethod<Jtag_v1_1_Structs::TdoExpectedGet>> getOptionTdoExpectedGetMethod() const;
-    /// Makes the device compare what comes out on TDO with bits of yours, for shifts through each register.
-    /// @param irBits, drBits the length of the two bit strings that follow.
+    /// Makes the device compare what comes out on TDO with the expected bits, for each register.
+    /// @param irBits, drBits the length of the expected bits and of the mask.
     /// @param irExpected, drExpected the bits that TDO should show.
-    /// @param irMask, drMask which of them are compared.
+    /// @param irMask, drMask which of them to compare.
     std::shared_ptr<Method> getOptionTdoExpectedSetMethod(int irBits,
                                                           const std::vector<std::uint8_t>& irExpected,
                                                           const std::vector<std::uint8_t>& irMask, int drBits,
                                                           const std::vector<std::uint8_t>& drExpected,
                                                           const std::vector<std::uint8_t>& drMask) const;
-    /// Asks whether and how often the device tries shifts again.
+    /// Asks whether and how often the device retries shifts.
     std::shared_ptr<BoundMethod<Jtag_v1_1_Structs::RetryGet>> getOptionRetryGetMethod() const;
-    /// Sets whether and how often the device tries shifts again, for each register.
+    /// Sets whether and how often the device retries shifts, for each register.
     std::shared_ptr<Method> getOptionRetrySetMethod(int irCount, bool irEnable, int drCount,
                                                     bool drEnable) const;
     /// Asks whether and how often the device repeats shifts.
@@ -284,18 +287,17 @@ public:
     /// Sets the four values about TCK before and after shifts, the device's to define.
     std::shared_ptr<Method> getOptionPrePostTckSetMethod(int value1, int value2, int value3,
                                                          int value4) const;
-    /// Reads the pin TRST. The value holds two flags, the device's to define.
+    /// Reads the pin TRST (test reset). The value holds two flags, the device's to define.
     std::shared_ptr<BoundMethod<dto::Header::IoGetReply>> getIoTrstGetMethod() const;
-    /// The same for TCK.
+    /// The same for TCK (test clock).
     std::shared_ptr<BoundMethod<dto::Header::IoGetReply>> getIoTckGetMethod() const;
-    /// The same for TMS.
+    /// The same for TMS (test mode select).
     std::shared_ptr<BoundMethod<dto::Header::IoGetReply>> getIoTmsGetMethod() const;
-    /// The same for TDI.
+    /// The same for TDI (test data in).
     std::shared_ptr<BoundMethod<dto::Header::IoGetReply>> getIoTdiGetMethod() const;
-    /// Reads the level of TDO, the output of the chain.
+    /// Reads the level of TDO (test data out), the output of the chain.
     std::shared_ptr<BoundMethod<dto::Header::oGetReply>> getIoTdoGetMethod() const;
-    /// Drives the pin TRST. The two flags are the device's to define; getIoTrstGetMethod() gives them in the
-    /// same order.
+    /// Drives the pin TRST. The two flags are the device's to define, in the order of getIoTrstGetMethod().
     std::shared_ptr<Method> getIoTrstSetMethod(bool first, bool second) const;
     /// The same for TCK.
     std::shared_ptr<Method> getIoTckSetMethod(bool first, bool second) const;
@@ -305,10 +307,10 @@ public:
     std::shared_ptr<Method> getIoTdiSetMethod(bool first, bool second) const;
     /// Asks whether the test access port is enabled.
     std::shared_ptr<BoundMethod<dto::Header::EnableGetReply>> getEnableGetMethod() const;
-    /// Enables the test access port or disables it.
+    /// Enables or disables the test access port.
     std::shared_ptr<Method> getEnableSetMethod(bool enable) const;
-    /// Asks for the status of the debug headers. The small h is the published spelling. "headerStatusClear"
-    /// has no operation here: make(jtag_v1_1::headerStatusClear) calls it.
+    /// Asks for the status of the debug headers. The spelling is the published one. "headerStatusClear" has
+    /// no operation here: make(jtag_v1_1::headerStatusClear) calls it.
     std::shared_ptr<BoundMethod<HeaderResult>> getheaderStatusGetMethod() const;
 
 protected:

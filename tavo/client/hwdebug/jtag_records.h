@@ -24,7 +24,7 @@ struct TAVO_API ShiftRequest : request_packet {
     }
 };
 
-/// "shiftIR", "shiftDR": the bits that came out on TDO meanwhile.
+/// "shiftIR", "shiftDR": the bits that came out on TDO.
 struct TAVO_API ShiftReply : reply_packet {
     std::vector<std::uint8_t> data; ///< the captured bits
     bool operator==(const ShiftReply&) const = default;
@@ -129,7 +129,7 @@ struct TAVO_API RetrySetRequest : request_packet {
     }
 };
 
-/// "retryGet" of version 1.0: whether and how often the device tries a shift again.
+/// "retryGet" of version 1.0: whether and how often the device retries a shift.
 struct TAVO_API RetryGetReply : reply_packet {
     std::int32_t count = 0;
     bool enable = false;
@@ -216,7 +216,7 @@ struct TAVO_API OptionRepeatGetReply : reply_packet {
     }
 };
 
-/// "optionRetrySet" of version 1.1: whether and how often the device tries shifts again, for each register.
+/// "optionRetrySet" of version 1.1: whether and how often the device retries shifts, for each register.
 struct TAVO_API OptionRetrySetRequest : request_packet {
     std::int32_t irCount = 0;
     bool irEnable = false;
@@ -230,7 +230,7 @@ struct TAVO_API OptionRetrySetRequest : request_packet {
     }
 };
 
-/// "optionRetryGet" of version 1.1: whether and how often the device tries shifts again, for each register.
+/// "optionRetryGet" of version 1.1: whether and how often the device retries shifts, for each register.
 struct TAVO_API OptionRetryGetReply : reply_packet {
     std::int32_t irCount = 0;
     bool irEnable = false;

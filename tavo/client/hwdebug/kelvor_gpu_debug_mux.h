@@ -11,8 +11,8 @@
 #include <tavo/client/transcode/field.h>
 #include <tavo/client/transcode/packet.h>
 
-/// Records of the "kelvorGpuDebugMux" object, a multiplexer board. They are not those of "gpuDebug", which
-/// look the same. The numbering of header modes is the device's to define.
+/// Records of the "kelvorGpuDebugMux" object, a multiplexer board. Those of "gpuDebug" look the same, but are
+/// other types. The numbering of header modes is the device's to define.
 namespace TAVO::dto::kelvorGpuDebugMux {
 
 /// "headerModeSet": the mode to put the header in.
@@ -37,8 +37,8 @@ struct TAVO_API HeaderModeGetReply : reply_packet {
 
 } // namespace TAVO::dto::kelvorGpuDebugMux
 
-/// The methods of the "kelvorGpuDebugMux" object for Object_v1_0::make(), and their tables. Shaped like every
-/// type's namespace, see base_v1_0.
+/// The methods of the "kelvorGpuDebugMux" object for Object_v1_0::make(), and their tables. Laid out like
+/// base_v1_0.
 namespace TAVO::TAVOXTranscode::kelvorGpuDebugMux_v1_0 {
 
 inline constexpr Call<None, dto::kelvorGpuDebugMux::HeaderModeGetReply> headerModeGet{"headerModeGet"};
@@ -62,13 +62,13 @@ namespace TAVO::HWDebug {
 /// device->execute(mux->getHeaderModeSetMethod(2));
 /// @endcode
 ///
-/// Each operation builds a call and sends nothing, and throws SpecificationError when the device does not
+/// Each operation only builds a call, for Device::call; it throws SpecificationError when the device does not
 /// list the method. The numbering of header modes is the device's to define.
 class TAVO_API KelvorGpuDebugMux_v1_0 : public Proxy<TAVOXTranscode::kelvorGpuDebugMux_v1_0::rows> {
 public:
     /// Asks for the header mode that the board is in.
     std::shared_ptr<BoundMethod<dto::kelvorGpuDebugMux::HeaderModeGetReply>> getHeaderModeGetMethod() const;
-    /// Puts the board in that header mode.
+    /// Puts the board in the given header mode.
     std::shared_ptr<Method> getHeaderModeSetMethod(int mode) const;
 
 protected:

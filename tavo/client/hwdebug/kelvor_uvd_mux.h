@@ -5,11 +5,11 @@
 
 namespace TAVO::HWDebug {
 
-/// Proxy of a "kelvorUvdMux" object, a multiplexer board. It has the operations and the tables of every
-/// object alone; Object_v1_0::methods() tells which methods the device lists beyond them.
+/// Proxy of a "kelvorUvdMux" object, a multiplexer board. It has only the operations and the tables of every
+/// object; Object_v1_0::methods() tells which other methods the device lists.
 class TAVO_API KelvorUvdMux_v1_0 : public Object_v1_0 {
 public:
-    /// None beside those of every object.
+    /// Empty: the type has only the methods of every object.
     static TAVOXTranscode::MethodRows methodRows() noexcept { return {}; }
 
 protected:

@@ -17,7 +17,7 @@
 /// Records of the "lpc" object, a connection to a target's LPC bus (Low Pin Count).
 namespace TAVO::dto::lpc {
 
-/// A header connection, and whether it is present.
+/// A header connection: its name, and whether it is present.
 struct TAVO_API HeaderConnection {
     std::string name;
     bool connected = false;
@@ -40,8 +40,7 @@ struct TAVO_API HeaderConnectionsReply : reply_packet {
 
 } // namespace TAVO::dto::lpc
 
-/// The method of the "lpc" object for Object_v1_0::make(), and its tables. Shaped like every type's
-/// namespace, see base_v1_0.
+/// The method of the "lpc" object for Object_v1_0::make(), and its tables. Laid out like base_v1_0.
 namespace TAVO::TAVOXTranscode::lpc_v1_0 {
 
 inline constexpr Call<None, dto::lpc::HeaderConnectionsReply> headerConnectGet{"headerConnectGet"};
@@ -68,18 +67,18 @@ namespace TAVO::HWDebug {
 /// @endcode
 class TAVO_API Lpc_v1_0 : public Proxy<TAVOXTranscode::lpc_v1_0::rows> {
 public:
-    /// The child "lpcPostCode". No call to the device.
+    /// The child "lpcPostCode". Does not call the device.
     std::shared_ptr<LpcPostCode_v1_0> getLpcPostCode() const { return postCode_; }
-    /// The child "lpcRomEmulation". No call to the device.
+    /// The child "lpcRomEmulation". Does not call the device.
     std::shared_ptr<LpcRomEmulation_v1_0> getLpcRomEmulation() const { return romEmulation_; }
-    /// Asks which header connections are present. It builds a call and sends nothing.
+    /// Asks which header connections are present. Only builds a call.
     /// @throws SpecificationError when the device does not list the method.
     std::shared_ptr<BoundMethod<dto::lpc::HeaderConnectionsReply>> getHeaderConnectGetMethod() const;
 
 protected:
     using Proxy::Proxy;
     /// @throws SpecificationError "lpc rom emulation object not found." without a child "lpcRomEmulation",
-    /// and then "lpc post code object not found." without a child "lpcPostCode".
+    ///         and then "lpc post code object not found." without a child "lpcPostCode".
     void initalize() override;
 
 private:
@@ -87,8 +86,8 @@ private:
     std::shared_ptr<LpcPostCode_v1_0> postCode_;
 };
 
-/// Serves type "lpc" up to version 1.0.
-/// A higher version is refused: SpecificationError "Unknown lpc object version: " and the version.
+/// Serves type "lpc" up to version 1.0. Refuses higher versions with SpecificationError "Unknown lpc object
+/// version: " and the version.
 class TAVO_API LpcFactory : public TypeFactory {
 public:
     LpcFactory();

@@ -11,9 +11,8 @@
 #include <tavo/client/transcode/header_records.h>
 #include <tavo/client/transcode/header_status_tables.h>
 
-/// The methods of the "lpcPostCode" object for Object_v1_0::make(), and their tables. Shaped like every
-/// type's namespace, see base_v1_0. Beside those below there are the enableGet and enableSet of
-/// headerStatus_v1_1.
+/// The methods of the "lpcPostCode" object for Object_v1_0::make(), and their tables. Laid out like
+/// base_v1_0. The enableGet and enableSet of headerStatus_v1_1 belong to them as well.
 namespace TAVO::TAVOXTranscode::lpcPostCode_v1_0 {
 
 using headerStatus_v1_1::enableSet, headerStatus_v1_1::enableGet;
@@ -65,7 +64,7 @@ TAVO_API extern DecoderFunction &decode_postCodeGet, &decode_fifoSizeGet, &decod
 
 namespace TAVO::HWDebug {
 
-/// Proxy of an "lpcPostCode" object, which captures the POST codes that a target's firmware writes, by custom
+/// Proxy of an "lpcPostCode" object, which captures the POST codes that a target's firmware writes, usually
 /// to port 0x80, into a FIFO. Use it to follow a boot. It has no operations but those of every object: build
 /// its calls with make() and the methods of lpcPostCode_v1_0.
 ///
@@ -79,8 +78,8 @@ protected:
     using Proxy::Proxy;
 };
 
-/// Serves type "lpcPostCode" up to version 1.0.
-/// A higher version is refused: SpecificationError "Unknown lpcPostCode object version: " and the version.
+/// Serves type "lpcPostCode" up to version 1.0. Refuses higher versions with SpecificationError "Unknown
+/// lpcPostCode object version: " and the version.
 class TAVO_API LpcPostCodeFactory : public TypeFactory {
 public:
     LpcPostCodeFactory();

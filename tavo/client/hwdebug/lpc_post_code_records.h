@@ -8,13 +8,13 @@
 #include <tavo/client/transcode/packet.h>
 
 /// Records of the "lpcPostCode" object, which captures POST codes: the progress codes that a target's
-/// firmware writes to an I/O port, by custom 0x80. Options and the port travel as single bytes, not as bools.
+/// firmware writes to an I/O port, usually 0x80. Options and the port travel as single bytes, not as bools.
 /// What a neutrally named member stands for is the device's to define.
 namespace TAVO::dto::lpcPostCode {
 
 /// "postCodeGet": a POST code.
 struct TAVO_API PostCodeGetReply : reply_packet {
-    /// A code; which one, and what tells that there is none, are the device's to define.
+    /// The code. Which one of several, and which value means none, are the device's to define.
     std::int32_t postCode = 0;
     bool operator==(const PostCodeGetReply&) const = default;
     template <class Self = PostCodeGetReply>

@@ -82,9 +82,8 @@ struct TAVO_API OptionRomTypeGetReply : reply_packet {
 
 } // namespace TAVO::dto::lpcRomEmulation
 
-/// The methods of the "lpcRomEmulation" object for Object_v1_0::make(), and their tables. Shaped like every
-/// type's namespace, see base_v1_0. Beside those below there are the enableGet and enableSet of
-/// headerStatus_v1_1.
+/// The methods of the "lpcRomEmulation" object for Object_v1_0::make(), and their tables. Laid out like
+/// base_v1_0. The enableGet and enableSet of headerStatus_v1_1 belong to them as well.
 namespace TAVO::TAVOXTranscode::lpcRomEmulation_v1_0 {
 
 using headerStatus_v1_1::enableSet, headerStatus_v1_1::enableGet;
@@ -115,7 +114,8 @@ namespace LpcRomEmulation_v1_0_Structs {
 struct TAVO_API SramGet {
     SramGet() = default;
     SramGet(const dto::lpcRomEmulation::SramGetReply& reply);
-    /// @throws std::runtime_error "Can't convert Result to desire type" unless it carries the reply.
+    /// Converts the reply in a result.
+    /// @throws std::runtime_error "Can't convert Result to desire type" when the result holds another record.
     explicit SramGet(const dto::result& outcome);
 
     std::vector<std::uint8_t> data;
@@ -129,8 +129,8 @@ struct TAVO_API SramGet {
 } // namespace LpcRomEmulation_v1_0_Structs
 
 /// Proxy of an "lpcRomEmulation" object, which serves the target's boot ROM from an SRAM in the device. Use
-/// it to boot a target from an image of yours, without flashing it. A few large transfers, or many in one
-/// batch, are much faster than many small calls.
+/// it to boot a target from an image of yours without flashing it. Write the image in few large pieces, or in
+/// one batch: each call of its own takes a round trip.
 ///
 /// @code
 /// const auto readBack = rom->getSramGetMethod(0x7FFFF0, 5);
@@ -141,35 +141,34 @@ struct TAVO_API SramGet {
 /// device->multicall(queue);
 /// @endcode
 ///
-/// Each operation builds a call and sends nothing, and throws SpecificationError when the device does not
+/// Each operation only builds a call, for Device::call; it throws SpecificationError when the device does not
 /// list the method. Nothing is checked on this side: the device judges offsets and lengths and answers with
 /// the return code.
 class TAVO_API LpcRomEmulation_v1_0 : public Proxy<TAVOXTranscode::lpcRomEmulation_v1_0::rows> {
 public:
-    /// Reads `length` bytes of the SRAM from `offset` on.
+    /// Reads `length` bytes of the SRAM, beginning at byte `offset`.
     std::shared_ptr<BoundMethod<LpcRomEmulation_v1_0_Structs::SramGet>> getSramGetMethod(int offset,
                                                                                          int length) const;
-    /// Writes the bytes into the SRAM from `offset` on.
+    /// Writes the bytes into the SRAM, beginning at byte `offset`. They are copied into the call.
     std::shared_ptr<Method> getSramSetMethod(int offset, const std::vector<std::uint8_t>& data) const;
     /// Asks for the size of the SRAM.
     std::shared_ptr<BoundMethod<dto::lpcRomEmulation::SramSizeGetReply>> getSramSizeGetMethod() const;
     /// Asks for the ROM type; its values are the device's to define.
     std::shared_ptr<BoundMethod<dto::lpcRomEmulation::OptionRomTypeGetReply>>
     getOptionRomTypeGetMethod() const;
-    /// Sets the ROM type, of which only the low eight bits travel; its values are the device's to define.
+    /// Sets the ROM type. Only the low eight bits are sent; its values are the device's to define.
     std::shared_ptr<Method> getOptionRomTypeSetMethod(int romType) const;
     /// Asks whether the emulation is enabled.
     std::shared_ptr<BoundMethod<dto::Header::EnableGetReply>> getEnableGetMethod() const;
-    /// Enables the emulation or disables it.
+    /// Enables or disables the emulation.
     std::shared_ptr<Method> getEnableSetMethod(bool enable) const;
 
 protected:
     using Proxy::Proxy;
 };
 
-/// Serves type "lpcRomEmulation" up to version 1.0.
-/// A higher version is refused: SpecificationError "Unknown lpcRomEmulation object version: " and the
-/// version.
+/// Serves type "lpcRomEmulation" up to version 1.0. Refuses higher versions with SpecificationError "Unknown
+/// lpcRomEmulation object version: " and the version.
 class TAVO_API LpcRomEmulationFactory : public TypeFactory {
 public:
     LpcRomEmulationFactory();

@@ -68,7 +68,7 @@ public:
     }
     /// Executes all Methods of the queue in one exchange, in order, and leaves the queue as it was. Results
     /// that arrived before a failure stay in their Methods. Return codes are not checked. Throws what call()
-    /// throws, and Error "NULL multicall queue" for an empty pointer.
+    /// throws; TAVOXDevice adds Error "NULL multicall queue" for an empty pointer.
     virtual void multicall(std::shared_ptr<MulticallQueue> queue) = 0;
     /// Takes the lock again, with the credentials of the opening. By default it calls lock(). Throws what
     /// call() throws; TAVOXDevice adds TAVOKeyError, and Error for a return code other than 0.

@@ -18,7 +18,8 @@ namespace TAVO {
 /// @code
 /// class Lamp_v1_0 : public TAVO::Proxy<lamp_v1_0::rows> {
 /// public:
-///     std::shared_ptr<TAVO::Method> getDimMethod(int percent) const { return make(lamp_v1_0::dim, percent);
+///     std::shared_ptr<TAVO::Method> getDimMethod(int percent) const {
+///         return make(lamp_v1_0::dim, percent);
 ///     }
 ///
 /// protected:

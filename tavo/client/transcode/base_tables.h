@@ -76,14 +76,14 @@ TAVO_API extern DecoderFunction &decode_type, &decode_version, &decode_members, 
 
 namespace TAVO::TAVOXTranscode {
 
-/// The encoders of the type that `rows` describes, besides those of every object.
+/// The encoders of every object, and those of the type that `rows` describes.
 template <RowsFunction* rows>
 class TAVO_TEMPLATE_API EncoderListOf : public base_v1_0::EncoderList {
 public:
     EncoderListOf() { enter(rows()); }
 };
 
-/// The decoders of the type that `rows` describes, besides those of every object.
+/// The decoders of every object, and those of the type that `rows` describes.
 template <RowsFunction* rows>
 class TAVO_TEMPLATE_API DecoderListOf : public base_v1_0::DecoderList {
 public:

@@ -54,8 +54,8 @@ struct MethodRow {
     const ReplyDescription* reply;     ///< null where the method returns its status alone
 };
 
-/// The methods of one remote type and version, in published order. The eight methods of every object are not
-/// among them, but for those of base_v1_0.
+/// The methods of one remote type and version, in published order. Only the rows of base_v1_0 hold the eight
+/// methods of every object.
 using MethodRows = std::span<const MethodRow>;
 /// A function that returns the rows of a type; they live as long as the program.
 using RowsFunction = MethodRows() noexcept;

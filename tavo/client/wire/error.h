@@ -11,8 +11,8 @@ namespace TAVO {
 
 class Method;
 
-/// Base of the exceptions of this library: catch it for everything that a device or a network can do. Thrown
-/// itself for a malformed reply and for device error codes without a class of their own ("Unknown error
+/// Base of the exceptions of this library: catch it for everything that a device or a network can do. Error
+/// itself reports malformed replies, and device error codes without a class of their own ("Unknown error
 /// code: ...").
 ///
 /// A few faults that a correct program never meets (a result of the wrong type,
@@ -67,7 +67,7 @@ public:
 
 /// Client and device disagree: an unknown method, an unsupported object type or version, parameters or
 /// results that cannot be encoded or decoded, a version text that does not parse, or device error codes 1002
-/// to 1005. The same call will fail again.
+/// to 1005. Trying the same call again seldom helps.
 class TAVO_API SpecificationError : public Error {
 public:
     explicit SpecificationError(const std::string& message);

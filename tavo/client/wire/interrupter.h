@@ -30,10 +30,9 @@ public:
     Interrupter(const Interrupter&) = delete;
     Interrupter& operator=(const Interrupter&) = delete;
 
-    /// Ends the running exchange within 100 ms with NetworkError "Call to device interrupted.", unless its
-    /// whole reply has arrived already; the device may carry the call out all the same. Also while nothing
-    /// runs, the connection is closed, and the next exchange makes a new one. Resolving a host name cannot be
-    /// cut short.
+    /// Closes the connection; the next exchange makes a new one. A running exchange ends within 100 ms with
+    /// NetworkError "Call to device interrupted.", unless its whole reply has arrived already; the device may
+    /// carry the call out all the same. Resolving a host name cannot be cut short.
     ///
     /// Safe in any thread and in signal handlers, at any time; never blocks. Before the device's thread
     /// closes a connection it may wait for one caller that is about to cut it, but never for more than one.
