@@ -7,7 +7,7 @@ namespace TAVO::cli {
 std::shared_ptr<Object_v1_0> chooseObject(Session& session, const std::string& fullName, const char* kind,
                                           const std::function<bool(const Object_v1_0&)>& suits) {
     if (!fullName.empty()) {
-        auto named = session.find(fullName);
+        auto named = session.findOnly(fullName);
         if (!suits(*named))
             throw Failure(ExitCode::notFound, fmt::format("'{}' is no {}", fullName, kind));
         return named;

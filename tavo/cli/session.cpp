@@ -102,19 +102,27 @@ std::unique_ptr<Transport> Session::tunnel() {
 }
 
 Device& Session::device() {
-    if (device_)
-        return *device_;
-    const auto identity = account();
-    if (options_.simulated)
-        startSimulator();
-    device_ = watch().await([&] {
-        if (options_.via)
-            return DeviceFactory::buildDevice(tunnel(), identity.user, identity.password.text(),
-                                              options_.secure, {.timeLimit = timeLimit_});
-        return DeviceFactory::buildDevice(options_.host, port(), identity.user, identity.password.text(),
-                                          options_.secure, interruptible());
-    });
+    if (!device_)
+        open({});
     return *device_;
+}
+
+void Session::open(std::vector<std::string> only) {
+    const auto identity = account();
+    if (options_.simulated && !simulator_)
+        startSimulator();
+    auto options = interruptible();
+    options.byLevels = true;
+    options.only = std::move(only);
+    device_ = watch().await([&] {
+        if (!options_.via)
+            return DeviceFactory::buildDevice(options_.host, port(), identity.user, identity.password.text(),
+                                              options_.secure, options);
+        auto transport = tunnel();
+        options.interrupter = nullptr;
+        return DeviceFactory::buildDevice(std::move(transport), identity.user, identity.password.text(),
+                                          options_.secure, options);
+    });
 }
 
 Device& Session::identify(Device_Factory_Structs::TavoDeviceDescriptor& descriptor) {
@@ -139,6 +147,19 @@ Objects Session::objects() {
     for (const auto& member : root.getChildren())
         collect(member, objects);
     return objects;
+}
+
+std::shared_ptr<Object_v1_0> Session::findOnly(const std::string& fullName) {
+    if (!device_) {
+        open({fullName});
+        for (auto& object : objects())
+            if (object->getFullName() == fullName)
+                return object;
+        // The failure lists all objects.
+        limitRelease();
+        device_.reset();
+    }
+    return find(fullName);
 }
 
 std::shared_ptr<Object_v1_0> Session::find(const std::string& fullName) {

@@ -59,10 +59,12 @@ public:
     Objects objects();
     /// @throws Failure (not found) that lists the objects that there are.
     std::shared_ptr<Object_v1_0> find(const std::string& fullName);
+    /// The same for a command that needs no other object: of the tree only the way to this one is built.
+    std::shared_ptr<Object_v1_0> findOnly(const std::string& fullName);
     /// @param kind what a `Proxy` is called in the message.
     template <class Proxy>
-    std::shared_ptr<Proxy> find(const std::string& fullName, const char* kind) {
-        if (auto proxy = std::dynamic_pointer_cast<Proxy>(find(fullName)))
+    std::shared_ptr<Proxy> findOnly(const std::string& fullName, const char* kind) {
+        if (auto proxy = std::dynamic_pointer_cast<Proxy>(findOnly(fullName)))
             return proxy;
         throw Failure(ExitCode::notFound, fmt::format("'{}' is no {}", fullName, kind));
     }
@@ -110,6 +112,8 @@ private:
     void startSimulator();
     int port() const;
     void exchange(const std::vector<std::shared_ptr<Method>>& methods);
+    /// @param only the objects to build, all when empty.
+    void open(std::vector<std::string> only);
     OpenOptions interruptible();
     InterruptWatch& watch();
     /// What gives something back to the device is done after a signal too, but not for long.

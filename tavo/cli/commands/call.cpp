@@ -20,7 +20,7 @@ struct CallOptions {
 
 void makeCall(Session& session, Output& output, const CallOptions& options) {
     const auto parsed = parseCall(options.words);
-    const auto call = prepareCall(session, parsed);
+    const auto call = prepareCall(session.findOnly(parsed.object), parsed);
     session.run({call.method});
     output.show([&](JsonWriter& json) { json.object([&] { writeResult(json, call); }); },
                 [&](TextWriter& text) { writeResult(text, call); });

@@ -21,7 +21,7 @@ using Status = dto::Base::HeaderStatusGetReply;
 /// The named object, or all that offer the method.
 Objects chooseObjects(Session& session, const ObjectOptions& options, std::string_view method) {
     if (!options.object.empty())
-        return {session.find(options.object)};
+        return {session.findOnly(options.object)};
     Objects chosen;
     for (const auto& object : session.objects())
         if (offers(*object, method))

@@ -53,7 +53,7 @@ struct RelayOptions {
 };
 
 std::shared_ptr<Relay_v1_0> relayOf(Session& session, const RelayOptions& options) {
-    return session.find<Relay_v1_0>(options.name, "relay");
+    return session.findOnly<Relay_v1_0>(options.name, "relay");
 }
 
 void getRelay(Session& session, Output& output, const RelayOptions& options) {

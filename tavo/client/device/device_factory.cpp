@@ -4,9 +4,11 @@
 #include <utility>
 
 #include <tavo/client/device/device_v1_0.h>
+#include <tavo/client/device/internal/level_fetch.h>
 #include <tavo/client/device/private_v1_0.h>
 #include <tavo/client/device/system_v1_0.h>
 #include <tavo/client/exchange/tavox_device.h>
+#include <tavo/client/object/internal/chosen_paths.h>
 #include <tavo/client/object/internal/return_code.h>
 #include <tavo/client/object/object_factory.h>
 #include <tavo/client/wire/error.h>
@@ -30,6 +32,10 @@ void asOneOperation(const std::shared_ptr<Interrupter>& interrupter, Action acti
     } else {
         action();
     }
+}
+
+std::unique_ptr<LevelFetch> fetchFor(std::shared_ptr<TAVOXDevice> device, const OpenOptions& options) {
+    return device && options.byLevels ? std::make_unique<LevelFetch>(std::move(device)) : nullptr;
 }
 
 unsigned objectsBelow(const Container& node) {
@@ -91,7 +97,7 @@ std::shared_ptr<Proxy> DeviceFactory::buildFixedObject(const std::shared_ptr<Dev
                                                        unsigned& room) {
     ++room; // the fixed object itself does not count
     auto object = std::dynamic_pointer_cast<Proxy>(
-        ObjectFactory::buildSubtree(device, name, instanceId, nullptr, 1, room));
+        ObjectFactory::buildSubtree(device, name, instanceId, nullptr, 1, room, {}));
     if (!object)
         throw SpecificationError(name + " object not found.");
     return object;
@@ -102,10 +108,14 @@ void DeviceFactory::buildDeviceObject(const std::shared_ptr<Device>& device) {
     device->setDevice(buildFixedObject<Device_v1_0>(device, "device", DeviceInstanceID, room));
 }
 
-void DeviceFactory::buildTree(const std::shared_ptr<Device>& device) {
+void DeviceFactory::buildTree(const std::shared_ptr<Device>& device, LevelFetch* fetch,
+                              const ChosenPaths& paths) {
     const auto object = device->getDevice();
     if (!object)
         throw SpecificationError("device object not found.");
+    if (fetch)
+        fetch->fetchRootMembers(*object, {{"private", PrivateInstanceID}, {"system", SystemInstanceID}},
+                                paths);
     auto room = ObjectFactory::mostObjects - std::min(ObjectFactory::mostObjects, objectsBelow(*object));
     device->setPrivate(buildFixedObject<Private_v1_0>(device, "private", PrivateInstanceID, room));
     device->setSystem(buildFixedObject<System_v1_0>(device, "system", SystemInstanceID, room));
@@ -113,20 +123,30 @@ void DeviceFactory::buildTree(const std::shared_ptr<Device>& device) {
     device->call(rootMembers);
     requireSuccess(*rootMembers, "device");
     for (const auto& member : rootMembers->value().members)
-        device->addChild(ObjectFactory::buildSubtree(device, member.name, member.id, nullptr, 1, room));
+        if (paths.includes(member.name))
+            device->addChild(
+                ObjectFactory::buildSubtree(device, member.name, member.id, nullptr, 1, room, paths));
 }
 
-void DeviceFactory::open(const std::shared_ptr<TAVOXDevice>& device, bool secure) {
+void DeviceFactory::open(const std::shared_ptr<TAVOXDevice>& device, bool secure,
+                         const OpenOptions& options) {
+    const auto fetch = fetchFor(device, options);
+    if (fetch)
+        fetch->fetchTrees({{"device", DeviceInstanceID}});
     buildDeviceObject(device);
     if (bool first = false, second = false; secure && !keyIsKnown(*device, first, second))
         throw TAVOKeyError("TAVO authentication key not matched!");
     device->keyMustFit_ = secure;
     device->lock();
-    buildTree(device);
+    buildTree(device, fetch.get(), ChosenPaths(options.only));
 }
 
 void DeviceFactory::identify(const std::shared_ptr<TAVOXDevice>& device, int port,
-                             Device_Factory_Structs::TavoDeviceDescriptor& descriptor) {
+                             Device_Factory_Structs::TavoDeviceDescriptor& descriptor,
+                             const OpenOptions& options) {
+    const auto fetch = fetchFor(device, options);
+    if (fetch)
+        fetch->fetchTrees({{"device", DeviceInstanceID}});
     buildDeviceObject(device);
     bool first = false, second = false;
     if (!keyIsKnown(*device, first, second))
@@ -154,7 +174,7 @@ std::shared_ptr<Device> DeviceFactory::buildDevice(const std::string& host, int 
     asOneOperation(options.interrupter, [&] {
         device = std::make_shared<TAVOXDevice>(host, port, user, password, secure, options.interrupter,
                                                options.timeLimit);
-        open(device, secure);
+        open(device, secure, options);
     });
     return device;
 }
@@ -182,7 +202,7 @@ std::shared_ptr<Device> DeviceFactory::buildDevice(std::unique_ptr<Transport> tr
     const auto device = std::make_shared<TAVOXDevice>(std::move(transport), user, password, secure);
     if (options.timeLimit)
         device->setTimeLimit(options.timeLimit);
-    asOneOperation(options.interrupter, [&] { open(device, secure); });
+    asOneOperation(options.interrupter, [&] { open(device, secure, options); });
     return device;
 }
 
@@ -206,7 +226,7 @@ std::shared_ptr<Device> DeviceFactory::queryDevice(const std::string& host, int 
     asOneOperation(options.interrupter, [&] {
         device = std::make_shared<TAVOXDevice>(host, usedPort, "", "", chosen, options.interrupter,
                                                options.timeLimit);
-        identify(device, usedPort, descriptor);
+        identify(device, usedPort, descriptor, options);
     });
     return device;
 }
@@ -222,7 +242,7 @@ std::shared_ptr<Device> DeviceFactory::queryDevice(std::unique_ptr<Transport> tr
     const auto device = std::make_shared<TAVOXDevice>(std::move(transport), "", "", false);
     if (options.timeLimit)
         device->setTimeLimit(options.timeLimit);
-    asOneOperation(options.interrupter, [&] { identify(device, 0, descriptor); });
+    asOneOperation(options.interrupter, [&] { identify(device, 0, descriptor, options); });
     return device;
 }
 
@@ -243,7 +263,8 @@ std::shared_ptr<Device> DeviceFactory::openDevice(std::shared_ptr<Device> device
         asOneOperation(options.interrupter, [&] {
             device->lock(user, password);
             locked = true;
-            buildTree(device);
+            const auto fetch = fetchFor(std::dynamic_pointer_cast<TAVOXDevice>(device), options);
+            buildTree(device, fetch.get(), ChosenPaths(options.only));
         });
     } catch (...) {
         former.comeBack(locked);

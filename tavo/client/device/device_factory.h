@@ -11,6 +11,9 @@
 
 namespace TAVO {
 
+class ChosenPaths;
+class LevelFetch;
+
 class TAVOXDevice;
 
 namespace Device_Factory_Structs {
@@ -155,14 +158,15 @@ private:
     class Former;
 
     static void buildDeviceObject(const std::shared_ptr<Device>& device);
-    static void open(const std::shared_ptr<TAVOXDevice>& device, bool secure);
+    static void open(const std::shared_ptr<TAVOXDevice>& device, bool secure, const OpenOptions& options);
     static void identify(const std::shared_ptr<TAVOXDevice>& device, int port,
-                         Device_Factory_Structs::TavoDeviceDescriptor& descriptor);
+                         Device_Factory_Structs::TavoDeviceDescriptor& descriptor,
+                         const OpenOptions& options);
     template <class Proxy>
     static std::shared_ptr<Proxy> buildFixedObject(const std::shared_ptr<Device>& device,
                                                    const std::string& name, std::uint32_t instanceId,
                                                    unsigned& room);
-    static void buildTree(const std::shared_ptr<Device>& device);
+    static void buildTree(const std::shared_ptr<Device>& device, LevelFetch* fetch, const ChosenPaths& paths);
 };
 
 } // namespace TAVO

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <memory>
+#include <string>
+#include <vector>
 
 #include <tavo/client/export.h>
 #include <tavo/client/wire/transport.h>
@@ -21,6 +23,18 @@ struct TAVO_API OpenOptions {
     /// Can interrupt the opening as a whole, and later the device. May be empty. Over a transport of the
     /// application's own, it must be the one that the transport obeys.
     std::shared_ptr<Interrupter> interrupter = {};
+    /// Ask for the descriptions of all objects of one level of the tree in two exchanges, instead of four or
+    /// five exchanges for each object: over a network with 1 ms a round trip, 200 objects are open after 25
+    /// ms instead of 900. The tree is the same, and so are the exceptions for what a device refuses. A
+    /// connection that fails tells how much of a level it had answered, instead of how much of an object.
+    /// Descriptions that change during the opening may be those of before.
+    ///
+    /// Does nothing for devices of an application's own class.
+    bool byLevels = false;
+    /// Build only these objects, given by their full names, with what leads to them and what is below them;
+    /// besides them the three fixed objects. A name that the device does not have is ignored. All objects
+    /// when empty.
+    std::vector<std::string> only = {};
 };
 
 } // namespace TAVO

@@ -110,6 +110,34 @@ private:
     bool failed_ = false;
 };
 
+[[noreturn]] void refuse(const Method& method, const std::string& fault, ErrorFacts facts = {}) {
+    throw withFacts(SpecificationError("Error decoding TAVOX return values in call to " +
+                                       method.getFullName() + ": " + fault),
+                    std::move(facts));
+}
+
+dto::result decoded(const Method& method, TAVOX::InputStream& in) {
+    try {
+        return method.getDecoder()(in);
+    } catch (const std::exception& failure) {
+        refuse(method, failure.what());
+    }
+}
+
+void store(Method& method, const TAVOX::InputStream& in, dto::result&& outcome) {
+    if (!in.failed()) {
+        method.setResult(std::move(outcome));
+        return;
+    }
+    ErrorFacts facts;
+    if (TAVOXTranscode::isRecordDecoder(method.getDecoder())) {
+        facts.offset = in.failedAt();
+        facts.field =
+            TAVOXTranscode::fieldAt(in.failedAt(), outcome, TAVOXTranscode::recordOf(method.getDecoder()));
+    }
+    refuse(method, "Could not read Result from device for method: " + method.getFullName(), std::move(facts));
+}
+
 /// Reads the parts of one reply, in their order.
 class Reply {
 public:
@@ -173,14 +201,6 @@ private:
         store(method, in, decoded(method, in));
     }
 
-    static dto::result decoded(const Method& method, TAVOX::InputStream& in) {
-        try {
-            return method.getDecoder()(in);
-        } catch (const std::exception& failure) {
-            refuse(method, failure.what());
-        }
-    }
-
     void arrivingResult(Method& method, std::uint32_t size) {
         ArrivingResult source(transport_, buffer_);
         TAVOX::InputStream in(source, size);
@@ -204,27 +224,6 @@ private:
     }
 
     void countResult() { isRead_ = --unread_ == 0; }
-
-    static void store(Method& method, const TAVOX::InputStream& in, dto::result&& outcome) {
-        if (!in.failed()) {
-            method.setResult(std::move(outcome));
-            return;
-        }
-        ErrorFacts facts;
-        if (TAVOXTranscode::isRecordDecoder(method.getDecoder())) {
-            facts.offset = in.failedAt();
-            facts.field = TAVOXTranscode::fieldAt(in.failedAt(), outcome,
-                                                  TAVOXTranscode::recordOf(method.getDecoder()));
-        }
-        refuse(method, "Could not read Result from device for method: " + method.getFullName(),
-               std::move(facts));
-    }
-
-    [[noreturn]] static void refuse(const Method& method, const std::string& fault, ErrorFacts facts = {}) {
-        throw withFacts(SpecificationError("Error decoding TAVOX return values in call to " +
-                                           method.getFullName() + ": " + fault),
-                        std::move(facts));
-    }
 
     /// One result, and in the same step the size of the next one where both are there already.
     TAVOX::InputStream resultBlock(std::uint32_t size) {
@@ -271,17 +270,31 @@ struct CallExchange::Progress {
     const Method* at = nullptr; ///< the Method in work; null between them
 };
 
+void CallExchange::addFacts(Error& failure, const Method* concerned) const {
+    auto facts = failure.facts();
+    facts.connectionUsable = facts.connectionUsable && inStep_;
+    if (concerned && facts.method.empty())
+        facts.method = concerned->getFullName();
+    failure.setFacts(std::move(facts));
+}
+
 void CallExchange::run(std::uint32_t lockId, Batch batch) {
     Progress progress;
     try {
         converse(lockId, batch, progress);
     } catch (Error& failure) {
-        auto facts = failure.facts();
-        facts.connectionUsable = facts.connectionUsable && inStep_;
-        const auto* concerned = progress.at || batch.size() != 1 ? progress.at : batch.front().get();
-        if (concerned && facts.method.empty())
-            facts.method = concerned->getFullName();
-        failure.setFacts(std::move(facts));
+        addFacts(failure, progress.at || batch.size() != 1 ? progress.at : batch.front().get());
+        throw;
+    }
+}
+
+void CallExchange::answer(const std::shared_ptr<Method>& method, std::span<const std::uint8_t> result) const {
+    try {
+        static_cast<void>(addressee(method));
+        TAVOX::InputStream in(result.data(), result.size());
+        store(*method, in, decoded(*method, in));
+    } catch (Error& failure) {
+        addFacts(failure, method.get());
         throw;
     }
 }

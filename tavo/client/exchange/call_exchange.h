@@ -15,6 +15,7 @@
 namespace TAVO {
 
 class Device;
+class Error;
 class Object_v1_0;
 
 /// Sends a batch of Methods as one request, and reads the one reply into them. TAVOXDevice does so for you;
@@ -38,6 +39,10 @@ public:
     /// The same for a copy of `batch`, so that encoders and decoders may edit theirs meanwhile.
     void run(std::uint32_t lockId, const std::deque<std::shared_ptr<Method>>& batch);
 
+    /// Gives the Method a result that the device has sent before: no exchange.
+    /// @throws what run() throws for a Method that it refuses, and for such a result.
+    void answer(const std::shared_ptr<Method>& method, std::span<const std::uint8_t> result) const;
+
     /// Whether the next bytes to arrive are the beginning of a reply. False after an exchange that sent at
     /// least a part of its request, or tried to, and did not read the reply to its end.
     bool isInStep() const noexcept { return inStep_; }
@@ -45,6 +50,7 @@ public:
 private:
     struct Progress;
     void converse(std::uint32_t lockId, std::span<const std::shared_ptr<Method>> batch, Progress& progress);
+    void addFacts(Error& failure, const Method* concerned) const;
     const Object_v1_0& addressee(const std::shared_ptr<Method>& method) const;
 
     Transport& transport_;

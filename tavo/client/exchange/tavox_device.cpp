@@ -7,6 +7,7 @@
 #include <utility>
 
 #include <tavo/client/exchange/call_exchange.h>
+#include <tavo/client/exchange/internal/known_answers.h>
 #include <tavo/client/exchange/server_keys.h>
 #include <tavo/client/object/internal/return_code.h>
 #include <tavo/client/object/object.h>
@@ -84,6 +85,11 @@ TAVOXDevice::~TAVOXDevice() {
 void TAVOXDevice::initalize() {}
 
 void TAVOXDevice::call(std::shared_ptr<Method> method) {
+    const auto* known = known_ && method ? known_->find(*method) : nullptr;
+    if (known) {
+        connection_->exchange.answer(method, *known);
+        return;
+    }
     connection_->exchange.run(lock_.id, std::span(&method, 1));
 }
 

@@ -13,6 +13,7 @@
 namespace TAVO {
 
 class Interrupter;
+class KnownAnswers;
 
 /// A device at the far end of a Transport. Owns the connection, and keeps the lock id and the credentials.
 /// DeviceFactory returns one as a Device; name this class only to derive from it, or to open devices in a way
@@ -120,6 +121,7 @@ public:
 
 private:
     friend class DeviceFactory;
+    friend class LevelFetch;
 
     struct Connection;
 
@@ -150,6 +152,7 @@ private:
     bool keyMustFit_ = false;         ///< check the key of a connection before a password goes over it
     std::string loginUser_;
     std::string loginPassword_;
+    const KnownAnswers* known_ = nullptr; ///< while the tree is built
     std::unique_ptr<Connection> connection_;
 };
 

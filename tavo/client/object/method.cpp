@@ -10,12 +10,11 @@ namespace TAVO {
 
 Method::Method(const std::string& name, const Container& container, const dto::Params& params)
     : container_(container)
-    , params_(params)
-    , object_(dynamic_cast<const Object_v1_0*>(&container)) {
-    if (object_)
-        bind(name);
+    , params_(params) {
+    if (const auto* object = dynamic_cast<const Object_v1_0*>(&container))
+        target_ = object->targetOf(name);
     else
-        path_ = std::make_shared<NamePath>(container.path_, name);
+        target_ = std::make_shared<Target>(Target{.path = std::make_shared<NamePath>(container.path_, name)});
 }
 
 Method::Method(const std::string& name, const Object_v1_0& object, const dto::Params& params)
@@ -23,22 +22,12 @@ Method::Method(const std::string& name, const Object_v1_0& object, const dto::Pa
 
 Method::Method(const Object_v1_0& object, std::string_view name, dto::Params&& params)
     : container_(object)
-    , params_(std::move(params))
-    , object_(&object) {
-    bind(name);
-}
+    , target_(object.targetOf(name))
+    , params_(std::move(params)) {}
 
-void Method::bind(std::string_view name) {
-    auto remote = object_->remoteMethod(name);
-    path_ = std::move(remote.path);
-    id_ = remote.id;
-    encoder_ = remote.encoder;
-    decoder_ = remote.decoder;
-}
+std::string Method::getName() const { return target_->path->name(); }
 
-std::string Method::getName() const { return path_->name(); }
-
-std::string Method::getFullName() const { return path_->joined(); }
+std::string Method::getFullName() const { return target_->path->joined(); }
 
 void Method::clearResult() {
     result_ = {};

@@ -45,13 +45,13 @@ public:
     /// The parameters; empty for a method that takes none.
     const dto::Params& getParams() const { return params_; }
     /// The id of the method on its object; 0 on a plain Container.
-    std::uint32_t getID() const { return id_; }
+    std::uint32_t getID() const { return target_->id; }
     /// The function that writes the parameters; null on a plain Container.
-    TAVOXTranscode::Encoder getEncoder() const { return encoder_; }
+    TAVOXTranscode::Encoder getEncoder() const { return target_->encoder; }
     /// The function that reads the result; null on a plain Container.
-    TAVOXTranscode::Decoder getDecoder() const { return decoder_; }
+    TAVOXTranscode::Decoder getDecoder() const { return target_->decoder; }
     /// The object that the call goes to, as a remote object; null on a plain Container.
-    const Object_v1_0* getObject() const { return object_; }
+    const Object_v1_0* getObject() const { return target_->object; }
 
     /// Whether there is a result: the Method was executed, or setResult() called.
     bool isResultSet() const { return resultSet_; }
@@ -73,17 +73,22 @@ protected:
     const dto::result& storedResult() const { return result_; }
 
 private:
-    void bind(std::string_view name);
+    friend class Object_v1_0;
+
+    /// The remote method. Methods that call it share this; it outlives the object for the sake of its name.
+    struct Target {
+        const Object_v1_0* object = nullptr; ///< null on a plain Container
+        std::uint32_t id = 0;
+        TAVOXTranscode::Encoder encoder = nullptr;
+        TAVOXTranscode::Decoder decoder = nullptr;
+        std::shared_ptr<const NamePath> path; ///< ends with the method's name
+    };
 
     const Container& container_;
-    std::shared_ptr<const NamePath> path_; ///< ends with the method's name
+    std::shared_ptr<const Target> target_;
     dto::Params params_;
     bool resultSet_ = false;
     dto::result result_;
-    std::uint32_t id_ = 0;
-    TAVOXTranscode::Encoder encoder_ = nullptr;
-    TAVOXTranscode::Decoder decoder_ = nullptr;
-    const Object_v1_0* object_ = nullptr;
 };
 
 } // namespace TAVO

@@ -55,16 +55,22 @@ PlainResult<std::vector<Object_v1_0_Structs::MethodSignature>>::of(const dto::re
     return signatures;
 }
 
-Object_v1_0::Object_v1_0(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
-                         std::shared_ptr<Container> parent, const EncoderList& encoders,
-                         const DecoderList& decoders)
-    : Container(name, std::move(parent))
+Object_v1_0::Object_v1_0(Unasked, const std::shared_ptr<Device>& device, const std::string& name,
+                         std::uint32_t instanceId, const std::shared_ptr<Container>& parent,
+                         const EncoderList& encoders, const DecoderList& decoders)
+    : Container(name, parent)
     , device_(device)
     , deviceAddress_(device.get())
     , instanceId_(instanceId)
     , encoders_(&encoders)
     , decoders_(&decoders) {
-    enter("methods", MethodsStaticID);
+    enter(std::string(base_v1_0::methods.name), MethodsStaticID);
+}
+
+Object_v1_0::Object_v1_0(std::shared_ptr<Device> device, const std::string& name, std::uint32_t instanceId,
+                         std::shared_ptr<Container> parent, const EncoderList& encoders,
+                         const DecoderList& decoders)
+    : Object_v1_0(Unasked(), device, name, instanceId, parent, encoders, decoders) {
     const auto listed = execute(getMethodsMethod());
     std::size_t others = 0;
     std::size_t nameBytes = 0;
@@ -140,19 +146,20 @@ Object_v1_0::Functions Object_v1_0::findFunctions(std::string_view name) const {
             decoder == decoders_->end() ? nullptr : decoder->second};
 }
 
-Object_v1_0::RemoteMethod Object_v1_0::remoteMethod(std::string_view methodName) const {
+std::shared_ptr<const Method::Target> Object_v1_0::targetOf(std::string_view methodName) const {
     const auto found = methods_.find(methodName);
-    if (found == methods_.end() || !found->second.encoder || !found->second.decoder) {
-        std::string name(methodName);
-        const auto id = getMethodID(name);
-        const auto encoder = getEncoder(name);
-        const auto decoder = getDecoder(name);
-        return {std::make_shared<NamePath>(path_, std::move(name)), id, encoder, decoder};
-    }
-    auto& entry = found->second;
-    if (!entry.path)
-        entry.path = std::make_shared<NamePath>(path_, found->first);
-    return {entry.path, entry.id, *entry.encoder, *entry.decoder};
+    const bool known = found != methods_.end() && found->second.encoder && found->second.decoder;
+    if (known && found->second.isUpToDate())
+        return found->second.target;
+    std::string name(methodName);
+    const auto id = getMethodID(name);
+    const auto encoder = getEncoder(name);
+    const auto decoder = getDecoder(name);
+    auto target = std::make_shared<Method::Target>(
+        Method::Target{this, id, encoder, decoder, std::make_shared<NamePath>(path_, std::move(name))});
+    if (known)
+        found->second.target = target;
+    return target;
 }
 
 std::shared_ptr<BoundMethod<dto::Base::TypeReply>> Object_v1_0::getTypeMethod() const {

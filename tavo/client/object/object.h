@@ -194,25 +194,29 @@ public:
 
 private:
     friend class CallExchange;
+    friend class LevelFetch;
     friend class Method;
     friend class ObjectFactory;
 
-    /// What a Method needs to know of its remote method.
-    struct RemoteMethod {
-        std::shared_ptr<const NamePath> path;
-        std::uint32_t id;
-        TAVOXTranscode::Encoder encoder;
-        TAVOXTranscode::Decoder decoder;
-    };
+    /// Asks nobody: of its methods it knows "methods" alone.
+    struct Unasked {};
+    Object_v1_0(Unasked, const std::shared_ptr<Device>& device, const std::string& name,
+                std::uint32_t instanceId, const std::shared_ptr<Container>& parent,
+                const EncoderList& encoders, const DecoderList& decoders);
+
     /// Throws what getMethodID(), getEncoder() and getDecoder() throw, in this order.
-    RemoteMethod remoteMethod(std::string_view name) const;
+    std::shared_ptr<const Method::Target> targetOf(std::string_view name) const;
 
     /// One listed method. A function is null where the table had none when the proxy was made.
     struct MethodEntry {
         std::uint32_t id = 0;
         const TAVOXTranscode::Encoder* encoder = nullptr;
         const TAVOXTranscode::Decoder* decoder = nullptr;
-        std::shared_ptr<const NamePath> path; ///< of the method; made when it is first called
+        std::shared_ptr<const Method::Target> target; ///< made with the first Method
+        /// Whether the target has the functions of the tables, which may get others.
+        bool isUpToDate() const {
+            return target && target->encoder == *encoder && target->decoder == *decoder;
+        }
     };
     struct NameHash {
         using is_transparent = void;

@@ -1,6 +1,7 @@
 #include <tavo/client/object/object_factory.h>
 
 #include <tavo/client/object/device.h>
+#include <tavo/client/object/internal/chosen_paths.h>
 #include <tavo/client/object/internal/return_code.h>
 #include <tavo/client/wire/error.h>
 
@@ -55,13 +56,14 @@ std::shared_ptr<Container> ObjectFactory::buildObject(std::shared_ptr<Device> de
                                                       std::uint32_t instanceId,
                                                       std::shared_ptr<Container> parent) {
     auto room = mostObjects;
-    return buildSubtree(device, name, instanceId, parent, 1, room);
+    return buildSubtree(device, name, instanceId, parent, 1, room, {});
 }
 
 std::shared_ptr<Container> ObjectFactory::buildSubtree(const std::shared_ptr<Device>& device,
                                                        const std::string& name, std::uint32_t instanceId,
                                                        const std::shared_ptr<Container>& parent,
-                                                       unsigned depth, unsigned& room) {
+                                                       unsigned depth, unsigned& room,
+                                                       const ChosenPaths& paths) {
     const auto refuse = [&](const char* fault) {
         throw Error(fault + (parent ? parent->getFullName() + Container::SEPARATOR : std::string()) + name);
     };
@@ -89,7 +91,8 @@ std::shared_ptr<Container> ObjectFactory::buildSubtree(const std::shared_ptr<Dev
     if (const auto object = std::dynamic_pointer_cast<Object_v1_0>(built)) {
         object->knownType_ = type;
         for (const auto& member : object->members())
-            built->addChild(buildSubtree(device, member.name, member.id, built, depth + 1, room));
+            if (paths.includes(built->getFullName() + Container::SEPARATOR + member.name))
+                built->addChild(buildSubtree(device, member.name, member.id, built, depth + 1, room, paths));
     }
     built->initalize();
     return built;

@@ -13,6 +13,8 @@
 
 namespace TAVO {
 
+class ChosenPaths;
+
 /// Makes the proxies of remote objects, and is the base of the factories, one for each remote type. For a
 /// type of your own derive from TypeFactory, which needs less code, and construct one static factory before
 /// you open devices. Derive from ObjectFactory itself to choose the proxy class in a way of your own.
@@ -97,11 +99,12 @@ private:
 
     static constexpr unsigned mostObjects = 10'000;
 
-    /// @param room how many more objects may be built; counted down.
+    /// @param room  how many more objects may be built; counted down.
+    /// @param paths which members are built.
     static std::shared_ptr<Container> buildSubtree(const std::shared_ptr<Device>& device,
                                                    const std::string& name, std::uint32_t instanceId,
                                                    const std::shared_ptr<Container>& parent, unsigned depth,
-                                                   unsigned& room);
+                                                   unsigned& room, const ChosenPaths& paths);
 
     std::atomic<bool> registered_ = false;
 };
