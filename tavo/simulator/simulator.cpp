@@ -41,7 +41,7 @@ struct Simulator::State : RequestHandler {
         : options(std::move(given))
         , appliance(options.accounts, keyNumber(options.serverKey)) {
         if (options.mostConnections == 0)
-            throw std::invalid_argument("there must be room for a connection");
+            throw std::invalid_argument("mostConnections must be at least 1");
         topologyNamed(options.topology).build(appliance);
     }
 

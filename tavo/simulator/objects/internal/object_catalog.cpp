@@ -36,7 +36,7 @@ struct Request {
 std::vector<std::uint8_t> bytesOfHex(const std::string& text) {
     constexpr std::string_view digits = "0123456789abcdefABCDEF";
     if (text.size() % 2 != 0 || text.find_first_not_of(digits) != std::string::npos)
-        throw std::invalid_argument("'content' is no even number of hexadecimal digits");
+        throw std::invalid_argument("'content' must be an even number of hexadecimal digits");
     std::vector<std::uint8_t> bytes;
     for (std::size_t i = 0; i < text.size(); i += 2)
         bytes.push_back(static_cast<std::uint8_t>(std::stoul(text.substr(i, 2), nullptr, 16)));
