@@ -4,7 +4,7 @@
 
 namespace bench {
 
-/// How often this thread has asked `new` for memory. Counting is cheap enough to be part of what is timed.
+/// Number of calls of `new` in this thread. Counting is cheap enough to be part of the timed code.
 std::size_t allocationCount() noexcept;
 
 } // namespace bench

@@ -8,12 +8,12 @@ namespace bench {
 
 namespace {
 
-/// The reply's record and the memory of its data.
+/// The reply record and its data.
 constexpr std::size_t ownOfReply = 2;
 
 template <class Exchange>
 double takenBy(Exchange exchange, std::size_t calls) {
-    exchange(); // buffers that are kept for later exchanges
+    exchange(); // allocates the buffers that later exchanges reuse
     const auto before = allocationCount();
     exchange();
     return static_cast<double>(allocationCount() - before) - static_cast<double>(calls * ownOfReply);
@@ -22,7 +22,7 @@ double takenBy(Exchange exchange, std::size_t calls) {
 } // namespace
 
 void measureAllocations(Run& run) {
-    // Request and reply fill most of what needs no memory: one chunk of 24480 bytes, 64 KiB.
+    // Request and reply nearly fill what needs no heap memory: one chunk of 24480 bytes, 64 KiB.
     constexpr std::size_t large = 600;
     Bench bench(run.processors.front());
     const auto queue = exchangeQueue(bench.gauge, large);

@@ -13,31 +13,31 @@ namespace bench {
 
 using support::Bytes;
 
-/// Bytes of a request before its calls, and of a call before its parameters.
+/// Size of a request before its calls, and of a call before its parameters.
 inline constexpr std::size_t requestHeadSize = 8;
 inline constexpr std::size_t callHeadSize = 12;
-/// Bytes of a reply without error before its results.
+/// Size of a reply without error before its results.
 inline constexpr std::size_t replyHeadSize = 12;
 
-/// What tells a request from the others. All calls of one request are alike here, so the first one is enough.
+/// Distinguishes requests. All calls of one request are equal here, so the first is enough.
 struct RequestKey {
     std::uint32_t count = 0;
     std::uint32_t instanceId = 0;
     std::uint32_t methodId = 0;
     std::uint32_t parameterSize = 0;
-    std::uint32_t firstParameter = 0; ///< the first four bytes of the parameters, 0 when there are fewer
+    std::uint32_t firstParameter = 0; ///< the first four bytes of the parameters, 0 if there are fewer
     auto operator<=>(const RequestKey&) const = default;
 
-    /// As much of the request as must be there before its key and its length are known.
+    /// The bytes needed before key and length of a request are known.
     static constexpr std::size_t smallestRequest = requestHeadSize + callHeadSize;
     static constexpr std::size_t longestKey = smallestRequest + 4;
-    /// `bytes` holds the request up to longestKey, or all of it.
+    /// `bytes` holds the request up to longestKey, or the whole request.
     static RequestKey of(const std::uint8_t* bytes);
     static std::uint64_t requestLength(const std::uint8_t* bytes);
 };
 
-/// The objects of the measured device and its prepared replies: the fixed objects, and gauges in groups of
-/// ten: a root member with nine members.
+/// The objects of the measured device and its prepared replies. Besides the fixed objects there are gauges in
+/// groups of ten: a root member with nine members.
 class Appliance {
 public:
     explicit Appliance(std::size_t gauges);
@@ -45,16 +45,15 @@ public:
     std::size_t gauges() const { return gauges_; }
     static constexpr std::uint32_t firstGauge = 16;
     static constexpr std::uint32_t groupSize = 10;
-    static constexpr std::uint32_t lockId = 0x51; ///< what its "lock" returns
+    static constexpr std::uint32_t lockId = 0x51; ///< returned by "lock"
 
-    /// The request of `count` equal calls, as the library sends it.
+    /// A request of `count` equal calls, as the library sends it.
     Bytes request(std::uint32_t lock, std::uint32_t instanceId, const char* method,
                   const Bytes& parameters = {}, std::uint32_t count = 1);
-    /// All requests that opening this device and locking it with these credentials takes, in order.
+    /// All requests for opening and locking this device with these credentials, in order.
     std::vector<Bytes> openingRequests(const std::string& user, const std::string& password);
 
-    /// The reply to a request; made when it is asked for the first time, and never changed then. Safe from
-    /// several threads.
+    /// The reply to a request. Made on first use, then never changed. Thread-safe.
     const Bytes& reply(const RequestKey& key);
     const Bytes& replyTo(const Bytes& request);
 

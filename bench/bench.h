@@ -19,26 +19,26 @@ struct Run {
     Report report;
     /// Multiplies the number of rounds.
     double effort = 1;
-    /// Where the points of the plots are written; nowhere when empty.
+    /// Folder for the points of the plots; empty for none.
     std::string plotFolder;
-    /// The processor of this process, and another one when there is one.
+    /// The processor of this process, and another one if available.
     std::vector<int> processors;
-    /// Take the time that passes, even where processor time can be taken.
+    /// Measure wall time even where processor time is possible.
     bool wallTime = false;
 
     std::size_t rounds(std::size_t usual) const;
-    /// For work that both processes do on one processor.
+    /// For work that both processes share on one processor.
     Clock sharedProcessor(const ServerProcess& server) const {
         return wallTime ? Clock::wall() : Clock::processor(server.process());
     }
     void writePlot(const std::string& name, const std::vector<std::vector<double>>& rows) const;
 };
 
-/// A server with an open device and a raw client.
+/// A server, a device opened on it and a raw client.
 struct Bench {
     explicit Bench(int processor, std::size_t gauges = Appliance::groupSize);
-    /// In another network: `prepareServer` runs in the server's process before it listens, `prepareClient`
-    /// here before it is connected to.
+    /// In another network: `prepareServer` runs in the server's process before it listens, `prepareClient` in
+    /// this one before connecting.
     Bench(int processor, const std::string& address, const std::function<void()>& prepareServer,
           const std::function<void()>& prepareClient);
 
@@ -58,14 +58,14 @@ public:
 
 const Gauge& firstGauge(const TAVO::Device& device);
 
-/// The call that most rows are about: an int32 and 16 bytes each way.
+/// The call in most rows: an int32 and 16 bytes each way.
 inline constexpr std::int32_t exchangeNumber = 7;
 Bytes exchangeData();
 Bytes exchangeParameters();
 
 std::vector<std::shared_ptr<TAVO::Method>> batchOf(TAVO::MulticallQueue& queue);
 
-/// The raw side of a call: what goes and a place for what comes.
+/// The raw side of a call: the request, and a buffer for the reply.
 struct RawCall {
     RawCall(Appliance& appliance, const char* method, const Bytes& parameters, std::size_t count = 1);
     void operator()(RawClient& client) { client.exchange(request, reply); }
@@ -76,7 +76,7 @@ struct RawCall {
 
 std::shared_ptr<TAVO::MulticallQueue> exchangeQueue(const Gauge& gauge, std::size_t count);
 
-/// Ends the run unless the library sends exactly the bytes of the raw side.
+/// Ends the run unless the library sends exactly the same bytes as the raw side.
 void insistOnSameBytes(Appliance& appliance, const RawCall& raw, const TAVO::MulticallQueue& queue);
 
 void measureSingleCall(Run& run);
@@ -89,7 +89,7 @@ void measureRequestSizes(Run& run);
 void measureAllocations(Run& run);
 void measureGrowth(Run& run);
 
-/// Repeats one piece of work with the network left out, for profilers.
+/// Repeats one piece of work without a network, for profilers.
 void drive(const std::string& work, std::size_t iterations);
 
 } // namespace bench

@@ -17,7 +17,7 @@ constexpr std::size_t batchSize = 1000;
 
 using Batch = std::vector<std::shared_ptr<TAVO::Method>>;
 
-/// How often the system is asked in one exchange of the batch, over a connection of its own.
+/// Counts the system calls in one exchange of the batch, on a separate connection.
 void countSystemCalls(Run& run, const Bench& bench, const std::string& work, const Batch& batch,
                       double expectedReceives) {
     constexpr std::uint64_t exchanges = 200;

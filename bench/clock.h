@@ -6,15 +6,14 @@
 
 namespace bench {
 
-/// What time is taken by.
+/// The clock of a measurement.
 ///
-/// Where client and server share one processor nothing ever waits for the other side while the processor
-/// rests, so the time that both take of the processor is what passes on an otherwise idle machine. It leaves
-/// out what other programs of a shared machine take.
+/// If client and server share one processor, it never idles while one waits for the other. Their processor
+/// time together is then the wall time on an idle machine, without the share of other programs.
 class Clock {
 public:
     static Clock wall() { return Clock(CLOCK_MONOTONIC); }
-    /// The processor time of this process and of another one.
+    /// The processor time of this process and another one.
     static Clock processor(pid_t other) {
         Clock clock = ownProcessor();
         clock.hasOther_ = ::clock_getcpuclockid(other, &clock.other_) == 0;
@@ -23,10 +22,10 @@ public:
     /// The processor time of this process.
     static Clock ownProcessor() { return Clock(CLOCK_PROCESS_CPUTIME_ID); }
 
-    /// Seconds that the action takes.
+    /// Duration of the action in seconds.
     template <class Action>
     double timed(Action&& action) const {
-        // Asking for the other's time takes some of our own: its reading lies outside.
+        // Reading the other's time takes some of our own, so read it outside of ours.
         const auto otherStart = hasOther_ ? read(other_) : 0;
         const auto start = read(own_);
         action();

@@ -11,7 +11,7 @@
 #include <tavo/client/object/type_factory.h>
 #include <tavo/client/transcode/field.h>
 
-/// The remote type whose methods are measured, defined as an application defines a type of its own.
+/// The remote type whose methods are measured, defined the way an application defines its own type.
 namespace bench {
 
 using Bytes = std::vector<std::uint8_t>;
@@ -62,7 +62,7 @@ protected:
     using Proxy::Proxy;
 };
 
-/// Makes the type known to the library; once, before a device is opened.
+/// Registers the type. Call it once, before opening a device.
 void registerGauge();
 
 } // namespace bench

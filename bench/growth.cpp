@@ -6,7 +6,7 @@ namespace bench {
 
 namespace {
 
-/// Seconds of one call in exchanges of a batch, with about as many calls in every measurement.
+/// Seconds per call in exchanges of a batch, with about the same number of calls in every measurement.
 class BatchTime {
 public:
     BatchTime(Run& run, Bench& bench, std::size_t size)

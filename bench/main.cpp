@@ -42,14 +42,14 @@ int main(int argc, char** argv) {
     bench::Run run;
     program.add_option("--only", only, "Measure only these")->delimiter(',')->check(CLI::IsMember(names()));
     program.add_option("--effort", run.effort, "Multiplies the number of rounds")->check(CLI::PositiveNumber);
-    program.add_flag("--wall", run.wallTime, "Take the time that passes instead of processor time");
-    program.add_option("--json", json, "Write the results into this file");
-    program.add_option("--markdown", markdown, "Write the table into this file");
-    program.add_option("--plots", run.plotFolder, "Write the points of the plots into this folder");
+    program.add_flag("--wall", run.wallTime, "Measure wall time instead of processor time");
+    program.add_option("--json", json, "Write the results to this file");
+    program.add_option("--markdown", markdown, "Write the table to this file");
+    program.add_option("--plots", run.plotFolder, "Write the points of the plots to this folder");
     program
-        .add_option("--drive", driven, "Measure nothing, repeat this work without a network, for profilers")
+        .add_option("--drive", driven, "Measure nothing; repeat this work without a network, for profilers")
         ->check(CLI::IsMember({"single", "batch", "build", "cycle"}));
-    program.add_option("--iterations", iterations, "How often the driven work is repeated");
+    program.add_option("--iterations", iterations, "How often to repeat the driven work");
     CLI11_PARSE(program, argc, argv);
 
     try {

@@ -6,7 +6,7 @@ namespace bench {
 
 namespace {
 
-/// Keeps the repetitions instead of printing them.
+/// Collects the repetitions instead of printing them.
 class Collector : public benchmark::BenchmarkReporter {
 public:
     bool ReportContext(const Context&) override { return true; }

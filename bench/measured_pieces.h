@@ -9,7 +9,7 @@
 
 namespace bench {
 
-/// Seconds of one iteration of a benchmark that times its iterations itself, over that many repetitions.
+/// Seconds per iteration of a benchmark that times its own iterations, over this many repetitions.
 Measured measurePiece(const std::string& name, std::size_t repetitions,
                       const std::function<void(benchmark::State&)>& piece);
 

@@ -6,7 +6,7 @@ namespace bench {
 
 namespace {
 
-/// The openings of one device; closing is not timed.
+/// Times openings of one device, without the closing.
 class Opening {
 public:
     Opening(Bench& bench, const Clock& clock)

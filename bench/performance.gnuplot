@@ -8,7 +8,7 @@ set logscale xy
 
 set title "A call of 16 bytes each way, in batches"
 set xlabel "calls in one exchange"
-set ylabel "nanoseconds for each call"
+set ylabel "nanoseconds per call"
 set format x "10^{%L}"
 plot folder."/batches.dat" using 1:2 with linespoints title "raw sockets", \
      folder."/batches.dat" using 1:3 with linespoints title "library"

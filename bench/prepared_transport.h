@@ -10,7 +10,7 @@
 
 namespace bench {
 
-/// Takes each request and yields the same prepared reply to it, without a network.
+/// Answers every request with the same prepared reply, without a network.
 class PreparedTransport final : public TAVO::Transport {
 public:
     PreparedTransport(Bytes reply, std::size_t requestSize)

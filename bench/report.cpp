@@ -37,7 +37,7 @@ std::string duration(double seconds) {
     return seconds >= 1e-6 ? number(seconds * 1e6) + " us" : number(seconds * 1e9) + " ns";
 }
 
-/// The columns of a row as texts.
+/// The columns of a row as text.
 struct Line {
     explicit Line(const Row& row)
         : verdict(textOf(row.verdict()))

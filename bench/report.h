@@ -12,7 +12,7 @@ namespace bench {
 
 enum class Verdict { met, missed, withinNoise, information, notMeasured };
 
-/// One line of the table. A value above its target by no more than the run's noise is not a miss.
+/// One row of the table. A value above its target by no more than the noise is not a miss.
 struct Row {
     std::string work;
     std::string unit;
@@ -27,22 +27,22 @@ struct Row {
 
 class Report {
 public:
-    /// Adds the row and prints it.
+    /// Adds and prints the row.
     void add(Row row);
-    /// A ratio of two times, with both.
+    /// Adds a ratio of two times, and both times.
     void addRatio(const std::string& work, const Comparison& comparison, std::optional<double> target);
-    /// How much longer one piece of a large work takes than one of a small work: flat within a quarter.
+    /// Adds how much longer one piece takes in large work than in small. The target is 1.25.
     void addGrowth(const std::string& work, const Comparison& smallToLarge);
-    /// Something counted, whose target is exact.
+    /// Adds a count with an exact target.
     void addCount(const std::string& work, const std::string& unit, double counted, double target);
-    /// For information, without a target.
+    /// Adds a figure without a target.
     void addFigure(const std::string& work, const std::string& unit, double value,
                    const std::string& remark = "");
     void addNotMeasured(const std::string& work, const std::string& reason);
 
     bool missed() const;
     nlohmann::json toJson() const;
-    /// The table for a document.
+    /// The table in Markdown.
     std::string toMarkdown() const;
 
 private:

@@ -17,7 +17,7 @@ std::vector<std::size_t> requestSizes() {
     std::vector<std::size_t> sizes;
     for (std::size_t size = 1; size <= 1024 * 1024; size *= 2)
         sizes.push_back(size);
-    // Around the ends of the request's first three chunks, where a request becomes one more piece.
+    // Around the ends of the first three chunks, where a request gets one more piece.
     constexpr auto besideData = requestHeadSize + callHeadSize + 4;
     for (const std::size_t chunks : {1u, 2u, 3u})
         for (const std::size_t size : {chunks * TAVOX::OutputStream::chunkCapacity - besideData})
@@ -25,7 +25,7 @@ std::vector<std::size_t> requestSizes() {
     return sizes;
 }
 
-/// The slowest exchange of all sizes; the raw client's slowest is what the machine itself did to them.
+/// Measures the slowest exchange of all sizes. The raw client's slowest shows the share of the machine.
 void measureSlowest(Run& run, const std::string& work, Bench& bench) {
     const auto clock = Clock::wall();
     Measured slowest;
@@ -48,7 +48,7 @@ void command(const std::string& text) {
         throw std::runtime_error("'" + text + "' failed");
 }
 
-/// While it lives, new sockets of this thread belong to a network of their own.
+/// While it exists, new sockets of this thread belong to a separate network.
 class OwnNetwork {
 public:
     OwnNetwork()
@@ -66,7 +66,7 @@ private:
 constexpr const char* clientAddress = "192.0.2.1";
 constexpr const char* serverAddress = "192.0.2.2";
 
-/// In the server's process: a network of its own and a cable from it to the client's.
+/// In the server's process: makes a separate network and a cable from it to the client's.
 void joinNetworks(pid_t client) {
     checked(::unshare(CLONE_NEWNET), "a network namespace of its own");
     command("ip link add cable1 mtu 1500 type veth peer name cable0 mtu 1500 netns " +

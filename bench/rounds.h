@@ -10,25 +10,25 @@ namespace bench {
 
 double median(std::vector<double> values);
 
-/// A value that was measured in several rounds.
+/// A value measured in several rounds.
 struct Measured {
     double value = 0; ///< the median
-    double noise = 0; ///< the median distance of the rounds from it
+    double noise = 0; ///< the median distance of the rounds from the median
 };
 
 Measured summarised(const std::vector<double>& rounds);
 
-/// Two ways of doing the same work, in seconds for one piece of it, and what the second takes of the first.
+/// Two ways of doing the same work: seconds per piece, and the ratio of the second to the first.
 struct Comparison {
     double raw = 0;
     Measured library;
-    Measured ratio; ///< over the ratios of the rounds, each of which shares its moment
+    Measured ratio; ///< over the ratios of the rounds, as both sides of a round run close together
 };
 
 Comparison compared(const std::vector<std::pair<double, double>>& rounds);
 
-/// Runs both ways in turn, the order changing from round to round; one more round comes first and does not
-/// count. Each way returns the seconds that one piece of its work took.
+/// Runs both ways in turn and swaps their order each round. The first round does not count. Each way returns
+/// the seconds per piece of its work.
 template <class Raw, class Library>
 Comparison interleavedTimes(std::size_t rounds, Raw&& raw, Library&& library) {
     std::vector<std::pair<double, double>> times;
@@ -47,7 +47,7 @@ Comparison interleavedTimes(std::size_t rounds, Raw&& raw, Library&& library) {
     return compared(times);
 }
 
-/// The same for work that is timed as a whole, `pieces` pieces of it in a round.
+/// The same for work timed as a whole, with `pieces` pieces per round.
 template <class Raw, class Library>
 Comparison interleaved(const Clock& clock, std::size_t rounds, std::size_t pieces, Raw&& raw,
                        Library&& library) {

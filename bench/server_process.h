@@ -12,17 +12,17 @@
 
 namespace bench {
 
-/// The processors that this process may use.
+/// The processors this process may use.
 std::vector<int> allowedProcessors();
 void pinTo(int processor);
 
-/// An appliance on a TCP port, in a process of its own with a thread for each connection. It answers raw
-/// clients and the library alike: reads a request by the length that its head tells, sends prepared bytes. It
-/// ends with this object, and with the process that made it.
+/// An appliance on a TCP port, in its own process with a thread per connection. It treats raw clients and the
+/// library alike: reads a request by the length in its head and sends prepared bytes. It ends with this
+/// object, and with the process that made it.
 class ServerProcess {
 public:
     /// @param processor where it runs.
-    /// @param prepare   runs in the new process before it listens, such as to enter a network of its own.
+    /// @param prepare runs in the new process before it listens, for instance to enter another network.
     ServerProcess(Appliance& appliance, int processor, const std::string& address = "127.0.0.1",
                   const std::function<void()>& prepare = {});
     ServerProcess(const ServerProcess&) = delete;
@@ -37,7 +37,7 @@ public:
 
 private:
     std::string address_;
-    std::atomic<std::uint64_t>* exchanges_; ///< in memory that both processes share
+    std::atomic<std::uint64_t>* exchanges_; ///< in memory shared by both processes
     pid_t process_ = -1;
     int port_ = 0;
 };

@@ -13,7 +13,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-/// Blocking sockets with nothing around them: what the library is compared with.
+/// Plain blocking sockets, to compare the library with.
 namespace bench {
 
 inline long checked(long outcome, const char* what) {
@@ -58,7 +58,7 @@ inline void sendAll(int socket, std::span<const std::uint8_t> bytes) {
     }
 }
 
-/// A client that knows beforehand what it sends and how much it gets.
+/// A client that knows beforehand what it sends and how much it receives.
 class RawClient {
 public:
     RawClient(const std::string& address, int port)

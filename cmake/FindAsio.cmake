@@ -1,4 +1,4 @@
-# Finds the standalone, header-only asio (Debian: libasio-dev) and gives it as Asio::asio.
+# Finds the standalone, header-only asio (Debian: libasio-dev) and provides it as Asio::asio.
 find_path(Asio_INCLUDE_DIR asio.hpp)
 mark_as_advanced(Asio_INCLUDE_DIR)
 

@@ -30,7 +30,7 @@ install(FILES
   "${PROJECT_BINARY_DIR}/package/tavo_clientConfigVersion.cmake"
   DESTINATION "${TAVO_INSTALL_CMAKEDIR}")
 
-# The pkg-config files find the installation from where they lie, unless a folder was given absolute.
+# The pkg-config files locate the installation relative to themselves, unless a folder is absolute.
 function(tavo_pkgconfig_folder folder result)
   if(IS_ABSOLUTE "${folder}")
     set(${result} "${folder}" PARENT_SCOPE)

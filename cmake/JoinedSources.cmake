@@ -1,6 +1,6 @@
-# tavo_join_sources(<list> [APART <regex>]): puts the sources of one folder together, up to eight in a file that includes
-# them all, and names these files in their place. That takes the compiler half as long, because headers and templates are
-# common to most of them. Sources with definitions of their own pass them on. Those that APART matches stay as they are.
+# tavo_join_sources(<list> [APART <regex>]): joins the sources of a folder, up to eight at a time, in a file that
+# includes them, and replaces them in the list. This halves the compile time, because most of them share headers and
+# templates. The joined file gets the compile definitions of its sources. Sources that match APART stay separate.
 function(tavo_join_sources list)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "APART" "")
   set(joined "")

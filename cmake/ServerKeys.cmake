@@ -3,12 +3,12 @@
 # A file has four lines "firstFlag secondFlag key", the key as 32 hexadecimal digits, in the order of flags
 # (0,0), (0,1), (1,0), (1,1). Blank lines and lines that start with # are comments. Messages never show a key.
 
-# Stops with the place and the fault unless the file is well formed; result gets one "0,0,<32 digits>" per key.
+# Fails with place and reason unless the file is well formed; result gets one "0,0,<32 digits>" per key.
 function(tavo_read_server_keys file result)
   if(NOT EXISTS "${file}" OR IS_DIRECTORY "${file}")
     message(FATAL_ERROR "${file}: no such file of server keys (TAVO_SERVER_KEYS_FILE)")
   endif()
-  # A zero byte would end a line for some commands and not for others.
+  # Some commands would end a line at a zero byte, others not.
   file(READ "${file}" bytes HEX)
   string(REGEX MATCHALL ".." bytes "${bytes}")
   if("00" IN_LIST bytes)

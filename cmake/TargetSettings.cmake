@@ -1,4 +1,4 @@
-# What every target of this project is compiled with. Nothing of it reaches a user of the libraries.
+# Compile settings of every target in this project. Users of the libraries do not inherit them.
 function(tavo_target_settings target)
   target_compile_features(${target} PUBLIC cxx_std_20)
   set_target_properties(${target} PROPERTIES
@@ -10,7 +10,7 @@ function(tavo_target_settings target)
   else()
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow
       $<$<BOOL:${TAVO_WERROR}>:-Werror>)
-    # GCC 12 takes a literal joined with a temporary string for overlapping memory when it optimises.
+    # When optimising, GCC 12 falsely reports overlapping memory if a literal is joined with a temporary string.
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
       target_compile_options(${target} PRIVATE -Wno-restrict)
     endif()
@@ -22,8 +22,8 @@ function(tavo_target_settings target)
   endif()
 endfunction()
 
-# tavo_filter_files(<list> INCLUDE|EXCLUDE <regex>): keeps, or leaves out, the files whose path matches. The path begins
-# below the project's own folder: where the checkout lies plays no part.
+# tavo_filter_files(<list> INCLUDE|EXCLUDE <regex>): keeps or removes the files whose path matches. Paths are relative
+# to the project's folder, so the place of the checkout does not matter.
 function(tavo_filter_files list mode regex)
   if(NOT mode MATCHES "^(INCLUDE|EXCLUDE)$")
     message(FATAL_ERROR "tavo_filter_files: neither INCLUDE nor EXCLUDE: ${mode}")
@@ -39,7 +39,7 @@ function(tavo_filter_files list mode regex)
   set(${list} "${kept}" PARENT_SCOPE)
 endfunction()
 
-# Leaves out of a list of sources those that end in _posix or _windows and are for another system.
+# Removes sources for other systems, which end in _posix or _windows, from a list.
 function(tavo_keep_sources_of_this_system list)
   if(WIN32)
     tavo_filter_files(${list} EXCLUDE "_posix(_test)?\\.cpp$")
@@ -49,7 +49,7 @@ function(tavo_keep_sources_of_this_system list)
   set(${list} "${${list}}" PARENT_SCOPE)
 endfunction()
 
-# A library of this project: its sources, and as public headers those outside of "internal" folders.
+# Adds a library: its sources, and as public headers those outside of "internal" folders.
 function(tavo_add_library target)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "EXPORT_NAME" "SOURCES;HEADERS")
   tavo_filter_files(arg_HEADERS EXCLUDE "/internal/")
@@ -58,9 +58,9 @@ function(tavo_add_library target)
   tavo_target_settings(${target})
   target_sources(${target} PUBLIC FILE_SET HEADERS
     BASE_DIRS "${PROJECT_SOURCE_DIR}" FILES ${arg_HEADERS})
-  # What the library's own export macro looks for, such as TAVO_CLIENT_BUILDING_DLL.
+  # Checked by the library's export macro, such as TAVO_CLIENT_BUILDING_DLL.
   string(TOUPPER "${target}_BUILDING_DLL" building_dll)
-  # Position independent even when static, so that the library fits into an application's own plug-in.
+  # Position independent even if static, so that the library fits into an application's plug-in.
   set_target_properties(${target} PROPERTIES
     EXPORT_NAME ${arg_EXPORT_NAME}
     DEFINE_SYMBOL ${building_dll}
@@ -68,13 +68,13 @@ function(tavo_add_library target)
     SOVERSION ${PROJECT_VERSION_MAJOR}
     POSITION_INDEPENDENT_CODE ON
     VERIFY_INTERFACE_HEADER_SETS ON)
-  # Elsewhere both kinds of library are compiled alike, and the second finds its objects in the compiler's cache.
+  # Elsewhere static and shared libraries compile alike, so the compiler cache serves the second kind.
   if(NOT WIN32)
     set_target_properties(${target} PROPERTIES DEFINE_SYMBOL "")
   endif()
 endfunction()
 
-# Installed programs find a shared library beside them, wherever the installation is moved to.
+# Installed programs find a shared library relative to themselves, even if the installation is moved.
 function(tavo_add_program target)
   add_executable(${target} ${ARGN})
   tavo_target_settings(${target})

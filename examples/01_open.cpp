@@ -1,4 +1,4 @@
-// Finds out who is there, opens the device and draws the tree of its objects.
+// Identifies a device, opens it and prints the tree of its objects.
 #include <iostream>
 #include <string>
 
@@ -12,7 +12,7 @@ void printVersions(const TAVO::DeviceInfo& info) {
         std::cout << "  firmware " << firmware.name << ' ' << firmware.version.text << '\n';
 }
 
-// Type and version are asked of the device, one exchange each; everything else is known since the opening.
+// Type and version take one exchange each; everything else is known since the opening.
 void printTree(const TAVO::Container& node, const std::string& indentation) {
     for (const auto& child : node.getChildren()) {
         std::cout << indentation << child->getName();
@@ -24,13 +24,12 @@ void printTree(const TAVO::Container& node, const std::string& indentation) {
 }
 
 void openDevice(const std::string& host, int port) {
-    // Which object types get proxies of their own: once, before the first device is opened.
+    // Registers the object types that get their own proxies: once, before opening the first device.
     TAVO::CoreObjects::registerCoreObjects();
     TAVO::HWDebug::HwdObjects::registerCoreObjects();
     CommonModules::CommonModulesObjects::registerCoreObjects();
 
-    // Connects and checks the server key. Nothing is locked yet: this works while someone else holds the
-    // device.
+    // Connects and checks the server key. Takes no lock, so this works while somebody else holds the device.
     TAVO::Device_Factory_Structs::TavoDeviceDescriptor descriptor;
     auto device = TAVO::DeviceFactory::queryDevice(host, port, descriptor);
     const auto info = device->getDevice()->getInfoMethod();
@@ -40,7 +39,7 @@ void openDevice(const std::string& host, int port) {
     // Takes the lock and builds the tree.
     TAVO::DeviceFactory::openDevice(device, "engineer", "tavo");
     printTree(*device, "  ");
-} // the last pointer to the device goes: the lock is released and the connection closed
+} // the last pointer to the device goes: this releases the lock and closes the connection
 
 } // namespace
 

@@ -1,4 +1,4 @@
-// Meets failures on purpose, and shows what is known about each and how to go on.
+// Provokes failures and shows what is known about each and how to go on.
 #include <functional>
 #include <iostream>
 #include <memory>
@@ -10,7 +10,7 @@ namespace {
 
 using TAVO::DeviceFactory;
 
-// The base class comes last: all of them are TAVO::Error.
+// The base class comes last: every error is a TAVO::Error.
 void explain(const char* attempt, const std::function<void()>& action) {
     std::cout << attempt << ":\n  ";
     try {
@@ -41,7 +41,7 @@ void run(const std::string& host, int port) {
     const auto openAsGuest = [&] { DeviceFactory::buildDevice(host, port, "guest", "tavo", false); };
     explain("Open a device that somebody holds", openAsGuest);
 
-    // The connection and the tree outlive the lock: let another user in, then take the lock back.
+    // Connection and tree survive an unlock: let another user in, then take the lock back.
     device->unlock();
     explain("Open it after unlock()", openAsGuest);
     explain("Take the lock back", [&] { device->relock(); });
@@ -52,7 +52,7 @@ void run(const std::string& host, int port) {
     explain("Ask about a firmware that the device does not have",
             [&] { device->call(device->getSystem()->getFirmwareStatusMethod("toaster")); });
 
-    // Not every failure is an exception: a method has a return code of its own, 0 for success.
+    // Not every failure is an exception: each method has its own return code, 0 for success.
     const auto sleep =
         device->getSystem()->getUSleepMethod(-1); // the device judges the values, not the library
     std::cout << "Sleep for less than no time:\n  return code " << sleep->returnCode()

@@ -1,4 +1,4 @@
-// Calls any method of any object by its name, with arguments and results as data.
+// Calls any method of any object by name, with arguments and results as data.
 #include <iostream>
 #include <memory>
 #include <string>
@@ -18,7 +18,7 @@ std::string inWords(const std::vector<TAVO::FieldDescription>& fields) {
     return text;
 }
 
-// The methods that the device lists for an object, each with what it takes and what it returns.
+// Prints the methods that the device lists for an object, with parameters and results.
 void printMethods(const Object_v1_0& object) {
     for (const auto& method : object.methods()) {
         const auto& row = TAVO::describeMethod(object, method.name);
@@ -27,7 +27,7 @@ void printMethods(const Object_v1_0& object) {
     }
 }
 
-// Returns the reply as data; an empty record when the method returns its status alone.
+// Returns the reply as data; an empty record if the method has no reply.
 Value callByName(TAVO::Device& device, const Object_v1_0& object, const std::string& name,
                  const Value::Record& arguments) {
     const auto& row = TAVO::describeMethod(object, name);

@@ -1,6 +1,6 @@
-// Gives a remote object type that the library does not know a proxy of the application's own.
+// Defines a proxy for a remote object type that the library does not know.
 //
-// The type is "rack": it groups other objects and can show which one it is by blinking.
+// The type is "rack": it groups other objects and can blink to identify itself.
 #include <iostream>
 #include <memory>
 #include <string>
@@ -12,7 +12,7 @@ namespace lab {
 
 namespace wire = TAVO::TAVOXTranscode;
 
-// The methods of the type, and its table, which puts them behind the eight of every object.
+// The methods of the type, and the table that adds them to the eight of every object.
 namespace rack {
 
 constexpr wire::Call<> identify{"identify"}; // no parameters, returns its status alone
@@ -22,12 +22,12 @@ wire::MethodRows rows() noexcept { return table; }
 
 } // namespace rack
 
-// The proxy: an operation for each method, none of which sends anything, and whatever else is of use.
+// The proxy: one operation per method, none of which sends anything, and other useful operations.
 class Rack : public TAVO::Proxy<rack::rows> {
 public:
     std::shared_ptr<TAVO::Method> getIdentifyMethod() const { return make(rack::identify); }
 
-    // One batch that sets all relays of the rack and of the racks in it.
+    // A batch that sets all relays of the rack and of the racks in it.
     std::shared_ptr<TAVO::MulticallQueue> getSetAllQueue(bool on) const {
         const auto queue = std::make_shared<TAVO::MulticallQueue>();
         addTo(*queue, on);
@@ -37,7 +37,7 @@ public:
 protected:
     using Proxy::Proxy;
 
-    // Runs once, when the members are there.
+    // Runs once, when all members exist.
     void initalize() override {
         for (const auto& child : getChildren()) {
             if (auto relay = std::dynamic_pointer_cast<CommonModules::Relay_v1_0>(child))
@@ -59,7 +59,7 @@ private:
     std::vector<std::shared_ptr<Rack>> racks_;
 };
 
-// The factory: makes the proxies of the type. It enters itself under the type's name when it is constructed.
+// The factory makes the proxies of the type. Its constructor registers it under the type's name.
 class RackFactory : public TAVO::TypeFactory {
 public:
     RackFactory()

@@ -1,5 +1,5 @@
-// Tests an application's code against an appliance in software, in the same process: what it did, and how it
-// takes failures.
+// Tests application code against a simulated appliance in the same process: what it does, and how it handles
+// failures.
 #include <iostream>
 #include <memory>
 #include <string>
@@ -8,7 +8,7 @@
 #include <tavo/simulator/objects/relay.h>
 #include <tavo/simulator/simulator.h>
 
-// The code to be tested: restarts a board by switching its supply off and on.
+// The code under test: restarts a board by switching its supply off and on.
 bool restartBoard(TAVO::Device& device, const std::string& supply) {
     const auto relay = device.get<CommonModules::Relay_v1_0>(supply);
     const auto queue = std::make_shared<TAVO::MulticallQueue>();

@@ -1,4 +1,4 @@
-// Puts an object of the application's own type into a simulated appliance, and calls it.
+// Adds an object of the application's own type to a simulated appliance, and calls it.
 #include <cstdint>
 #include <iostream>
 #include <limits>
@@ -14,7 +14,7 @@ namespace lab {
 namespace wire = TAVO::TAVOXTranscode;
 using TAVO::dto::Field;
 
-// A record: its members, each of its wire type, and one list that gives their names and order on the wire.
+// A record: members with their wire types, and one list with their names in wire order.
 struct LimitRequest : TAVO::dto::request_packet {
     std::string zone;
     std::int32_t celsius = 0;
@@ -43,7 +43,7 @@ wire::MethodRows rows() noexcept { return table; }
 
 } // namespace thermometer
 
-// What applications read, made from the result of a call.
+// The user-level result, made from the reply of a call.
 struct Temperature {
     Temperature() = default;
     explicit Temperature(const TAVO::dto::result& outcome) {
@@ -73,7 +73,7 @@ public:
         : TypeFactory("thermometer", {servedBy<Thermometer>("1.0")}) {}
 };
 
-// The other end: what a thermometer of a simulated appliance does. It has the methods that the factory tells.
+// The other end: the thermometer of a simulated appliance. Its methods come from the factory.
 class SimulatedThermometer : public TAVO::simulator::SimulatedObject {
 public:
     SimulatedThermometer()

@@ -1,4 +1,4 @@
-// Powers the board and asks the devices of its JTAG chain who they are.
+// Powers the board and reads the IDCODEs of its JTAG chain.
 #include <cstddef>
 #include <cstdint>
 #include <iomanip>
@@ -13,7 +13,7 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-// All calls in one exchange; each of them has to succeed.
+// Makes all calls in one exchange; each must succeed.
 void execute(TAVO::Device& device, const std::vector<std::shared_ptr<TAVO::Method>>& methods) {
     const auto queue = std::make_shared<TAVO::MulticallQueue>();
     for (const auto& method : methods)
@@ -25,11 +25,11 @@ void execute(TAVO::Device& device, const std::vector<std::shared_ptr<TAVO::Metho
                                      std::to_string(method->returnCode()));
 }
 
-// The bit that was shifted at that place, the first one at 0.
+// The bit at this position; the first bit shifted is at 0.
 bool bitAt(const Bytes& bits, std::size_t place) { return (bits.at(place / 8) >> place % 8 & 1) != 0; }
 
-// After a reset each device sends its IDCODE, whose lowest bit is 1 and comes first, or a single 0 when it
-// has none. Behind the last device come the ones that were sent.
+// After a reset each device sends its IDCODE, lowest bit first, which is 1; a device without IDCODE sends a
+// single 0. After the last device come the ones that were shifted in.
 std::vector<std::uint32_t> idcodesIn(const Bytes& captured) {
     constexpr std::uint32_t allOnes = 0xFFFFFFFF;
     std::vector<std::uint32_t> idcodes;

@@ -1,4 +1,4 @@
-// Reads what a memory module says about itself, measures the temperature, and keeps a note in an EEPROM.
+// Identifies a memory module, measures the temperature, and stores a note in an EEPROM.
 #include <cstddef>
 #include <cstdint>
 #include <iostream>
@@ -16,7 +16,7 @@ constexpr int sensor = 0x48;
 constexpr int memoryModule = 0x50;
 constexpr int noteEeprom = 0x54;
 
-// All calls in one exchange; each of them has to succeed.
+// Makes all calls in one exchange; each must succeed.
 void execute(TAVO::Device& device, const std::vector<std::shared_ptr<TAVO::Method>>& methods) {
     const auto queue = std::make_shared<TAVO::MulticallQueue>();
     for (const auto& method : methods)
@@ -28,7 +28,7 @@ void execute(TAVO::Device& device, const std::vector<std::shared_ptr<TAVO::Metho
                                      std::to_string(method->returnCode()));
 }
 
-// The checksum that a DDR3 module keeps in its bytes 126 and 127.
+// The checksum that a DDR3 module has in bytes 126 and 127.
 unsigned checksumOf(const Bytes& spd) {
     const std::size_t covered = (spd.at(0) & 0x80) != 0 ? 117 : 126;
     unsigned checksum = 0;
@@ -46,7 +46,7 @@ void printModule(const Bytes& spd) {
               << (stored == checksumOf(spd) ? "good" : "BAD") << '\n';
 }
 
-// Half degrees, from the highest bit on.
+// Half degrees, left-aligned.
 double degreesIn(const Bytes& temperature) {
     const auto bits = unsigned{temperature.at(0)} << 8 | temperature.at(1);
     return static_cast<std::int16_t>(bits) / 256.0;
@@ -54,7 +54,7 @@ double degreesIn(const Bytes& temperature) {
 
 void readBoard(TAVO::Device& device, const TAVO::HWDebug::I2c_v1_0& i2c) {
     const auto power = device.get<CommonModules::Relay_v1_0>("power");
-    // Where to read is written first. The second argument goes nowhere.
+    // Writes the start address, then reads. The second argument is not sent.
     const auto spd = i2c.getTransferMethod(memoryModule, 0, {0}, 256);
     const auto temperature = i2c.getTransferMethod(sensor, 0, {0}, 2);
     execute(device,
@@ -69,8 +69,7 @@ void keepNote(TAVO::Device& device, const TAVO::HWDebug::I2c_v1_0& i2c, const st
     written.insert(written.end(), note.begin(), note.end());
     const auto write = i2c.getTransferMethod(noteEeprom, 0, written, 0);
     const auto read = i2c.getTransferMethod(noteEeprom, 0, place, static_cast<int>(note.size()));
-    // While it stores what it was given, an EEPROM answers to nobody: its address is tried again until it
-    // does.
+    // While an EEPROM stores data it does not acknowledge its address, so let the bus retry until it does.
     execute(device, {i2c.getOptionAddressRetryLimitSetMethod(100), write, read});
     const auto kept = read->value().data;
     std::cout << "kept: " << std::string(kept.begin(), kept.end()) << '\n';

@@ -1,6 +1,6 @@
-// Powers the board and follows its boot by the POST codes.
+// Powers the board and follows its boot by POST codes.
 //
-// "lpcPostCode" has no operations of its own, so its calls are made from the methods' names and records.
+// "lpcPostCode" has no operations of its own, so the calls are made from its method constants.
 #include <cstdint>
 #include <iomanip>
 #include <iostream>
@@ -16,7 +16,7 @@ using TAVO::dto::lpcPostCode::FifoGetReply;
 
 constexpr int lastCode = 0xAA;
 
-// All calls in one exchange; each of them has to succeed.
+// Makes all calls in one exchange; each must succeed.
 void execute(TAVO::Device& device, const std::vector<std::shared_ptr<TAVO::Method>>& methods) {
     const auto queue = std::make_shared<TAVO::MulticallQueue>();
     for (const auto& method : methods)
@@ -34,7 +34,7 @@ void print(const TAVO::dto::lpcPostCode::FifoEntry& entry) {
               << std::dec << '\n';
 }
 
-// True when the boot has ended.
+// Returns whether the boot has ended.
 bool printAll(const FifoGetReply& reply) {
     bool ended = false;
     for (const auto& entry : reply.entries) {
@@ -60,7 +60,7 @@ void run(const std::string& host, int port) {
 
     execute(*device, {power->getSetMethod(false), clear, power->getSetMethod(true)});
     for (int halfSeconds = 0; halfSeconds < 20; ++halfSeconds) {
-        execute(*device, {wait, entries, clear}); // what was read is taken out in the same exchange
+        execute(*device, {wait, entries, clear}); // reads the codes and removes them in one exchange
         if (printAll(entries->value())) {
             std::cout << "the board has booted\n";
             return;

@@ -1,4 +1,4 @@
-// Lets the board boot from a ROM image in the appliance: loads it, reads it back, compares.
+// Boots the board from a ROM image in the appliance: loads it, reads it back, compares.
 #include <cstddef>
 #include <cstdint>
 #include <fstream>
@@ -15,7 +15,7 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-// All calls in one exchange; each of them has to succeed.
+// Makes all calls in one exchange; each must succeed.
 void execute(TAVO::Device& device, const std::vector<std::shared_ptr<TAVO::Method>>& methods) {
     const auto queue = std::make_shared<TAVO::MulticallQueue>();
     for (const auto& method : methods)
@@ -43,7 +43,7 @@ Bytes someImage() {
     return image;
 }
 
-// The offset at which the image lies where the processor looks for its first instruction: at the end.
+// Places the image at the end, where the processor fetches its first instruction.
 int offsetOf(const Bytes& image, int romSize) {
     if (image.size() > static_cast<std::size_t>(romSize))
         throw std::runtime_error("the image does not fit into " + std::to_string(romSize) + " bytes");
@@ -64,7 +64,7 @@ void run(const std::string& host, int port, const Bytes& image) {
     const auto offset = offsetOf(image, size->value().size);
     std::cout << "the ROM holds " << size->value().size << " bytes\n";
 
-    // However large the image is, it takes a single exchange.
+    // Takes a single exchange, however large the image is.
     const auto readBack = rom->getSramGetMethod(offset, static_cast<int>(image.size()));
     execute(*device, {power->getSetMethod(false), rom->getSramSetMethod(offset, image), readBack});
     if (readBack->value().data != image)

@@ -8,7 +8,7 @@
 
 namespace {
 
-// All calls in one exchange; each of them has to succeed.
+// Makes all calls in one exchange; each must succeed.
 void execute(TAVO::Device& device, const std::vector<std::shared_ptr<TAVO::Method>>& methods) {
     const auto queue = std::make_shared<TAVO::MulticallQueue>();
     for (const auto& method : methods)
@@ -25,7 +25,7 @@ std::shared_ptr<TAVO::Method> openPort(const CommonModules::Com_v1_0& com) {
     return com.getOpenMethod(115200, 8, false, false, 1, false, false, false, false);
 }
 
-// Ahead of the text go as many zero bytes, which a console ignores. The first argument goes nowhere.
+// Sends as many zero bytes ahead of the text, which a console ignores. The first argument is not sent.
 std::shared_ptr<TAVO::Method> type(const CommonModules::Com_v1_0& com, const std::string& line) {
     const auto keys = line + '\r';
     return com.getSendMethod(0, {keys.begin(), keys.end()});
@@ -45,7 +45,7 @@ void run(const std::string& host, int port) {
 
     const auto power = device->get<CommonModules::Relay_v1_0>("power");
     const auto com = device->get<CommonModules::Com_v1_0>("com");
-    const auto receive = com->getRecvMethod(4096); // that many bytes at most, what is there
+    const auto receive = com->getRecvMethod(4096); // what has arrived, at most this many bytes
 
     execute(*device, {openPort(*com), power->getSetMethod(true),
                       device->getSystem()->getUSleepMethod(3'100'000), receive});

@@ -1,5 +1,5 @@
-// Opens a device through a TLS gateway, over a connection of the application's own. The gateway in front of
-// the appliance may be stunnel, with this service:
+// Opens a device through a TLS gateway, with the application's own transport. The gateway in front of the
+// appliance may be stunnel with this service:
 //
 //   [appliance]
 //   accept = 6124
@@ -16,7 +16,7 @@ namespace {
 
 void run(const std::string& host, const std::string& port, const std::string& caFile) {
     TAVO::CoreObjects::registerCoreObjects();
-    // The device owns the transport from here on. The certificate is checked before the password leaves.
+    // From here on the device owns the transport. It checks the certificate before sending the password.
     auto device = TAVO::DeviceFactory::buildDevice(std::make_unique<TlsTransport>(host, port, caFile),
                                                    "engineer", "tavo", false);
 

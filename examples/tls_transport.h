@@ -1,5 +1,5 @@
-// A connection of an application's own: TLS by OpenSSL, to an appliance behind a TLS gateway such as stunnel.
-// For POSIX systems.
+// A transport of the application's own: TLS with OpenSSL, to an appliance behind a TLS gateway such as
+// stunnel. For POSIX systems.
 #pragma once
 
 #include <algorithm>
@@ -26,17 +26,17 @@
 
 #include <tavo/client.h>
 
-/// The connection is made when it is first needed and anew when it has ended, as that of SocketTransport.
-/// Nothing is sent over it before the far end has shown a certificate that the CA has signed for the right
-/// name. Every failure is a NetworkError and leaves the transport closed.
+/// Connects when first needed and again after the connection has ended, like SocketTransport. Sends nothing
+/// before the far end has shown a certificate that the CA signed for the right name. Every failure is a
+/// NetworkError and leaves the transport closed.
 ///
-/// interrupt() ends what waits, the connecting included, but for the resolution of the host's name; when
-/// nothing waits, the next request goes over a new connection.
+/// interrupt() ends any wait, connecting included, except the resolution of the host name. If nothing waits,
+/// the next request goes over a new connection.
 class TlsTransport final : public TAVO::Transport {
 public:
-    /// @param caFile the certificates, in PEM form, of those who may sign for the far end.
-    /// @param name whom the certificate has to be for, a host name or an address; the host when empty.
-    /// @throws NetworkError when the file cannot be used.
+    /// @param caFile certificates in PEM form that may sign for the far end.
+    /// @param name host name or address that the certificate must be for; `host` if empty.
+    /// @throws NetworkError if the file cannot be used.
     TlsTransport(std::string host, std::string port, const std::string& caFile, std::string name = "")
         : host_(std::move(host))
         , port_(std::move(port))
@@ -147,7 +147,7 @@ private:
         return "[ErrorCode " + std::to_string(code) + ":" + std::generic_category().message(code) + "]";
     }
 
-    /// What OpenSSL says of its latest failure.
+    /// OpenSSL's text for its latest failure.
     static std::string reason() {
         const auto code = ERR_get_error();
         ERR_clear_error();
@@ -157,8 +157,7 @@ private:
         return text ? text : "the connection has ended";
     }
 
-    // OpenSSL's own sockets raise SIGPIPE when the peer has gone, which would end the application. These do
-    // not.
+    // OpenSSL's own sockets raise SIGPIPE when the peer has gone, which would end the application.
     static int writeBytes(BIO* bio, const char* bytes, int length) {
         const auto socket = static_cast<Descriptor*>(BIO_get_data(bio))->number();
         const auto sent = ::send(socket, bytes, static_cast<std::size_t>(length), MSG_NOSIGNAL);
@@ -189,7 +188,7 @@ private:
         return method.get();
     }
 
-    /// Repeats an operation of OpenSSL until it has done something; false when it failed.
+    /// Repeats an OpenSSL operation until it makes progress. Returns false if it fails.
     template <class Operation>
     bool finished(Operation operation) {
         while (true) {
@@ -210,7 +209,7 @@ private:
         }
     }
 
-    /// Waits for the socket, or for an interrupt.
+    /// Waits for the socket or an interrupt.
     void wait(short events) {
         pollfd entries[] = {{socket_.number(), events, 0}, {alarm_.number(), POLLIN, 0}};
         while (::poll(entries, 2, -1) < 0)
@@ -230,7 +229,7 @@ private:
         return any;
     }
 
-    /// Bytes of the protocol alone count as unasked; TLS also sends some for itself.
+    /// Only bytes of the protocol count as unasked: TLS also sends some of its own.
     IdleState idleState() noexcept {
         char byte = 0;
         ERR_clear_error();
@@ -261,7 +260,7 @@ private:
         ++connectionNumber_;
     }
 
-    /// The certificate has to be for this name; a gateway with several of them is told which.
+    /// Requires a certificate for this name, and tells a gateway with several which one to use.
     bool setName() {
         if (X509_VERIFY_PARAM_set1_ip_asc(SSL_get0_param(tls_.get()), name_.c_str()) == 1)
             return true;
@@ -298,7 +297,8 @@ private:
             wait(POLLOUT);
             ::getsockopt(socket_.number(), SOL_SOCKET, SO_ERROR, &error, &size);
         }
-        // A request is several records of TLS; none of them shall wait until the one before is acknowledged.
+        // A request takes several TLS records. None of them should wait for the acknowledgement of the one
+        // before.
         const int enabled = 1;
         ::setsockopt(socket_.number(), IPPROTO_TCP, TCP_NODELAY, &enabled, sizeof enabled);
         return error;
@@ -312,7 +312,7 @@ private:
         throw TAVO::NetworkError(text);
     }
 
-    /// Says good-bye where the connection still stands.
+    /// Shuts TLS down if the connection is still up.
     void close() noexcept {
         if (tls_ && idleState() != IdleState::ended)
             SSL_shutdown(tls_.get());
@@ -328,7 +328,7 @@ private:
     std::string port_;
     std::string name_;
     Owned<SSL_CTX, SSL_CTX_free> context_{SSL_CTX_new(TLS_client_method())};
-    Descriptor alarm_; ///< readable when there was an interrupt
+    Descriptor alarm_; ///< readable after an interrupt
     Descriptor alarmEntry_;
     Descriptor socket_;
     Owned<SSL, SSL_free> tls_;

@@ -1,4 +1,4 @@
-# GoogleTest, compiled for the target from its sources (Debian: googletest).
+# GoogleTest, compiled for the target from source (Debian: googletest).
 set(TAVO_GOOGLETEST_SOURCES /usr/src/googletest CACHE PATH "GoogleTest's sources, for tests on another machine")
 if(NOT EXISTS "${TAVO_GOOGLETEST_SOURCES}/googletest/src/gtest-all.cc")
   message(FATAL_ERROR "There is no GoogleTest in ${TAVO_GOOGLETEST_SOURCES}")

@@ -1,7 +1,7 @@
-# Header-only packages of the building machine, for a target machine that has none of its own.
+# Header-only packages of the build machine, for a target machine without them.
 
-# Finds `package` in the target's folders, where a toolchain file names some. Otherwise makes `target` of the building
-# machine's own HEADERS.
+# Finds `package` in the target's folders if the toolchain file names any. Otherwise makes `target` from the HEADERS of
+# the build machine.
 macro(tavo_find_or_take_host_headers package target)
   if(CMAKE_SYSROOT OR CMAKE_FIND_ROOT_PATH)
     find_package(${package} CONFIG QUIET)
@@ -22,7 +22,7 @@ function(tavo_take_host_headers package target)
   endif()
 endfunction()
 
-# Links the headers into a folder of their own, because a cross compiler must not search /usr/include as a whole.
+# Links the headers into a separate folder, because a cross compiler must not search all of /usr/include.
 function(tavo_link_host_headers package result)
   set(folder "${PROJECT_BINARY_DIR}/host_headers/${package}")
   file(MAKE_DIRECTORY "${folder}")

@@ -1,5 +1,5 @@
-# Cross-compiles for a 32-bit x86 Linux machine (Debian: g++-i686-linux-gnu). Programs are linked statically, so that a
-# 64-bit machine can run them without the 32-bit libraries.
+# Cross-compiles for a 32-bit x86 Linux machine (Debian: g++-i686-linux-gnu). Links programs statically, so that a
+# 64-bit machine can run them without 32-bit libraries.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR i686)
 set(CMAKE_CXX_COMPILER i686-linux-gnu-g++)

@@ -1,5 +1,5 @@
-# Cross-compiles for a 64-bit big-endian Linux machine (Debian: g++-s390x-linux-gnu). Programs are linked statically,
-# so that an emulator needs nothing but them (Debian: qemu-user).
+# Cross-compiles for a 64-bit big-endian Linux machine (Debian: g++-s390x-linux-gnu). Links programs statically, so that
+# an emulator (Debian: qemu-user) needs nothing else.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR s390x)
 set(CMAKE_CXX_COMPILER s390x-linux-gnu-g++)

@@ -1,4 +1,4 @@
-# Sourced by scripts/test, for the files of its kinds.
+# Sourced by scripts/test: functions for the kinds of tests.
 
 . scripts/lib/progress.sh
 
@@ -7,12 +7,12 @@ failed_checks=()
 failed=()
 cases=
 
-# without_successes LOG: what is left without the lines that ctest and cppcheck write of all that is well.
+# without_successes LOG: the log without the lines of ctest and cppcheck about successes.
 without_successes() {
     grep -av -e '^ *Start *[0-9]*:' -e '[.] *Passed *[0-9.]* sec$' -e '^Checking ' -e '^[0-9/]* files checked ' "$1"
 }
 
-# step NAME COMMAND ...: runs it, keeps its output in a log, and tells how it went; shows the log when it fails.
+# step NAME COMMAND ...: runs the command with its output in a log and reports the outcome; shows the log on failure.
 step() {
     local name=$1 start=$SECONDS
     shift
@@ -28,7 +28,7 @@ step() {
     fi
 }
 
-# check NAME COMMAND ...: a step that is one case among the results.
+# check NAME COMMAND ...: a step that counts as one case in the results.
 check() {
     local name=$1
     if step "$@"; then
@@ -57,7 +57,7 @@ configure_and_build() {
     cmake --preset "$preset" && cmake --build "build/$preset" -j "$jobs" --target "${@:-all}"
 }
 
-# ctest_in NAME PRESET [ARGUMENT ...]: the tests of that build, each a case of tests-NAME.xml.
+# ctest_in NAME PRESET [ARGUMENT ...]: runs the tests of the build, each a case in tests-NAME.xml.
 ctest_in() {
     local name=$1 preset=$2
     shift 2
@@ -65,9 +65,9 @@ ctest_in() {
         --output-junit "$results/tests-$name.xml" "$@"
 }
 
-# in_shards NAME COMMAND ...: the tests of a GoogleTest program, in one process for each processor; results in
-# tests-NAME-N.xml. Where starting a process takes longer than most tests, this is the way. The path of the results is
-# relative: Windows programs know no absolute one that begins like here.
+# in_shards NAME COMMAND ...: runs the tests of a GoogleTest program in one process per processor; results in
+# tests-NAME-N.xml. Faster than ctest if starting a process takes longer than most tests. The path of the results is
+# relative, because Windows programs do not understand absolute paths from here.
 in_shards() {
     local name=$1 shard pid pids=() status=0
     shift
@@ -85,7 +85,7 @@ in_shards() {
     return "$status"
 }
 
-# failures_of LOG: what a GoogleTest program wrote within tests that failed or did not end, and outside of tests.
+# failures_of LOG: output of a GoogleTest program from tests that failed or did not end, and from outside of tests.
 failures_of() {
     tr -d '\r' <"$1" | awk '
         /^\[ RUN      \]/ { inside = 1; test = "" }

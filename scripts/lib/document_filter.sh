@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# document_filter.sh PAGE: a document as Doxygen wants it. Headings get names that are unique in all documents, links to
-# headings lead to these names, links to files that are no documents become plain text, and code with backslashes is
-# written so that they, and hyphens beside them, come out as they would elsewhere.
+# document_filter.sh PAGE: prepares a document for Doxygen. Headings get names unique across all documents, links to
+# headings use these names, links to files other than documents become plain text, and code with backslashes is escaped
+# so that they, and hyphens next to them, come out unchanged.
 set -euo pipefail
 page=$(basename "$1" .md)
 exec sed -E -e '/^ *```/,/^ *```/b' \

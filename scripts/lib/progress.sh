@@ -1,11 +1,11 @@
-# Sourced by scripts/test: tells how far a long command is.
+# Sourced by scripts/test: shows the progress of long commands.
 
-# Seconds between two looks, and how long at most nothing is said.
+# Seconds between two checks, and the longest silence.
 if [ -t 1 ]; then progress_look=1; else progress_look=10; fi
 progress_silence=60
 
-# how_far LOG ...: "done all" by the last count that ninja, ctest or cppcheck wrote, or by the tests that GoogleTest
-# finished in all of the logs; nothing where there is no count.
+# how_far LOG ...: prints "done all" from the last count of ninja, ctest or cppcheck, or from the finished GoogleTest
+# tests in all logs; nothing if there is no count.
 how_far() {
     cat "$@" 2>/dev/null | tr -d '\r' | awk '
         match($0, /^\[[0-9]+\/[0-9]+\]/) { split(substr($0, 2, RLENGTH - 2), part, "/"); done = part[1]; all = part[2] }
@@ -15,8 +15,8 @@ how_far() {
         END { if (all) print done + 0, all }'
 }
 
-# tell_progress NAME LOG: beside a running command, until it is ended or the script is: in place on a terminal, otherwise
-# a line for each tenth, or for each minute where a tenth takes longer or there is no count.
+# tell_progress NAME LOG: shows progress next to a running command, until killed or until the script ends: in place on a
+# terminal, else a line for every tenth, or every minute if a tenth takes longer or there is no count.
 tell_progress() {
     local name=$1 log=$2 begun=$SECONDS told=$SECONDS tenths=0 now far finished all
     while kill -0 $$ 2>/dev/null; do
@@ -35,7 +35,8 @@ tell_progress() {
     done
 }
 
-# with_progress NAME LOG COMMAND ...: runs it, its output in the log. It runs in the foreground, so that Ctrl-C ends it.
+# with_progress NAME LOG COMMAND ...: runs the command with its output in the log, in the foreground, so that Ctrl-C
+# ends it.
 with_progress() {
     local name=$1 log=$2 teller status=0
     shift 2

@@ -1,10 +1,10 @@
-# Sourced by scripts/test and .ci/run: the sum of result files.
+# Sourced by scripts/test and .ci/run: sums up result files.
 
 cases_passed=0
 cases_failed=0
 cases_skipped=0
 
-# attribute_sum NAME FILE ...: over the outermost element of each file.
+# attribute_sum NAME FILE ...: sum of an attribute over the outermost element of each file.
 attribute_sum() {
     local name=$1 file total=0 count
     shift
@@ -15,8 +15,8 @@ attribute_sum() {
     echo "$total"
 }
 
-# count_results FOLDER STATUS: adds up the result files (JUnit) of a run that ended with this status. A run that failed
-# without a failed case broke off before it could count: that is a failure too.
+# count_results FOLDER STATUS: adds up the JUnit files of a run that ended with this status. A run that failed without a
+# failed case broke off early: that counts as a failure too.
 count_results() {
     local folder=$1 status=$2 file files=() failures=0 skipped=0 tests=0
     for file in "$folder"/*.xml; do
@@ -25,7 +25,7 @@ count_results() {
     if [ ${#files[@]} -gt 0 ]; then
         failures=$(attribute_sum failures "${files[@]}")
         tests=$(attribute_sum tests "${files[@]}")
-        # GoogleTest tells at each case alone that it was skipped.
+        # GoogleTest reports skipped tests only at the case.
         skipped=$(($(attribute_sum skipped "${files[@]}") + $(attribute_sum disabled "${files[@]}") +
             $(cat "${files[@]}" | awk '/result="skipped"/ { ++n } END { print n + 0 }')))
     fi
@@ -37,7 +37,7 @@ count_results() {
     cases_failed=$((cases_failed + failures))
 }
 
-# tell_sum: the last line is "N passed, N failed".
+# tell_sum: prints "N passed, N failed" as the last line.
 tell_sum() {
     if [ "$cases_skipped" -ne 0 ]; then
         echo "$cases_skipped skipped"

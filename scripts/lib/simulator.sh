@@ -1,13 +1,13 @@
-# Sourced by scripts that talk to a simulated appliance in a process of its own.
+# Sourced by scripts that talk to a simulated appliance in another process.
 
 simulator_pid=
 simulator_output=
 
-# await_port WHO PID LOG SCRIPT: waits until the process has said where it listens; sets port to what sed's script prints
-# of the log first. Shows the log when the process ends before, or says nothing for ten seconds.
+# await_port WHO PID LOG SCRIPT: waits until the log shows where the process listens; sets port to the first line that
+# the sed script prints. Shows the log if the process ends first or prints nothing for ten seconds.
 await_port() {
     local waited=0
-    # The log may not be there yet: the new process opens it.
+    # The log may not exist yet: the new process opens it.
     until port=$(sed -n "$4" "$3" 2>/dev/null | head -n 1) && [ -n "$port" ]; do
         if ! kill -0 "$2" 2>/dev/null || [ "$waited" -ge 200 ]; then
             echo "$1 does not start:" >&2

@@ -4,7 +4,7 @@ formatting() {
     git ls-files -z -- '*.h' '*.cpp' | xargs -0 clang-format-14 --dry-run --Werror
 }
 
-# The newest compiler g++-N there is, where it is newer than the default.
+# The newest installed compiler g++-N, if newer than the default.
 newer_gcc() {
     local newest
     newest=$(compgen -c g++- | grep -x 'g++-[0-9]*' | sort -u -t - -k 2n | tail -n 1) || true
@@ -13,7 +13,7 @@ newer_gcc() {
     fi
 }
 
-# build_with_newer_gcc COMPILER: everything once more, in a tree of its own.
+# build_with_newer_gcc COMPILER: builds everything again, in a separate tree.
 build_with_newer_gcc() {
     cmake --preset test -B build/newer-gcc -D CMAKE_CXX_COMPILER="$1" && cmake --build build/newer-gcc -j "$jobs"
 }

@@ -4,7 +4,7 @@ run_s390x() {
     timeout 600 qemu-s390x "$@"
 }
 
-# Most kernels run such programs themselves. Emulated, a signal for a thread that waits breaks the thread library.
+# Most kernels run such programs natively. Under emulation, a signal for a waiting thread breaks the thread library.
 run_i686() {
     if "$1" --gtest_list_tests >/dev/null 2>&1; then
         timeout 600 "$@"
@@ -13,8 +13,8 @@ run_i686() {
     fi
 }
 
-# foreign NAME: builds the tests of bytes for that machine and runs them. A program that dies before it has written its
-# results fails the step, and with it the whole run.
+# foreign NAME: builds and runs the tests of bytes for this machine. A program that dies before writing its results
+# fails the step, and so the whole run.
 foreign() {
     local name=$1
     if check "foreign-$name-build" configure_and_build "foreign-$name" tavo_tests; then

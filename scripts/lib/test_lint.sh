@@ -20,7 +20,7 @@ run_cppcheck() {
         --enable=warning,performance,portability,style "${suppressions[@]}" tavo
 }
 
-# The compile commands of build/test, and what its configuration generates, are enough: nothing is built.
+# Builds nothing: clang-tidy needs only the compile commands and generated files of build/test.
 run_clang_tidy() {
     local here
     here=$(printf '%s' "$PWD" | sed 's/[^A-Za-z0-9_/ -]/\\&/g')

@@ -1,10 +1,10 @@
 # Sourced by scripts/test.
 
 export WINEPREFIX="$PWD/build/wine" WINEDEBUG=-all
-# Neither desktop entries nor the offer to download what the tests do not need.
+# No desktop entries, and no offers to download what the tests do not need.
 export WINEDLLOVERRIDES="winemenubuilder.exe,mscoree,mshtml="
 
-# The folder as programs in Wine name it.
+# The path as programs in Wine see it.
 windows_path() {
     printf 'Z:%s' "${1//\//\\}"
 }

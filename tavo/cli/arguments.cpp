@@ -23,16 +23,16 @@ std::string versionText() {
                        ClientLibraryBugfixVersion);
 }
 
-/// Where the name of a command or group begins in its path.
+/// Position of the last word in the path.
 std::size_t nameIn(const std::string& path) {
     const auto blank = path.rfind(' ');
     return blank == std::string::npos ? 0 : blank + 1;
 }
 
-/// What the parser knows of the commands and their groups.
+/// The parser's tree of commands and groups.
 class CommandTree {
 public:
-    /// Both must outlive the parsing.
+    /// `tool` and `program` must outlive the parsing.
     CommandTree(CLI::App& tool, Program& program)
         : program_(program) {
         for (auto& group : commandGroups())
@@ -55,7 +55,7 @@ public:
 private:
     struct Node {
         CLI::App* app = nullptr;
-        /// Where the value of --object goes, which this group or one around it has.
+        /// Where to store --object, which this group or an enclosing one takes.
         std::shared_ptr<std::vector<std::string*>> objects;
     };
 
@@ -95,8 +95,8 @@ void describe(CLI::App& tool, Program& program) {
     program.describe(options);
     addOptions(tool, options);
     tool.footer(
-        "The password is the first line of --password-file, else the value of TAVO_PASSWORD, else it is\n"
-        "asked for at the terminal. Options may stand before or after the command.\n\n" +
+        "The password comes from the first line of --password-file, else from TAVO_PASSWORD, else from the\n"
+        "terminal. Options may stand before or after the command.\n\n" +
         exitCodesText());
     CommandTree tree(tool, program);
     for (const auto& command : commandList())
@@ -117,10 +117,10 @@ Program parseArguments(int argc, const char* const* argv) {
         program.help = text.str();
         return program;
     } catch (const CLI::ParseError& error) {
-        throw Failure(ExitCode::usage, fmt::format("{} (--help tells more)", error.what()));
+        throw Failure(ExitCode::usage, fmt::format("{} (see --help)", error.what()));
     }
     if (program.connection.host.empty() && !program.connection.simulated)
-        throw Failure(ExitCode::usage, "--host or --sim is needed (--help tells more)");
+        throw Failure(ExitCode::usage, "--host or --sim is required (see --help)");
     return program;
 }
 

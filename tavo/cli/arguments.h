@@ -4,9 +4,9 @@
 
 namespace TAVO::cli {
 
-/// What the arguments ask for: an action, or the help text that they want to see. Does nothing of it, reads
-/// no file and writes nothing.
-/// @param argv the program's name comes first.
+/// What the arguments ask for: an action or a help text. Only parses: runs no action, reads and writes
+/// nothing.
+/// @param argv starts with the program's name.
 /// @throws Failure (usage)
 Program parseArguments(int argc, const char* const* argv);
 

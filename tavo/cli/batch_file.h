@@ -8,7 +8,7 @@
 
 namespace TAVO::cli {
 
-/// A line of a batch file that is a call.
+/// A call in a batch file.
 struct BatchLine {
     /// "FILE:NUMBER", for messages.
     std::string place;
@@ -17,12 +17,12 @@ struct BatchLine {
     CallWords words;
 };
 
-/// The calls of a batch file; empty lines and comments are left out.
-/// @param file what the file is called in messages.
-/// @throws Failure (usage) that begins with the place.
+/// Parses a batch file. Skips empty lines and comments.
+/// @param file its name in messages.
+/// @throws Failure (usage) whose text starts with the place.
 std::vector<BatchLine> parseBatch(const std::string& file, const std::string& content);
 
-/// What `action` throws as a Failure, with the place before its text.
+/// Runs `action` and puts the place in front of the text of any Failure it throws.
 template <class Action>
 auto at(const std::string& place, Action action) {
     try {

@@ -15,45 +15,45 @@ class Session;
 
 using Action = std::function<void(Session&, Output&)>;
 
-/// A command with a place for its options.
+/// A command with storage for its options.
 struct BoundCommand {
     OptionList options;
-    /// Where the --object of its group goes; null where it takes none.
+    /// Where to store the --object of its group; null if the command takes none.
     std::string* object = nullptr;
-    /// Carries the command out, with what the options then hold. Keeps them alive.
+    /// Runs the command with the current option values. Keeps the storage alive.
     Action run;
 };
 
-/// One command of the tool. It can be looked at and parsed without running anything.
+/// One command of the tool. Describing and parsing it runs nothing.
 struct Command {
-    /// Its group and its name, such as "relay get".
+    /// Group and name, such as "relay get".
     std::string path;
     /// What it does, in one line.
     std::string summary;
-    /// Makes the place anew each time.
+    /// Makes new storage on each call.
     std::function<BoundCommand()> bind;
     /// More help, below the options.
     std::string footer = {};
 };
 
-/// Commands whose paths begin alike, and the option that they have in common.
+/// Commands whose paths share a prefix, and the option they have in common.
 struct CommandGroup {
     std::string path;
     std::string summary;
-    /// The help of an option --object, which stands before or after the name of any command of the group and
-    /// of groups inside it; empty where there is none.
+    /// Help text of the group's --object option; empty if it has none. The option may stand before or after
+    /// the name of any command in the group or its subgroups.
     std::string object = {};
 };
 
-/// The options of a command whose group has an --object: what derives from this gets it.
+/// Base of the options of every command whose group has an --object.
 struct ObjectOptions {
-    /// The full name, empty for the only one that suits.
+    /// Full name; empty for the only object that fits.
     std::string object;
 
     void describe(OptionList&) {}
 };
 
-/// A command with options of its own, which a struct holds and tells by its operation `describe`.
+/// A command with options: a struct holds them, and its `describe` lists them.
 ///
 /// @code
 /// struct DimOptions {

@@ -4,13 +4,13 @@
 
 #include <tavo/cli/command.h>
 
-/// All that the tool can do, told once: the parser and the help are made from it.
+/// Everything the tool can do, listed once. Parser and help follow from this list.
 namespace TAVO::cli {
 
-/// All commands in the order of the help.
+/// All commands, in the order of the help.
 std::vector<Command> commandList();
 
-/// The groups of their paths.
+/// The groups they belong to.
 std::vector<CommandGroup> commandGroups();
 
 } // namespace TAVO::cli

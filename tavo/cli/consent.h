@@ -4,9 +4,9 @@
 
 namespace TAVO::cli {
 
-/// Asks at the terminal whether something that is not easily undone shall be done; `given` is an answer
-/// that came with the arguments. Call it before anything is sent.
-/// @throws Failure (usage) when the answer is not yes, or when the standard input is no terminal.
+/// Asks at the terminal before something that is hard to undo. `given` is true if the arguments already said
+/// yes. Call it before sending anything.
+/// @throws Failure (usage) if the answer is not yes or standard input is not a terminal.
 void requireConsent(const std::string& question, bool given);
 
 } // namespace TAVO::cli

@@ -6,7 +6,7 @@
 
 namespace TAVO::cli {
 
-/// A descriptor of the system, closed with its owner.
+/// Owns a file descriptor and closes it.
 class Descriptor {
 public:
     /// @param number negative for none.

@@ -19,13 +19,12 @@ struct Explanation {
 constexpr Explanation explanations[] = {
     {ExitCode::done, "done", "done"},
     {ExitCode::refused, "refused", "the device refused: it reported an error, or a return code other than 0"},
-    {ExitCode::usage, "usage",
-     "wrong options, arguments or input files; nothing was asked of the device's objects"},
+    {ExitCode::usage, "usage", "wrong options, arguments or input files; nothing on the device was changed"},
     {ExitCode::notFound, "not-found", "no such object or method"},
     {ExitCode::notAuthorised, "not-authorised",
      "locked by another user, login refused, or unknown server key"},
-    {ExitCode::network, "network", "no connection, or it broke"},
-    {ExitCode::protocol, "protocol", "tool and device do not understand each other, or another failure"},
+    {ExitCode::network, "network", "no connection, or the connection broke"},
+    {ExitCode::protocol, "protocol", "tool and device disagree, or any other failure"},
 };
 
 template <class... Classes>

@@ -16,14 +16,14 @@ enum class ExitCode : int {
     usage = 2,         ///< wrong options, arguments or input files
     notFound = 3,      ///< no such object or method
     notAuthorised = 4, ///< locked by another user, login refused, unknown server key
-    network = 5,       ///< no connection, or it broke
-    protocol = 9,      ///< client and device disagree, or any other failure
+    network = 5,       ///< no connection, or the connection broke
+    protocol = 9,      ///< tool and device disagree, or any other failure
 };
 
-/// The exit statuses in words, one line each, for help texts.
+/// The exit statuses explained, one line each, for help texts.
 std::string exitCodesText();
 
-/// A failure that the tool itself finds.
+/// A failure detected by the tool itself.
 class Failure : public std::runtime_error {
 public:
     Failure(ExitCode exitCode, const std::string& message)
@@ -33,13 +33,13 @@ public:
     ExitCode code;
 };
 
-/// What the user is told about a failure.
+/// What to tell the user about a failure.
 struct FailureReport {
     ExitCode code = ExitCode::protocol;
     /// The exit code's name: "refused", "usage", "not-found", "not-authorised", "network" or "protocol".
     std::string kind;
     std::string message;
-    /// What the library knows besides the text, where it found the failure.
+    /// What else the library knows, if the failure came from it.
     std::optional<ErrorFacts> facts;
 };
 

@@ -4,8 +4,8 @@
 
 namespace TAVO::cli {
 
-/// Everything in the file, - being the standard input.
-/// @throws Failure (usage) when it cannot be read.
+/// The whole content of the file; "-" is standard input.
+/// @throws Failure (usage) if it cannot be read.
 std::string readFile(const std::string& path);
 
 } // namespace TAVO::cli

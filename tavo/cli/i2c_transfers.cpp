@@ -17,7 +17,7 @@ using Read = std::shared_ptr<BoundMethod<HWDebug::I2c_v1_0_Structs::I2cTransfer>
 constexpr int notAcknowledgedCode = 4;
 constexpr std::uint32_t blockSize = 1024;
 constexpr std::size_t blocksPerExchange = 16;
-/// Enough for a write cycle of 10 ms at 400 kHz, and taken by every device that can try again at all.
+/// Enough for a write cycle of 10 ms at 400 kHz. Every device that can retry accepts this value.
 constexpr int patientRetryLimit = 1000;
 
 int addressOf(const I2cTarget& target) { return static_cast<int>(target.address); }
@@ -29,7 +29,7 @@ std::vector<std::uint8_t> registerBytes(const I2cTarget& target, std::uint32_t n
     return {low};
 }
 
-/// For calls in which a device that does not answer is a result like others.
+/// For calls where a missing acknowledge is a normal result.
 bool wasAcknowledged(const Method& method) {
     if (method.returnCode() == notAcknowledgedCode)
         return false;
@@ -47,7 +47,7 @@ Read reading(const I2cTarget& target, std::uint32_t first, std::uint32_t count) 
                                         static_cast<int>(count));
 }
 
-/// A transfer of `step` registers each.
+/// One transfer for every `step` registers.
 std::vector<Read> readings(const I2cTarget& target, NumberRange registers, std::uint32_t step) {
     std::vector<Read> reads;
     for (std::uint32_t done = 0; done < registers.size(); done += step)
@@ -81,7 +81,7 @@ std::vector<RegisterByte> readInSteps(Session& session, const I2cTarget& target,
     return bytes;
 }
 
-/// Lets unanswered addresses be tried again for as long as it lives.
+/// Raises the address retry limit while it exists.
 class PatientBus {
 public:
     PatientBus(Session& session, const I2c_v1_0& bus)
@@ -96,7 +96,7 @@ public:
         try {
             restore();
         } catch (const std::exception&) {
-            // Then something worse is on its way already.
+            // A more important exception is already on its way.
         }
     }
 
@@ -183,8 +183,8 @@ void writePages(Session& session, const I2cTarget& target, std::uint32_t first,
     PatientBus patience(session, target.bus);
     const auto writes = pageWrites(target, first, bytes, pageSize);
     auto calls = writes;
-    // Reading also waits until the last page is stored. Without verification nobody looks at what it reads:
-    // there are devices that can only be written.
+    // Reading also waits until the last page is stored. Without --verify the result is ignored: some devices
+    // are write-only.
     const auto back = verify ? reading(target, first, static_cast<std::uint32_t>(bytes.size())) : nullptr;
     if (back)
         calls.push_back(back);

@@ -8,7 +8,7 @@
 #include <tavo/cli/session.h>
 #include <tavo/cli/values/i2c_grid.h>
 
-/// Whole pieces of work on an I2C bus, each in few exchanges.
+/// Complete I2C operations, each in few exchanges.
 namespace TAVO::cli {
 
 /// A device on a bus.
@@ -19,26 +19,26 @@ struct I2cTarget {
     bool wide = false;
 };
 
-/// What is wrong when it does not answer.
+/// The failure to report if the device does not answer.
 Failure notAcknowledged(const I2cTarget& target);
 
 /// Reads a byte from each address, in one exchange.
-/// @throws Failure (refused) when the bus itself reports an error.
+/// @throws Failure (refused) if the bus itself reports an error.
 std::vector<std::uint32_t> acknowledgingAddresses(Session& session, const HWDebug::I2c_v1_0& bus,
                                                   NumberRange range);
 
-/// Reads register by register, in one exchange: right for devices whose reading does not go on by itself.
+/// Reads register by register, in one exchange: for devices that do not advance to the next register.
 std::vector<RegisterByte> readEach(Session& session, const I2cTarget& target, NumberRange registers);
-/// Reads on from register to register, in few exchanges.
+/// Reads blocks of consecutive registers, in few exchanges.
 std::vector<RegisterByte> readInBlocks(Session& session, const I2cTarget& target, NumberRange registers);
-/// Reads one run of bytes, without a first register from where the device stands.
+/// Reads consecutive bytes. Without `first`, starts at the device's current position.
 /// @throws Failure (refused)
 std::vector<std::uint8_t> readRun(Session& session, const I2cTarget& target,
                                   std::optional<std::uint32_t> first, std::uint32_t count);
 
-/// Writes, with an own transfer for each page of registers, and waits while the device stores them. For that
-/// unanswered addresses are tried again; how often they were before is restored, after errors too.
-/// @param verify whether to read the registers back and compare.
+/// Writes one transfer per page of registers and waits while the device stores each page. Raises the address
+/// retry limit for this and restores it, even after an error.
+/// @param verify reads the registers back and compares.
 /// @throws Failure (refused)
 void writePages(Session& session, const I2cTarget& target, std::uint32_t first,
                 std::span<const std::uint8_t> bytes, std::uint32_t pageSize, bool verify);

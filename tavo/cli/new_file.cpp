@@ -22,7 +22,7 @@ namespace {
     throw Failure(ExitCode::usage, fmt::format("cannot write '{}': {}", path, reason));
 }
 
-/// What has that name, a link being looked at and not followed; nothing when there is none.
+/// Status of the file, without following a link; empty if there is none.
 std::optional<struct stat> lookAt(const std::string& path) {
     struct stat found {};
     if (::lstat(path.c_str(), &found) == 0)
@@ -32,7 +32,7 @@ std::optional<struct stat> lookAt(const std::string& path) {
     return std::nullopt;
 }
 
-/// Where the links at the end of the path lead.
+/// Resolves the links at the end of the path.
 std::string targetOf(const std::string& path) {
     constexpr int mostLinks = 40;
     std::filesystem::path target = path;
@@ -41,7 +41,7 @@ std::string targetOf(const std::string& path) {
         if (!found || !S_ISLNK(found->st_mode))
             return target;
         if (found->st_uid != ::geteuid() && found->st_uid != 0)
-            refusePath(target, "it is a link that belongs to another user");
+            refusePath(target, "it is a link owned by another user");
         std::error_code unread;
         const auto next = std::filesystem::read_symlink(target, unread);
         if (unread)
@@ -57,13 +57,13 @@ mode_t newPermissions() {
     return 0666U & ~mask;
 }
 
-/// The permissions of what is replaced, else those that a new file gets.
+/// The permissions of the file to replace, else those of a new file.
 mode_t permissionsAt(const std::string& path) {
     const auto existing = lookAt(path);
     if (!existing)
         return newPermissions();
     if (!S_ISREG(existing->st_mode))
-        refusePath(path, "it is no regular file");
+        refusePath(path, "it is not a regular file");
     if (existing->st_uid != ::geteuid())
         refusePath(path, "it belongs to another user");
     return existing->st_mode & mode_t{0777};

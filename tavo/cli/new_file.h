@@ -8,23 +8,23 @@
 
 namespace TAVO::cli {
 
-/// A file that takes the place of an earlier one only when it is whole: until then it has another name, in
-/// the same folder, and it is gone when it is not completed.
+/// A file that replaces an earlier one only when complete. Until then it has a temporary name in the same
+/// folder; it is removed if never completed.
 ///
-/// It replaces nothing but a regular file of the user's own, whose permissions it keeps: read, write and
-/// execute, and nothing beyond. Symbolic links at the end of the path are followed where they are the user's
-/// own or root's, so that they stay links; links of anybody else are refused.
+/// Replaces only a regular file that the user owns, and keeps its read, write and execute permissions but no
+/// others. Follows a symbolic link at the end of the path if the user or root owns it, so the link stays;
+/// refuses links of anybody else.
 class NewFile {
 public:
-    /// @throws Failure (usage), as the others do, when the file cannot be made, or when something else than
-    ///         the above has its name.
+    /// @throws Failure (usage), like the other operations, if the file cannot be created or the path names
+    ///         anything else.
     explicit NewFile(const std::string& path);
     NewFile(const NewFile&) = delete;
     NewFile& operator=(const NewFile&) = delete;
     ~NewFile();
 
     void write(std::span<const std::uint8_t> bytes);
-    /// Gives it its name, once its content is on the disk.
+    /// Syncs the content to disk, then gives the file its final name.
     void complete();
 
 private:

@@ -11,15 +11,15 @@
 
 namespace TAVO::cli {
 
-/// The object that a command works on: the one of that full name, or the only suitable one of the device when
-/// the name is empty.
-/// @param kind what a suitable object is called in messages.
-/// @throws Failure (not found) when the named one is not suitable, or when none or several are; it lists
-/// them.
+/// The object a command works on: the one with that full name or, if the name is empty, the only one on the
+/// device that fits.
+/// @param kind what messages call such an object.
+/// @throws Failure (not found) if the named object does not fit, or if none or several do; the message lists
+///         them.
 std::shared_ptr<Object_v1_0> chooseObject(Session& session, const std::string& fullName, const char* kind,
                                           const std::function<bool(const Object_v1_0&)>& suits);
 
-/// The same for objects of one of the classes; the result has the class when there is just one.
+/// The same for objects of any of these classes. The result has the class if there is only one.
 template <class Proxy, class... Others>
 auto chooseObject(Session& session, const std::string& fullName, const char* kind) {
     const auto suits = [](const Object_v1_0& object) {
@@ -30,13 +30,13 @@ auto chooseObject(Session& session, const std::string& fullName, const char* kin
     return std::dynamic_pointer_cast<Result>(object);
 }
 
-/// Whether the device lists the method and the client knows its records.
+/// Whether the device lists the method and this client knows its records.
 bool offers(const Object_v1_0& object, std::string_view method);
 /// @throws Failure (not found) otherwise.
 void requireOffer(const Object_v1_0& object, std::string_view method);
 
-/// A call as Object_v1_0::make builds it, for methods that not every suitable object has.
-/// @throws Failure (not found) when the object does not offer it.
+/// Builds a call like Object_v1_0::make, for methods that not every such object has.
+/// @throws Failure (not found) if the object does not offer it.
 template <class Request, class Reply, class... Arguments>
 auto callOf(const Object_v1_0& object, const TAVOXTranscode::Call<Request, Reply>& call,
             Arguments&&... arguments) {

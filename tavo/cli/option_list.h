@@ -7,38 +7,37 @@
 #include <variant>
 #include <vector>
 
-/// What a user can say to a command, as data: the parser and its help follow from it, and whoever else wants
-/// to tell it can walk it.
+/// The options of a command as data, from which the parser and the help are built.
 namespace TAVO::cli {
 
-/// What the values of an option are.
+/// The kind of value an option takes.
 enum class ValueKind {
-    flag, ///< none: the option is given or not
+    flag, ///< no value: the option is given or not
     text,
     file,     ///< the path of a file
     integer,  ///< decimal, hexadecimal after 0x, or octal after 0
     number,   ///< with or without a fraction
-    duration, ///< a number and ms, s, m or h, as seconds
+    duration, ///< a number with ms, s, m or h, in seconds
 };
 
-/// Where the value goes. Until one is given it holds what stands for it.
+/// Where to store the value. Holds the default until one is given.
 using OptionTarget =
     std::variant<bool*, std::string*, std::int32_t*, std::uint32_t*, double*, std::optional<std::string>*,
                  std::optional<std::uint16_t>*, std::optional<std::int32_t>*, std::optional<std::uint32_t>*,
                  std::optional<double>*, std::vector<bool>*, std::vector<std::string>*,
                  std::vector<std::uint32_t>*>;
 
-/// The numbers from `lowest` to `highest`, of the type in which they are compared.
+/// The numbers from `lowest` to `highest`, in the type used to compare them.
 template <class Number>
 struct Interval {
     Number lowest;
     Number highest;
 };
 
-/// Which numbers an option takes.
+/// The numbers an option accepts.
 struct NumberLimits {
     std::variant<Interval<std::int32_t>, Interval<std::uint32_t>, Interval<double>> interval;
-    /// What the help calls them in place of both ends.
+    /// Replaces both ends in the help.
     std::string name = {};
 };
 
@@ -51,28 +50,28 @@ NumberLimits positive();
 /// 0 and above.
 NumberLimits notNegative();
 
-/// What holds for an option beyond its names and its help.
+/// Everything about an option besides its names and its help.
 struct OptionRules {
     bool required = false;
-    /// Whether the help shows what stands for a value that is not given.
+    /// Whether the help shows the default.
     bool showsDefault = false;
-    /// Where the type of the target does not tell it.
+    /// Needed if the target's type does not imply it.
     std::optional<ValueKind> kind = {};
-    /// All values that there are, where they can be listed.
+    /// All valid values, if they can be listed.
     std::vector<std::string> choices = {};
     std::optional<NumberLimits> limits = {};
-    /// What the help calls a value in place of its type.
+    /// Replaces the type of the value in the help.
     std::string valueName = {};
-    /// Under which the help shows the option, in place of the usual heading.
+    /// Replaces the usual heading in the help.
     std::string heading = {};
-    /// Options of the same list without which, or beside which, this one cannot be given.
+    /// Options of the same list that this one requires, or excludes.
     std::vector<std::string> needs = {};
     std::vector<std::string> excludes = {};
 };
 
-/// One option, or one argument that is known by its place.
+/// One option, or one positional argument.
 struct Option {
-    /// "--baud" or "-y,--yes"; the bare name of an argument.
+    /// "--baud" or "-y,--yes"; for an argument its bare name.
     std::string names;
     std::string help;
     OptionTarget target;
@@ -84,10 +83,10 @@ struct Option {
     ValueKind kind() const;
 };
 
-/// The options of one command, in the order of its help.
+/// The options of one command, in the order of the help.
 class OptionList {
 public:
-    /// @param target outlives the list and whoever parses by it.
+    /// @param target must outlive the list and every parser built from it.
     template <class Target>
     void add(std::string names, Target& target, std::string help, OptionRules rules = {}) {
         options_.push_back({std::move(names), std::move(help), &target, std::move(rules)});

@@ -14,11 +14,11 @@ namespace TAVO::cli {
 
 namespace {
 
-/// CLI::Range lets "nan" pass: it is neither below nor above anything.
+/// CLI::Range accepts "nan", which is neither below nor above anything.
 CLI::Validator refusingNan(const CLI::Range& range) {
     const auto check = [range](std::string& text) {
         if (std::isnan(std::strtod(text.c_str(), nullptr)))
-            return "Value " + text + " is no number";
+            return "Value " + text + " is not a number";
         return range(text);
     };
     return {check, range.get_description()};
@@ -36,7 +36,7 @@ CLI::Validator checkOf(const NumberLimits& limits) {
         limits.interval);
 }
 
-/// For a unit alone would stand for one of it.
+/// CLI11 takes a unit alone for one of that unit.
 std::string refuseWithoutNumber(const std::string& text) {
     return !text.empty() && std::isdigit(static_cast<unsigned char>(text.front())) != 0
                ? ""

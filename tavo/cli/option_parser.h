@@ -8,7 +8,7 @@ class App;
 
 namespace TAVO::cli {
 
-/// Lets `app` parse the options, and tell them in its help. Their targets must outlive the parsing.
+/// Adds the options to `app`, for parsing and help. Their targets must outlive the parsing.
 void addOptions(CLI::App& app, const OptionList& options);
 
 } // namespace TAVO::cli

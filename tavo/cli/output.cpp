@@ -53,7 +53,7 @@ const char* nameOf(ErrorOrigin origin) {
     return "library";
 }
 
-/// What is not known is left out.
+/// Leaves out unknown facts.
 void writeFacts(JsonWriter& json, const ErrorFacts& facts) {
     json.object([&] {
         json.key("connectionUsable").flag(facts.connectionUsable);
@@ -103,7 +103,7 @@ void Output::say(std::string_view kind, std::string_view message, const Document
 void Output::finish() {
     output_.flush();
     if (output_.error() != 0)
-        throw Failure(ExitCode::protocol, fmt::format("cannot write to the standard output: {}",
+        throw Failure(ExitCode::protocol, fmt::format("cannot write to standard output: {}",
                                                       std::generic_category().message(output_.error())));
 }
 

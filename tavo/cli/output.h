@@ -11,36 +11,37 @@
 
 namespace TAVO::cli {
 
-/// Where the tool's words go: data to the standard output as text or as one JSON document, failures to the
-/// standard error stream. All is written as it is made, so that a large result is not held twice.
+/// The tool's output: data goes to standard output as text or as one JSON document, failures go to standard
+/// error. Everything is written as it is produced, so a large result is never held twice.
 class Output {
 public:
     using Document = std::function<void(JsonWriter&)>;
     using Text = std::function<void(TextWriter&)>;
 
-    /// @param json whether data and failures are JSON.
+    /// @param json writes data and failures as JSON.
     explicit Output(bool json);
 
     bool isJson() const { return json_; }
 
-    /// Data in both forms, of which one is written. The document is the only one of the run. Neither may
-    /// fail half-way: what can fail comes before.
+    /// Writes the data in one of its two forms. Call it once per run. Neither form may throw half-way: do
+    /// what can fail first.
     void show(const Document& document, const Text& text);
     /// The same for a small document.
     void show(const nlohmann::json& document, const Text& text);
-    /// The same for what has nothing to tell but that it was done.
+    /// The same for a command whose text output is empty.
     void show(const nlohmann::json& document);
-    /// Text for people that does not wait for the end.
+    /// Text for people, written at once.
     void print(const Text& text);
-    /// Bytes for the standard output as they are, whatever the form: help texts, and what a console receives.
+    /// Writes bytes to standard output unchanged, in either form: help texts, and what a console receives.
     void write(std::string_view bytes) { output_.write(bytes); }
-    /// Tells a failure on the standard error stream.
+    /// Reports a failure on standard error.
     void tell(const FailureReport& report);
-    /// Tells what the user should know, and goes on.
+    /// Prints a warning.
     void warn(std::string_view message);
 
-    /// Call it last, and after what has to be seen at once: makes sure that everything has arrived.
-    /// @throws Failure when the standard output cannot take what was written.
+    /// Flushes, and checks that everything was written. Call it last, and after output that must appear at
+    /// once.
+    /// @throws Failure if standard output could not be written.
     void finish();
 
 private:
@@ -51,11 +52,11 @@ private:
     Sink errors_;
 };
 
-/// Whether line-drawing characters can be shown: the locale's characters are UTF-8.
+/// Whether the locale uses UTF-8, so line-drawing characters can be shown.
 bool localeIsUtf8();
 
-/// Gives the three standard streams something to stand on where the caller closed them, so that no socket
-/// ever gets their numbers. Writing to one of them then fails.
+/// Opens a placeholder for each standard stream that the caller closed, so that no socket gets its number.
+/// Writing to a placeholder fails.
 void holdStandardStreams();
 
 } // namespace TAVO::cli

@@ -21,7 +21,7 @@ namespace TAVO::cli {
 
 namespace {
 
-/// Holds back the signals that would end or stop the process and makes them readable instead.
+/// Blocks the signals that would end or stop the process and makes them readable instead.
 class HeldSignals {
 public:
     HeldSignals()
@@ -123,7 +123,7 @@ Secret ask(const std::string& user) {
         auto answer = askOnce(terminal.number(), fmt::format("Password of {}: ", user));
         if (answer.signal == 0)
             return std::move(answer.line);
-        // The terminal is itself again, so the signal may do what it does; after a stop it is asked again.
+        // The terminal is restored, so let the signal act. After a stop, ask again.
         std::raise(answer.signal);
     }
 }
@@ -133,7 +133,7 @@ Secret ask(const std::string& user) {
                   fmt::format("cannot read '{}': {}", path, std::generic_category().message(errno)));
 }
 
-/// Byte by byte, so that no buffer keeps any of it.
+/// Byte by byte, so that no buffer keeps a copy.
 Secret firstLine(int file, const std::string& path) {
     Secret line;
     for (;;) {
@@ -160,7 +160,7 @@ Secret passwordIn(const std::string& path, const std::function<void(std::string_
     if (file < 0 || ::fstat(file, &found) != 0)
         refuseFile(path);
     if (S_ISREG(found.st_mode) && (found.st_mode & (S_IRWXG | S_IRWXO)) != 0)
-        warn(fmt::format("the password file '{}' is open to others: its mode is {:04o}, not 0600", path,
+        warn(fmt::format("the password file '{}' is accessible to others: its mode is {:04o}, not 0600", path,
                          found.st_mode & mode_t{07777}));
     return firstLine(file, path);
 }
@@ -174,7 +174,7 @@ std::optional<Secret> takePasswordOfEnvironment() {
     if (value == nullptr)
         return std::nullopt;
     Secret password(value);
-    // The system shows this memory to whoever may look at the process's environment.
+    // The system shows this memory to anybody who may read the process's environment.
     ::explicit_bzero(value, password.text().size());
     ::unsetenv(name); // NOLINT(concurrency-mt-unsafe): the process has one thread
     return password;

@@ -9,24 +9,24 @@
 
 namespace TAVO::cli {
 
-/// The value of the environment variable TAVO_PASSWORD, which neither this process nor a child of it has any
-/// more then. Call it while the process has one thread.
+/// Takes the value of the environment variable TAVO_PASSWORD and removes it, so neither this process nor its
+/// children have it any more. Call it while the process has one thread.
 std::optional<Secret> takePasswordOfEnvironment();
 
-/// Where a password is looked for.
+/// Where to look for a password.
 struct PasswordSources {
-    /// A file whose first line it is; - is the standard input.
+    /// A file with the password in its first line; "-" is standard input.
     std::optional<std::string> file;
     const std::optional<Secret>& environment;
 };
 
-/// The password of `user`: of the file when one is named, else of the environment, else what is typed at the
-/// terminal, unseen. Arguments of a program are visible to everybody, so a password is never one.
+/// The password of `user`: from the file if one is named, else from the environment, else typed at the
+/// terminal without echo. Never from an argument: everybody can see those.
 ///
-/// The terminal's settings come back however the prompt ends, signals included. Call it while the process has
+/// Restores the terminal's settings however the prompt ends, signals included. Call it while the process has
 /// one thread.
-/// @param warn is told when others may read the file.
-/// @throws Failure (usage) when the file cannot be read or there is no terminal to ask at.
+/// @param warn gets a message if others may access the file.
+/// @throws Failure (usage) if the file cannot be read or there is no terminal to ask at.
 Secret findPassword(const PasswordSources& sources, const std::string& user,
                     const std::function<void(std::string_view)>& warn);
 

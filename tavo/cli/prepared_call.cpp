@@ -96,13 +96,13 @@ dto::Params makeParams(const std::string& fullName, const MethodRow& row,
     return {std::move(request)};
 }
 
-/// Whether the object can be called by this row.
+/// Whether this row describes a method of the object.
 bool describes(const MethodRow& row, const Object_v1_0& object) {
     const auto [encoder, decoder] = object.findFunctions(row.name);
     return row.encoder == encoder && row.decoder == decoder && object.hasMethod(std::string(row.name));
 }
 
-/// What an executed call replied, if it did.
+/// The reply of an executed call, if it has one.
 std::optional<ValueView> replyOf(const PreparedCall& call) {
     const auto reply = call.method->getResult().reply;
     if (!call.row->reply || !reply)
@@ -117,7 +117,7 @@ CallWords parseCall(std::span<const std::string> words) {
         throw Failure(ExitCode::usage, problem + "; a call is OBJECT.METHOD [name=value ...]");
     };
     if (words.empty())
-        refuse("there is no call");
+        refuse("no call given");
     CallWords call;
     const auto dot = words.front().rfind('.');
     if (dot == std::string::npos || dot == 0 || dot + 1 == words.front().size())
@@ -145,7 +145,7 @@ PreparedCall prepareCall(const std::shared_ptr<Object_v1_0>& object, const CallW
 
 std::vector<const MethodRow*> callableMethods(const Object_v1_0& object) {
     std::vector<const MethodRow*> rows;
-    // Types that share a method each have a row for it.
+    // Types that share a method have a row each.
     std::set<std::string_view> seen;
     for (const auto& table : objectTables())
         for (const auto& row : table.rows)

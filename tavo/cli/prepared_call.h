@@ -12,7 +12,7 @@
 
 namespace TAVO::cli {
 
-/// A call in the user's words, `OBJECT.METHOD name=value ...`, checked as far as words can be.
+/// A call as the user wrote it, `OBJECT.METHOD name=value ...`, with its syntax checked.
 struct CallWords {
     struct Assignment {
         std::string field;
@@ -27,29 +27,29 @@ struct CallWords {
 /// @throws Failure (usage)
 CallWords parseCall(std::span<const std::string> words);
 
-/// A call that fits the device, with the description of its records.
+/// A call that the device offers, with the description of its records.
 struct PreparedCall {
     std::shared_ptr<Object_v1_0> object;
     std::shared_ptr<Method> method;
     const TAVOXTranscode::MethodRow* row = nullptr;
 };
 
-/// Sends nothing once the session is open.
-/// @throws Failure (not found) for unknown objects and methods, Failure (usage) for wrong fields and values.
+/// Opens the session if needed; sends nothing else.
+/// @throws Failure (not found) for an unknown object or method, Failure (usage) for a wrong field or value.
 PreparedCall prepareCall(Session& session, const CallWords& words);
-/// The same for the object that the words mean.
+/// The same, with the object already found.
 PreparedCall prepareCall(const std::shared_ptr<Object_v1_0>& object, const CallWords& words);
 
-/// The object's methods that can be called, with their records, in published order: those that both the
-/// device and this client know.
+/// The methods that both the device and this client know, in published order.
 std::vector<const TAVOXTranscode::MethodRow*> callableMethods(const Object_v1_0& object);
 
-/// The method with its parameters and results in words: "get() -> state: u8".
+/// The method with its parameters and results: "get() -> state: u8".
 std::string signatureText(const TAVOXTranscode::MethodRow& row);
 
-/// The members "method", "result" and "returnCode" of an executed call, the result null without reply data.
+/// Writes the members "method", "result" and "returnCode" of an executed call. Without reply data "result" is
+/// null.
 void writeResult(JsonWriter& json, const PreparedCall& call);
-/// The same in lines: the method and its return code, then a line for each field of the result.
+/// The same as text: a line with method and return code, then a line for each field of the result.
 void writeResult(TextWriter& text, const PreparedCall& call);
 
 } // namespace TAVO::cli

@@ -4,28 +4,28 @@ namespace TAVO::cli {
 
 void Program::describe(OptionList& list) {
     const auto heading = "Connection";
-    list.add("--json", json, "Data and failures as JSON");
+    list.add("--json", json, "Print data and failures as JSON");
     list.add("--host", connection.host, "The device's name or address", {.heading = heading});
-    list.add("--port", connection.port, "Its port, 6123 unless given, 6124 with --secure",
+    list.add("--port", connection.port, "Its port; default 6123, or 6124 with --secure",
              {.limits = between(1, 65535), .heading = heading});
-    list.add("--user", connection.user, "In whose name the lock is taken", {.heading = heading});
-    list.add("--password-file", connection.passwordFile, "File whose first line is the password",
+    list.add("--user", connection.user, "User who takes the lock", {.heading = heading});
+    list.add("--password-file", connection.passwordFile, "File with the password in its first line",
              {.kind = ValueKind::file, .heading = heading});
     list.add("--via", connection.via,
-             "Reach the device through a command of the shell, %h being the host and %p the\n"
-             "port, such as 'ssh gateway -W %h:%p'",
+             "Reach the device through a shell command, such as 'ssh gateway -W %h:%p';\n"
+             "%h is the host, %p the port",
              {.valueName = "COMMAND", .heading = heading, .needs = {"--host"}});
-    list.add("--secure", connection.secure, "Insist on a known server key", {.heading = heading});
+    list.add("--secure", connection.secure, "Require a known server key", {.heading = heading});
     list.add("--timeout", connection.timeout,
-             "How long the device may take to answer each exchange, such as 500ms, 10s or 2m; as\n"
-             "long as it takes unless given",
+             "Time limit for each exchange with the device, such as 500ms, 10s or 2m;\n"
+             "default: no limit",
              {.kind = ValueKind::duration,
               .limits = between(0.001, 1e6),
               .valueName = "DURATION",
               .heading = heading});
-    list.add("--sim", connection.simulated, "Use a simulated device inside the tool instead",
+    list.add("--sim", connection.simulated, "Use a simulated device inside the tool",
              {.heading = heading, .excludes = {"--host", "--port", "--via"}});
-    list.add("--topology", connection.topology, "Which simulated device",
+    list.add("--topology", connection.topology, "Topology of the simulated device",
              {.showsDefault = true, .heading = heading, .needs = {"--sim"}});
 }
 

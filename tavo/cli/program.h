@@ -11,12 +11,12 @@ namespace TAVO::cli {
 struct Program {
     ConnectionOptions connection;
     bool json = false;
-    /// The help text that was asked for; there is no action then.
+    /// The requested help text, in place of an action.
     std::string help;
-    /// Set by the command that was chosen.
+    /// Set by the chosen command.
     Action action;
 
-    /// The options that stand before or after every command.
+    /// Lists the options that every command takes.
     void describe(OptionList& list);
 };
 

@@ -5,8 +5,8 @@
 
 namespace TAVO::cli {
 
-/// One line on the standard error stream that tells how far a long command is; nothing at all when that
-/// stream is no terminal. The line is gone when the display is.
+/// A progress line on standard error, for long commands. Shows nothing unless that is a terminal. The
+/// destructor clears the line.
 class Progress {
 public:
     Progress();

@@ -9,11 +9,11 @@
 
 namespace TAVO::cli {
 
-/// How far a transfer is, in one line: "writing [########------------]  40 %, 3.2 of 8.0 MiB, 5.1 MiB/s".
+/// Progress of a transfer in one line: "writing [########------------]  40 %, 3.2 of 8.0 MiB, 5.1 MiB/s".
 std::string progressText(std::string_view what, std::uint64_t done, std::uint64_t total,
                          std::chrono::duration<double> elapsed);
 
-/// That line for a transfer that begins now, where Progress shows one.
+/// Shows that line for a transfer that starts now.
 class ProgressBar {
 public:
     ProgressBar(std::string_view what, std::uint64_t total)

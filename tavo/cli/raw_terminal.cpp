@@ -19,14 +19,14 @@ struct sigaction actionOf(void (*handler)(int)) {
     struct sigaction action {};
     action.sa_handler = handler;
     action.sa_flags = SA_RESTART;
-    // Neither comes between the other's steps.
+    // Neither handler may interrupt the other.
     sigemptyset(&action.sa_mask);
     sigaddset(&action.sa_mask, SIGTSTP);
     sigaddset(&action.sa_mask, SIGCONT);
     return action;
 }
 
-/// Stops the process as SIGTSTP does where nobody handles it; returns when it goes on.
+/// Stops the process as an unhandled SIGTSTP does. Returns when the process continues.
 void stopByDefault() {
     struct sigaction handler {};
     const auto byDefault = actionOf(SIG_DFL);
@@ -36,7 +36,7 @@ void stopByDefault() {
     sigemptyset(&stop);
     sigaddset(&stop, SIGTSTP);
     static_cast<void>(std::raise(SIGTSTP));
-    ::pthread_sigmask(SIG_UNBLOCK, &stop, &mask); // here it stops
+    ::pthread_sigmask(SIG_UNBLOCK, &stop, &mask); // stops here
     ::pthread_sigmask(SIG_SETMASK, &mask, nullptr);
     ::sigaction(SIGTSTP, &handler, nullptr);
 }
@@ -53,7 +53,7 @@ void giveBackAndStop(int /*signal*/) {
     if (rawDescriptor >= 0)
         ::tcsetattr(rawDescriptor, TCSANOW, &before);
     stopByDefault();
-    takeTerminal(SIGCONT); // also where the process was not stopped
+    takeTerminal(SIGCONT); // even if the process was not stopped
     errno = error;
 }
 
@@ -63,13 +63,13 @@ RawTerminal::RawTerminal(int descriptor) {
     if (::isatty(descriptor) != 1)
         return;
     if (::tcgetattr(descriptor, &before) != 0)
-        throw Failure(ExitCode::usage, "cannot look at the terminal");
+        throw Failure(ExitCode::usage, "cannot read the terminal settings");
     raw = before;
     ::cfmakeraw(&raw);
     rawDescriptor = descriptor;
     if (::tcsetattr(descriptor, TCSAFLUSH, &raw) != 0) {
         restore();
-        throw Failure(ExitCode::usage, "cannot set the terminal");
+        throw Failure(ExitCode::usage, "cannot change the terminal settings");
     }
     taken_ = true;
     const auto stop = actionOf(giveBackAndStop);

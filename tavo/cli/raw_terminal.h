@@ -4,20 +4,20 @@
 
 namespace TAVO::cli {
 
-/// A terminal that hands over every key as it is, Ctrl-C included, and shows nothing by itself, while this
-/// exists. There is one at a time.
+/// Keeps a terminal in raw mode while it exists: passes on every key, Ctrl-C included, without echo. One at a
+/// time.
 ///
-/// SIGTSTP gives the terminal back before it stops the process, and SIGCONT takes it again.
+/// On SIGTSTP it restores the terminal before the process stops; on SIGCONT it sets raw mode again.
 class RawTerminal {
 public:
-    /// @param descriptor nothing happens when it is no terminal.
+    /// @param descriptor ignored unless it is a terminal.
     explicit RawTerminal(int descriptor);
     RawTerminal(const RawTerminal&) = delete;
     RawTerminal& operator=(const RawTerminal&) = delete;
-    /// Gives the terminal back as it was.
+    /// Restores the terminal.
     ~RawTerminal();
 
-    /// The same at once, for signal handlers; nothing when there is no raw terminal.
+    /// Restores the terminal from a signal handler. Does nothing if there is no raw terminal.
     static void restore();
 
 private:

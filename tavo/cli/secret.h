@@ -5,10 +5,10 @@
 
 namespace TAVO::cli {
 
-/// Overwrites what the text holds, and its spare room, and leaves it empty.
+/// Overwrites the text and its spare capacity, then clears it.
 void wipe(std::string& text) noexcept;
 
-/// A text that leaves nothing of itself in memory: every place where it was is wiped.
+/// A text that leaves no trace in memory: it wipes every buffer it held.
 class Secret {
 public:
     Secret();

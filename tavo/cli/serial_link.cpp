@@ -31,7 +31,7 @@ SerialLink::~SerialLink() {
 }
 
 std::string SerialLink::exchange(std::string_view bytes) {
-    // The operations of the proxy do not move the bytes as they are.
+    // The proxy's own operations convert the bytes, so call the methods directly.
     const auto receive = port_->make(com_v1_0::recv, receivedAtOnce);
     std::vector<std::shared_ptr<Method>> calls;
     if (!bytes.empty())

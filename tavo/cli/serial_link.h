@@ -12,15 +12,15 @@ namespace TAVO::cli {
 /// The serial port of a device, open while this exists.
 class SerialLink {
 public:
-    /// Opens the port. @throws Failure (refused) when the device does not accept the settings.
+    /// Opens the port. @throws Failure (refused) if the device does not accept the settings.
     SerialLink(Session& session, std::shared_ptr<CommonModules::Com_v1_0> port,
                const dto::com::OpenRequest& settings);
     SerialLink(const SerialLink&) = delete;
     SerialLink& operator=(const SerialLink&) = delete;
-    /// Closes it, if that was not done, and forgets errors: there is one on its way already.
+    /// Closes the port if it is still open. Ignores errors: an exception is already on its way.
     ~SerialLink();
 
-    /// Sends exactly these bytes, and takes what has arrived, in one exchange.
+    /// Sends exactly these bytes and receives what has arrived, in one exchange.
     std::string exchange(std::string_view bytes);
     void close();
 
@@ -30,14 +30,14 @@ private:
     bool open_ = false;
 };
 
-/// Looks for a text in bytes that come in pieces.
+/// Searches for a text in bytes that arrive in pieces.
 class TextWatch {
 public:
-    /// Nothing is ever found when `wanted` is empty.
+    /// An empty `wanted` is never found.
     explicit TextWatch(std::string wanted)
         : wanted_(std::move(wanted)) {}
 
-    /// Whether the text was there, or is with these bytes.
+    /// Adds these bytes. Returns whether the text has been seen so far.
     bool sees(std::string_view bytes);
 
 private:

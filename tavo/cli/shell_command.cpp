@@ -31,14 +31,14 @@ sigset_t setOf(std::initializer_list<int> signals) {
     return set;
 }
 
-/// Starts the shell on a socket. Returns the system's error, 0 for none.
+/// Starts the shell with `socket` as its input and output. Returns errno, or 0.
 int spawn(const std::string& command, int socket, pid_t& process) {
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, socket, STDIN_FILENO);
     posix_spawn_file_actions_adddup2(&actions, socket, STDOUT_FILENO);
 
-    // The terminal sends the first three to the whole job, but the lock is released through the command.
+    // The terminal sends the first three to the whole job, but releasing the lock still needs the command.
     const auto held = setOf({SIGINT, SIGQUIT, SIGHUP});
     const auto byDefault = setOf({SIGPIPE, SIGTERM});
     posix_spawnattr_t attributes;

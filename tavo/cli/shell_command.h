@@ -9,27 +9,27 @@
 
 namespace TAVO::cli {
 
-/// A command that a shell runs, with its standard input and output as the two directions of one connection.
-/// Its standard error stream is the tool's. Ctrl-C and the like do not reach it: it serves until it is ended.
+/// A shell command whose standard input and output are the two directions of a connection. It shares the
+/// tool's standard error. Ctrl-C and the like do not reach it: it runs until it is ended.
 class ShellCommand {
 public:
     using Milliseconds = std::chrono::milliseconds;
 
     /// Starts it.
-    /// @throws NetworkError when the system cannot.
+    /// @throws NetworkError if the system cannot.
     explicit ShellCommand(const std::string& command);
     ShellCommand(const ShellCommand&) = delete;
     ShellCommand& operator=(const ShellCommand&) = delete;
-    /// Ends it, see end().
+    /// Ends the command, see end().
     ~ShellCommand();
 
-    /// The near end of the connection, which does not block.
+    /// Our end of the connection, non-blocking.
     int connection() const { return connection_.number(); }
 
-    /// Whether it ends within that time. Its exit status is collected then.
+    /// Waits that long for the command to end and then collects its exit status. Returns whether it ended.
     bool awaitEnd(Milliseconds patience) noexcept;
-    /// Closes the connection, by which the command should end. What does not within the patience is told to,
-    /// and killed when that does not help either.
+    /// Closes the connection, which should end the command. If it is still running after `patience`, sends
+    /// SIGTERM, and at last SIGKILL.
     void end(Milliseconds patience) noexcept;
     /// "ended with exit status 1" and the like, once it has ended.
     std::string endText() const;

@@ -16,7 +16,7 @@ namespace TAVO::cli {
 
 namespace {
 
-/// What arguments that cannot be parsed seem to want: their failure is told as JSON too.
+/// Guesses from arguments that do not parse whether to report the failure as JSON.
 bool seemsToWantJson(int argc, char** argv) {
     auto** const end = std::find(argv, argv + argc, std::string_view("--"));
     return std::find(argv, end, std::string_view("--json")) != end;
@@ -30,13 +30,13 @@ void execute(const Program& program, Output& output) {
     }
 }
 
-/// What a signal such as SIGQUIT leaves of a process would hold the password.
+/// A core file would contain the password.
 void withoutCoreFile() {
     const rlimit none{0, 0};
     static_cast<void>(::setrlimit(RLIMIT_CORE, &none));
 }
 
-/// The exit status of an action, whose failure is told.
+/// Runs the action and reports its failure. Returns the exit status.
 template <class Action>
 ExitCode attempt(Output& output, Action action) {
     try {

@@ -2,7 +2,7 @@
 
 namespace TAVO::cli {
 
-/// The whole program, from its arguments to its exit status.
+/// Runs the whole program. Returns the exit status.
 int runTool(int argc, char** argv);
 
 } // namespace TAVO::cli

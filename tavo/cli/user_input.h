@@ -6,7 +6,7 @@
 
 namespace TAVO::cli {
 
-/// What `parse` makes of the user's words. Its std::invalid_argument becomes a Failure (usage) of that text.
+/// Parses the user's words. Turns std::invalid_argument into Failure (usage) with the same text.
 template <class Parse>
 auto parseInput(Parse parse) {
     try {

@@ -20,10 +20,10 @@ namespace TAVO::simulator {
 
 /// The state of a simulated appliance: its objects, lock, clock and firmware. Knows nothing of connections.
 ///
-/// Not synchronised by itself: a Simulator guards the one that it serves, see Simulator::inspect().
+/// Not synchronised: the Simulator that serves it guards it, see Simulator::inspect().
 class TAVO_SIMULATOR_API Appliance {
 public:
-    /// With the objects "device", "system" and "private" and no root members.
+    /// Has the objects "device", "system" and "private", and no root members.
     /// @param accounts user names and passwords. @param key what "getKey" answers.
     Appliance(std::map<std::string, std::string> accounts, std::vector<std::uint8_t> key);
     ~Appliance();
@@ -36,18 +36,18 @@ public:
     Object& add(const std::string& name, Arguments&&... arguments) {
         return root_->add<Object>(name, std::forward<Arguments>(arguments)...);
     }
-    /// Adds an object that was made before to the root members. @throws as SimulatedObject::add.
+    /// Adds an existing object to the root members. @throws as SimulatedObject::add.
     SimulatedObject& add(const std::string& name, std::unique_ptr<SimulatedObject> object) {
         return root_->add(name, std::move(object));
     }
     const std::vector<std::unique_ptr<SimulatedObject>>& rootMembers() const { return root_->members(); }
 
-    /// The object with that instance id, or a null pointer.
+    /// The object with this instance id, or null.
     SimulatedObject* find(std::uint32_t instanceId) const;
-    /// The object of that full name ("device", "bench.lamp"), or a null pointer.
+    /// The object with this full name ("device", "bench.lamp"), or null.
     SimulatedObject* find(std::string_view fullName) const;
-    /// The object of that full name as the class that models it.
-    /// @throws std::out_of_range when there is none of that name and class.
+    /// The object with this full name, as the class that models it.
+    /// @throws std::out_of_range if there is no object with this name and class.
     template <class Object = SimulatedObject>
     Object& get(std::string_view fullName) const {
         if (auto* object = dynamic_cast<Object*>(find(fullName)))
@@ -59,18 +59,18 @@ public:
 
     Lock& lock() { return lock_; }
     Clock& clock() { return clock_; }
-    /// Simulated microseconds since the appliance was made, as its models see them: while a request is served
-    /// the delays of that request included.
+    /// Simulated microseconds since the appliance was made, as its models see them: includes the delays of
+    /// the request being served.
     std::int64_t now() const;
-    /// The target board that the models share. Without power until a relay or a test switches it on.
+    /// The target board that all models share. Off until a relay or a test switches it on.
     const std::shared_ptr<Board>& board() const { return board_; }
     FirmwareStore& firmware() { return firmware_; }
     /// What "getKey" answers. Any length.
     const std::vector<std::uint8_t>& key() const { return key_; }
     void setKey(std::vector<std::uint8_t> key) { key_ = std::move(key); }
 
-    /// As after power-on: lock and reservations are gone, every object is in its first state. Clock and
-    /// firmware stay.
+    /// Returns to the state after power-on: drops lock and reservations and resets every object. Keeps clock
+    /// and firmware.
     void reset();
 
 private:

@@ -13,29 +13,29 @@ namespace TAVO::simulator {
 
 class Appliance;
 
-/// Device error codes that the simulated appliance reports by itself.
+/// Device error codes that the simulated appliance itself reports.
 namespace device_error {
 
 inline constexpr std::uint32_t configuration = 1000;
-/// Another user holds the lock; the message is his name.
+/// Another user holds the lock; the message is that user's name.
 inline constexpr std::uint32_t locked = 1001;
 /// No object has the instance id.
 inline constexpr std::uint32_t unknownObject = 1002;
-/// The object has no method of that id.
+/// The object has no method with the id.
 inline constexpr std::uint32_t unknownMethod = 1003;
-/// The parameters are shorter or longer than the method's.
+/// The parameters are too short or too long for the method.
 inline constexpr std::uint32_t malformedParameters = 1004;
-/// The request is larger than the appliance accepts; the connection is closed behind the answer.
+/// The request is larger than the appliance accepts; it closes the connection after the answer.
 inline constexpr std::uint32_t requestTooLarge = 1005;
-/// A call failed; the call at fault is the last one that has a result.
+/// A call failed: the last one that has a result.
 inline constexpr std::uint32_t execution = 1006;
 /// Unknown user, wrong password or wrong response.
 inline constexpr std::uint32_t login = 1013;
 
 } // namespace device_error
 
-/// Thrown by a handler: the call ends with this return code and reply data of zeros. The rest of the batch is
-/// carried out.
+/// Thrown by a handler to end the call with this return code and a reply of zeros. The rest of the batch
+/// still runs.
 class TAVO_SIMULATOR_API Refusal : public std::exception {
 public:
     explicit Refusal(std::int32_t code);
@@ -50,9 +50,9 @@ private:
     std::int32_t code_;
 };
 
-/// Thrown by a handler: the request ends here with a device error. The answer holds the results of the calls
-/// before this one; with device_error::execution also one for this call, with the return code `failure` and
-/// reply data of zeros. Any other exception of a handler counts as DeviceFault(execution, what()).
+/// Thrown by a handler to end the request with a device error. The answer holds the results of the calls
+/// before this one; with device_error::execution also a result for this call, with the return code `failure`
+/// and a reply of zeros. Any other exception from a handler counts as DeviceFault(execution, what()).
 class TAVO_SIMULATOR_API DeviceFault : public std::runtime_error {
 public:
     DeviceFault(std::uint32_t code, const std::string& message);
@@ -66,8 +66,8 @@ private:
     std::uint32_t code_;
 };
 
-/// What a handler knows about the request that it serves, and what it can do to it. Lives for one request;
-/// not to be kept.
+/// What a handler knows about the request it serves, and what it can do to it. Lives for one request: do not
+/// keep it.
 class TAVO_SIMULATOR_API CallContext {
 public:
     CallContext(Appliance& appliance, std::uint32_t lockId, std::uint64_t connection);
@@ -76,26 +76,26 @@ public:
     ~CallContext();
 
     Appliance& appliance() const { return appliance_; }
-    /// The lock id that the request carries; 0 for a client without lock.
+    /// The lock id in the request; 0 for a client without lock.
     std::uint32_t lockId() const { return lockId_; }
-    /// Number of the connection, counted from 1 over the simulator's life.
+    /// Number of the connection, counted from 1 over the simulator's lifetime.
     std::uint64_t connection() const { return connection_; }
-    /// The lock holder's name when the request carries his lock id, else empty.
+    /// The lock holder's name if the request carries the holder's lock id, else empty.
     std::string user() const;
 
-    /// The appliance's clock (microseconds since the epoch), the delays of this request included.
+    /// The appliance's clock in microseconds since the epoch, including the delays of this request.
     std::int64_t time() const;
-    /// Simulated microseconds since the appliance was made, the delays of this request included. Never jumps
-    /// when the clock is set: measure durations with it.
+    /// Simulated microseconds since the appliance was made, including the delays of this request. Setting the
+    /// clock does not change it: measure durations with it.
     std::int64_t elapsed() const;
 
-    /// Simulated time passes in this call: the answer to the whole request comes that much later (up to
-    /// Options::longestDelay; what goes beyond passes at once), and later calls of the batch see a later
-    /// time. Other connections are served meanwhile. Negative durations count as 0.
+    /// Lets simulated time pass in this call. It delays the answer to the whole request, by up to
+    /// Options::longestDelay; any excess passes at once. Later calls of the batch see the later time. Other
+    /// connections are served meanwhile. Negative durations count as 0.
     void delay(std::chrono::microseconds duration);
     std::chrono::microseconds totalDelay() const { return delay_; }
 
-    /// All connections of the appliance are closed once this request is answered.
+    /// Closes all connections of the appliance after this request has been answered.
     void closeConnections() { closesConnections_ = true; }
     bool closesConnections() const { return closesConnections_; }
 

@@ -11,7 +11,7 @@ std::int64_t microseconds(Duration duration) {
     return std::chrono::duration_cast<std::chrono::microseconds>(duration).count();
 }
 
-// Any 64-bit time may be set; it wraps around rather than overflows.
+// Any 64-bit time may be set, so wrap around: signed overflow is undefined.
 std::int64_t wrappingSum(std::int64_t left, std::int64_t right) {
     return static_cast<std::int64_t>(static_cast<std::uint64_t>(left) + static_cast<std::uint64_t>(right));
 }

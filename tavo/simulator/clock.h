@@ -7,26 +7,26 @@
 
 namespace TAVO::simulator {
 
-/// The appliance's time. It runs with real time until it is frozen, can be moved on by hand, and tells two
-/// things: the time of day, which can be set, and the time since the clock was made, which cannot.
+/// The appliance's clock. It follows real time until frozen and can be advanced by hand. It has two times:
+/// the time of day, which can be set, and the elapsed time, which cannot.
 class TAVO_SIMULATOR_API Clock {
 public:
-    /// The time of day is the computer's.
+    /// Starts with the computer's time of day.
     Clock();
 
     /// Microseconds since the epoch.
     std::int64_t time() const;
     void setTime(std::int64_t microseconds);
-    /// Microseconds since the clock was made. Never goes back.
+    /// Microseconds since the clock was made. Never decreases.
     std::int64_t elapsed() const;
-    /// A time in which nothing happens any more: some 36,000 years.
+    /// The longest time anything has to wait: some 36,000 years.
     static constexpr std::chrono::microseconds longest{std::int64_t{1} << 60};
-    /// Both times move on; the elapsed time no further than to `longest`.
+    /// Advances both times; the elapsed time at most to `longest`.
     void advance(std::chrono::microseconds duration);
-    /// Both times stand at this elapsed time until real time has caught up with it: for what was told to
-    /// happen in time that has still to pass. Does nothing when that time is gone.
+    /// Holds both times at this elapsed time until real time catches up: for work done ahead of the delay
+    /// that the client still waits for. Does nothing if that time has passed.
     void holdAt(std::int64_t elapsed);
-    /// From now on time moves by advance() alone, and by what clients let the appliance sleep.
+    /// From now on only advance() and the sleeps that clients request move the time.
     void freeze();
     bool isFrozen() const { return frozen_; }
 

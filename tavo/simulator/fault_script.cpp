@@ -31,7 +31,7 @@ Number numberFrom(std::string_view fault, std::string_view text, const char* wha
     return static_cast<Number>(negative ? 0 - magnitude : magnitude);
 }
 
-/// Takes off and returns what comes before the separator, or all; `found` tells which.
+/// Removes and returns the text before the separator, or all of it. `found` says whether there was one.
 std::string_view takePiece(std::string_view& rest, char separator, bool* found = nullptr) {
     const auto end = rest.find(separator);
     const bool hasSeparator = end != std::string_view::npos;
@@ -42,7 +42,7 @@ std::string_view takePiece(std::string_view& rest, char separator, bool* found =
     return piece;
 }
 
-/// One fault in text form, its name and its value taken apart.
+/// One fault in text form, split into name and value.
 struct Piece {
     std::string_view whole;
     std::string_view name;
@@ -150,17 +150,17 @@ FaultScript FaultScript::parse(std::string_view text) {
 
 std::string FaultScript::grammar() {
     return "A fault is REQUEST:FAULT. Requests are counted from 1, over all connections. FAULT is one of\n"
-           "  silent                        nothing is answered\n"
-           "  dribble[=MICROSECONDS]        the answer comes byte by byte, with pauses\n"
-           "  cut=BYTES                     the answer is cut after that many bytes, then closed\n"
+           "  silent                        there is no answer\n"
+           "  dribble[=MICROSECONDS]        the answer arrives byte by byte, with pauses\n"
+           "  cut=BYTES                     the connection is closed after this many bytes of the answer\n"
            "  close                         the connection is closed instead of an answer\n"
            "  reset                         the connection is reset instead of an answer\n"
            "  count=RESULTS                 the answer announces another number of results\n"
            "  size=FIELD:BYTES              the answer announces another size; FIELD is status,\n"
            "                                error or result (the first one)\n"
-           "  stray[=BYTES]                 surplus bytes follow the answer\n"
-           "  error=CODE:RESULTS[:MESSAGE]  a device error after that many results\n"
-           "  return=CODE[:INDEX]           return code of the call at that position, from 0\n"
+           "  stray[=BYTES]                 extra bytes follow the answer\n"
+           "  error=CODE:RESULTS[:MESSAGE]  a device error after this many results\n"
+           "  return=CODE[:INDEX]           the return code of the call at this position, from 0\n"
            "A request may have several faults, but only one of silent, dribble, cut, close, reset.\n"
            "Numbers are decimal, or hexadecimal after 0x. Example: 3:cut=17\n";
 }

@@ -13,27 +13,26 @@
 
 namespace TAVO::simulator {
 
-/// What a simulated appliance can do wrong with one request.
+/// What can go wrong with one request.
 ///
-/// Faults are of two kinds. Some change what is answered: Count, Size, Stray, DeviceError, ReturnCode. Some
-/// change how the answer travels: Silent, Dribble, Cut, Close, Reset. One request may have several of the
-/// first kind and one of the second. Except with DeviceError and ReturnCode the request is carried out before
-/// its answer is spoilt.
+/// There are two kinds of faults. Count, Size, Stray, DeviceError and ReturnCode change the answer itself;
+/// Silent, Dribble, Cut, Close and Reset change its delivery. A request may have several of the first kind
+/// and one of the second. Except with DeviceError and ReturnCode the appliance carries out the request and
+/// then spoils the answer.
 namespace faults {
 
-/// Nothing is answered; the connection stays open and is read on.
+/// There is no answer; the connection stays open and further requests are read.
 struct Silent {
     bool operator==(const Silent&) const = default;
 };
 
-/// The answer comes one byte at a time, with a pause after each.
+/// The answer arrives one byte at a time, with a pause after each.
 struct Dribble {
     std::chrono::microseconds pause{500};
     bool operator==(const Dribble&) const = default;
 };
 
-/// Only the first `bytes` bytes of the answer come (all of them when it is shorter), then the connection is
-/// closed.
+/// Only the first `bytes` bytes of the answer are sent (all of a shorter one), then the connection is closed.
 struct Cut {
     std::size_t bytes = 0;
     bool operator==(const Cut&) const = default;
@@ -56,7 +55,7 @@ struct Count {
 };
 
 /// The answer announces `bytes` as the size of one of its blocks; the block stays as it is. `result` is the
-/// first result. The connection stays open: add Cut with a large number to have it closed behind the answer.
+/// first result. The connection stays open: add Cut with a large number to close it after the answer.
 struct Size {
     enum class Field { status, error, result };
     Field field = Field::status;
@@ -64,14 +63,14 @@ struct Size {
     bool operator==(const Size&) const = default;
 };
 
-/// This number of bytes (each 0xA5) follow the answer, in the same send.
+/// This many extra bytes (0xA5) follow the answer, in the same send.
 struct Stray {
     std::size_t bytes = 1;
     bool operator==(const Stray&) const = default;
 };
 
-/// The appliance carries out the first `results` calls of the request and reports this error. Where the
-/// request has fewer calls, results of a bare return code 0 make up the number.
+/// The appliance carries out the first `results` calls of the request and reports this error. If the request
+/// has fewer calls, results with only the return code 0 make up the number.
 struct DeviceError {
     std::uint32_t code = 1000;
     std::uint32_t results = 0;
@@ -79,8 +78,8 @@ struct DeviceError {
     bool operator==(const DeviceError&) const = default;
 };
 
-/// The call at position `index` of the request, counted from 0, is not carried out: it answers with this
-/// return code and with reply data whose numbers are zero and whose texts and lists are empty.
+/// The call at position `index` of the request, counted from 0, is not carried out. It answers with this
+/// return code and a reply of zeros and empty texts and lists.
 struct ReturnCode {
     std::int32_t code = 0;
     std::uint32_t index = 0;
@@ -93,11 +92,11 @@ using Fault =
     std::variant<faults::Silent, faults::Dribble, faults::Cut, faults::Close, faults::Reset, faults::Count,
                  faults::Size, faults::Stray, faults::DeviceError, faults::ReturnCode>;
 
-/// Whether the fault is of how the answer travels.
+/// Whether the fault changes the delivery of the answer.
 TAVO_SIMULATOR_API bool isOfDelivery(const Fault& fault);
 
-/// Which request goes wrong, and how. Requests are counted from 1 over the life of a Simulator, over all its
-/// connections. A value type, not synchronised.
+/// Which requests go wrong, and how. Requests are counted from 1 over the lifetime of a Simulator, across all
+/// its connections. A value type, not synchronised.
 ///
 /// As text a fault is `REQUEST:FAULT`, where FAULT is one of
 ///
@@ -119,21 +118,21 @@ TAVO_SIMULATOR_API bool isOfDelivery(const Fault& fault);
 class TAVO_SIMULATOR_API FaultScript {
 public:
     FaultScript();
-    /// One fault per line in the form above; blank lines and lines that start with # are skipped.
+    /// Parses one fault per line in the form above. Skips blank lines and lines that start with #.
     /// @throws std::invalid_argument as add().
     static FaultScript parse(std::string_view text);
-    /// The forms that add() accepts, one per line with its meaning, for help texts.
+    /// Describes the forms that add() accepts, one per line, for help texts.
     static std::string grammar();
 
     /// Adds a fault in the form above. Returns this script.
-    /// @throws std::invalid_argument that names the offending piece.
+    /// @throws std::invalid_argument that names the wrong piece.
     FaultScript& add(std::string_view text);
     /// Adds a fault. Returns this script.
-    /// @throws std::invalid_argument when `request` is 0, or when it has a fault of its delivery already and
-    ///         `fault` is another.
+    /// @throws std::invalid_argument if `request` is 0, or if both `fault` and an earlier fault of the
+    ///         request change the delivery.
     FaultScript& at(std::uint64_t request, Fault fault);
 
-    /// The faults of one request, in the order in which they were added.
+    /// The faults of one request, in the order they were added.
     std::vector<Fault> faultsAt(std::uint64_t request) const;
     bool empty() const { return faults_.empty(); }
     bool operator==(const FaultScript&) const = default;

@@ -16,7 +16,7 @@ std::int64_t writingTime(std::size_t bytes) {
     return std::min(10 * second, second + static_cast<std::int64_t>(bytes) * second / (4 << 20));
 }
 
-/// How far the writing of an image comes.
+/// The percentage at which the update of an image ends.
 std::uint32_t reach(const std::vector<std::uint8_t>& image) {
     constexpr std::string_view badMark = "BAD";
     if (image.empty())

@@ -9,15 +9,15 @@
 
 namespace TAVO::simulator {
 
-/// The user who holds the appliance's lock, and the lock id that his requests carry.
+/// The user who holds the appliance's lock, and the lock id in that user's requests.
 struct LockHolder {
     std::string user;
     std::uint32_t lockId = 0;
     bool operator==(const LockHolder&) const = default;
 };
 
-/// The appliance's one lock and the accounts that may take it. The lock belongs to a user, not to a
-/// connection: it stays when the connection ends.
+/// The appliance's only lock, and the accounts that may take it. The lock belongs to a user, not to a
+/// connection, so it outlives the connection.
 class TAVO_SIMULATOR_API Lock {
 public:
     /// @param accounts user names and passwords.
@@ -26,18 +26,18 @@ public:
     const std::map<std::string, std::string>& accounts() const { return accounts_; }
     const std::optional<LockHolder>& holder() const { return holder_; }
 
-    /// Takes the lock for a user; gives the lock id, the same one when he holds it already.
-    /// @throws DeviceFault device_error::login for wrong credentials, device_error::locked with the holder's
-    ///         name as message.
+    /// Takes the lock for a user and returns the lock id: the same one if the user already holds the lock.
+    /// @throws DeviceFault (device_error::login) for wrong credentials, (device_error::locked) with the
+    ///         holder's name as message.
     std::uint32_t take(const std::string& user, const std::string& password);
-    /// Gives the lock back; does nothing when nobody holds it.
+    /// Releases the lock. Does nothing if nobody holds it.
     /// @throws DeviceFault as take().
     void release(const std::string& user, const std::string& password);
-    /// Nobody holds the lock any more.
+    /// Releases the lock, whoever holds it.
     void drop() { holder_.reset(); }
 
-    /// @throws DeviceFault device_error::locked with the holder's name when the lock is held under another
-    /// id.
+    /// @throws DeviceFault (device_error::locked) with the holder's name if the lock is held under another
+    ///         id.
     void requireFreeOrHeldBy(std::uint32_t lockId) const;
 
 private:

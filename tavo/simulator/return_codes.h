@@ -2,14 +2,14 @@
 
 #include <cstdint>
 
-/// Return codes that the objects of this library answer with; 0 is success.
+/// Return codes of the objects in this library; 0 is success.
 namespace TAVO::simulator::return_code {
 
 inline constexpr std::int32_t failure = -1;
 inline constexpr std::int32_t done = 0;
 /// An argument is out of range or malformed.
 inline constexpr std::int32_t badArgument = 1;
-/// What was compared differs.
+/// The compared bits differ.
 inline constexpr std::int32_t mismatch = 2;
 /// The function is switched off.
 inline constexpr std::int32_t disabled = 3;

@@ -116,7 +116,7 @@ void PeerConnection::send(const Bytes& bytes, bool endFollows) {
 void PeerConnection::write(const Bytes& bytes) { send(bytes, false); }
 
 void PeerConnection::finishWith(const Bytes& bytes) {
-    // The system keeps back only a few bytes for what follows.
+    // The system holds back only a few bytes.
     constexpr std::ptrdiff_t mostKeptBack = 1024;
     const auto tail = bytes.end() - std::min<std::ptrdiff_t>(mostKeptBack, bytes.end() - bytes.begin());
     write({bytes.begin(), tail});

@@ -12,44 +12,44 @@
 #include <tavo/simulator/export.h>
 
 /// The far end of a connection, byte by byte, for tests of what a Simulator never does: a peer that speaks
-/// out of turn, half a reply, a server that is no appliance at all.
+/// out of turn, half a reply, a server that is not an appliance at all.
 namespace TAVO::simulator {
 
-/// How long a peer waits for its client before it gives up.
+/// How long a peer waits for its client.
 inline constexpr std::chrono::seconds peerPatience{20};
 
-/// One accepted connection, closed by its destructor. Every operation that waits ends after the patience with
-/// std::runtime_error that names what it waited for. One thread at a time.
+/// One accepted connection, closed by its destructor. An operation that waits longer than `patience` throws
+/// std::runtime_error with what it waited for. Use it from one thread at a time.
 class TAVO_SIMULATOR_API PeerConnection {
 public:
-    /// @param socket an accepted socket that does not block, as the system numbers it; closed by this object.
+    /// @param socket the system's number of an accepted, non-blocking socket; this object closes it.
     explicit PeerConnection(std::intptr_t socket, std::chrono::milliseconds patience = peerPatience);
     PeerConnection(PeerConnection&& other) noexcept;
     PeerConnection& operator=(PeerConnection&& other) noexcept;
     ~PeerConnection();
 
-    /// Exactly `count` bytes.
-    /// @throws std::runtime_error also when the client closes before.
+    /// Reads exactly `count` bytes.
+    /// @throws std::runtime_error also if the client closes first.
     std::vector<std::uint8_t> read(std::size_t count);
-    /// One whole request: lock id, number of calls, the calls.
+    /// Reads one whole request: lock id, number of calls, the calls.
     std::vector<std::uint8_t> readRequest();
-    /// All bytes until the client closes its end.
+    /// Reads until the client closes its end.
     std::vector<std::uint8_t> readToEnd();
     void write(const std::vector<std::uint8_t>& bytes);
 
-    /// Tells the client that nothing more comes, and goes on reading.
+    /// Ends the stream to the client; reading still works.
     void finishWriting();
-    /// The same behind these bytes, in one piece: a client that has received the bytes also finds the end. On
-    /// Windows, where a piece cannot wait for the end, it may find the end a moment later.
+    /// Sends these bytes and the end together: a client that has received the bytes also sees the end. On
+    /// Windows the end may follow a moment later.
     void finishWith(const std::vector<std::uint8_t>& bytes);
     void close();
-    /// Cuts the connection: the client sees it reset.
+    /// Resets the connection.
     void reset();
     bool isOpen() const { return socket_ != noSocket; }
 
-    /// Waits this long at most for bytes or the end of what the client sends.
+    /// Waits at most this long for bytes or the end of the client's stream.
     bool hasInput(std::chrono::milliseconds wait) const;
-    /// Whether, where hasInput(), that is the end.
+    /// Whether the input reported by hasInput() is the end.
     bool atEnd() const;
 
 private:
@@ -62,12 +62,11 @@ private:
     std::chrono::milliseconds patience_;
 };
 
-/// Listens on a port of 127.0.0.1 of the system's choice, from construction on. The port stays its own while
-/// it does not listen. One thread at a time, but port() may be asked from any.
+/// Listens on a free port of 127.0.0.1 from construction on. Keeps the port while it does not listen. Use it
+/// from one thread at a time; port() may be called from any.
 ///
-/// Much can be tested in one thread, because the system completes a connect and stores what is sent before
-/// the peer looks: let the client connect and send, then accept(), read and write, then let the client
-/// receive.
+/// Many tests need only one thread, because the system completes a connect and buffers what is sent: let the
+/// client connect and send, then accept(), read and write, then let the client receive.
 class TAVO_SIMULATOR_API PeerListener {
 public:
     /// @throws std::runtime_error
@@ -79,11 +78,11 @@ public:
     std::uint16_t port() const { return port_; }
     std::string portText() const { return std::to_string(port_); }
 
-    /// @throws std::runtime_error when no client comes in time.
+    /// @throws std::runtime_error if no client connects in time.
     PeerConnection accept();
-    /// True when a client has connected that was not accepted yet.
+    /// Whether a client has connected and not been accepted yet.
     bool hasWaitingClient() const;
-    /// From now on clients are refused, and those that were not accepted are cut.
+    /// Refuses new clients and cuts off those not accepted yet.
     void stop();
     /// Listens again, on the same port.
     void listen(int backlog = 16);
@@ -95,7 +94,7 @@ private:
     std::uint16_t port_ = 0;
 };
 
-/// Plays the device in a thread of its own, for clients that wait for an answer.
+/// Plays the device in its own thread, for clients that wait for an answer.
 ///
 /// @code
 /// ScriptedPeer peer([](PeerListener& listener) {
@@ -108,7 +107,7 @@ private:
 /// peer.join();
 /// @endcode
 ///
-/// When the script ends, by its end or by an exception, the port is closed.
+/// Closes the port when the script returns or throws.
 class TAVO_SIMULATOR_API ScriptedPeer {
 public:
     using Script = std::function<void(PeerListener&)>;

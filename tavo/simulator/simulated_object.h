@@ -23,26 +23,26 @@ namespace TAVO::simulator {
 
 class Appliance;
 
-/// For handlers: a reply from one argument for each of its fields.
+/// For handlers: makes a reply from one argument per field.
 using TAVOXTranscode::makeRecord;
 using TAVOXTranscode::None;
 
 /// Who may make a call while a user holds the appliance's lock.
 enum class Access {
-    /// The lock holder alone.
+    /// Only the lock holder.
     locked,
     /// Everybody.
     open
 };
 
-/// A handler's return code and reply data, for a handler that gives both.
+/// Return code and reply of a handler that returns both.
 template <class Reply>
 struct Answer {
     std::int32_t code = 0;
     Reply reply;
 };
 
-/// Who reserved an object, as he said himself.
+/// The reservation of an object, in the client's own words.
 struct Reservation {
     std::string user;
     std::string info;
@@ -51,9 +51,9 @@ struct Reservation {
 
 /// One remote object of the appliance: its type, version, members and methods.
 ///
-/// A model derives from this class and gives every method of its type a handler in its constructor. The
-/// methods are those that proxies of the type and version have, with their records, so that there is one
-/// description of each. The eight methods of every object are served here.
+/// A model derives from this class, and its constructor gives every method of the type a handler. Methods and
+/// records are those of the client's proxies for the type and version, so each is described once. This class
+/// serves the eight methods of every object.
 ///
 /// @code
 /// Relay::Relay()
@@ -64,37 +64,37 @@ struct Reservation {
 /// }
 /// @endcode
 ///
-/// The ids of the object and of its methods are the appliance's own. They are derived from the full name, so
-/// they are the same in every run, and follow no order.
+/// The ids of the object and its methods are derived from its full name: they are the same in every run and
+/// follow no order.
 ///
-/// Handlers run one at a time, with the appliance locked (Simulator::inspect); they must not block.
+/// Handlers run one at a time, with the appliance guarded (see Simulator::inspect); they must not block.
 class TAVO_SIMULATOR_API SimulatedObject {
 public:
-    /// The methods are those that the client library, or a TypeFactory of the application's own, has for that
-    /// type and version, or none beside the eight of every object when there are none. "1.0" is the version
-    /// (1, 0, any) on the wire, "1.0.3" (1, 0, 3).
+    /// Takes the methods that the client library or an application's TypeFactory has for this type and
+    /// version; if there are none, only the eight of every object. "1.0" is (1, 0, any) on the wire, "1.0.3"
+    /// is (1, 0, 3).
     SimulatedObject(std::string type, const std::string& version);
     virtual ~SimulatedObject();
     SimulatedObject(const SimulatedObject&) = delete;
     SimulatedObject& operator=(const SimulatedObject&) = delete;
 
     const std::string& type() const { return type_; }
-    /// What the object tells of its version. Setting it does not change the methods.
+    /// The version that the object reports. Setting it does not change the methods.
     const dto::Base::Version& version() const { return version_; }
     void setVersion(const dto::Base::Version& version) { version_ = version; }
-    /// @param text as for the constructor. @throws SpecificationError when it is no version.
+    /// @param text as in the constructor. @throws SpecificationError if it is not a version.
     void setVersion(const std::string& text);
     const std::string& name() const { return name_; }
     /// The names from the root to this object, joined with dots: "bench.lamp".
     std::string fullName() const;
-    /// Valid once the object is part of an appliance.
+    /// Valid once the object belongs to an appliance.
     std::uint32_t instanceId() const { return instanceId_; }
-    /// @throws std::out_of_range when there is no such method, or the object is part of no appliance yet.
+    /// @throws std::out_of_range if there is no such method or the object belongs to no appliance yet.
     std::uint32_t methodId(std::string_view method) const;
 
     /// Makes an object and adds it below this one.
-    /// @throws std::invalid_argument for a name that is empty, holds a dot, or is there already;
-    ///         std::logic_error for a method without handler.
+    /// @throws std::invalid_argument for a name that is empty, contains a dot or is in use; std::logic_error
+    ///         for a method without handler.
     template <class Object, class... Arguments>
     Object& add(const std::string& name, Arguments&&... arguments) {
         auto object = std::make_unique<Object>(std::forward<Arguments>(arguments)...);
@@ -102,16 +102,16 @@ public:
         adopt(name, std::move(object));
         return added;
     }
-    /// Adds an object that was made before. @throws as the other add().
+    /// Adds an existing object. @throws as the other add().
     SimulatedObject& add(const std::string& name, std::unique_ptr<SimulatedObject> object);
     const std::vector<std::unique_ptr<SimulatedObject>>& members() const { return members_; }
 
-    /// Gives the method of that call its handler, or another one.
+    /// Sets or replaces the handler of the call's method.
     ///
-    /// The handler takes the request, where the call has one, and then, if it likes, a CallContext&. It
-    /// returns the reply record or an Answer of it; where the call has none, nothing or the return code. It
-    /// may throw Refusal and DeviceFault.
-    /// @throws std::logic_error when the object has no such method, or the method has other records.
+    /// The handler takes the request, if the call has one, and optionally a CallContext&. It returns the
+    /// reply record or an Answer of it; for a call without reply nothing or the return code. It may throw
+    /// Refusal and DeviceFault.
+    /// @throws std::logic_error if the object has no such method or the method has other records.
     template <class Request, class Reply, class Handler>
     void on(const TAVOXTranscode::Call<Request, Reply>& call, Handler handler,
             Access access = Access::locked) {
@@ -119,22 +119,22 @@ public:
                    erased<Request, Reply>(std::move(handler)), access);
     }
 
-    /// Adds a method that no proxy of the type has. Give it a handler with on(). Only before the object is
-    /// part of an appliance.
+    /// Adds a method that proxies of the type do not have. Give it a handler with on(). Call it before the
+    /// object joins an appliance.
     /// @param row must outlive the object.
     void addMethod(const TAVOXTranscode::MethodRow& row);
-    /// From now on the object neither lists nor serves the method.
+    /// Removes a method: the object no longer lists or serves it.
     void removeMethod(std::string_view method);
 
     const std::optional<Reservation>& reservation() const { return reservation_; }
     void setReservation(std::optional<Reservation> reservation) { reservation_ = std::move(reservation); }
 
-    /// Back to the state after power-on; called for every object when the appliance is reset.
+    /// Returns to the state after power-on. Called for every object when the appliance is reset.
     virtual void reset();
 
 protected:
-    /// The appliance that the object is part of.
-    /// @throws std::logic_error when it is part of none yet.
+    /// The appliance that the object belongs to.
+    /// @throws std::logic_error if it belongs to none yet.
     Appliance& appliance() const;
 
 private:

@@ -13,7 +13,7 @@ namespace TAVO::simulator {
 namespace {
 
 constexpr std::size_t longestLog = 65536;
-// After this time of a request it is the turn of others.
+// After this time a request lets others have their turn.
 constexpr std::chrono::milliseconds longestTurn{20};
 
 std::vector<std::uint8_t> keyNumber(int index) {
@@ -41,11 +41,11 @@ struct Simulator::State : RequestHandler {
         : options(std::move(given))
         , appliance(options.accounts, keyNumber(options.serverKey)) {
         if (options.mostConnections == 0)
-            throw std::invalid_argument("there must be room for a connection");
+            throw std::invalid_argument("mostConnections must be at least 1");
         topologyNamed(options.topology).build(appliance);
     }
 
-    /// Who waits for the mutex gets it before the one who has just given it back.
+    /// A waiting thread gets the mutex before the one that has just released it.
     std::unique_lock<std::mutex> lock() {
         const std::lock_guard next(turnstile);
         return std::unique_lock(mutex);
@@ -85,7 +85,7 @@ struct Simulator::State : RequestHandler {
         return holder ? holder->lockId : 0;
     }
 
-    /// Lets simulated time pass at once as far as the client does not have to wait for it.
+    /// Advances the clock at once by the part of the delay that the client does not wait for.
     void passTime(std::chrono::microseconds& delay) {
         auto& clock = appliance.clock();
         const auto end = clock.elapsed() + delay.count();

@@ -19,53 +19,54 @@
 
 namespace TAVO::simulator {
 
-/// What a Simulator is made of.
+/// Settings of a Simulator.
 struct Options {
     /// Address to listen on.
     std::string host = "127.0.0.1";
     /// 0 lets the system choose a free port.
     std::uint16_t port = 0;
-    /// A name of topologies(), or the path of a file that ends in ".json".
+    /// A name from topologies(), or the path of a file that ends in ".json".
     std::string topology = "standard";
     /// Who may take the lock and log in: user names and passwords.
     std::map<std::string, std::string> accounts = {{"engineer", "tavo"}, {"guest", "tavo"}};
-    /// Index of the known server key that "getKey" answers, 0 to 3; -1 for a key that is not known.
+    /// Index of the known server key that "getKey" returns, 0 to 3; -1 for an unknown key.
     int serverKey = 0;
-    /// The longest time that the answer to one request is held back when the client asks the appliance to
-    /// sleep. What goes beyond passes at once, on the simulated clock alone.
+    /// The longest real delay of an answer when a client asks the appliance to sleep. Any excess passes at
+    /// once, on the simulated clock only.
     std::chrono::microseconds longestDelay = std::chrono::seconds(10);
-    /// How many connections may be open, at least 1. For one more the one that has been idle for the longest
-    /// time is closed, but none of a client that holds the lock; when all do, the new one is closed.
+    /// Maximum number of open connections, at least 1. For one more the longest idle connection is closed,
+    /// but never that of a client that holds the lock; if all do, the new one is closed.
     std::size_t mostConnections = 512;
-    /// How many bytes of requests that are still coming and of answers that are still going are kept, over
-    /// all connections. Beyond that connections are closed, those first whose client has neither sent nor
-    /// taken anything for the longest time, and those of a client that holds the lock not for others.
+    /// Maximum size of the requests being received and answers being sent, over all connections. Beyond it
+    /// connections are closed, the longest idle first; that of a client that holds the lock is not closed for
+    /// others.
     std::size_t mostHeldBytes = std::size_t{512} << 20;
-    /// A request whose results have reached so many bytes ends with a device error before its next call.
+    /// Once the results of a request have reached this size, the request ends with a device error before its
+    /// next call.
     std::size_t mostAnswerBytes = std::size_t{64} << 20;
-    /// How much memory calls() may take; 0 keeps no calls.
+    /// Maximum memory for calls(); 0 keeps no calls.
     std::size_t mostLogBytes = std::size_t{64} << 20;
 };
 
 /// One call that reached the appliance.
 struct TAVO_SIMULATOR_API CallRecord {
-    /// Counted from 1 over the simulator's life; the calls of one batch share it.
+    /// Counted from 1 over the simulator's lifetime; the calls of a batch share it.
     std::uint64_t request = 0;
-    /// Counted from 1 over the simulator's life.
+    /// Counted from 1 over the simulator's lifetime.
     std::uint64_t connection = 0;
-    /// 0 when the client had none.
+    /// 0 if the client had none.
     std::uint32_t lockId = 0;
     std::uint32_t instanceId = 0;
     /// Full name of the object; empty for an unknown instance id.
     std::string object;
     /// Empty for an unknown method id.
     std::string method;
-    /// The parameters by name, an empty record when there are none, when they are malformed or over 8 MiB,
-    /// and when they alone are too large for the log.
+    /// The parameters by name. An empty record if there are none, or if they are malformed, over 8 MiB or too
+    /// large for the log.
     Value parameters;
-    /// What the call answered; return_code::failure when it ended with a device error.
+    /// The return code of the call; return_code::failure if it ended with a device error.
     std::int32_t returnCode = 0;
-    /// The device error that the call ended with, 0 for none.
+    /// The device error that ended the call, 0 for none.
     std::uint32_t error = 0;
 
     bool operator==(const CallRecord&) const = default;
@@ -73,7 +74,7 @@ struct TAVO_SIMULATOR_API CallRecord {
     std::string toString() const;
 };
 
-/// An appliance in software, for the tests of applications that use the client library.
+/// A simulated appliance, for tests of applications that use the client library.
 ///
 /// @code
 /// TAVO::simulator::Simulator simulator;
@@ -81,60 +82,59 @@ struct TAVO_SIMULATOR_API CallRecord {
 /// auto device = TAVO::DeviceFactory::buildDevice("127.0.0.1", simulator.port(), "engineer", "tavo", true);
 /// @endcode
 ///
-/// It listens on one address and serves many connections from one thread of its own, which runs from start()
-/// to stop(). A request that takes long is carried out in pieces, between which others are served. All
-/// operations may be called from any thread, but start() and stop() not from a handler of an object or from
-/// the observer.
+/// It listens on one address and serves many connections from its own thread, which runs from start() to
+/// stop(). A long request is carried out in pieces, and others are served in between. Any thread may call any
+/// operation, but handlers and the observer must not call start() and stop().
 class TAVO_SIMULATOR_API Simulator {
 public:
-    /// Makes the appliance; listens to nothing and starts no thread.
+    /// Makes the appliance. Does not listen or start a thread yet.
     /// @throws std::invalid_argument for an unknown topology, a mistake in its file, an unknown key index, or
     ///         no connections.
     explicit Simulator(Options options = {});
-    /// Stops.
+    /// Calls stop().
     ~Simulator();
     Simulator(const Simulator&) = delete;
     Simulator& operator=(const Simulator&) = delete;
 
-    /// Returns when it listens; does nothing when it does already. After stop() it listens on the same port
-    /// again, and the appliance is as it was.
-    /// @throws std::runtime_error that names host and port when it cannot listen.
+    /// Starts to listen; does nothing if already listening. After stop() it listens on the same port again,
+    /// with the same appliance.
+    /// @throws std::runtime_error that names host and port if it cannot listen.
     void start();
-    /// Closes all connections and returns when no thread runs any more. Does nothing when it is stopped.
+    /// Closes all connections and ends the thread. Does nothing if already stopped.
     void stop();
-    /// Where it listens, or did before it was stopped; 0 before the first start.
+    /// The port it listens on, or did before stop(); 0 before the first start().
     std::uint16_t port() const;
 
-    /// Replaces the fault script. Requests are counted over the simulator's life, see requestCount().
+    /// Replaces the fault script. Requests are counted over the simulator's lifetime, see requestCount().
     void setFaults(FaultScript faults);
-    /// Adds a fault for a coming request: the next one, or the one `ahead` requests from now.
+    /// Adds a fault for the request `ahead` requests from now; 1 is the next.
     /// @throws std::invalid_argument as FaultScript::at.
     void failNext(Fault fault, std::uint64_t ahead = 1);
 
-    /// The last calls, 65536 and Options::mostLogBytes at most, in the order in which they were carried out.
+    /// The last calls in the order they were carried out, limited to 65536 and to Options::mostLogBytes.
     std::vector<CallRecord> calls() const;
     void clearCalls();
-    /// Is called for every call from now on, in the simulator's thread. Must not call the simulator; an empty
-    /// function ends it.
+    /// Sets a function to run for every call from now on, in the simulator's thread. It must not call the
+    /// simulator. An empty function removes it.
     void setObserver(std::function<void(const CallRecord&)> observer);
 
     /// Requests so far, over all connections.
     std::uint64_t requestCount() const;
     /// Connections accepted so far.
     std::uint64_t connectionCount() const;
-    /// Connections that are open now.
+    /// Connections open now.
     std::size_t openConnections() const;
     std::optional<LockHolder> lockHolder() const;
 
-    /// Runs `action` on the appliance while no request is served, and returns what it returns. For looking at
-    /// objects and for changing them, before start() too:
+    /// Runs `action` on the appliance while no request is served, and returns its result. Use it to read and
+    /// change objects, before start() too:
     ///
     /// @code
     /// bool on = simulator.inspect([](Appliance& appliance) { return appliance.get<Relay>("power").state();
     /// });
     /// @endcode
     ///
-    /// The action must not call the simulator, and references to objects must not leave it.
+    /// The action must not call the simulator or let references to objects escape.
     template <class Action>
     auto inspect(Action action) {
         const auto guard = lockAppliance();

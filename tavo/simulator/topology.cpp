@@ -63,7 +63,7 @@ Topology named(std::string name, std::string description, Objects objects) {
 const std::vector<Topology>& topologies() {
     static const std::vector<Topology> all{
         named("standard", "one of every module, all on one board that relay power switches", standard()),
-        named("bare", "device, system and private alone", {}),
+        named("bare", "only device, system and private", {}),
         named("legacy", "debug objects of version 1.0", legacy()),
         named("broken-cpudebug-no-jtag", "a cpuDebug without its child jtag",
               alone({"cpu", "cpuDebug", "1.1", {{"hdt", "hdt", "1.1"}}})),
@@ -77,7 +77,7 @@ const std::vector<Topology>& topologies() {
               alone({"lpc", "lpc", "1.0", {{"lpcPostCode", "lpcPostCode"}}})),
         named("broken-lpc-no-postcode", "an lpc without its child lpcPostCode",
               alone({"lpc", "lpc", "1.0", {{"lpcRomEmulation", "lpcRomEmulation"}}})),
-        named("broken-versions", "a relay of a newer version, which works, and an lpc of one, which does not",
+        named("broken-versions", "a relay of a newer version, which works, and a newer lpc, which does not",
               {{"lamp", "relay", "2.0"},
                {"lpc",
                 "lpc",

@@ -11,17 +11,16 @@ namespace TAVO::simulator {
 
 class Appliance;
 
-/// A named set of root members for an appliance that has only its fixed objects.
+/// A named set of root members for an appliance.
 struct Topology {
     std::string name;
     /// One line for help texts.
     std::string description;
-    /// Throws std::invalid_argument where the description of an object, which came from a file, cannot be
-    /// followed.
+    /// Adds the members. Throws std::invalid_argument if a file describes an object that cannot be built.
     std::function<void(Appliance&)> build;
 };
 
-/// All topologies that have a name of their own, the first being the default.
+/// All named topologies; the first is the default.
 TAVO_SIMULATOR_API const std::vector<Topology>& topologies();
 
 /// Reads a topology from a JSON file:
@@ -36,13 +35,12 @@ TAVO_SIMULATOR_API const std::vector<Topology>& topologies();
 /// }
 /// @endcode
 ///
-/// Every type and every version is accepted. A type that has no model gets the eight methods of every object
-/// alone.
-/// @throws std::invalid_argument that names the file, the place in it and what is wrong.
+/// Accepts every type and version. A type without a model has only the eight methods of every object.
+/// @throws std::invalid_argument that names the file, the place in it and the mistake.
 TAVO_SIMULATOR_API Topology loadTopology(const std::filesystem::path& file);
 
-/// The topology of that name, or the one in the file of that path when it ends in ".json".
-/// @throws std::invalid_argument that names the topology and those that there are; or as loadTopology.
+/// The topology with this name, or the one in this file if the name ends in ".json".
+/// @throws std::invalid_argument that names the topology and the known ones; or as loadTopology().
 TAVO_SIMULATOR_API Topology topologyNamed(const std::string& name);
 
 } // namespace TAVO::simulator

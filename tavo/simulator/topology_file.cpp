@@ -47,7 +47,7 @@ std::vector<ObjectDescription> readObjects(const json& list, const std::string& 
     return objects;
 }
 
-// Far deeper than any tree that a client opens; what follows goes into each level by a call of its own.
+// Far deeper than any tree that a client opens. Bounds the recursion of everything that follows.
 constexpr int deepestLevel = 512;
 
 json parse(const std::filesystem::path& file) {

@@ -40,13 +40,14 @@ TEST(Arguments, AskForAnActionOrForHelp) {
     EXPECT_THAT(help.help, HasSubstr("info"));
 }
 
-TEST(Arguments, NeedADevice) { EXPECT_THAT(refusalOf({"info"}), HasSubstr("--host or --sim is needed")); }
+TEST(Arguments, NeedADevice) { EXPECT_THAT(refusalOf({"info"}), HasSubstr("--host or --sim is required")); }
 
 TEST(Arguments, RefuseTimesThatAreNoNumbers) {
     EXPECT_THAT(refusalOf({"--sim", "--timeout", "nan", "info"}), HasSubstr("--timeout"));
-    EXPECT_THAT(refusalOf({"--sim", "post", "follow", "--timeout", "nan"}), HasSubstr("nan is no number"));
-    EXPECT_THAT(refusalOf({"--sim", "post", "follow", "--interval", "-nan"}), HasSubstr("-nan is no number"));
-    EXPECT_THAT(refusalOf({"--sim", "serial", "--wait", "NAN"}), HasSubstr("NAN is no number"));
+    EXPECT_THAT(refusalOf({"--sim", "post", "follow", "--timeout", "nan"}), HasSubstr("nan is not a number"));
+    EXPECT_THAT(refusalOf({"--sim", "post", "follow", "--interval", "-nan"}),
+                HasSubstr("-nan is not a number"));
+    EXPECT_THAT(refusalOf({"--sim", "serial", "--wait", "NAN"}), HasSubstr("NAN is not a number"));
     EXPECT_THAT(refusalOf({"--sim", "post", "follow", "--timeout", "-1"}), HasSubstr("not in range"));
     EXPECT_EQ(refusalOf({"--sim", "post", "follow", "--timeout", "1.5", "--interval", "0.001"}), "");
 }

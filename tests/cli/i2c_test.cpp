@@ -181,7 +181,7 @@ TEST_F(I2cCommand, SetTellsTheFirstRegisterThatReadsBackOtherwise) {
 TEST_F(I2cCommand, SetWithoutTerminalAndConsentSendsNothing) {
     const auto run = i2c({"set", "0x54", "0", "1"});
     EXPECT_EQ(run.exitCode, 2);
-    EXPECT_EQ(run.errors, "tavo: --yes is needed, for there is no terminal to ask at\n");
+    EXPECT_EQ(run.errors, "tavo: --yes is required: there is no terminal to ask at\n");
     EXPECT_EQ(simulator.connectionCount(), 0u);
     for (const auto& wrong : {Words{"0x100"}, Words{"-1"}, Words{"x"}, Words{}})
         EXPECT_EQ(i2c(Words{"set", "0x54", "0", "-y"} + wrong).exitCode, 2);

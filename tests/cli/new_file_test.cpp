@@ -211,7 +211,7 @@ TEST_F(NewFileOfSomeone, IsNotReachedByALinkOfSomebodyElse) {
 
     give(folder / "link", someone);
     give(path, 0);
-    EXPECT_THAT(refusalOf(folder / "link"), HasSubstr("it is a link that belongs to another user"));
+    EXPECT_THAT(refusalOf(folder / "link"), HasSubstr("it is a link owned by another user"));
 }
 
 } // namespace

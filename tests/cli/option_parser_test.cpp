@@ -123,7 +123,7 @@ TEST(OptionParser, KeepsNumbersWithinTheirLimits) {
     EXPECT_THAT(refusalOf(list, {"--pause", "0.4"}), HasSubstr("Value 0.4 not in range"));
     EXPECT_THAT(refusalOf(list, {"--bits=-1"}), HasSubstr("Value -1 not in range"));
     for (const auto* option : {"--settle", "--pause", "--bits"})
-        EXPECT_THAT(refusalOf(list, {option, "nan"}), HasSubstr("Value nan is no number")) << option;
+        EXPECT_THAT(refusalOf(list, {option, "nan"}), HasSubstr("Value nan is not a number")) << option;
 }
 
 TEST(OptionParser, TakesDurationsWithTheirUnits) {

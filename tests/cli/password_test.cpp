@@ -67,7 +67,7 @@ TEST_F(Password, InAFileThatIsOpenToOthersIsToldAndUsed) {
         const auto run = support::runProcess(setup({"--password-file", name}));
         EXPECT_EQ(run.output, "off\n");
         EXPECT_EQ(run.errors,
-                  fmt::format("tavo: warning: the password file '{}' is open to others: its mode is "
+                  fmt::format("tavo: warning: the password file '{}' is accessible to others: its mode is "
                               "{:04o}, not 0600\n",
                               name, mode));
     }

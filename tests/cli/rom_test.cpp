@@ -117,7 +117,7 @@ TEST_F(RomCommand, LoadRefusesAnImageThatDoesNotFitBeforeAnyOfItIsSent) {
 TEST_F(RomCommand, LoadWithoutTerminalAndConsentSendsNothing) {
     const auto run = tool({"rom", "load", fileWith("x")});
     EXPECT_EQ(run.exitCode, 2);
-    EXPECT_THAT(run.errors, HasSubstr("--yes is needed"));
+    EXPECT_THAT(run.errors, HasSubstr("--yes is required"));
     EXPECT_EQ(simulator.connectionCount(), 0u);
 }
 

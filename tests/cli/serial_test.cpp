@@ -104,7 +104,7 @@ TEST_F(SerialCommand, FailsWhenTheWantedTextDoesNotCome) {
     const auto run = tool({"serial", "--loopback", "--until", "login:", "--wait", "0.1"}, "hello");
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_EQ(run.output, "hello");
-    EXPECT_EQ(run.errors, "tavo: 'login:' did not come\n");
+    EXPECT_EQ(run.errors, "tavo: 'login:' did not arrive\n");
 }
 
 TEST_F(SerialCommand, OpensThePortAsTold) {

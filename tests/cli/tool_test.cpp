@@ -233,7 +233,7 @@ TEST_F(ToolTest, NeverSucceedsWhenTheOutputCannotBeWritten) {
         full.outputFile = "/dev/full";
         const auto run = support::runProcess(full);
         EXPECT_EQ(run.exitCode, 9);
-        EXPECT_THAT(run.errors, HasSubstr("cannot write to the standard output: No space left on device"));
+        EXPECT_THAT(run.errors, HasSubstr("cannot write to standard output: No space left on device"));
 
         auto closed = setupOf(arguments);
         closed.withoutOutput = true;

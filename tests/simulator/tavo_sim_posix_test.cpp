@@ -167,7 +167,8 @@ TEST(TavoSim, tellsAnAccountsFileThatIsOpenToOthers) {
         return process.wait().errors;
     };
     const std::string end = "stopped after 0 requests on 0 connections\n";
-    const auto told = "tavo-sim: the accounts file '" + file.path() + "' is open to others: its mode is ";
+    const auto told =
+        "tavo-sim: the accounts file '" + file.path() + "' is accessible to others: its mode is ";
     EXPECT_EQ(toldOf(0640, {}), told + "0640, not 0600\n" + end);
     EXPECT_EQ(toldOf(0604, {}), told + "0604, not 0600\n" + end);
     EXPECT_EQ(toldOf(0400, {}), end);

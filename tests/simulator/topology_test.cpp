@@ -198,7 +198,7 @@ TEST(topology_file, complaints_about_options_say_which) {
               "objects[0]: devices[0]: there is no I2C device 'toaster', only spd, eeprom256, eeprom64k, "
               "temperature");
     EXPECT_EQ(about("i2c", R"({"devices": [{"address": 1, "kind": "eeprom256", "content": "0"}]})"),
-              "objects[0]: devices[0]: 'content' is no even number of hexadecimal digits");
+              "objects[0]: devices[0]: 'content' must be an even number of hexadecimal digits");
     EXPECT_EQ(about("i2c", R"({"devices": [{"address": 1, "kind": "spd"}, {"address": 1, "kind": "spd"}]})"),
               "objects[0]: devices[1]: I2C address 1 cannot be given to a device");
 }

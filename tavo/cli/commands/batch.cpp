@@ -57,8 +57,7 @@ struct BatchOptions {
     std::string file;
 
     void describe(OptionList& list) {
-        list.add("file", file, "The file, - for the standard input",
-                 {.required = true, .kind = ValueKind::file});
+        list.add("file", file, "The file; - for standard input", {.required = true, .kind = ValueKind::file});
     }
 };
 
@@ -81,10 +80,9 @@ void runBatch(Session& session, Output& output, const BatchOptions& options) {
 } // namespace
 
 std::vector<Command> batchCommands() {
-    return {
-        command("batch", "Make the calls of a file in one exchange", runBatch,
-                "One call in a line, as 'tavo call' takes it. Quotes keep words together; empty lines and\n"
-                "what follows a # count for nothing. All lines are checked before the first call is made.")};
+    return {command("batch", "Make the calls of a file in one exchange", runBatch,
+                    "One call per line, as for 'tavo call'. Quotes keep words together; empty lines and\n"
+                    "comments after # are ignored. All lines are checked before the first call is made.")};
 }
 
 } // namespace TAVO::cli

@@ -32,9 +32,9 @@ void makeCall(Session& session, Output& output, const CallOptions& options) {
 std::vector<Command> callCommands() {
     return {
         command("call", "Call any method of any object", makeCall,
-                "Objects go by their full names, such as group.relay1. Values: true, false, 1 or 0 for a\n"
+                "Name objects in full, such as group.relay1. Values: true, false, 1 or 0 for a\n"
                 "flag; decimal or 0x... for a number; pairs of hexadecimal digits for bytes; JSON for lists\n"
-                "and records; a text stands for itself. 'tavo tree --methods' shows what there is.")};
+                "and records; a text as it is. 'tavo tree --methods' lists all methods.")};
 }
 
 } // namespace TAVO::cli

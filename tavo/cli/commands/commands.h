@@ -4,7 +4,7 @@
 
 #include <tavo/cli/command.h>
 
-/// The commands of each group, or those that stand alone.
+/// The commands of each group, and those that stand alone.
 namespace TAVO::cli {
 
 std::vector<Command> infoCommands();

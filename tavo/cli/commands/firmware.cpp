@@ -21,7 +21,7 @@ using Seconds = std::chrono::duration<double>;
 namespace system_v1_0 = TAVOXTranscode::system_v1_0;
 using Status = dto::system::FirmwareStatusReply;
 
-/// Which firmware, and how long to wait for it.
+/// The firmware, and how long to wait for it.
 struct StatusOptions {
     std::string name;
     bool wait = false;
@@ -35,13 +35,13 @@ struct StatusOptions {
 
 protected:
     void describeName(OptionList& list) {
-        list.add("name", name, "Which firmware, as the device calls it", {.required = true});
+        list.add("name", name, "Name of the firmware on the device", {.required = true});
     }
     void describeWaiting(OptionList& list) {
-        list.add("--wait", wait, "Read the status until its two numbers rest");
-        list.add("--settle", settle, "How many seconds they rest",
+        list.add("--wait", wait, "Read the status until its two numbers stop changing");
+        list.add("--settle", settle, "Seconds without a change that end the wait",
                  {.showsDefault = true, .limits = positive()});
-        list.add("--timeout", timeout, "After how many seconds the waiting fails",
+        list.add("--timeout", timeout, "Seconds after which the wait fails",
                  {.showsDefault = true, .limits = positive()});
     }
 };
@@ -60,7 +60,7 @@ Status statusOf(Session& session, const std::string& name) {
     return session.value(*session.device().getSystem(), system_v1_0::firmwareStatus, name);
 }
 
-/// What the two numbers mean is the device's to define, so all that can be seen is that they rest.
+/// The device defines what the two numbers mean. All we can see is that they stop changing.
 Status waitUntilSettled(Session& session, const StatusOptions& options) {
     Progress progress;
     const auto start = Clock::now();
@@ -106,7 +106,7 @@ void update(Session& session, Output& output, const UpdateOptions& options) {
 std::vector<Command> firmwareCommands() {
     return {
         command("firmware update", "Send an image to the device", update),
-        command("firmware status", "The two numbers of an update's status, the device's to define",
+        command("firmware status", "Show the two numbers of an update's status; the device defines them",
                 showStatus),
     };
 }

@@ -26,8 +26,8 @@ struct ScanOptions : ObjectOptions {
     bool bytes = false;
 
     void describe(OptionList& list) {
-        list.add("bits", bits, "How many", {.showsDefault = true, .limits = notNegative()});
-        list.add("--bytes", bytes, "Show bytes in the order of scanning");
+        list.add("bits", bits, "Number of bits", {.showsDefault = true, .limits = notNegative()});
+        list.add("--bytes", bytes, "Show bytes in scan order");
     }
 };
 
@@ -86,8 +86,8 @@ void setOrShowMode(Session& session, Output& output, const ModeOptions& options)
 
 std::vector<Command> gpuCommands() {
     return {
-        command("gpu scan", "Scan bits, shown as a number whose lowest bit came first", scan),
-        command("gpu mode", "Tell the mode of the header, or set it", setOrShowMode),
+        command("gpu scan", "Scan bits and show them as a number, first bit lowest", scan),
+        command("gpu mode", "Show or set the header mode", setOrShowMode),
     };
 }
 

@@ -33,10 +33,10 @@ std::shared_ptr<Hdt_v1_1> chooseNewerHdt(Session& session, const ObjectOptions& 
 
 using Lines = std::vector<bool>;
 
-/// By their keys: values that are small, and lines, of which there may be any number.
+/// Status entries by key. Lines are apart, because there may be any number of them.
 using Status = std::map<std::string, std::variant<Json, Lines>>;
 
-/// Calls of one exchange, with what is made of each one's result.
+/// The calls of one exchange, each with a conversion of its result.
 class StatusReading {
 public:
     template <class Result, class Show>
@@ -123,7 +123,7 @@ std::string sourceText(std::int32_t source) {
     return known ? fmt::format("{} {}", source, names[source]) : fmt::format("{}", source);
 }
 
-/// The status in lines of a name and a value.
+/// Prints the status, one name and value per line.
 class StatusText {
 public:
     StatusText(TextWriter& text, const Status& status)
@@ -246,7 +246,9 @@ void setOrShowMask(Session& session, Output& output, const MaskOptions& options)
 struct TriggerOptions : ObjectOptions {
     std::int32_t trigger = 0;
 
-    void describe(OptionList& list) { list.add("index", trigger, "Which trigger", {.required = true}); }
+    void describe(OptionList& list) {
+        list.add("index", trigger, "Number of the trigger", {.required = true});
+    }
 };
 
 void showTrigger(Session& session, Output& output, const TriggerOptions& options) {
@@ -295,11 +297,11 @@ void setTrigger(Session& session, Output& output, const DriveOptions& options) {
 
 std::vector<Command> hdtCommands() {
     return {
-        command("hdt status", "All signals, snapshots and options", showStatus),
+        command("hdt status", "Show all signals, snapshots and options", showStatus),
         command("hdt request", "Assert DBREQ (on) or release it (off)", setRequest),
-        command("hdt snapshot clear", "Forget both", clearSnapshots),
-        command("hdt mask", "Tell which DBRDY lines take part, or set it", setOrShowMask),
-        command("hdt trigger get", "The level of a trigger, and its setup", showTrigger),
+        command("hdt snapshot clear", "Clear both", clearSnapshots),
+        command("hdt mask", "Show or set which DBRDY lines take part", setOrShowMask),
+        command("hdt trigger get", "Show the level and setup of a trigger", showTrigger),
         command("hdt trigger set", "Drive a trigger", setTrigger),
     };
 }

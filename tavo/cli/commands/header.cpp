@@ -18,7 +18,7 @@ namespace {
 using namespace TAVOXTranscode::headerStatus_v1_1;
 using Status = dto::Base::HeaderStatusGetReply;
 
-/// The named object, or all that offer the method.
+/// The named object, or all objects that offer the method.
 Objects chooseObjects(Session& session, const ObjectOptions& options, std::string_view method) {
     if (!options.object.empty())
         return {session.findOnly(options.object)};
@@ -119,8 +119,8 @@ void clearStatus(Session& session, Output& output, const ObjectOptions& options)
 
 std::vector<Command> headerCommands() {
     return {
-        command("header status", "The headers, and where they lead", showStatus),
-        command("header clear", "Forget the changes and errors of headers", clearStatus),
+        command("header status", "Show the headers and what they connect to", showStatus),
+        command("header clear", "Clear the changed and error flags", clearStatus),
     };
 }
 

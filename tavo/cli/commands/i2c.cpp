@@ -31,16 +31,16 @@ struct DetectOptions : ObjectOptions {
     std::uint32_t last = 0x77;
 
     void describe(OptionList& list) {
-        list.add("first", first, "First address, 0x08 unless given",
+        list.add("first", first, "First address; default 0x08",
                  {.limits = between(0x00, 0x7f), .needs = {"last"}});
-        list.add("last", last, "Last address, 0x77 unless given", {.limits = between(0x00, 0x7f)});
+        list.add("last", last, "Last address; default 0x77", {.limits = between(0x00, 0x7f)});
     }
 };
 
 void detect(Session& session, Output& output, const DetectOptions& options) {
     const NumberRange range{options.first, options.last};
     if (range.first > range.last)
-        throw Failure(ExitCode::usage, "the first address is above the last");
+        throw Failure(ExitCode::usage, "the first address is greater than the last");
     const auto bus = busOf(session, options);
     const auto found = acknowledgingAddresses(session, *bus, range);
     output.show(
@@ -56,7 +56,7 @@ struct TargetOptions : ObjectOptions {
     void describe(OptionList& list) {
         list.add("address", address, "7-bit address of the device, such as 0x50",
                  {.required = true, .limits = between(0x00, 0x7f)});
-        list.add("--word-address", wide, "The device's register numbers have 16 bits");
+        list.add("--word-address", wide, "The device has 16-bit register numbers");
     }
     std::uint32_t highestRegister() const { return wide ? 0xffff : 0xff; }
 };
@@ -64,12 +64,12 @@ struct TargetOptions : ObjectOptions {
 void requireRegisters(const TargetOptions& options, std::uint32_t first, std::size_t count) {
     if (first + count > options.highestRegister() + std::size_t{1})
         throw Failure(ExitCode::usage,
-                      fmt::format("{} registers from 0x{:02x} on go beyond 0x{:02x}{}", count, first,
+                      fmt::format("{} registers from 0x{:02x} on exceed 0x{:02x}{}", count, first,
                                   options.highestRegister(),
-                                  options.wide ? "" : " (--word-address for numbers of 16 bits)"));
+                                  options.wide ? "" : " (--word-address for 16-bit numbers)"));
 }
 
-/// What was read or written, one number for each register.
+/// The values read or written, one number per register.
 template <class Bytes>
 void write(JsonWriter& json, const I2c_v1_0& bus, const TargetOptions& options,
            std::optional<std::uint32_t> first, const Bytes& bytes, std::optional<bool> verified = {}) {
@@ -96,7 +96,7 @@ struct DumpOptions : TargetOptions {
 
     void describe(OptionList& list) {
         TargetOptions::describe(list);
-        list.add("--range", range, "Which registers, all unless given: A-B");
+        list.add("--range", range, "Registers A-B; default: all");
     }
 };
 
@@ -127,7 +127,7 @@ struct GetOptions : TargetOptions {
     void describe(OptionList& list) {
         TargetOptions::describe(list);
         list.add("register", first, "First register", {.limits = registerNumbers});
-        list.add("count", count, "How many, 1 unless given", {.limits = between(1, 0x10000)});
+        list.add("count", count, "Number of bytes; default 1", {.limits = between(1, 0x10000)});
     }
 };
 
@@ -156,18 +156,18 @@ struct SetOptions : TargetOptions {
     void describe(OptionList& list) {
         TargetOptions::describe(list);
         list.add("register", first, "First register", {.required = true, .limits = registerNumbers});
-        list.add("values", values, "A byte for each register",
+        list.add("values", values, "One byte per register",
                  {.required = true, .limits = between(0x00, 0xff)});
         list.add("--page", page,
-                 "How many registers the device can store at a time, 8 unless given, 32 with --word-address",
+                 "Registers the device can store at a time; default 8, or 32 with --word-address",
                  {.limits = between(1, 0x10000)});
         list.add("--verify", verify, "Read the registers back and compare");
-        list.add("-y,--yes", yes, "Do not ask");
+        list.add("-y,--yes", yes, "Do not ask for confirmation");
     }
 };
 
 std::uint32_t pageSize(const SetOptions& options) {
-    // The smallest that devices with such register numbers have; larger pages are multiples of it.
+    // The smallest page of such devices; larger pages are multiples of it.
     const std::uint32_t smallest = options.wide ? 32 : 8;
     return options.page != 0 ? options.page : smallest;
 }
@@ -189,10 +189,10 @@ void set(Session& session, Output& output, const SetOptions& options) {
 
 std::vector<Command> i2cCommands() {
     return {
-        command("i2c detect", "Which addresses acknowledge when a byte is read", detect),
-        command("i2c dump", "The registers of a device", dump),
-        command("i2c get", "Read registers, or a byte from where the device stands", get),
-        command("i2c set", "Write registers, after a question", set),
+        command("i2c detect", "Show which addresses acknowledge a read", detect),
+        command("i2c dump", "Show the registers of a device", dump),
+        command("i2c get", "Read registers, or one byte at the device's current position", get),
+        command("i2c set", "Write registers; asks first", set),
     };
 }
 

@@ -54,7 +54,7 @@ void showInfo(Session& session, Output& output) {
 } // namespace
 
 std::vector<Command> infoCommands() {
-    return {command("info", "Show what the device is, without taking its lock", showInfo)};
+    return {command("info", "Identify the device, without taking its lock", showInfo)};
 }
 
 } // namespace TAVO::cli

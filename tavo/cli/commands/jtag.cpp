@@ -22,7 +22,7 @@ struct StateOptions : ObjectOptions {
     std::string state;
 
     void describe(OptionList& list) {
-        list.add("state", state, "Where to: a name such as Run-Test/Idle, or a number");
+        list.add("state", state, "Target state: a name such as Run-Test/Idle, or a number");
     }
 };
 
@@ -76,7 +76,7 @@ void showPins(Session& session, Output& output, const ObjectOptions& options) {
 struct FrequencyOptions : ObjectOptions {
     std::optional<std::int32_t> frequency;
 
-    void describe(OptionList& list) { list.add("hz", frequency, "The highest wanted"); }
+    void describe(OptionList& list) { list.add("hz", frequency, "Highest acceptable frequency in Hz"); }
 };
 
 void setOrShowFrequency(Session& session, Output& output, const FrequencyOptions& options) {
@@ -122,13 +122,12 @@ std::shared_ptr<Method> moveCall(const Object_v1_0& jtag, std::int32_t state) {
 
 std::vector<Command> jtagCommands() {
     return {
-        command("jtag scan", "Reset the chain; find its TAPs, their instruction lengths and IDCODEs",
-                scanChain),
+        command("jtag scan", "Reset the chain and find its TAPs, instruction lengths and IDCODEs", scanChain),
         command("jtag shift", "Shift bits through the registers, all shifts in one exchange", shiftBits),
-        command("jtag state", "Tell the state of the TAP controllers, or move them", moveOrShowState),
-        command("jtag pins", "Tell the levels of the pins", showPins),
-        command("jtag frequency", "Tell the frequency of TCK, or set it", setOrShowFrequency),
-        command("jtag options", "Tell the options of shifts", showJtagOptions),
+        command("jtag state", "Show or change the state of the TAP controllers", moveOrShowState),
+        command("jtag pins", "Show the levels of the pins", showPins),
+        command("jtag frequency", "Show or set the TCK frequency", setOrShowFrequency),
+        command("jtag options", "Show the shift options", showJtagOptions),
     };
 }
 

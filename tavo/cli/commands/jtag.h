@@ -11,7 +11,7 @@
 #include <tavo/cli/output.h>
 #include <tavo/cli/values/bit_string.h>
 
-/// What the subcommands of `jtag` share. They work on both versions of the "jtag" object.
+/// Shared by the `jtag` subcommands, which work with both versions of the "jtag" object.
 namespace TAVO::cli {
 
 struct JtagShiftOptions : ObjectOptions {
@@ -27,7 +27,7 @@ using ShiftCall = std::shared_ptr<BoundMethod<dto::Jtag::ShiftReply>>;
 std::shared_ptr<Object_v1_0> chooseJtag(Session& session, const ObjectOptions& options);
 
 ShiftCall shiftCall(const Object_v1_0& jtag, JtagRegister target, const BitString& bits);
-/// What an executed call captured, of the length that was shifted.
+/// The bits that an executed call captured, as many as it shifted.
 BitString capturedBy(const ShiftCall& call);
 std::shared_ptr<Method> moveCall(const Object_v1_0& jtag, std::int32_t state);
 

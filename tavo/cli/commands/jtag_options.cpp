@@ -20,7 +20,7 @@ struct ShiftOptions {
     std::int32_t terminationState = 0;
     BitString expected;
     BitString mask;
-    /// Version 1.0 has none.
+    /// Empty for version 1.0.
     std::optional<std::int32_t> preTck = {};
     std::optional<std::int32_t> postTck = {};
 };
@@ -32,7 +32,7 @@ struct Options {
     bool enable = false;
 };
 
-/// Not more than what came, whatever number of bits is announced.
+/// Never more bits than arrived, whatever number the device announces.
 BitString bitsOf(std::int32_t bits, const std::vector<std::uint8_t>& bytes) {
     const auto size = bits > 0 ? static_cast<std::size_t>(bits) : 0;
     if (bytes.size() < BitString::bytesFor(size))

@@ -30,13 +30,13 @@ std::size_t parseCount(const std::string& word) {
     std::uint32_t count = 0;
     const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), count);
     if (error != std::errc() || end != word.data() + word.size() || count > 0x7FFFFFFF)
-        refuse(fmt::format("'{}' is no number of bits", word));
+        refuse(fmt::format("'{}' is not a number of bits", word));
     return count;
 }
 
 std::vector<Shift> parseShifts(const std::vector<std::string>& words, BitNotation notation) {
     if (words.size() % 3 != 0)
-        refuse(fmt::format("{} words are no whole shifts", words.size()));
+        refuse(fmt::format("{} words do not make whole shifts", words.size()));
     std::vector<Shift> shifts;
     for (std::size_t word = 0; word < words.size(); word += 3)
         try {
@@ -59,11 +59,10 @@ std::string shown(const BitString& bits, BitNotation notation) {
 
 void JtagShiftOptions::describe(OptionList& list) {
     list.add("shift", shifts,
-             "ir or dr, how many bits, and these as a hexadecimal number, whose lowest bit goes first; "
-             "again for each further shift",
+             "ir or dr, the number of bits, and the bits as a hexadecimal number, lowest bit first; "
+             "repeat for more shifts",
              {.required = true, .valueName = "ir|dr BITS HEX"});
-    list.add("--bytes", bytes,
-             "HEX and results are bytes in the order of shifting, the lowest bit of each first");
+    list.add("--bytes", bytes, "HEX and results are bytes in shift order, lowest bit of each first");
 }
 
 void shiftBits(Session& session, Output& output, const JtagShiftOptions& options) {

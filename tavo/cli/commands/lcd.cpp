@@ -27,8 +27,8 @@ struct PrintOptions : ObjectOptions {
 
     void describe(OptionList& list) {
         list.add("text", text, "The text; -- before one that begins with -", {.required = true});
-        list.add("--row", row, "0 is the upper one", {.showsDefault = true});
-        list.add("--column", column, "0 is the leftmost one", {.showsDefault = true});
+        list.add("--row", row, "0 is the top row", {.showsDefault = true});
+        list.add("--column", column, "0 is the leftmost column", {.showsDefault = true});
     }
 };
 
@@ -48,7 +48,7 @@ struct BacklightOptions : ObjectOptions {
     int level = 0;
 
     void describe(OptionList& list) {
-        list.add("level", level, "How bright, the device's to define; often 0 to 100", {.required = true});
+        list.add("level", level, "Brightness, as the device defines it; often 0 to 100", {.required = true});
     }
 };
 
@@ -58,7 +58,7 @@ void setBacklight(Session& session, Output& output, const BacklightOptions& opti
     showDone(output, *display);
 }
 
-/// With its line ends, which forge nothing where no other words stand.
+/// Keeps the line ends: with no other output around it, the text cannot forge a line.
 void writeLines(TextWriter& text, std::string_view info) {
     for (;;) {
         const auto line = info.substr(0, info.find('\n'));
@@ -89,7 +89,7 @@ std::vector<Command> lcdCommands() {
         command("lcd print", "Write a text", print),
         command("lcd clear", "Clear the display", clear),
         command("lcd backlight", "Set the backlight", setBacklight),
-        command("lcd show", "What the device tells about itself, on some the text of the display", show),
+        command("lcd show", "Show what the device reports about the display; some report its text", show),
     };
 }
 

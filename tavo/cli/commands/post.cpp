@@ -34,11 +34,10 @@ struct FollowOptions : ObjectOptions {
     double interval = 0.1;
 
     void describe(OptionList& list) {
-        list.add("--timeout", timeout, "After how many seconds it ends, never unless given",
+        list.add("--timeout", timeout, "End after this many seconds; default: never",
                  {.limits = between(0.0, 1e6)});
-        list.add("--until", until,
-                 "The code, in hexadecimal, after which it ends; a time-out before is a failure");
-        list.add("--interval", interval, "How many seconds between two looks",
+        list.add("--until", until, "End after this code (hexadecimal); a timeout before it is a failure");
+        list.add("--interval", interval, "Seconds between two polls",
                  {.showsDefault = true, .limits = between(0.001, 1e6)});
     }
 };
@@ -51,7 +50,7 @@ std::optional<std::uint8_t> parseCode(const std::string& text) {
     const auto* end = digits.data() + digits.size();
     const auto [stop, error] = std::from_chars(digits.data(), end, code, 16);
     if (error != std::errc() || stop != end)
-        throw Failure(ExitCode::usage, fmt::format("'{}' is no POST code, 00 to FF", text));
+        throw Failure(ExitCode::usage, fmt::format("'{}' is not a POST code, 00 to FF", text));
     return code;
 }
 
@@ -78,7 +77,7 @@ std::vector<FifoEntry> takeEntries(Session& session, const LpcPostCode_v1_0& rec
     return get->take().entries;
 }
 
-/// Takes codes from the device until the wanted one, the end of the time or a signal comes.
+/// Takes codes from the device until the wanted code, the timeout or a signal.
 class Follower {
 public:
     Follower(Session& session, Output& output, const FollowOptions& options)
@@ -90,7 +89,7 @@ public:
 
     bool hasWanted() const { return wanted_.has_value(); }
 
-    /// Returns whether the wanted code came.
+    /// Returns whether the wanted code arrived.
     bool follow() {
         const auto start = Clock::now();
         const auto ended = [&] {
@@ -156,14 +155,14 @@ void follow(Session& session, Output& output, const FollowOptions& options) {
     try {
         reached = follower.follow();
     } catch (...) {
-        // The device no longer has what was seen.
+        // The device no longer has these codes: output them now.
         finish();
         throw;
     }
     finish();
     if (follower.hasWanted() && !reached)
-        throw Failure(ExitCode::refused,
-                      fmt::format("POST code {} did not come within {} s", options.until, *options.timeout));
+        throw Failure(ExitCode::refused, fmt::format("POST code {} did not arrive within {} s", options.until,
+                                                     *options.timeout));
 }
 
 void list(Session& session, Output& output, const ObjectOptions& options) {
@@ -205,8 +204,8 @@ void clear(Session& session, Output& output, const ObjectOptions& options) {
 
 std::vector<Command> postCommands() {
     return {
-        command("post follow", "Show codes as they come, and take them from the device", follow),
-        command("post list", "The codes that the device holds", list),
+        command("post follow", "Show codes as they arrive, and take them from the device", follow),
+        command("post list", "Show the codes that the device holds", list),
         command("post clear", "Drop the codes that the device holds", clear),
     };
 }

@@ -85,8 +85,7 @@ struct ToggleOptions : RelayOptions {
 
     void describe(OptionList& list) {
         RelayOptions::describe(list);
-        list.add("value", value,
-                 "A number that the device defines, 0 unless given; -- before a negative one");
+        list.add("value", value, "A number that the device defines; default 0; put -- before a negative one");
     }
 };
 
@@ -99,8 +98,8 @@ void toggleRelay(Session& session, Output& output, const ToggleOptions& options)
 
 std::vector<Command> relayCommands() {
     return {
-        command("relay list", "All relays and their states", listRelays),
-        command("relay get", "The state of a relay: on or off", getRelay),
+        command("relay list", "List all relays and their states", listRelays),
+        command("relay get", "Show the state of a relay: on or off", getRelay),
         command("relay set", "Switch a relay", setRelay),
         command("relay toggle", "Toggle a relay", toggleRelay),
     };

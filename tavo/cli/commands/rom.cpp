@@ -32,7 +32,7 @@ constexpr std::uint32_t chunkSize = 1024 * 1024;
 constexpr std::uint32_t chunksPerExchange = 2;
 constexpr std::uint32_t highest = 0x7fffffff;
 
-/// A file, and where its content lies in the memory.
+/// A file, and the place of its content in the memory.
 struct FileOptions : ObjectOptions {
     std::string file;
     std::uint32_t offset = 0;
@@ -40,7 +40,7 @@ struct FileOptions : ObjectOptions {
 protected:
     void describeFile(OptionList& list, const char* help) {
         list.add("file", file, help, {.required = true, .kind = ValueKind::file});
-        list.add("--offset", offset, "Where in the memory, 0 unless given",
+        list.add("--offset", offset, "Offset in the memory; default 0",
                  {.limits = between(std::uint32_t{0}, highest)});
     }
 };
@@ -51,7 +51,8 @@ struct Part {
     std::uint32_t length;
 };
 
-/// The memory of one ROM emulation, moved in few exchanges. Between them signals end the work.
+/// The memory of one ROM emulation, transferred in few exchanges. A signal ends the transfer between
+/// exchanges.
 class RomMemory {
 public:
     RomMemory(Session& session, const FileOptions& options)
@@ -63,7 +64,7 @@ public:
     const LpcRomEmulation_v1_0& rom() const { return *rom_; }
     std::uint32_t size() const { return size_; }
 
-    /// @throws Failure (usage) unless the part lies inside the memory.
+    /// @throws Failure (usage) unless the part is within the memory.
     void require(std::uint64_t offset, std::uint64_t length) const {
         if (offset + length > size_)
             throw Failure(
@@ -85,7 +86,7 @@ public:
         });
     }
 
-    /// Hands over chunk after chunk, each with its place behind `offset`.
+    /// Passes each chunk to `take`, with its position after `offset`.
     void read(const char* what, std::uint32_t offset, std::uint32_t length,
               const std::function<void(std::uint32_t, const Bytes&)>& take) {
         ProgressBar bar(what, length);
@@ -164,10 +165,10 @@ struct LoadOptions : FileOptions {
     bool yes = false;
 
     void describe(OptionList& list) {
-        describeFile(list, "The image, - being the standard input");
-        list.add("--no-verify", unverified, "Do not read it back");
-        list.add("--enable", enable, "Then let the board boot from it");
-        list.add("-y,--yes", yes, "Do not ask");
+        describeFile(list, "The image; - for standard input");
+        list.add("--no-verify", unverified, "Do not read the image back");
+        list.add("--enable", enable, "Let the board boot from it afterwards");
+        list.add("-y,--yes", yes, "Do not ask for confirmation");
     }
 };
 
@@ -196,15 +197,15 @@ struct SaveOptions : FileOptions {
     std::optional<std::uint32_t> length;
 
     void describe(OptionList& list) {
-        describeFile(list, "The file, which is replaced when all was read");
-        list.add("--length", length, "How many bytes, the rest of the memory unless given",
+        describeFile(list, "The file; replaced once everything was read");
+        list.add("--length", length, "Number of bytes; default: the rest of the memory",
                  {.limits = between(std::uint32_t{0}, highest)});
     }
 };
 
 void save(Session& session, Output& output, const SaveOptions& options) {
     if (options.file == "-")
-        throw Failure(ExitCode::usage, "the memory is saved to a file, not to the standard output");
+        throw Failure(ExitCode::usage, "the memory is saved to a file, not to standard output");
     RomMemory memory(session, options);
     const auto length = options.length.value_or(memory.size() - std::min(options.offset, memory.size()));
     memory.require(options.offset, length);
@@ -217,7 +218,7 @@ void save(Session& session, Output& output, const SaveOptions& options) {
 }
 
 struct VerifyOptions : FileOptions {
-    void describe(OptionList& list) { describeFile(list, "The image, - being the standard input"); }
+    void describe(OptionList& list) { describeFile(list, "The image; - for standard input"); }
 };
 
 void verify(Session& session, Output& output, const VerifyOptions& options) {
@@ -234,7 +235,7 @@ void verify(Session& session, Output& output, const VerifyOptions& options) {
 
 std::vector<Command> romCommands() {
     return {
-        command("rom load", "Write an image and read it back, after a question", load),
+        command("rom load", "Write an image and read it back; asks first", load),
         command("rom save", "Read the memory into a file", save),
         command("rom verify", "Compare the memory with an image", verify),
     };

@@ -41,7 +41,7 @@ struct SerialOptions {
 
     void describe(OptionList& list) {
         const auto line = "Line";
-        list.add("--object", object, "Full name of the port; not needed where there is only one");
+        list.add("--object", object, "Full name of the port; required if there are several");
         list.add("--baud", baud, "Bits per second", {.showsDefault = true, .heading = line});
         list.add("--bits", dataBits, "Data bits", {.showsDefault = true, .heading = line});
         list.add("--parity", parity, "none, even or odd",
@@ -50,12 +50,11 @@ struct SerialOptions {
         list.add("--rtscts", rtsCts, "RTS/CTS handshake", {.heading = line});
         list.add("--dtrdsr", dtrDsr, "DTR/DSR handshake", {.heading = line});
         list.add("--xonxoff", xonXoff, "XON/XOFF handshake", {.heading = line});
-        list.add("--loopback", loopback, "What is sent comes back", {.heading = line});
-        list.add("--wait", wait, "How many seconds to listen after the end of an input that is no terminal",
+        list.add("--loopback", loopback, "Sent bytes come back", {.heading = line});
+        list.add("--wait", wait, "Seconds to listen after the end of input that is not a terminal",
                  {.showsDefault = true, .limits = between(0.0, 1e6)});
-        list.add(
-            "--until", until,
-            "A text that ends it; with an input that is no terminal it is a failure when it does not come");
+        list.add("--until", until,
+                 "End when this text arrives; unless input is a terminal, a missing text is a failure");
     }
 
     dto::com::OpenRequest settings() const {
@@ -73,7 +72,7 @@ struct SerialOptions {
     }
 };
 
-/// What the user types or pipes in.
+/// The user's input, typed or piped.
 class Input {
 public:
     Input()
@@ -82,7 +81,7 @@ public:
     bool isTerminal() const { return terminal_; }
     bool ended() const { return ended_; }
 
-    /// What there is, waiting no longer than `time` for it.
+    /// Takes the available input; waits at most `time` for it.
     std::string take(std::chrono::milliseconds time) {
         if (ended_) {
             InterruptWatch::pause(time);
@@ -114,7 +113,7 @@ public:
         , wait_(options.wait)
         , text_(options.until) {}
 
-    /// Returns whether the wanted text came.
+    /// Returns whether the wanted text arrived.
     bool run(Input& input) {
         const InterruptWatch::LastWill lastWill(RawTerminal::restore);
         const RawTerminal terminal(STDIN_FILENO);
@@ -157,7 +156,7 @@ private:
 void talk(Session& session, Output& output, const SerialOptions& options) {
     Input input;
     if (input.isTerminal() && output.isJson())
-        throw Failure(ExitCode::usage, "--json is not for a console on the terminal");
+        throw Failure(ExitCode::usage, "--json does not work with a console on the terminal");
     const auto port = chooseObject<CommonModules::Com_v1_0>(session, options.object, "serial port");
     SerialLink link(session, port, options.settings());
     if (input.isTerminal())
@@ -179,7 +178,7 @@ void talk(Session& session, Output& output, const SerialOptions& options) {
     if (input.isTerminal())
         std::fputs("\n", stderr);
     if (!options.until.empty() && !reached && !input.isTerminal())
-        throw Failure(ExitCode::refused, fmt::format("'{}' did not come", options.until));
+        throw Failure(ExitCode::refused, fmt::format("'{}' did not arrive", options.until));
 }
 
 } // namespace

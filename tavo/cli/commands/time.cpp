@@ -29,8 +29,7 @@ struct UnitOptions {
     std::string unit;
 
     void describe(OptionList& list) {
-        list.add("--unit", unit,
-                 "What the device counts since 1970, which is the device's to define: s, ms, us or ns",
+        list.add("--unit", unit, "Unit the device counts since 1970: s, ms, us or ns; the device defines it",
                  {.choices = {"s", "ms", "us", "ns"}});
     }
 };
@@ -68,10 +67,11 @@ struct SetOptions : UnitOptions {
 
     void describe(OptionList& list) {
         UnitOptions::describe(list);
-        list.add("time", time,
-                 "A number as the device counts (-- before a negative one); with --unit also a moment such "
-                 "as 2024-05-06T07:08:09Z, or now",
-                 {.required = true});
+        list.add(
+            "time", time,
+            "A number as the device counts (put -- before a negative one); with --unit also a moment such "
+            "as 2024-05-06T07:08:09Z, or now",
+            {.required = true});
     }
 };
 
@@ -79,9 +79,9 @@ std::int64_t wantedTime(const SetOptions& options) {
     if (const auto number = parseNumber(options.time))
         return *number;
     if (options.unit.empty())
-        throw Failure(
-            ExitCode::usage,
-            fmt::format("'{}' is no number: for a moment, --unit says what the device counts", options.time));
+        throw Failure(ExitCode::usage,
+                      fmt::format("'{}' is not a number; to set a moment, give the device's unit with --unit",
+                                  options.time));
     const auto unit = units.at(options.unit);
     if (options.time == "now")
         return now(unit);
@@ -98,7 +98,8 @@ void setTime(Session& session, Output& output, const SetOptions& options) {
 
 std::vector<Command> timeCommands() {
     return {
-        command("time get", "The clock as the device counts it; with --unit also as date and time", getTime),
+        command("time get", "Show the clock as the device counts it; with --unit also as date and time",
+                getTime),
         command("time set", "Set the clock", setTime),
     };
 }

@@ -28,13 +28,13 @@ constexpr Strokes lineStrokes{"\xe2\x94\x9c\xe2\x94\x80\xe2\x94\x80 ",
 struct Questions {
     std::shared_ptr<BoundMethod<dto::Base::TypeReply>> type;
     std::shared_ptr<BoundMethod<dto::Base::VersionReply>> version;
-    /// Asked where they are shown.
+    /// Only set if methods are shown.
     std::shared_ptr<BoundMethod<dto::Base::MethodsReply>> methods;
 };
 
 using Signatures = std::map<std::string_view, std::string>;
 
-/// What the tree shows, as it was answered in one exchange.
+/// Everything the tree shows, fetched in one exchange.
 class Answers {
 public:
     Answers(Session& session, const Objects& objects, bool withMethods) {
@@ -57,7 +57,8 @@ public:
         return Version(of(object).version->value().version).text;
     }
     bool hasMethods(const Object_v1_0& object) const { return of(object).methods != nullptr; }
-    /// Hands over each listed method with its signature, which is empty where this client does not know it.
+    /// Calls `show` with each listed method and its signature, which is empty if this client does not know
+    /// it.
     template <class Show>
     void forMethods(const Object_v1_0& object, Show show) const {
         Signatures signatures;

@@ -16,7 +16,7 @@ std::vector<std::uint8_t> bytesOfNumber(std::size_t size, std::string_view text)
     if (text.starts_with("0x") || text.starts_with("0X"))
         text.remove_prefix(2);
     if (text.empty() && size > 0)
-        throw std::invalid_argument("a number has at least one hexadecimal digit");
+        throw std::invalid_argument("a number needs at least one hexadecimal digit");
     std::string digits(text.substr(std::min(text.find_first_not_of('0'), text.size())));
     if (digits.size() % 2 != 0)
         digits.insert(0, "0");

@@ -8,16 +8,16 @@
 
 namespace TAVO::cli {
 
-/// Bits in the order in which they are shifted, packed as they travel: bit i is bit i%8 of byte i/8. Unused
-/// bits of the last byte are 0.
+/// Bits in shift order, packed as on the wire: bit i is bit i%8 of byte i/8. Unused bits of the last byte are
+/// 0.
 class BitString {
 public:
     static constexpr std::size_t bytesFor(std::size_t bits) { return bits / 8 + (bits % 8 != 0 ? 1 : 0); }
 
     BitString() = default;
-    /// That many bits of one level.
+    /// `size` bits, all at `level`.
     BitString(std::size_t size, bool level);
-    /// The first `size` bits of `bytes`; what is missing there is 0.
+    /// The first `size` bits of `bytes`; missing bits are 0.
     BitString(std::size_t size, std::vector<std::uint8_t> bytes);
 
     std::size_t size() const { return size_; }
@@ -25,9 +25,9 @@ public:
 
     bool at(std::size_t bit) const { return (bytes_[bit / 8] >> bit % 8 & 1) != 0; }
     void set(std::size_t bit, bool level);
-    /// Whether all bits from `first` to before `end` have the level.
+    /// Whether all bits from `first` up to but not including `end` have this level.
     bool isAll(std::size_t first, std::size_t end, bool level) const;
-    /// The number of `count` bits, 32 at most, of which the one at `first` is the lowest.
+    /// The `count` bits from `first` on as a number, lowest bit first. At most 32 bits.
     std::uint32_t number(std::size_t first, std::size_t count) const;
 
     bool operator==(const BitString&) const = default;
@@ -37,16 +37,16 @@ private:
     std::vector<std::uint8_t> bytes_;
 };
 
-/// Bit strings in words: a hexadecimal number, whose lowest bit is shifted first, or bytes in the order in
-/// which they are shifted, the lowest bit of each first.
+/// How a bit string is written: as a hexadecimal number, lowest bit shifted first, or as bytes in shift
+/// order, lowest bit of each first.
 enum class BitNotation { number, bytes };
 
-/// The `size` bits that `text` stands for. A number may begin with 0x and is filled up with zeros; bytes are
-/// pairs of digits, as many as the bits need.
-/// @throws std::invalid_argument for anything else, and where `text` does not fit that many bits.
+/// Parses `size` bits. A number may start with 0x and is padded with zeros; bytes are pairs of digits, as
+/// many as the bits need.
+/// @throws std::invalid_argument for anything else, and if `text` does not fit in `size` bits.
 BitString parseBits(std::size_t size, std::string_view text, BitNotation notation);
 
-/// A number as 0x and all its digits, bytes as pairs of digits; empty for no bits.
+/// A number as 0x and all digits, bytes as pairs of digits; empty for no bits.
 std::string bitsText(const BitString& bits, BitNotation notation);
 
 } // namespace TAVO::cli

@@ -8,9 +8,9 @@
 
 namespace TAVO::cli {
 
-/// What was found in a chain, for programs; "irLength" and "idcode" of a TAP are null where they are unknown.
+/// The survey as JSON. Unknown "irLength" and "idcode" of a TAP are null.
 nlohmann::json chainDocument(const ChainSurvey& survey);
-/// The same as a table.
+/// The survey as a table.
 std::string chainText(const ChainSurvey& survey);
 
 } // namespace TAVO::cli

@@ -84,7 +84,7 @@ Value parseBytes(const FieldDescription& field, const std::string& text) {
     }
 }
 
-// Far deeper than any record; what follows goes into each level by a call of its own.
+// Far deeper than any record. Bounds the recursion of everything that follows.
 constexpr int deepestLevel = 64;
 
 Value parseJson(const FieldDescription& field, const std::string& text) {

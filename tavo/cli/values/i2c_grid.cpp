@@ -32,7 +32,7 @@ std::string columnNumbers(const char* format) {
     return text;
 }
 
-/// Calls `row` with the first number of each row that has a part in `range`.
+/// Calls `row` with the first number of each row that overlaps `range`.
 template <class Row>
 void forRows(NumberRange range, Row row) {
     for (auto start = range.first - range.first % columns; start <= range.last; start += columns)
@@ -53,7 +53,7 @@ NumberRange parseRange(const std::string& text, std::uint32_t highest) {
     const auto last = parseNumber(std::string_view(text).substr(std::min(dash + 1, text.size())));
     if (!first || !last || *first > *last || *last > highest)
         throw std::invalid_argument(
-            fmt::format("'{}' is no range A-B with numbers up to 0x{:02x}", text, highest));
+            fmt::format("'{}' is not a range A-B with numbers up to 0x{:02x}", text, highest));
     return {*first, *last};
 }
 

@@ -109,7 +109,7 @@ Value valueAt(const std::string& path, const json& node) {
     case json::value_t::object:
         return objectAt(path, node);
     case json::value_t::number_float:
-        throw std::invalid_argument(placeOf(path) + " must be a whole number of at most 64 bits, not " +
+        throw std::invalid_argument(placeOf(path) + " must be an integer of at most 64 bits, not " +
                                     node.dump());
     default:
         throw std::invalid_argument(placeOf(path) + " must not be " + node.type_name());
@@ -133,7 +133,7 @@ std::vector<std::uint8_t> bytesFromHex(std::string_view digits) {
         std::uint8_t byte = 0;
         const auto [end, error] = std::from_chars(pair.data(), pair.data() + pair.size(), byte, 16);
         if (error != std::errc() || pair.size() != 2 || end != pair.data() + pair.size())
-            throw std::invalid_argument("'" + std::string(pair) + "' is no pair of hexadecimal digits");
+            throw std::invalid_argument("'" + std::string(pair) + "' is not a pair of hexadecimal digits");
         bytes.push_back(byte);
         digits.remove_prefix(2);
     }

@@ -8,20 +8,20 @@
 
 #include <tavo/client/transcode/value.h>
 
-/// Records as JSON. A record becomes an object, a list an array, a number, a flag and a text themselves.
-/// JSON knows neither bytes nor texts that are not UTF-8, so these two become objects of one member:
-/// `{"hex": "00ff"}` and `{"hex-text": "00ff"}`.
+/// Records as JSON. A record becomes an object, a list an array; numbers, flags and texts stay as they are.
+/// JSON has neither bytes nor texts that are not UTF-8, so these become objects with one member: `{"hex":
+/// "00ff"}` and `{"hex-text": "00ff"}`.
 namespace TAVO::cli {
 
-/// Never holds a text that is not UTF-8, so it can be printed.
+/// All texts in the result are UTF-8, so it can be printed.
 nlohmann::json toJson(const Value& value);
 
-/// The opposite of toJson(); a number keeps the signedness that `node` has for it.
-/// @throws std::invalid_argument that names the place, for what no record can hold: null, a number that is
-///         not whole or exceeds 64 bits, wrong hexadecimal digits.
+/// The inverse of toJson(). A number keeps the signedness it has in `node`.
+/// @throws std::invalid_argument that names the place, for anything no record can hold: null, a number that
+///         is not an integer or exceeds 64 bits, bad hexadecimal digits.
 Value fromJson(const nlohmann::json& node);
 
-/// The bytes that pairs of hexadecimal digits stand for; blanks between the pairs count for nothing.
+/// Parses pairs of hexadecimal digits. Ignores blanks between pairs.
 /// @throws std::invalid_argument for anything else.
 std::vector<std::uint8_t> bytesFromHex(std::string_view digits);
 

@@ -12,10 +12,10 @@ namespace TAVO::cli {
 
 namespace {
 
-/// Of most characters that is known at once.
+/// The fast path for most characters.
 bool standsForItself(char c) { return c >= 0x20 && c < 0x7F && c != '"' && c != '\\'; }
 
-/// The escape of one character, empty for those that stand for themselves.
+/// The escape of a character; empty if it needs none.
 std::string escapeOf(char32_t codePoint) {
     constexpr std::string_view named = "\"\\\b\f\n\r\t";
     constexpr std::string_view names = "\"\\bfnrt";

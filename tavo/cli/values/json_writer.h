@@ -12,16 +12,16 @@
 
 namespace TAVO::cli {
 
-/// One JSON document, written as it is made: two blanks for each level, a line for each element. Characters
-/// that are not to be seen, see isUnseen(), are escaped.
+/// Writes one JSON document piece by piece: two blanks per level, one line per element. Escapes invisible
+/// characters, see isUnseen().
 ///
-/// Each value follows a key or stands in an array. Keys are the tool's own and come in alphabetical order.
+/// Each value follows a key or stands in an array. Keys must come in alphabetical order and need no escapes.
 class JsonWriter {
 public:
     explicit JsonWriter(Sink& sink)
         : sink_(sink) {}
 
-    /// Writes an object, whose members `fill` writes.
+    /// Writes an object; `fill` writes its members.
     template <class Fill>
     void object(Fill fill) {
         open('{');
@@ -34,7 +34,7 @@ public:
         fill();
         close(']');
     }
-    /// What is written next is the value of this key.
+    /// The next value written belongs to this key.
     JsonWriter& key(std::string_view name);
 
     void null() { plain("null"); }
@@ -46,21 +46,21 @@ public:
         else
             unsignedNumber(value);
     }
-    /// A text; what is not UTF-8 in it is replaced by U+FFFD.
+    /// Writes a text. Replaces bytes that are not UTF-8 by U+FFFD.
     void text(std::string_view value);
-    /// A text without loss: `{"hex-text": "..."}` when it is not UTF-8.
+    /// Writes a text without loss: as `{"hex-text": "..."}` if it is not UTF-8.
     void exactText(std::string_view value);
-    /// `{"hex": "..."}`
+    /// Writes `{"hex": "..."}`.
     void bytes(std::span<const std::uint8_t> value);
-    /// A text of hexadecimal digits, two for each byte.
+    /// Writes a text of hexadecimal digits, two per byte.
     void hexadecimal(std::span<const std::uint8_t> value);
-    /// A document that is at hand.
+    /// Writes a complete document.
     void write(const nlohmann::json& document);
 
 private:
     void open(char bracket);
     void close(char bracket);
-    /// What stands before a value.
+    /// Writes the comma, line break and indentation before a value.
     void begin();
     void newLine();
     void plain(std::string_view value);

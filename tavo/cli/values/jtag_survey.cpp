@@ -13,14 +13,14 @@ constexpr std::size_t idcodeBits = 32;
 
 [[noreturn]] void fail(const std::string& message) { throw ChainFault(message); }
 
-/// Ones around a single zero, which comes out as much later as there are bits in between.
+/// Ones around a single zero, whose delay is the number of bits in between.
 BitString markedOnes(std::size_t most) {
     BitString bits(2 * most + 1, true);
     bits.set(most, false);
     return bits;
 }
 
-/// How many bits a probe of markedOnes() passed on its way; nothing when the mark is not where it must be.
+/// The number of bits a probe of markedOnes() passed through; empty if the mark is not in a valid place.
 std::optional<std::size_t> lengthBetween(const BitString& captured) {
     const auto most = captured.size() / 2;
     for (std::size_t length = 0; length <= most; ++length)
@@ -53,11 +53,11 @@ std::vector<std::optional<Idcode>> tapsAfterReset(const BitString& captured) {
             ++bit;
         }
     }
-    fail(fmt::format("the data registers do not end: more than {} TAPs, or TDI does not reach the chain",
+    fail(fmt::format("the data registers have no end: more than {} TAPs, or TDI does not reach the chain",
                      mostTaps));
 }
 
-/// The places at which an instruction register can begin.
+/// The positions where an instruction register can start.
 std::vector<std::size_t> possibleStarts(const BitString& capture) {
     std::vector<std::size_t> starts;
     for (std::size_t bit = 0; bit + 1 < capture.size(); ++bit)
@@ -66,7 +66,7 @@ std::vector<std::size_t> possibleStarts(const BitString& capture) {
     return starts;
 }
 
-/// Moves on to the next choice of as many indices below `count`, the first staying where it is.
+/// Advances to the next combination of indices below `count`. The first index stays.
 bool advance(std::vector<std::size_t>& chosen, std::size_t count) {
     for (auto place = chosen.size(); place-- > 1;)
         if (chosen[place] + chosen.size() < count + place) {

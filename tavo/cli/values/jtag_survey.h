@@ -9,7 +9,7 @@
 
 #include <tavo/cli/values/bit_string.h>
 
-/// What an unknown JTAG chain (IEEE 1149.1) tells of itself when nothing but BYPASS is loaded.
+/// Examines an unknown JTAG chain (IEEE 1149.1) without loading any instruction but BYPASS.
 namespace TAVO::cli {
 
 /// The parts of an IDCODE.
@@ -18,7 +18,7 @@ struct Idcode {
 
     unsigned version() const { return value >> 28; }
     unsigned part() const { return value >> 12 & 0xFFFF; }
-    /// The bank of the manufacturer's number in JEDEC's list, from 1 on.
+    /// The manufacturer's bank in the JEDEC list, counted from 1.
     unsigned manufacturerBank() const { return (value >> 8 & 0xF) + 1; }
     /// The manufacturer's number in its bank, without the parity bit.
     unsigned manufacturer() const { return value >> 1 & 0x7F; }
@@ -26,15 +26,15 @@ struct Idcode {
     bool operator==(const Idcode&) const = default;
 };
 
-/// The bits to be shifted, in this order: through the data registers right after Test-Logic-Reset, through
-/// the instruction registers, and through the data registers again. No answer is needed for the next one.
+/// The bits to shift, in this order: through the data registers right after Test-Logic-Reset, through the
+/// instruction registers, and through the data registers again. None depends on an earlier answer.
 struct ChainProbes {
     BitString afterReset;
     BitString instruction;
     BitString bypass;
 };
 
-/// Enough for chains of 256 TAPs and 4096 bits of instruction. All instructions that it leaves are BYPASS.
+/// Enough for chains of 256 TAPs and 4096 instruction bits. Leaves BYPASS in every instruction register.
 ChainProbes chainProbes();
 
 /// Why a chain cannot be surveyed.
@@ -44,19 +44,18 @@ public:
 };
 
 struct ChainSurvey {
-    /// One for each TAP, beginning next to TDO; empty for one without an IDCODE.
+    /// One per TAP, starting next to TDO; empty for a TAP without IDCODE.
     std::vector<std::optional<Idcode>> taps;
-    /// What all instruction registers together captured.
+    /// The captured bits of all instruction registers.
     BitString instructionCapture;
-    /// The lengths of the instruction registers, beginning next to TDO, in each way that fits the capture, of
-    /// which every register's part begins with 1, 0. Not all of them when there are very many.
+    /// Every set of instruction register lengths that fits the capture, starting next to TDO. Each register's
+    /// part of the capture starts with 1, 0. Incomplete if there are very many.
     std::vector<std::vector<std::size_t>> splits;
     bool hasMoreSplits = false;
 };
 
-/// @param captured what came back for each of chainProbes().
-/// @throws ChainFault when no chain answers, when it is too long, or when its answers contradict each
-///         other.
+/// @param captured the bits that came back for each of chainProbes().
+/// @throws ChainFault if no chain answers, if it is too long, or if its answers contradict each other.
 ChainSurvey surveyChain(const ChainProbes& captured);
 
 } // namespace TAVO::cli

@@ -47,7 +47,7 @@ std::int64_t fractionOf(const std::ssub_match& digits, std::int64_t unitsPerSeco
     return fraction;
 }
 
-/// Division that rounds down for negative numbers too.
+/// Rounds down, for negative numbers too.
 std::int64_t floorDivide(std::int64_t number, std::int64_t divisor) {
     return number / divisor - (number % divisor < 0 ? 1 : 0);
 }
@@ -73,7 +73,7 @@ std::string momentText(std::int64_t number, ClockUnit unit) {
     const auto perSecond = static_cast<std::int64_t>(unit);
     const auto seconds = floorDivide(number, perSecond);
     const auto days = floorDivide(seconds, secondsOfDay);
-    // Beyond the years of the calendar there is nothing to show but the number.
+    // Beyond the calendar's years only the number can be shown.
     constexpr std::int64_t farthestDay = 2'932'896;
     if (days > farthestDay || days < -719'528)
         return "beyond the calendar";

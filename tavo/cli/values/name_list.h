@@ -6,8 +6,8 @@
 
 namespace TAVO::cli {
 
-/// Names for a message, with commas between them. A message has room for so many; of the others it tells how
-/// many there are.
+/// Names for a message, separated by commas. A long list is cut off and ends with the number of names left
+/// out.
 class NameList {
 public:
     void add(std::string_view name);

@@ -6,7 +6,7 @@
 
 namespace TAVO::cli {
 
-/// Where bytes go that are written as they are made: a descriptor, in large pieces. Its first error is kept.
+/// Buffered output to a descriptor. Remembers the first error.
 class Sink {
 public:
     explicit Sink(int descriptor)
@@ -16,9 +16,9 @@ public:
     ~Sink() { flush(); }
 
     void write(std::string_view bytes);
-    /// Passes on what is held back.
+    /// Writes out the buffer.
     void flush();
-    /// The system's number of the first error, 0 when there was none. Nothing is written after an error.
+    /// The errno of the first error, 0 if there was none. Nothing is written after an error.
     int error() const { return error_; }
 
 private:

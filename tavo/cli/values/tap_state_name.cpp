@@ -45,7 +45,7 @@ std::int32_t parseTapState(std::string_view text) {
         if (essence(text) == essence(names[state]))
             return static_cast<std::int32_t>(state);
     throw std::invalid_argument(
-        fmt::format("'{}' is no TAP state; they are: {}", text, fmt::join(names, ", ")));
+        fmt::format("'{}' is not a TAP state; the states are: {}", text, fmt::join(names, ", ")));
 }
 
 std::string tapStateText(std::int32_t number) {

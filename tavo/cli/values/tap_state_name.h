@@ -7,12 +7,11 @@
 
 namespace TAVO::cli {
 
-/// The state's name in IEEE 1149.1. The numbers run from Test-Logic-Reset and Run-Test/Idle over the data
-/// register's column to Update-IR; a device may number them otherwise.
+/// The name of the state in IEEE 1149.1. States are numbered from Test-Logic-Reset and Run-Test/Idle through
+/// the data register column to Update-IR; a device may number them differently.
 std::optional<std::string_view> tapStateName(std::int32_t number);
 
-/// The number that a name or a decimal number stands for; letter case and all but letters and digits count
-/// for nothing in names.
+/// Parses a name or a decimal number. In names only letters and digits count, in any case.
 /// @throws std::invalid_argument that lists the names.
 std::int32_t parseTapState(std::string_view text);
 

@@ -13,8 +13,8 @@
 
 namespace TAVO::cli {
 
-/// Text for people, written as it is made. What it formats is made visible, whoever said it, so that only the
-/// tool's own words end lines or steer a terminal.
+/// Writes text for people. Makes every formatted text visible, whatever its source, so that only the tool's
+/// own words end lines or control the terminal.
 class TextWriter {
     template <class T>
     static auto shown(const T& argument) {
@@ -30,9 +30,9 @@ public:
     explicit TextWriter(Sink& sink)
         : sink_(sink) {}
 
-    /// The tool's own words, as they stand.
+    /// Writes the tool's own words unchanged.
     void write(std::string_view words) { sink_.write(words); }
-    /// `format` holds the tool's own words; every text among the arguments is made visible.
+    /// `format` is the tool's own words; texts among the arguments are made visible.
     template <class... Arguments>
     void print(fmt::format_string<decltype(shown(std::declval<const Arguments&>()))...> format,
                const Arguments&... arguments) {
@@ -45,7 +45,7 @@ public:
             fmt::format_to(Characters(sink_), format, shown(arguments)...);
         }
     }
-    /// A text between double quotes, in which \ stands before these and itself.
+    /// Writes a text in double quotes, with \ before each double quote and each \.
     void quote(std::string_view text);
 
 private:
@@ -57,7 +57,7 @@ private:
             return 0;
     }
 
-    /// Takes what is too long to be held as a whole.
+    /// Output iterator for texts too long to buffer.
     class Characters {
     public:
         using iterator_category = std::output_iterator_tag;

@@ -19,16 +19,15 @@ constexpr Range unseen[] = {
     {0xAD, 0xAD},       // soft hyphen
     {0x61C, 0x61C},     // Arabic letter mark
     {0x180E, 0x180E},   // Mongolian vowel separator
-    {0x200B, 0x200F},   // zero width space, joiners, marks of direction
-    {0x2028, 0x202E},   // line and paragraph separator, embeddings and overrides of direction
-    {0x2060, 0x206F},   // word joiner, invisible operators, isolates of direction, deprecated controls
+    {0x200B, 0x200F},   // zero-width space, joiners, direction marks
+    {0x2028, 0x202E},   // line and paragraph separators, direction embeddings and overrides
+    {0x2060, 0x206F},   // word joiner, invisible operators, direction isolates, deprecated controls
     {0xFEFF, 0xFEFF},   // byte order mark
     {0xFFF9, 0xFFFB},   // interlinear annotations
     {0xE0000, 0xE007F}, // tags
 };
 
-/// What may follow the first byte of a code point: how many bytes, and between which limits the first of them
-/// lies.
+/// What may follow the first byte of a code point: the number of bytes, and the limits of the first of them.
 struct Continuation {
     std::size_t count;
     std::uint8_t lowest;

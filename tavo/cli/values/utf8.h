@@ -5,13 +5,13 @@
 
 namespace TAVO::cli {
 
-/// What a text begins with.
+/// The first code point of a text.
 struct Utf8Head {
-    /// How many bytes it takes, at least 1.
+    /// Its length in bytes, at least 1.
     std::size_t length = 1;
     char32_t codePoint = 0;
-    /// Otherwise these bytes are the longest beginning of a code point that there is, or one byte that no
-    /// code point begins with.
+    /// If false, these bytes are an incomplete code point, as much of it as there is, or one byte that cannot
+    /// start a code point.
     bool valid = false;
 };
 
@@ -20,9 +20,9 @@ Utf8Head utf8Head(std::string_view text) noexcept;
 
 bool isUtf8(std::string_view text) noexcept;
 
-/// Whether a code point is not to be seen, or changes how what is around it is seen: control characters (C0,
-/// DEL, C1), the separators of lines and paragraphs, bidirectional controls, characters without width, tags
-/// and the other format controls that stand beside them.
+/// Whether a code point is invisible or changes how its neighbours are shown: control characters (C0, DEL,
+/// C1), line and paragraph separators, bidirectional controls, zero-width characters, tags and related format
+/// controls.
 bool isUnseen(char32_t codePoint) noexcept;
 
 } // namespace TAVO::cli

@@ -8,7 +8,7 @@ namespace TAVO::cli {
 
 namespace {
 
-/// The places of a record's fields in alphabetical order.
+/// The indices of a record's fields in alphabetical order.
 std::vector<std::size_t> byName(const ValueView::Record& record) {
     std::vector<std::size_t> order(record.fields.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
@@ -42,7 +42,7 @@ struct JsonForm {
 
 bool isRecord(const ValueView& value) { return std::holds_alternative<ValueView::Record>(value.data); }
 
-/// A value that stands within another one.
+/// Writes a value nested in another.
 void writeInner(TextWriter& text, const ValueView& value) {
     text.write(isRecord(value) ? "{" : "");
     writeValue(text, value);

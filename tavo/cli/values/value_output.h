@@ -4,17 +4,17 @@
 #include <tavo/cli/values/text_writer.h>
 #include <tavo/client/transcode/value_view.h>
 
-/// Results of any record, written as they are looked at.
+/// Writes the values of any record without copying them.
 namespace TAVO::cli {
 
-/// As toJson() has it: an object for a record, its members in alphabetical order.
+/// Writes the same JSON as toJson(): an object for a record, its members in alphabetical order.
 void writeValue(JsonWriter& json, const ValueView& value);
 
 /// On one line: `name=value` pairs, byte blocks as hexadecimal digits, texts in quotes, lists in brackets,
 /// nested records in braces.
 void writeValue(TextWriter& text, const ValueView& value);
 
-/// A line for each field of a record, and for each record of a list.
+/// One line for each field of a record, and for each record in a list.
 void writeFields(TextWriter& text, const ValueView::Record& record);
 
 } // namespace TAVO::cli

@@ -10,22 +10,21 @@
 
 #include <tavo/cli/values/utf8.h>
 
-/// The one way by which a text that is not the tool's own reaches a terminal: names, results and messages of
-/// a device, and the user's own words too.
+/// Every text that is not the tool's own reaches the terminal through here: the device's names, results and
+/// messages, and the user's own words.
 namespace TAVO::cli {
 
-/// How a text shows a code point that isUnseen(), or a byte that is not UTF-8.
+/// Replacement for a code point that isUnseen(), or for a byte that is not UTF-8.
 struct Escape {
     char text[11];
     std::size_t length;
     std::string_view view() const { return {text, length}; }
 };
 
-/// \xNN for C0, DEL and bytes that are not UTF-8, \uNNNN and \UNNNNNNNN for what else is unseen.
+/// \xNN for C0, DEL and bytes that are not UTF-8, \uNNNN or \UNNNNNNNN for other code points.
 Escape escapeOf(std::string_view bytes, const Utf8Head& head) noexcept;
 
-/// Hands `take` the text in pieces in which everything is to be seen and nothing steers a terminal: it takes
-/// one line.
+/// Passes the text to `take` in pieces that are fully visible, on one line, and cannot control a terminal.
 template <class Take>
 void forVisiblePieces(std::string_view text, Take take) {
     std::size_t plain = 0;
@@ -37,7 +36,7 @@ void forVisiblePieces(std::string_view text, Take take) {
         const auto head = utf8Head(text.substr(at));
         if (!head.valid || isUnseen(head.codePoint)) {
             take(text.substr(plain, at - plain));
-            // Of bytes that are no code point each is shown by itself.
+            // Bytes that form no code point are shown one by one.
             for (std::size_t i = 0; i < (head.valid ? 1 : head.length); ++i)
                 take(escapeOf(text.substr(at + i, head.length), head).view());
             plain = at + head.length;
@@ -47,10 +46,10 @@ void forVisiblePieces(std::string_view text, Take take) {
     take(text.substr(plain));
 }
 
-/// The text as forVisiblePieces() has it.
+/// The text as forVisiblePieces() yields it.
 std::string visible(std::string_view text);
 
-/// A text to be formatted as visible() has it, in pieces where it is long.
+/// A text to format like visible(), piece by piece if it is long.
 struct VisibleText {
     std::string_view text;
 };
@@ -61,7 +60,7 @@ template <>
 struct fmt::formatter<TAVO::cli::VisibleText> : fmt::formatter<std::string_view> {
     template <class Context>
     auto format(const TAVO::cli::VisibleText& shown, Context& context) const {
-        // Of a longer text no width is left to fill.
+        // A longer text exceeds any field width, so it needs no padding.
         constexpr std::size_t longest = 256;
         if (shown.text.size() <= longest)
             return fmt::formatter<std::string_view>::format(TAVO::cli::visible(shown.text), context);

@@ -8,7 +8,7 @@ namespace {
 
 bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
 
-/// Moves what stands between quotes at the head of `rest` to `word`.
+/// Moves the quoted text at the front of `rest` to `word`.
 void takeQuoted(std::string_view& rest, std::string& word) {
     const char quote = rest.front();
     rest.remove_prefix(1);

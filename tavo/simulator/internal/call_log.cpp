@@ -29,7 +29,7 @@ std::size_t bytesOutside(Number) {
     return 0;
 }
 
-/// What a value takes beside itself.
+/// The memory a value takes outside the object itself.
 std::size_t bytesOutside(const Value& value) {
     return std::visit([](const auto& content) { return bytesOutside(content); }, value.data);
 }

@@ -8,15 +8,14 @@
 
 namespace TAVO::simulator {
 
-/// The last calls, as many as fit.
+/// The most recent calls, as many as fit.
 class CallLog {
 public:
     CallLog(std::size_t mostCalls, std::size_t mostBytes)
         : mostCalls_(mostCalls)
         , mostBytes_(mostBytes) {}
 
-    /// Drops the oldest ones where there is no room left. A call that is too large by itself is kept without
-    /// its parameters.
+    /// Drops the oldest calls to make room. Keeps a call that is too large by itself without its parameters.
     void add(CallRecord record);
     void clear();
     std::vector<CallRecord> records() const;

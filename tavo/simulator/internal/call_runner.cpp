@@ -18,7 +18,7 @@ void append(std::vector<std::uint8_t>& bytes, std::uint32_t number) {
     TAVOX::storeBigEndian(bytes.data() + bytes.size() - sizeof number, number);
 }
 
-/// The fault, if any, that is to spoil the delivery of an answer.
+/// The fault that changes the delivery of the answer, if any.
 std::optional<Fault> deliveryFault(const std::vector<Fault>& faults) {
     for (const auto& fault : faults)
         if (isOfDelivery(fault))

@@ -17,26 +17,26 @@
 
 namespace TAVO::simulator {
 
-/// An answer as bytes, and what is to happen with it.
+/// An answer as bytes, and how to deliver it.
 struct Response {
     std::vector<std::uint8_t> bytes;
     std::chrono::microseconds delay{0};
-    /// How its delivery goes wrong.
+    /// The fault in its delivery, if any.
     std::optional<Fault> spoilt;
     bool closesConnection = false;
     bool closesAllConnections = false;
-    /// The lock id that the client has: the one that its request carried, or that it has been given.
+    /// The client's lock id: from its request, or newly granted.
     std::uint32_t lockId = 0;
 };
 
-/// Carries out one request on the appliance, all at once or a piece at a time.
+/// Carries out one request on the appliance, all at once or in pieces.
 class CallRunner {
 public:
     using Log = std::function<void(CallRecord)>;
     using Deadline = std::chrono::steady_clock::time_point;
 
-    /// @param faults those of this request. @param log empty when nobody wants to know of the calls.
-    /// @param mostAnswerBytes no call is carried out when its answer has reached this size.
+    /// @param faults faults of this request. @param log empty if nobody listens to calls.
+    /// @param mostAnswerBytes once the answer has reached this size, no further call is carried out.
     CallRunner(Appliance& appliance, std::uint64_t request, std::uint64_t connection,
                std::vector<Fault> faults, const Log& log,
                std::size_t mostAnswerBytes = Options().mostAnswerBytes);
@@ -44,16 +44,16 @@ public:
     /// @param request a complete request.
     Response run(std::span<const std::uint8_t> request);
 
-    /// Takes a complete request and carries out nothing of it.
+    /// Takes a complete request, without carrying out any of it.
     void begin(std::vector<std::uint8_t> request);
-    /// Carries out at least one of the calls that are left. Returns whether none is left then.
+    /// Carries out at least one of the remaining calls. Returns whether none remains.
     bool proceed(Deadline deadline);
-    /// The answer, when no call is left. @throws std::bad_alloc
+    /// The answer, once no call remains. @throws std::bad_alloc
     Response finish();
-    /// Bytes that request and answer take.
+    /// Memory taken by request and answer, in bytes.
     std::size_t heldBytes() const;
 
-    /// The answer to a request that is too large to be read.
+    /// The answer to a request that is too large to read.
     Response refuse();
 
 private:
@@ -89,7 +89,7 @@ private:
     TAVOX::InputStream in_{nullptr, 0};
     std::uint32_t lockId_ = 0;
     std::uint32_t lockTaken_ = 0;
-    // How many results there are to be.
+    // The number of results to produce.
     std::uint32_t wanted_ = 0;
     std::chrono::microseconds delay_{0};
     bool closesAllConnections_ = false;

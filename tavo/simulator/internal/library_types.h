@@ -2,8 +2,7 @@
 
 namespace TAVO::simulator {
 
-/// Makes the client library's types known to findObjectTable() and methodRows(): simulated objects take their
-/// methods from there.
+/// Registers the client library's types, from which simulated objects take their methods.
 void registerLibraryTypes();
 
 } // namespace TAVO::simulator

@@ -5,43 +5,43 @@
 #include <cstdint>
 #include <optional>
 
-/// All that the scripted peer asks of the operating system's sockets: TCP on 127.0.0.1 that never waits but
-/// in waitFor(). peer_socket_posix.cpp and peer_socket_windows.cpp implement it, each on its own system.
+/// The sockets of the scripted peer: TCP on 127.0.0.1. Only waitFor() waits. Implemented by
+/// peer_socket_posix.cpp and peer_socket_windows.cpp.
 ///
-/// What fails throws std::runtime_error that names the call and the system's reason.
+/// Failures throw std::runtime_error with the name of the call and the system's reason.
 namespace TAVO::simulator::peer_sockets {
 
-/// A socket as the system numbers it.
+/// The system's socket number.
 using Handle = std::intptr_t;
 inline constexpr Handle noSocket = -1;
 
 enum class Event { input, room };
 
-/// Waits this long at most for bytes or the end, or until there is room to send; false when the time is over.
+/// Waits until there is input (bytes or the end) or room to send. Returns false after `wait`.
 bool waitFor(Handle socket, Event event, std::chrono::milliseconds wait);
 
-/// A socket with that port, or with one of the system's choice for 0; several may share one, as long as no
-/// more than one of them listens. Programs that this process starts do not get it, nor those of accept().
+/// Makes a socket bound to `port`; 0 lets the system choose. Several sockets may share a port if at most one
+/// of them listens. Child processes inherit neither these sockets nor those from accept().
 Handle makeBound(std::uint16_t port);
 std::uint16_t portOf(Handle socket);
 void listen(Handle socket, int backlog);
-/// Nothing when there is no client any more.
+/// Empty if the client has gone.
 std::optional<Handle> accept(Handle listening);
 
-/// How many bytes were received, 0 at the end; nothing when there are none yet.
+/// Returns the number of bytes received, 0 at the end, empty if there are none yet.
 std::optional<std::size_t> receive(Handle socket, std::uint8_t* bytes, std::size_t count);
-/// Whether the next receive() would find the end, or fail.
+/// Whether the next receive() would return 0 or fail.
 bool isAtEnd(Handle socket) noexcept;
 
 enum class Following { nothing, end };
-/// How many bytes were taken; nothing when there is no room yet. What an end follows is held back until it
-/// comes, on systems that can.
+/// Returns the number of bytes taken; empty if there is no room yet. Bytes to be followed by the end are held
+/// back until it is sent, on systems that can.
 std::optional<std::size_t> send(Handle socket, const std::uint8_t* bytes, std::size_t count,
                                 Following following);
 void finishSending(Handle socket) noexcept;
 
 void close(Handle socket) noexcept;
-/// Closes it such that the other end sees a reset.
+/// Closes the socket so that the other end sees a reset.
 void closeWithReset(Handle socket) noexcept;
 
 } // namespace TAVO::simulator::peer_sockets

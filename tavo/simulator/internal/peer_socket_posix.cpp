@@ -21,7 +21,7 @@ int descriptor(Handle socket) noexcept { return static_cast<int>(socket); }
     throw std::runtime_error(call + ": " + std::system_category().message(error));
 }
 
-// What a socket that does not wait moved.
+// The result of a non-blocking transfer.
 std::optional<std::size_t> moved(ssize_t count, const char* call) {
     if (count >= 0)
         return static_cast<std::size_t>(count);
@@ -88,7 +88,7 @@ bool isAtEnd(Handle socket) noexcept {
 
 std::optional<std::size_t> send(Handle socket, const std::uint8_t* bytes, std::size_t count,
                                 Following following) {
-    // MSG_MORE would not do: the bytes would leave when the receiver makes room.
+    // MSG_MORE is not enough: it sends the bytes as soon as the receiver makes room.
     const int heldBack = 1;
     if (following == Following::end)
         ::setsockopt(descriptor(socket), IPPROTO_TCP, TCP_CORK, &heldBack, sizeof heldBack);

@@ -6,7 +6,7 @@
 #include <string>
 #include <system_error>
 
-// The order matters: windows.h would bring in the first generation of the socket interface.
+// The order matters: windows.h alone includes the old winsock.h.
 #include <winsock2.h>
 
 #include <windows.h>
@@ -32,7 +32,7 @@ void startUpOnce() {
         throw std::runtime_error("the socket library cannot be started");
 }
 
-// Neither waits nor goes to programs that this process starts.
+// Makes the socket non-blocking and keeps child processes from inheriting it.
 void makeOurs(SOCKET socket) noexcept {
     u_long yes = 1;
     ::ioctlsocket(socket, static_cast<long>(FIONBIO), &yes);
@@ -43,7 +43,7 @@ int lengthOfOne(std::size_t count) noexcept {
     return static_cast<int>(std::min<std::size_t>(count, std::numeric_limits<int>::max()));
 }
 
-// What a socket that does not wait moved.
+// The result of a non-blocking transfer.
 std::optional<std::size_t> moved(int count, const char* call) {
     if (count >= 0)
         return static_cast<std::size_t>(count);

@@ -53,8 +53,8 @@ std::vector<std::uint8_t> RequestAssembler::take() {
         return std::exchange(bytes_, {});
     std::vector<std::uint8_t> request(begin, end);
     begin_ += request.size();
-    // Not with each of many small requests, for it copies the rest; and into new memory, for the old may be
-    // as large as the largest request.
+    // This copies the rest, so not after each of many small requests. Into new memory, because the old may
+    // have the size of the largest request.
     if (begin_ >= bytes_.size() / 2) {
         bytes_ = std::vector<std::uint8_t>(end, bytes_.end());
         begin_ = 0;

@@ -5,7 +5,7 @@
 
 namespace TAVO::simulator {
 
-/// A number that depends on the text alone and looks like chance.
+/// A hash of the text that looks random.
 constexpr std::uint64_t scrambled(std::string_view text) noexcept {
     std::uint64_t hash = 0xcbf29ce484222325u;
     for (const char c : text)
@@ -21,7 +21,7 @@ constexpr std::uint64_t scrambled(std::uint64_t number) noexcept {
     return number ^ number >> 31;
 }
 
-/// An id between 16 and 65535 for that name which `isTaken` does not refuse.
+/// An id from 16 to 65535, derived from the name, that `isTaken` does not reject.
 template <class IsTaken>
 constexpr std::uint32_t idFor(std::string_view name, IsTaken isTaken) {
     constexpr std::uint32_t first = 16, count = 65536 - first;

@@ -13,7 +13,7 @@ namespace TAVO::simulator {
 
 namespace {
 
-// How long to wait for a connection to end when there are no descriptors left for another one.
+// How long to wait for a connection to end if no descriptor is left for a new one.
 constexpr std::chrono::milliseconds shortagePause{50};
 
 bool isShortage(const asio::error_code& failure) {

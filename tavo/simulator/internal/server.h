@@ -19,34 +19,34 @@ namespace TAVO::simulator {
 
 class Session;
 
-/// Whoever answers the requests. Called in the server's thread.
+/// Answers the requests. Called in the server's thread.
 struct RequestHandler {
     virtual ~RequestHandler() = default;
-    /// A client has connected; gives the connection's number.
+    /// A client has connected. Returns the connection's number.
     virtual std::uint64_t connected() = 0;
     virtual void disconnected() = 0;
-    /// Makes ready to carry out a complete request.
+    /// Prepares to carry out a complete request.
     virtual std::unique_ptr<CallRunner> begin(std::uint64_t connection,
                                               std::vector<std::uint8_t> request) = 0;
-    /// Carries out a piece of it, such that others do not have to wait for long. Gives the answer with the
+    /// Carries out a piece of the request, short enough not to delay others. Returns the answer after the
     /// last piece.
     virtual std::optional<Response> proceed(CallRunner& runner) = 0;
-    /// A request that is too large.
+    /// Answers a request that is too large.
     virtual Response refuse(std::uint64_t connection) = 0;
-    /// The lock id of the user who holds the lock, 0 when nobody does.
+    /// The current lock id; 0 if nobody holds the lock.
     virtual std::uint32_t lockInUse() = 0;
 };
 
-/// How much a server keeps for its clients.
+/// Bounds on what a server keeps for its clients.
 struct ServerLimits {
     std::size_t connections = 0;
     std::size_t heldBytes = 0;
 };
 
-/// Listens from construction to destruction and serves all connections in one thread.
+/// Listens from construction to destruction. Serves all connections in one thread.
 class Server {
 public:
-    /// @throws std::runtime_error that names host and port when it cannot listen.
+    /// @throws std::runtime_error that names host and port if it cannot listen.
     Server(const std::string& host, std::uint16_t port, const ServerLimits& limits, RequestHandler& handler);
     /// Closes all connections.
     ~Server();
@@ -63,10 +63,10 @@ private:
     void closeAll();
     void forget(std::uint64_t connection);
     void changeHeld(std::size_t before, std::size_t now) { heldBytes_ += now - before; }
-    /// Closes connections as long as too much is kept for all of them: `active` is the last one.
+    /// Closes connections until the kept bytes are within the limit, `active` last.
     void boundHeld(Session& active);
-    /// Closes the one of those that are asked for that has been idle for the longest time, and does not hold
-    /// the lock. False when there is none.
+    /// Closes the longest idle connection that meets the condition and does not hold the lock. Returns false
+    /// if there is none.
     template <class Condition>
     bool closeIdlest(Condition asked);
     bool closeIdlest();

@@ -4,10 +4,10 @@
 
 namespace TAVO::simulator {
 
-/// Keeps a socket from the programs that this process starts: in them, a port would stay open for good.
+/// Keeps child processes from inheriting the socket: they would keep the port open.
 void keepFromStartedPrograms(asio::ip::tcp::socket::native_handle_type socket);
 
-/// A port that was served can be served again at once, but never by two at a time.
+/// Lets a port be reused at once after closing, but never by two listeners at a time.
 void takePortForOne(asio::ip::tcp::acceptor& acceptor);
 
 } // namespace TAVO::simulator

@@ -7,7 +7,7 @@ void keepFromStartedPrograms(asio::ip::tcp::socket::native_handle_type socket) {
     ::SetHandleInformation(reinterpret_cast<HANDLE>(handle), HANDLE_FLAG_INHERIT, 0);
 }
 
-// The option of POSIX systems would share the port here, and what it is for works without it.
+// Here the POSIX option would share the port, and reuse after closing works without it.
 void takePortForOne(asio::ip::tcp::acceptor& acceptor) {
     const BOOL yes = TRUE;
     ::setsockopt(acceptor.native_handle(), SOL_SOCKET, SO_EXCLUSIVEADDRUSE,

@@ -12,8 +12,8 @@ namespace TAVO::simulator {
 
 namespace {
 
-// How long a connection that was told to go is read on, so that what it still sends cannot reset it before
-// the client has read the answer.
+// How long to keep reading a connection after its last answer: unread input would reset it before the client
+// has read the answer.
 constexpr std::chrono::seconds farewell{2};
 constexpr std::size_t largestPiece = std::size_t{64} * 1024;
 
@@ -61,7 +61,7 @@ void Session::read() {
                             });
 }
 
-// Out of memory: this client has to go, not the simulator.
+// On lack of memory, drop this client, not the simulator.
 template <class Action>
 void Session::attempt(Action action) {
     try {
@@ -138,7 +138,7 @@ void Session::deliver() {
 }
 
 void Session::write(std::size_t bytes, bool thenClose) {
-    // Also asked before each piece: then the piece before it has been taken.
+    // Asio also calls this before each piece, when the previous piece has been taken.
     const auto goOn = [self = shared_from_this()](const asio::error_code& failure, std::size_t) {
         self->active_ = std::chrono::steady_clock::now();
         return failure ? 0 : largestPiece;

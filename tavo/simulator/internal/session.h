@@ -24,11 +24,11 @@ public:
     void start();
     void close();
 
-    /// When bytes last came or went, or will go: an answer that is held back is no idleness of the client's.
+    /// When bytes last moved, or will move: a delayed answer does not make the client idle.
     Time active() const { return active_; }
-    /// Bytes of requests and answers that are kept for the client.
+    /// Bytes of requests and answers kept for the client.
     std::size_t heldBytes() const { return heldBytes_; }
-    /// The lock id that the client used last, 0 for none.
+    /// The lock id the client used last; 0 for none.
     std::uint32_t lockId() const { return lockId_; }
 
 private:
@@ -38,8 +38,7 @@ private:
     void take(std::size_t count);
     void serve();
     void proceed();
-    /// To be called when something has happened. False when the connection is closed then, because too much
-    /// is kept.
+    /// Call it after every event. Returns false if it closed the connection because too much is kept.
     bool note();
     void answer();
     void deliver();

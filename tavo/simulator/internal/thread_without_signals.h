@@ -7,7 +7,7 @@
 
 namespace TAVO::simulator {
 
-/// Starts a thread that receives no signals: they belong to the threads of the program.
+/// Starts a thread with all signals blocked: they belong to the program's own threads.
 TAVO_SIMULATOR_API std::thread threadWithoutSignals(std::function<void()> function);
 
 } // namespace TAVO::simulator

@@ -4,7 +4,7 @@
 
 namespace TAVO::simulator {
 
-// The system makes a thread of its own for each signal.
+// The system starts a separate thread for each signal.
 std::thread threadWithoutSignals(std::function<void()> function) { return std::thread(std::move(function)); }
 
 } // namespace TAVO::simulator

@@ -4,8 +4,8 @@
 #include <map>
 #include <string>
 
-/// Reads a file of accounts: a line `USER:PASSWORD` for each, where the password is all that follows the
-/// first colon. Empty lines and those that begin with # count for nothing.
+/// Reads a file of accounts, one `USER:PASSWORD` per line. The password is everything after the first colon.
+/// Skips empty lines and lines that start with #.
 /// @return passwords by user name.
-/// @throws std::invalid_argument that names the file and the line, and shows nothing of it.
+/// @throws std::invalid_argument that names the file and the line number, without quoting the line.
 std::map<std::string, std::string> readAccounts(const std::filesystem::path& file);

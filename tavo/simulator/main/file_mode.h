@@ -3,5 +3,6 @@
 #include <filesystem>
 #include <optional>
 
-/// The mode of a file that others than its owner have a right to; nothing where there are no such modes.
+/// The mode of the file if it gives anybody but the owner access; empty otherwise, and on systems without
+/// modes.
 std::optional<unsigned> modeOpenToOthers(const std::filesystem::path& file);

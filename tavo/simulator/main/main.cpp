@@ -38,32 +38,31 @@ void describe(CLI::App& app, Arguments& arguments) {
     app.add_option("--port", options.port, "Port to listen on; 0 lets the system choose one")
         ->capture_default_str();
     app.add_option("--topology", options.topology,
-                   "Which objects the appliance has: a name, or a file of your own")
+                   "Objects of the appliance: the name of a topology, or a file")
         ->type_name("NAME|FILE.json")
         ->capture_default_str();
-    app.add_flag("--list-topologies", arguments.listTopologies, "List the topologies and end");
-    app.add_option("--fault", arguments.faults, "Let a request go wrong (repeatable, see below)")
+    app.add_flag("--list-topologies", arguments.listTopologies, "List the topologies and exit");
+    app.add_option("--fault", arguments.faults, "Spoil a request (repeatable, see below)")
         ->type_name("REQUEST:FAULT")
         ->expected(1)
         ->take_all();
     app.add_option("--accounts", arguments.accounts,
-                   "Who may take the lock: a file with a line USER:PASSWORD for each\n"
+                   "Users who may take the lock: a file with one USER:PASSWORD per line\n"
                    "(instead of engineer:tavo and guest:tavo)")
         ->type_name("FILE");
     app.add_option("--connections", options.mostConnections,
-                   "How many may be open; the longest idle one is closed for one more")
+                   "Most open connections; one more closes the longest idle one")
         ->check(CLI::PositiveNumber)
         ->capture_default_str();
-    app.add_option("--key", options.serverKey,
-                   "Which known server key it answers with, -1 for an unknown one")
+    app.add_option("--key", options.serverKey, "Known server key to answer with; -1 for an unknown one")
         ->type_name("INDEX")
         ->check(CLI::Range(-1, 3))
         ->capture_default_str();
-    auto* log = app.add_flag("--log", arguments.log, "Write every call to standard error");
-    app.add_flag("--quiet", arguments.quiet, "Write nothing but the line that tells the port")->excludes(log);
+    auto* log = app.add_flag("--log", arguments.log, "Log every call to standard error");
+    app.add_flag("--quiet", arguments.quiet, "Print only the line with the port")->excludes(log);
     app.set_version_flag("--version", "tavo-sim " + TAVO::ClientLibraryVersion);
     app.footer("\n" + simulator::FaultScript::grammar() +
-               "\nIt tells its address on standard output and runs until SIGINT or SIGTERM.");
+               "\nPrints its address on standard output and runs until SIGINT or SIGTERM.");
 }
 
 void addAccounts(Arguments& arguments) {
@@ -72,7 +71,7 @@ void addAccounts(Arguments& arguments) {
     arguments.options.accounts = readAccounts(arguments.accounts);
     if (const auto mode = modeOpenToOthers(arguments.accounts); mode && !arguments.quiet)
         fmt::print(stderr,
-                   "tavo-sim: the accounts file '{}' is open to others: its mode is {:04o}, not 0600\n",
+                   "tavo-sim: the accounts file '{}' is accessible to others: its mode is {:04o}, not 0600\n",
                    arguments.accounts, *mode);
 }
 
@@ -84,7 +83,7 @@ simulator::FaultScript faultScript(const Arguments& arguments) {
 }
 
 void hidePassword(simulator::CallRecord& record) {
-    // With the challenge, which is no secret, a response tells the password too.
+    // The challenge is public, so a response reveals the password too.
     const auto* secret = record.method == "CHAPRespond" ? "response" : "password";
     if (auto* parameters = std::get_if<TAVO::Value::Record>(&record.parameters.data))
         for (auto& parameter : *parameters)
@@ -92,7 +91,7 @@ void hidePassword(simulator::CallRecord& record) {
                 parameter.value = TAVO::Value(std::string("***"));
 }
 
-/// What a client says cannot steer the terminal: the line has nothing but printable ASCII characters.
+/// Contains only printable ASCII characters, so a client cannot control the terminal.
 std::string lineOf(const simulator::CallRecord& record) {
     std::string line;
     for (const char character : record.toString()) {
@@ -127,9 +126,9 @@ int serve(simulator::Simulator& appliance, const Arguments& arguments) {
 } // namespace
 
 int main(int argc, char** argv) {
-    CLI::App app("An appliance in software.", "tavo-sim");
+    CLI::App app("A simulated appliance.", "tavo-sim");
     Arguments arguments;
-    arguments.options.mostLogBytes = 0; // nobody asks for it here
+    arguments.options.mostLogBytes = 0; // nobody calls calls() here
     describe(app, arguments);
     try {
         app.parse(argc, argv);

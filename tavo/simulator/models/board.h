@@ -12,15 +12,15 @@ namespace TAVO::simulator {
 
 class BoardObserver;
 
-/// The target board that all of an appliance's models look at: its power, its reset line, its boot.
+/// The target board shared by all models of an appliance: power, reset line and boot.
 ///
-/// Nothing runs by itself: every question is answered from the time that `now` gives, in microseconds. Not
-/// thread-safe; whoever shares a board serialises the calls.
+/// Nothing runs in the background: every answer follows from the time of `now`, in microseconds. Not
+/// thread-safe: serialise the calls to a shared board.
 class TAVO_SIMULATOR_API Board {
 public:
     using Clock = std::function<std::uint64_t()>;
 
-    /// From switching on to a true power-good signal, in microseconds.
+    /// From power-on to power-good, in microseconds.
     static constexpr std::uint64_t powerGoodDelay = 100'000;
     /// From the start of a boot to the release of reset.
     static constexpr std::uint64_t resetDelay = 200'000;
@@ -33,47 +33,47 @@ public:
     Board(const Board&) = delete;
     Board& operator=(const Board&) = delete;
 
-    /// The present time. Never goes back, even where the clock does.
+    /// The current time. Never decreases, even if the clock does.
     std::uint64_t now();
 
-    /// Switches at once; a pulse that has not ended yet is forgotten. The same state again changes nothing.
+    /// Switches at once and cancels a running pulse. Switching to the current state changes nothing.
     void setPower(bool on);
-    /// Switches as setPower, and to the other state after `duration` microseconds.
+    /// Switches like setPower(), and back after `duration` microseconds.
     void pulsePower(bool on, std::uint64_t duration);
 
     bool powered();
-    /// True from powerGoodDelay after switching on.
+    /// True from powerGoodDelay after power-on.
     bool powerGood();
-    /// True from the start of a boot until reset is released, and while there is no power.
+    /// True from the start of a boot until reset is released, and without power.
     bool inReset();
-    /// Microseconds since the board was switched on; empty without power.
+    /// Microseconds since power-on; empty without power.
     std::optional<std::uint64_t> sincePowerOn();
-    /// Microseconds since the current boot began: by power, or by reboot(); empty without power.
+    /// Microseconds since the current boot began, by power-on or reboot(); empty without power.
     std::optional<std::uint64_t> sinceBoot();
     /// When the current boot began; empty without power.
     std::optional<std::uint64_t> bootTime();
     /// True once the current boot has ended.
     bool booted();
 
-    /// How often the board was switched on.
+    /// Number of power-ons.
     std::uint32_t powerOnCount();
-    /// How often it began to boot.
+    /// Number of boots.
     std::uint32_t bootCount();
-    /// Begins the boot anew with the power on; nothing without power.
+    /// Restarts the boot. Does nothing without power.
     void reboot();
 
-    /// Clears the settings that the firmware keeps; the next boot finds them cleared.
+    /// Clears the firmware's settings; the next boot finds them cleared.
     void clearCmos();
     std::uint32_t cmosClearCount() const noexcept;
     /// Whether the current boot found its settings cleared.
     bool bootFoundClearedCmos();
 
-    /// How warm it is, in degrees Celsius.
+    /// In degrees Celsius.
     double temperature() const noexcept { return temperature_; }
     void setTemperature(double celsius) noexcept { temperature_ = celsius; }
 
-    /// Applies what is due, the end of a pulse, at its own time. Every question does so by itself; a model
-    /// that the board's next boot looks at does it before it changes.
+    /// Ends a pulse that is due, at its own time. Every query does so by itself. A model that the next boot
+    /// depends on must call it before changing.
     void settle();
 
 private:
@@ -98,9 +98,9 @@ private:
     double temperature_ = 36.5;
 };
 
-/// A model with a state of its own that follows the board.
+/// Base of models whose own state follows the board.
 ///
-/// Keeps the board alive, and is forgotten by it when destroyed.
+/// Keeps the board alive; unregisters when destroyed.
 class TAVO_SIMULATOR_API BoardObserver {
 public:
     BoardObserver(const BoardObserver&) = delete;
@@ -112,10 +112,10 @@ protected:
 
     Board& board() const noexcept { return *board_; }
 
-    /// Called before the board changes at `time`: what happens until then has to be done now. The board still
-    /// tells its state from before the change, but elapsed times only as of the present.
+    /// Called before the board changes at `time`: catch up with everything until then. The board still
+    /// reports its state from before the change, but elapsed times are those of the present.
     virtual void settle(std::uint64_t time) = 0;
-    /// Called after the power was switched or a boot began.
+    /// Called after the power has been switched or a boot has begun.
     virtual void boardChanged() = 0;
 
 private:

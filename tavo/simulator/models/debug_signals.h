@@ -12,11 +12,10 @@
 
 namespace TAVO::simulator {
 
-/// The debug request and ready signals of a processor with four cores: DBREQ goes to all of them, each
-/// answers with its own DBRDY line while it is halted.
+/// The debug request and ready signals of a processor with four cores. DBREQ goes to all cores; each halted
+/// core asserts its own DBRDY line.
 ///
-/// Events happen at their own times, however late they are asked for; everything is settled from the board's
-/// time.
+/// Events happen at their own times, however late they are queried. All times come from the board.
 class TAVO_SIMULATOR_API DebugSignals : private BoardObserver {
 public:
     static constexpr std::size_t coreCount = 4;
@@ -50,8 +49,8 @@ public:
         bool onDebugReady = false;
         bool onReset = false;
         std::array<OnTrigger, 2> onTrigger;
-        /// Nanoseconds until DBREQ falls back by itself, with the cores halted until it is released; 0 keeps
-        /// it.
+        /// Nanoseconds until DBREQ is deasserted by itself; 0 keeps it asserted. The cores stay halted until
+        /// it is released.
         std::int32_t pulseWidth = 0;
         /// The lines that take part.
         Lines mask{true, true, true, true};
@@ -64,30 +63,29 @@ public:
     bool debugRequest();
     void setDebugRequest(bool level);
     Lines debugReady();
-    /// The lines that were true at some time since clearSnapshot().
+    /// The lines that were true at any time since clearSnapshot().
     Lines snapshot();
     void clearSnapshot();
     Source source();
     void clearSource();
-    /// Lets simulated time pass until a line of `lines` is true. False when `timeout` microseconds go by
-    /// without.
+    /// Lets simulated time pass until one of `lines` is true. Returns false after `timeout` microseconds.
     bool waitForDebugReady(const Lines& lines, std::uint64_t timeout,
                            const std::function<void(std::uint64_t)>& pass);
 
-    /// Whether the signals are driven; kept for the object that asks.
+    /// Whether the signals are driven. Only stored here; the remote object checks it.
     bool enabled() const noexcept { return enabled_; }
     void setEnabled(bool enabled) noexcept { enabled_ = enabled; }
 
     const Options& options() const noexcept { return options_; }
     void setOptions(const Options& options);
 
-    /// All of these: index below triggerCount.
+    /// For all of these the index must be below triggerCount.
     bool trigger(std::size_t index);
     void setTrigger(std::size_t index, bool level);
     const TriggerSetup& setup(std::size_t index) const { return setups_.at(index); }
     void setSetup(std::size_t index, const TriggerSetup& setup) { setups_.at(index) = setup; }
 
-    /// A core halts by itself, as at a breakpoint. Nothing happens unless it runs.
+    /// Halts a core as a breakpoint would. Does nothing unless it runs.
     void haltCore(std::size_t core);
     /// As after power-on of the appliance.
     void reset();

@@ -10,15 +10,15 @@
 
 namespace TAVO::simulator {
 
-/// The debug headers of one module: names on the appliance's side, and those on the board that its cable
-/// leads to.
+/// The debug headers of one module: the headers on the appliance, and the headers on the board that its cable
+/// connects.
 class TAVO_SIMULATOR_API HeaderStatus {
 public:
     struct Header {
         std::string name;
-        /// The board behind it has power.
+        /// The connected board has power.
         bool connected = false;
-        /// The board was switched on since the last clear().
+        /// The board has been switched on since the last clear().
         bool changed = false;
         bool error = false;
         bool operator==(const Header&) const = default;
@@ -27,13 +27,13 @@ public:
     HeaderStatus(std::shared_ptr<Board> board, std::vector<std::string> hostSide,
                  std::vector<std::string> targetSide);
 
-    /// One for each name of the appliance's side.
+    /// One per header on the appliance.
     std::vector<Header> headers() const;
     const std::vector<std::string>& hostSide() const noexcept { return hostSide_; }
     const std::vector<std::string>& targetSide() const noexcept { return targetSide_; }
-    /// Forgets changes and errors.
+    /// Clears the changed and error flags.
     void clear();
-    /// Marks all headers until clear(), for tests.
+    /// For tests: sets the error flag of all headers until clear().
     void setError() noexcept { error_ = true; }
 
 private:

@@ -20,19 +20,19 @@ public:
 
     virtual ~I2cDevice();
 
-    /// The device is addressed, by a START or a repeated one. Returns whether it acknowledges.
+    /// Addresses the device, by a START or repeated START. Returns whether it acknowledges.
     virtual bool address(Direction direction) = 0;
-    /// Takes a byte; returns whether it acknowledges it.
+    /// Takes a byte. Returns whether it acknowledges.
     virtual bool write(std::uint8_t byte) = 0;
-    /// Gives the next byte.
+    /// Returns the next byte.
     virtual std::uint8_t read() = 0;
-    /// The transfer ends.
+    /// Ends the transfer.
     virtual void stop() = 0;
 };
 
 /// An I2C master with its bus and devices.
 ///
-/// Only sending addresses takes simulated time: whoever calls lets it pass.
+/// Only sending an address takes simulated time, which the caller lets pass.
 class TAVO_SIMULATOR_API I2cBus {
 public:
     using Wait = std::function<void(std::uint64_t microseconds)>;
@@ -47,27 +47,27 @@ public:
     struct Outcome {
         /// One of return_code: done, badArgument or notAcknowledged.
         std::int32_t code = 0;
-        /// Data bytes that were acknowledged.
+        /// Number of acknowledged data bytes.
         std::int32_t acknowledged = 0;
         std::vector<std::uint8_t> data;
     };
 
     struct Options {
-        /// How often an unanswered address is tried again.
+        /// How often an unanswered address is retried.
         std::int32_t addressRetryLimit = 0;
         std::int32_t busyTimeout = 100'000;
         std::int32_t stretchTimeout = 25'000;
         bool acknowledgeLastRead = false;
-        /// A write ends at the first data byte that nobody acknowledges.
+        /// A write ends at the first data byte that is not acknowledged.
         bool stopAtDataNack = true;
         bool operator==(const Options&) const = default;
     };
 
-    /// @throws std::invalid_argument for an address above 0x7F or one that is taken.
+    /// @throws std::invalid_argument for an address above 0x7F or in use.
     void attach(std::uint8_t address, std::shared_ptr<I2cDevice> device);
 
-    /// The device at that address as its own class.
-    /// @throws std::out_of_range when there is none of that class.
+    /// The device at this address, as its own class.
+    /// @throws std::out_of_range if there is no device of this class.
     template <class Device = I2cDevice>
     Device& at(std::uint8_t address) const {
         const auto found = devices_.find(address);
@@ -77,24 +77,24 @@ public:
         throw std::out_of_range("no such device at I2C address " + std::to_string(address));
     }
 
-    /// Reads `count` bytes. Without `start` the transfer under way goes on, whatever the address.
-    /// @param wait lets simulated time pass, 9 clocks for each time that the address is sent.
+    /// Reads `count` bytes. Without `start` it continues the current transfer and ignores the address.
+    /// @param wait lets simulated time pass: 9 clocks each time the address is sent.
     Outcome read(std::int32_t address, bool start, bool stop, std::int32_t count, const Wait& wait);
-    /// Writes `data`. Without `start` the transfer under way goes on, whatever the address.
+    /// Writes `data`. Without `start` it continues the current transfer and ignores the address.
     Outcome write(std::int32_t address, bool start, bool stop, std::span<const std::uint8_t> data,
                   const Wait& wait);
-    /// Writes `data`, and reads `count` bytes behind a repeated START; a part of no bytes is left out.
+    /// Writes `data`, then reads `count` bytes after a repeated START. Skips a part without bytes.
     Outcome transfer(std::int32_t address, std::span<const std::uint8_t> data, std::int32_t count,
                      const Wait& wait);
 
     const Options& options() const noexcept { return options_; }
-    /// False, and nothing changes, for a retry limit or a timeout out of range.
+    /// Returns false and changes nothing if a retry limit or timeout is out of range.
     bool setOptions(const Options& options);
 
-    /// Clocks per second: the nearest frequency not above the one asked for that the divider reaches.
+    /// Clocks per second: the highest frequency the divider allows that is not above the requested one.
     std::uint32_t frequency() const noexcept { return baseFrequency / divider_; }
     std::uint32_t divider() const noexcept { return divider_; }
-    /// False for a frequency out of range.
+    /// Returns false if the frequency is out of range.
     bool setFrequency(std::int32_t frequency);
 
 private:

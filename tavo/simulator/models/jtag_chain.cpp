@@ -7,7 +7,7 @@ namespace TAVO::simulator {
 namespace {
 
 constexpr unsigned wordLength = 32;
-// The two bits nearest TDO are 01 in every captured instruction register, so that a chain can be tested.
+// IEEE 1149.1 fixes the two captured bits next to TDO, so that a chain can be tested.
 constexpr std::uint32_t capturedInstruction = 0b01;
 
 } // namespace

@@ -10,18 +10,18 @@
 
 namespace TAVO::simulator {
 
-/// What distinguishes one test access port of a chain from another. Instructions are numbers of `irLength`
-/// bits; all ones is BYPASS, as the standard demands, and so is every instruction that is not named here.
+/// The properties of one test access port. Instructions are numbers of `irLength` bits. All ones is BYPASS,
+/// as the standard requires; so is every instruction not listed here.
 struct TapDescription {
     std::string name;
     unsigned irLength = 0;
-    /// Bit 0 is 1, as the standard demands.
+    /// Bit 0 is 1, as the standard requires.
     std::uint32_t idcode = 0;
     std::uint32_t idcodeInstruction = 0;
     std::uint32_t sampleInstruction = 0;
-    /// Cells of the boundary register; they capture an alternating pattern that begins with 1.
+    /// Cells of the boundary register, which captures an alternating pattern starting with 1.
     unsigned boundaryLength = 0;
-    /// Selects a register of 32 bits that keeps what is written to it.
+    /// Selects a 32-bit register that keeps its value.
     std::uint32_t userInstruction = 0;
 };
 
@@ -32,7 +32,7 @@ public:
 
     const TapDescription& description() const noexcept { return description_; }
     std::uint32_t instruction() const noexcept { return instruction_; }
-    /// What the user register keeps.
+    /// The value of the user register.
     std::uint32_t user() const noexcept { return user_; }
     void setUser(std::uint32_t value) noexcept { user_ = value; }
 
@@ -52,15 +52,15 @@ private:
     TapDescription description_;
     std::uint32_t instruction_;
     std::uint32_t user_ = 0;
-    // The bits on their way, a ring: the one next to TDO is at first_.
+    // The shift register as a ring; the bit next to TDO is at first_.
     std::vector<bool> shifting_;
     std::size_t first_ = 0;
 };
 
-/// Test access ports in series, clocked together. The first one is next to TDO.
+/// Test access ports in series with a common clock. The first one is next to TDO.
 ///
-/// TMS and TDI are taken at the rising edge of TCK, TDO changes at the falling edge and is pulled up to 1
-/// where no register is shifted.
+/// TMS and TDI are sampled on the rising edge of TCK. TDO changes on the falling edge and is pulled up while
+/// no register shifts.
 class TAVO_SIMULATOR_API JtagChain {
 public:
     explicit JtagChain(std::vector<TapDescription> taps);
@@ -71,11 +71,11 @@ public:
 
     void rise(bool tms, bool tdi);
     void fall();
-    /// A whole clock. Returns TDO as it was at the rising edge.
+    /// One full clock. Returns TDO at the rising edge.
     bool clock(bool tms, bool tdi);
-    /// Test-Logic-Reset at once, as by TRST.
+    /// Enters Test-Logic-Reset at once, like TRST.
     void reset();
-    /// As reset(), and the user registers are cleared.
+    /// Like reset(), and clears the user registers.
     void losePower();
 
 private:

@@ -9,7 +9,7 @@ namespace TAVO::simulator {
 namespace {
 
 constexpr std::int32_t mostCount = 1000;
-// What one call may take at most, all rounds together, so that it ends in good time.
+// Limit for one call, all repeats and retries together, so that it ends in good time.
 constexpr std::int64_t mostClocks = 5'000'000;
 
 std::size_t bytesFor(std::int32_t bits) { return (static_cast<std::size_t>(bits) + 7) / 8; }
@@ -131,7 +131,7 @@ std::int32_t JtagPort::moveTo(std::int32_t state) {
 std::int32_t JtagPort::sleep(bool clocked) {
     if (!enabled_)
         return return_code::disabled;
-    // However long TCK runs with TMS 0: one clock leaves Test-Logic-Reset, and the other resting states stay.
+    // One clock is enough: with TMS 0 it leaves Test-Logic-Reset, and the other resting states never change.
     if (clocked && board_->powered())
         chain().clock(false, true);
     return return_code::done;

@@ -11,10 +11,10 @@
 
 namespace TAVO::simulator {
 
-/// The appliance's end of a JTAG connector: shifts, moves and single pins, all on the same chain.
+/// The appliance's end of a JTAG connector: shifts, state moves and single pins, all on the same chain.
 ///
-/// Bit strings are packed with bit i at bit i%8 of byte i/8; bit 0 goes first. While the board has no power
-/// the chain stays in Test-Logic-Reset and TDO reads 1.
+/// Bit strings have bit i in bit i%8 of byte i/8; bit 0 is shifted first. While the board has no power the
+/// chain stays in Test-Logic-Reset and TDO reads 1.
 class TAVO_SIMULATOR_API JtagPort {
 public:
     static constexpr std::int32_t mostBits = 1'000'000;
@@ -24,7 +24,7 @@ public:
 
     enum class Register { instruction, data };
 
-    /// What is compared with the captured bits of shifts of that many bits; 0 compares nothing.
+    /// Expected result of shifts with this number of bits; 0 compares nothing.
     struct Expectation {
         std::int32_t bits = 0;
         std::vector<std::uint8_t> expected;
@@ -41,12 +41,12 @@ public:
     /// The options of one register.
     struct ShiftOptions {
         Expectation expectation;
-        /// How often a shift whose bits are not the expected ones is tried again.
+        /// How often to retry a shift that does not meet the expectation.
         Count retry;
-        /// How often a shift is done again.
+        /// How often to repeat a shift.
         Count repeat;
         std::int32_t terminationState = static_cast<std::int32_t>(TapState::runTestIdle);
-        /// Clocks in Run-Test/Idle before the shift, and after it where it ends there.
+        /// Clocks in Run-Test/Idle before the shift, and after it if it ends there.
         std::int32_t preTck = 0;
         std::int32_t postTck = 0;
         bool operator==(const ShiftOptions&) const = default;
@@ -54,8 +54,7 @@ public:
 
     enum class Pin { tck, tms, tdi, trst };
 
-    /// The appliance's side of a pin: whether it drives it, and with which level. A pin that is not driven is
-    /// pulled up.
+    /// The appliance's side of a pin: whether it is driven, and the level. An undriven pin is pulled up.
     struct Drive {
         bool driven = false;
         bool level = true;
@@ -70,22 +69,22 @@ public:
 
     JtagPort(std::shared_ptr<Board> board, std::vector<TapDescription> taps);
 
-    /// The chain as the board's power leaves it.
+    /// The chain, reset by any loss of power.
     JtagChain& chain();
 
     Outcome shift(Register target, std::int32_t bits, std::span<const std::uint8_t> data);
     std::int32_t state();
     /// Moves to a resting state. Returns a return_code.
     std::int32_t moveTo(std::int32_t state);
-    /// Time passes, with TCK running or not. Returns a return_code.
+    /// Lets time pass, with TCK running or not. Returns a return_code.
     std::int32_t sleep(bool clocked);
 
     const ShiftOptions& options(Register target) const { return options_[static_cast<std::size_t>(target)]; }
-    /// Returns a return_code; nothing changes unless it is done.
+    /// Returns a return_code; changes nothing unless that is `done`.
     std::int32_t setOptions(Register target, const ShiftOptions& options);
 
-    /// False for a frequency out of range. The actual one is the nearest not above it that the divider
-    /// reaches.
+    /// Returns false if the frequency is out of range. Sets the highest frequency the divider allows that is
+    /// not above it.
     bool setFrequency(std::int32_t frequency);
     std::uint32_t frequency() const noexcept { return static_cast<std::uint32_t>(fastest) / divider_; }
     std::uint32_t divider() const noexcept { return divider_; }
@@ -97,8 +96,8 @@ public:
     bool enabled() const noexcept { return enabled_; }
     void setEnabled(bool enabled) noexcept { enabled_ = enabled; }
 
-    /// The options, pins and the enable as after power-on of the appliance. The chain is the board's and
-    /// stays.
+    /// Resets options, pins and enable to their state after power-on of the appliance. The chain belongs to
+    /// the board and stays as it is.
     void reset();
 
 private:

@@ -17,19 +17,19 @@ public:
 
     Lcd();
 
-    /// Writes from that place to the end of the row at most. Bytes that are no printable ASCII become '?'.
-    /// False, and nothing is written, when the place is not on the display.
+    /// Writes from this position, at most to the end of the row. Bytes other than printable ASCII become '?'.
+    /// Returns false and writes nothing if the position is outside the display.
     bool print(std::int32_t row, std::int32_t column, const std::string& text);
     /// Fills the display with blanks.
     void clear();
 
     /// In percent.
     std::int32_t backLight() const noexcept { return backLight_; }
-    /// False beyond 0 to 100.
+    /// Returns false unless 0 to 100.
     bool setBackLight(std::int32_t percent);
 
     /// The 16 characters of a row.
-    /// @throws std::out_of_range when there is no such row.
+    /// @throws std::out_of_range if there is no such row.
     const std::string& row(std::size_t index) const { return rows_.at(index); }
     /// Both rows and "backlight=N", joined by line feeds.
     std::string toString() const;

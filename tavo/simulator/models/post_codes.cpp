@@ -124,7 +124,7 @@ std::vector<PostCodes::Step> PostCodes::bootSteps(bool fromEmulatedRom, bool cmo
     std::vector<Step> steps;
     std::uint64_t passed = 0;
     for (const auto code : bootCodes) {
-        // cppcheck-suppress zerodiv ; there is more than one code
+        // cppcheck-suppress zerodiv ; there are several codes
         const auto time = firstCodeDelay + (Board::bootDuration - firstCodeDelay) * passed / weights;
         if (steps.empty() && fromEmulatedRom)
             steps.push_back({time, emulatedRom});

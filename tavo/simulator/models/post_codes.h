@@ -12,49 +12,49 @@
 
 namespace TAVO::simulator {
 
-/// Captures the POST codes that the board's firmware writes while it boots.
+/// Captures the POST codes that the board's firmware writes during boot.
 class TAVO_SIMULATOR_API PostCodes : public BoardObserver {
 public:
     struct Entry {
         std::uint8_t code = 0;
         std::uint8_t port = 0;
         bool firstAfterPowerOn = false;
-        /// Microseconds since the board was switched on.
+        /// Microseconds since power-on.
         std::uint64_t time = 0;
         bool operator==(const Entry&) const = default;
     };
 
     struct Options {
-        /// Low eight bits of the port that is captured. The firmware writes to port 0x80.
+        /// Low eight bits of the captured port. The firmware writes to port 0x80.
         std::uint8_t port = 0x80;
         bool passive = false;
-        /// When the FIFO is full the oldest entry makes room; else the new one is dropped.
+        /// A full FIFO drops the oldest entry; otherwise the new one.
         bool circular = false;
-        /// A code that equals the one before it is not stored.
+        /// Do not store a code equal to the one before it.
         bool discardRepeated = false;
-        /// The FIFO is emptied when the board is switched on.
+        /// Power-on empties the FIFO.
         bool resetAtPowerOn = false;
         bool operator==(const Options&) const = default;
     };
 
-    /// The code with which every boot ends.
+    /// The last code of every boot.
     static constexpr std::uint8_t bootEnd = 0xAA;
-    /// Shown first by a firmware that runs from the emulated ROM.
+    /// The first code of firmware that runs from the emulated ROM.
     static constexpr std::uint8_t emulatedRom = 0xB0;
-    /// Shown by a boot that found its settings cleared.
+    /// Written by a boot that found its settings cleared.
     static constexpr std::uint8_t cmosCleared = 0x0C;
 
-    /// @param fromEmulatedRom whether a boot that begins now runs from an emulated ROM; empty for never.
+    /// @param fromEmulatedRom whether a boot starting now runs from an emulated ROM; empty for never.
     PostCodes(std::shared_ptr<Board> board, std::function<bool()> fromEmulatedRom,
               std::size_t capacity = 1024);
 
-    /// The code captured last since the board was switched on; -1 when there is none.
+    /// The last code captured since power-on; -1 if there is none.
     int last();
     std::size_t capacity() const noexcept { return capacity_; }
-    /// Oldest first. They stay.
+    /// Oldest first. Does not remove them.
     std::vector<Entry> entries();
     void clear();
-    /// Whether an entry was lost since the last clearOverflow().
+    /// Whether an entry has been lost since the last clearOverflow().
     bool overflow();
     void clearOverflow();
 

@@ -12,30 +12,30 @@
 
 namespace TAVO::simulator {
 
-/// The memory that serves a board's boot ROM: 8 MiB, all 0xFF at first.
+/// Memory that stands in for a board's boot ROM: 8 MiB, initially all 0xFF.
 class TAVO_SIMULATOR_API RomEmulation {
 public:
     static constexpr std::size_t size = std::size_t{8} * 1024 * 1024;
-    /// Kinds of ROM: behind the LPC bus, or a firmware hub.
+    /// Kinds of ROM: on the LPC bus, or a firmware hub.
     static constexpr std::uint8_t lpc = 0;
     static constexpr std::uint8_t firmwareHub = 1;
 
     explicit RomEmulation(std::shared_ptr<Board> board);
 
-    /// Empty when the range does not lie inside the memory.
+    /// Returns empty if the range is not within the memory.
     std::optional<std::vector<std::uint8_t>> read(std::int64_t offset, std::int64_t length) const;
-    /// Writes nothing, and returns false, when the data do not fit.
+    /// Returns false and writes nothing if the data does not fit.
     bool write(std::int64_t offset, std::span<const std::uint8_t> data);
 
     std::uint8_t romType() const noexcept { return romType_; }
-    /// False for an unknown kind.
+    /// Returns false for an unknown kind.
     bool setRomType(std::uint8_t type);
 
     bool enabled() const noexcept { return enabled_; }
     void setEnabled(bool enabled);
-    /// Erased, disabled, of the first kind.
+    /// Erases and disables it and selects the first kind.
     void reset();
-    /// Whether a board that boots now runs the firmware in this memory.
+    /// Whether a board that boots now runs firmware from this memory.
     bool servesBoot() const;
 
 private:

@@ -105,7 +105,7 @@ void SerialConsole::boardChanged() {
 
 void SerialConsole::print(std::string_view text) {
     output_ += text;
-    if (output_.size() > 2 * longestBacklog) // not with each byte: it moves all the others
+    if (output_.size() > 2 * longestBacklog) // not for every byte: it moves all the others
         loseOldest();
 }
 

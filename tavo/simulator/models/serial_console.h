@@ -11,11 +11,10 @@
 
 namespace TAVO::simulator {
 
-/// What the board's firmware shows on its serial line: messages while it boots, then a prompt that takes
-/// commands.
+/// The firmware's serial console: messages during boot, then a command prompt.
 ///
-/// Output that nobody takes is kept up to `longestBacklog` bytes; the oldest are lost then. What is typed
-/// before the prompt appears is lost, and so are NUL bytes at any time.
+/// Keeps up to `longestBacklog` bytes of unread output and drops the oldest beyond that. Ignores input before
+/// the prompt appears, and NUL bytes at any time.
 class TAVO_SIMULATOR_API SerialConsole : public BoardObserver {
 public:
     static constexpr std::size_t longestBacklog = std::size_t{16} * 1024;
@@ -28,7 +27,7 @@ public:
     void type(std::uint8_t byte);
     /// Takes up to `count` bytes of output.
     std::string take(std::size_t count);
-    /// Drops the output that nobody took so far.
+    /// Drops the unread output.
     void discardOutput();
 
 protected:

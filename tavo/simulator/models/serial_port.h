@@ -13,7 +13,7 @@
 
 namespace TAVO::simulator {
 
-/// The appliance's serial port, wired to the board's console. Receives only while it is open.
+/// The appliance's serial port, wired to the board's console. Receives only while open.
 class TAVO_SIMULATOR_API SerialPort {
 public:
     static constexpr std::size_t bufferSize = std::size_t{16} * 1024;
@@ -29,21 +29,21 @@ public:
         bool rtsCts = false;
         bool dtrDsr = false;
         bool xonXoff = false;
-        /// What is sent comes back, instead of going to the console.
+        /// Sent bytes come back instead of going to the console.
         bool loopback = false;
         bool operator==(const Settings&) const = default;
     };
 
     explicit SerialPort(std::shared_ptr<SerialConsole> console);
 
-    /// Opens with an empty buffer, also when it is open. Returns a return_code, as the others do.
+    /// Opens or reopens the port with an empty buffer. Returns a return_code, like the others.
     std::int32_t open(const Settings& settings);
     std::int32_t close();
     std::int32_t send(std::span<const std::uint8_t> data);
-    /// Takes up to `count` of the bytes that are there.
+    /// Takes up to `count` of the received bytes.
     std::int32_t receive(std::int32_t count, std::vector<std::uint8_t>& data);
 
-    /// Empty while it is closed.
+    /// Empty while closed.
     const std::optional<Settings>& settings() const noexcept { return settings_; }
 
 private:

@@ -7,8 +7,8 @@
 
 namespace TAVO::simulator {
 
-/// The 256 bytes with which a memory module describes itself (serial presence detect): an unbuffered
-/// DDR3-1333 module of 2048 MB, one rank of 8-bit wide chips, with a valid checksum.
+/// The 256 bytes of serial presence detect data of a memory module: unbuffered DDR3-1333, 2048 MB, one rank
+/// of 8-bit chips, valid checksum.
 TAVO_SIMULATOR_API std::vector<std::uint8_t> spdImage();
 
 } // namespace TAVO::simulator

@@ -7,7 +7,7 @@
 
 namespace TAVO::simulator {
 
-/// The sixteen states of a test access port's controller (IEEE 1149.1), in the numbering of the appliance.
+/// The sixteen states of a TAP controller (IEEE 1149.1), as the appliance numbers them.
 enum class TapState : std::uint8_t {
     testLogicReset,
     runTestIdle,
@@ -30,10 +30,10 @@ enum class TapState : std::uint8_t {
 /// The state after a rising edge of TCK.
 TAVO_SIMULATOR_API TapState nextState(TapState state, bool tms) noexcept;
 
-/// The values of TMS that lead from one state to another in the fewest clocks; none when it is there already.
+/// The TMS values that lead from one state to another in the fewest clocks; none if they are equal.
 TAVO_SIMULATOR_API std::vector<bool> shortestPath(TapState from, TapState to);
 
-/// Whether the controller can stay there with TCK running and no register moving: Test-Logic-Reset,
+/// Whether the controller can stay in the state with TCK running and no register shifting: Test-Logic-Reset,
 /// Run-Test/Idle and the two pauses.
 TAVO_SIMULATOR_API bool isResting(TapState state) noexcept;
 

@@ -11,12 +11,11 @@
 
 namespace TAVO::simulator {
 
-/// A temperature sensor on the board, with four registers behind a pointer: 0 temperature, 1 configuration,
-/// 2 hysteresis, 3 limit. Temperatures are two bytes, 9 bits in steps of half a degree from the highest bit
-/// on.
+/// A temperature sensor on the board with four registers: 0 temperature, 1 configuration, 2 hysteresis, 3
+/// limit. Temperatures are two bytes: 9 bits, left-aligned, in steps of half a degree.
 ///
-/// Beyond -55 to 125 degrees it tells the nearest of these. Bit 0 of the configuration stops measuring.
-/// Without power it does not answer and forgets its settings.
+/// The range is -55 to 125 degrees; values beyond it are clamped. Bit 0 of the configuration stops measuring.
+/// Without power the sensor does not answer and loses its settings.
 class TAVO_SIMULATOR_API TemperatureSensor : public I2cDevice {
 public:
     explicit TemperatureSensor(std::shared_ptr<Board> board);

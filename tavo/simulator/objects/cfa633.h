@@ -6,7 +6,7 @@
 
 namespace TAVO::simulator {
 
-/// A "cfa633": the display. No method of the type reads it back, so "available" tells Lcd::toString() as its
+/// A "cfa633" display. None of its methods reads the display, so "available" reports Lcd::toString() as its
 /// info.
 class TAVO_SIMULATOR_API Cfa633 : public SimulatedObject {
 public:

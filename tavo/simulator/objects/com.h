@@ -12,7 +12,7 @@ namespace TAVO::simulator {
 class TAVO_SIMULATOR_API Com : public SimulatedObject {
 public:
     explicit Com(std::shared_ptr<Board> board);
-    /// Closed.
+    /// Closes the port.
     void reset() override;
 
     SerialPort& port() { return port_; }

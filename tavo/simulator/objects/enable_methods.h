@@ -5,8 +5,8 @@
 
 namespace TAVO::simulator {
 
-/// Serves "enableGet" and "enableSet" of `object` by the model's enabled() and setEnabled().
-/// @param model lives as long as the object.
+/// Serves "enableGet" and "enableSet" of `object` with the model's enabled() and setEnabled().
+/// @param model must outlive the object.
 template <class Model>
 void serveEnable(SimulatedObject& object, Model& model) {
     namespace headerStatus_v1_1 = TAVOXTranscode::headerStatus_v1_1;

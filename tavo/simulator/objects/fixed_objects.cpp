@@ -17,7 +17,7 @@ namespace {
 namespace device_v1_0 = TAVOXTranscode::device_v1_0;
 namespace system_v1_0 = TAVOXTranscode::system_v1_0;
 
-// The client library's table has no such method, although its proxy builds it and appliances list it.
+// The client library's table lacks this method, although its proxy builds it and appliances list it.
 constexpr TAVOXTranscode::Call<None, dto::Base::IntegerReply> getMaxPacketSize{"getMaxPacketSize"};
 constexpr auto maxPacketSizeRow = TAVOXTranscode::rowOf(getMaxPacketSize);
 
@@ -127,7 +127,7 @@ SystemObject::SystemObject()
     using namespace dto::system;
     on(system_v1_0::timeGet, [](CallContext& call) { return makeRecord<TimeGetReply>(call.time()); });
     on(system_v1_0::timeSet, [this](const TimeSetRequest& request, CallContext& call) {
-        // What this batch has slept so far comes on top once it is answered.
+        // The delays of this batch so far are added once it is answered.
         const auto slept = static_cast<std::uint64_t>(call.totalDelay().count());
         appliance().clock().setTime(
             static_cast<std::int64_t>(static_cast<std::uint64_t>(request.time) - slept));

@@ -14,8 +14,8 @@ namespace TAVO::simulator {
 
 /// The object "device": identity, key, lock and login.
 ///
-/// Login is a challenge of 16 bytes and a response: the bytes of the password, each combined by exclusive or
-/// with the challenge's byte at the same place (the challenge begins anew after its end).
+/// Login takes a 16-byte challenge and a response: the bytes of the password, each XORed with the byte of the
+/// challenge at the same position. The challenge repeats as needed.
 class TAVO_SIMULATOR_API DeviceObject : public SimulatedObject {
 public:
     DeviceObject();
@@ -36,7 +36,7 @@ private:
     std::uint64_t challenges_ = 0;
 };
 
-/// The object "system": clock, delays, reset and firmware. Times are microseconds, those of the clock since
+/// The object "system": clock, delays, reset and firmware. Times are in microseconds; clock times count from
 /// the epoch.
 class TAVO_SIMULATOR_API SystemObject : public SimulatedObject {
 public:

@@ -6,8 +6,8 @@
 
 namespace TAVO::simulator {
 
-/// Serves a frequency of `object` by the model's frequency(), divider() and setFrequency(), which says
-/// whether it accepts one. @param model lives as long as the object.
+/// Serves a frequency of `object` with the model's frequency(), divider() and setFrequency(), which returns
+/// whether it accepts the value. @param model must outlive the object.
 template <class Model>
 void serveFrequency(SimulatedObject& object,
                     const TAVOXTranscode::Call<None, dto::Base::FrequencyGetReply>& get,

@@ -10,7 +10,7 @@
 
 namespace TAVO::simulator {
 
-/// A "gpuScan". Without power of the board SDO reads 0 and the pattern stays where it is.
+/// A "gpuScan". While the board has no power SDO reads 0 and the pattern does not move.
 class TAVO_SIMULATOR_API GpuScan : public SimulatedObject {
 public:
     explicit GpuScan(std::shared_ptr<Board> board);
@@ -29,7 +29,7 @@ private:
 };
 
 /// A "gpuDebug". Its client needs a Jtag of version 1.1 named "jtag" and a GpuScan named "gpuScan" below it;
-/// an I2c named "i2c" is of use too.
+/// an I2c named "i2c" is optional.
 class TAVO_SIMULATOR_API GpuDebug : public SimulatedObject {
 public:
     explicit GpuDebug(std::shared_ptr<Board> board);

@@ -5,9 +5,9 @@
 
 namespace TAVO::simulator {
 
-/// Serves "headerStatusGet" of `object`. @param status lives as long as the object.
+/// Serves "headerStatusGet" of `object`. @param status must outlive the object.
 void serveHeaderStatusGet(SimulatedObject& object, const HeaderStatus& status);
-/// Serves "headerStatusGet" and "headerStatusClear" of `object`. @param status lives as long as the object.
+/// Serves "headerStatusGet" and "headerStatusClear" of `object`. @param status must outlive the object.
 void serveHeaderStatus(SimulatedObject& object, HeaderStatus& status);
 
 } // namespace TAVO::simulator

@@ -9,18 +9,18 @@
 
 namespace TAVO::simulator {
 
-/// An "i2c": a bus, empty at first.
+/// An "i2c" bus, initially without devices.
 class TAVO_SIMULATOR_API I2c : public SimulatedObject {
 public:
     explicit I2c(std::shared_ptr<Board> board);
-    /// Options and frequency are as at first; devices and their content stay.
+    /// Resets options and frequency. Devices and their content stay.
     void reset() override;
 
     I2cBus& bus() { return bus_; }
     HeaderStatus& headerStatus() { return headerStatus_; }
 
-    /// Attaches what the bus of the standard topology has: a memory module's description at 0x50 and a
-    /// temperature sensor at 0x48 on the board, and an EEPROM of 64 KiB at 0x54 on the appliance's side.
+    /// Attaches the devices of the standard topology: the SPD EEPROM of a memory module at 0x50 and a
+    /// temperature sensor at 0x48, both on the board, and a 64 KiB EEPROM at 0x54 on the appliance.
     void attachStandardDevices();
 
 private:

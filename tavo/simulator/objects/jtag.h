@@ -12,17 +12,16 @@
 
 namespace TAVO::simulator {
 
-/// The chain of the standard board, the first one next to TDO: "cpu" (IR 8), "chipset" (IR 5), "cpld" (IR
-/// 10).
+/// The chain of the standard board, from TDO on: "cpu" (IR 8), "chipset" (IR 5), "cpld" (IR 10).
 TAVO_SIMULATOR_API std::vector<TapDescription> standardTaps();
 
-/// A "jtag" of version "1.0" or "1.1": a port with a chain behind it. Version 1.0 has one set of retry,
-/// repeat and comparison for both registers.
+/// A "jtag" of version "1.0" or "1.1": a port with a chain. Version 1.0 has one set of retry, repeat and
+/// comparison options for both registers.
 class TAVO_SIMULATOR_API Jtag : public SimulatedObject {
 public:
     Jtag(const std::string& version, std::shared_ptr<Board> board,
          std::vector<TapDescription> taps = standardTaps());
-    /// Options and pins are as at first; the chain belongs to the board and stays.
+    /// Resets options and pins. The chain belongs to the board and stays as it is.
     void reset() override;
 
     JtagPort& port() { return port_; }

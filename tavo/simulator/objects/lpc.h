@@ -12,8 +12,8 @@
 
 namespace TAVO::simulator {
 
-/// An "lpc": tells which of its connectors lead to a board with power. Its members are the "lpcPostCode" and
-/// the "lpcRomEmulation", which are of use without it too.
+/// An "lpc": reports which of its connectors lead to a powered board. Its members are an "lpcPostCode" and an
+/// "lpcRomEmulation", which also work on their own.
 class TAVO_SIMULATOR_API Lpc : public SimulatedObject {
 public:
     explicit Lpc(std::shared_ptr<Board> board);
@@ -23,7 +23,7 @@ public:
 class TAVO_SIMULATOR_API LpcRomEmulation : public SimulatedObject {
 public:
     explicit LpcRomEmulation(std::shared_ptr<Board> board);
-    /// Erased and disabled.
+    /// Erases the memory and disables the emulation.
     void reset() override;
 
     RomEmulation& rom() { return rom_; }
@@ -37,7 +37,7 @@ class TAVO_SIMULATOR_API LpcPostCode : public SimulatedObject {
 public:
     /// @param fromEmulatedRom as for PostCodes.
     LpcPostCode(std::shared_ptr<Board> board, std::function<bool()> fromEmulatedRom);
-    /// Empty, enabled, with the options of the beginning.
+    /// Empties and enables the receiver and resets its options.
     void reset() override;
 
     PostCodes& postCodes() { return postCodes_; }

@@ -5,7 +5,7 @@
 
 namespace TAVO::simulator {
 
-/// A group of a type that no client knows: it keeps its members together, and blinks on "identify".
+/// A group of a type unknown to clients. It holds its members and blinks on "identify".
 class TAVO_SIMULATOR_API Rack : public SimulatedObject {
 public:
     Rack();

@@ -11,8 +11,8 @@
 
 namespace TAVO::simulator {
 
-/// A "relay": off at first. "toggle" with 0 changes the state for good, with a positive number for so many
-/// milliseconds of simulated time; a negative number is refused (badArgument). "set" ends a pulse.
+/// A "relay", initially off. "toggle" with 0 changes the state permanently, with a positive number for that
+/// many milliseconds of simulated time; it refuses a negative number (badArgument). "set" ends a pulse.
 class TAVO_SIMULATOR_API Relay : public SimulatedObject {
 public:
     Relay();
@@ -20,9 +20,9 @@ public:
 
     bool state() const;
     void set(bool state);
-    /// From now on the power of `board` follows this relay.
+    /// Makes the power of `board` follow this relay.
     void drivePowerOf(std::shared_ptr<Board> board);
-    /// How often the relay was told to switch.
+    /// How often the relay has been told to switch.
     std::uint64_t switchings() const { return switchings_; }
 
 private:
@@ -35,13 +35,13 @@ private:
     std::shared_ptr<Board> board_;
 };
 
-/// A "cmosRelay". "cmosClear" takes the length of its pulse in milliseconds; a negative length is refused
-/// (badArgument), one above a minute fails (device error 1006).
+/// A "cmosRelay". "cmosClear" takes the length of its pulse in milliseconds. It refuses a negative length
+/// (badArgument); more than a minute fails (device error 1006).
 class TAVO_SIMULATOR_API CmosRelay : public SimulatedObject {
 public:
     CmosRelay();
 
-    /// From now on a pulse clears the settings of `board`.
+    /// Makes a pulse clear the settings of `board`.
     void clearCmosOf(std::shared_ptr<Board> board) { board_ = std::move(board); }
 
     /// The lengths of the pulses so far.

@@ -39,8 +39,8 @@ TEST(BitString, WhatDoesNotFitTheNumberOfBitsIsRefused) {
     EXPECT_EQ(refusal(5, "20", BitNotation::number), "'20' has more than 5 bits");
     EXPECT_EQ(refusal(5, "20", BitNotation::bytes), "'20' has more than 5 bits");
     EXPECT_EQ(refusal(8, "0102", BitNotation::bytes), "8 bits are 1 bytes, not 2");
-    EXPECT_EQ(refusal(8, "", BitNotation::number), "a number has at least one hexadecimal digit");
-    EXPECT_EQ(refusal(8, "xy", BitNotation::number), "'xy' is no pair of hexadecimal digits");
+    EXPECT_EQ(refusal(8, "", BitNotation::number), "a number needs at least one hexadecimal digit");
+    EXPECT_EQ(refusal(8, "xy", BitNotation::number), "'xy' is not a pair of hexadecimal digits");
 }
 
 TEST(BitString, NoBitsAreNoBytes) {

@@ -77,9 +77,9 @@ TEST(JsonValue, TakesAnObjectWithMoreThanDigitsForARecord) {
 TEST(JsonValue, RefusesWhatNoRecordHoldsAndNamesThePlace) {
     EXPECT_EQ(refusal("null"), "the value must not be null");
     EXPECT_EQ(refusal(R"({"a": [0, null]})"), "'a[1]' must not be null");
-    EXPECT_EQ(refusal(R"({"a": {"b": 1.5}})"), "'a.b' must be a whole number of at most 64 bits, not 1.5");
+    EXPECT_EQ(refusal(R"({"a": {"b": 1.5}})"), "'a.b' must be an integer of at most 64 bits, not 1.5");
     EXPECT_NE(refusal("18446744073709551616"), "accepted");
-    EXPECT_EQ(refusal(R"({"a": {"hex": "0g"}})"), "'a': '0g' is no pair of hexadecimal digits");
+    EXPECT_EQ(refusal(R"({"a": {"hex": "0g"}})"), "'a': '0g' is not a pair of hexadecimal digits");
 }
 
 TEST(BytesFromHex, RefusesOddAndForeignDigits) {

@@ -32,7 +32,7 @@ TEST(TapStateName, AnUnknownOneIsRefusedWithAList) {
     for (const auto* text : {"", "idle", "1x", "99999999999"})
         EXPECT_THAT(
             support::failureOf<std::invalid_argument>([&] { static_cast<void>(parseTapState(text)); }),
-            testing::AllOf(testing::StartsWith(std::string("'") + text + "' is no TAP state"),
+            testing::AllOf(testing::StartsWith(std::string("'") + text + "' is not a TAP state"),
                            testing::HasSubstr("Run-Test/Idle")));
 }
 

@@ -8,17 +8,17 @@
 
 namespace TAVO::simulator {
 
-/// Takes the entries of a JSON object one by one, and complains about those that nobody took.
+/// Takes the entries of a JSON object one by one and rejects those left over.
 class JsonEntries {
 public:
-    /// @throws std::invalid_argument when it is no JSON object.
+    /// @throws std::invalid_argument if it is not a JSON object.
     explicit JsonEntries(const nlohmann::json& source)
         : source_(source) {
         if (!source_.is_object())
             throw std::invalid_argument("expected {...}");
     }
 
-    /// The entry of that name, or `otherwise`. @param expected what it must be, for the message.
+    /// The entry with this name, or `otherwise`. @param expected what it must be, for the message.
     template <class T>
     T take(const std::string& name, const char* expected, T otherwise) {
         const auto* entry = find(name);
@@ -31,14 +31,14 @@ public:
             throw std::invalid_argument("'" + name + "' is missing: expected " + expected);
         return converted<T>(*entry, name, expected);
     }
-    /// A null pointer when there is none.
+    /// Null if there is none.
     const nlohmann::json* find(const std::string& name) {
         taken_.insert(name);
         const auto found = source_.find(name);
         return found == source_.end() ? nullptr : &*found;
     }
 
-    /// @throws std::invalid_argument that names the first entry that nobody took.
+    /// @throws std::invalid_argument that names the first entry not taken.
     void finish() const {
         for (const auto& [name, entry] : source_.items())
             if (!taken_.contains(name))

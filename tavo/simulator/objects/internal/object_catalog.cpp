@@ -36,7 +36,7 @@ struct Request {
 std::vector<std::uint8_t> bytesOfHex(const std::string& text) {
     constexpr std::string_view digits = "0123456789abcdefABCDEF";
     if (text.size() % 2 != 0 || text.find_first_not_of(digits) != std::string::npos)
-        throw std::invalid_argument("'content' is no even number of hexadecimal digits");
+        throw std::invalid_argument("'content' must be an even number of hexadecimal digits");
     std::vector<std::uint8_t> bytes;
     for (std::size_t i = 0; i < text.size(); i += 2)
         bytes.push_back(static_cast<std::uint8_t>(std::stoul(text.substr(i, 2), nullptr, 16)));
@@ -124,7 +124,7 @@ Made makePostCode(Request& request) {
                                          [&appliance] { return someRomServesBoot(appliance); });
 }
 
-/// For objects that need nothing but the board.
+/// For objects that need only the board.
 template <class Object>
 Made makeOnBoard(Request& request) {
     return std::make_unique<Object>(request.appliance.board());
@@ -135,8 +135,7 @@ Made makeAlone(Request&) {
     return std::make_unique<Object>();
 }
 
-/// For objects that exist in the versions 1.0 and 1.1: the one whose methods the proxy has that serves the
-/// version.
+/// For objects with versions 1.0 and 1.1: picks the one whose methods the version's proxy has.
 template <class Object>
 Made makeVersioned(Request& request) {
     registerLibraryTypes();
@@ -169,14 +168,14 @@ const std::map<std::string_view, Builder>& builders() {
     return all;
 }
 
-/// No table of the client library is for this version, so the object has the methods of every object alone.
+/// The client library has no table for this version, so the object has only the methods of every object.
 constexpr auto noTable = "0.0";
 
 Made makePlain(const std::string& type) { return std::make_unique<SimulatedObject>(type, noTable); }
 
 void addBelow(SimulatedObject& parent, Appliance& appliance, const ObjectDescription& description);
 
-/// Builds the object with its members, and says where it stands when that fails.
+/// Builds the object with its members. Failures name its place.
 Made makeTree(Appliance& appliance, const ObjectDescription& description) {
     Made made;
     try {
@@ -212,7 +211,7 @@ std::unique_ptr<SimulatedObject> makeObject(Appliance& appliance, const ObjectDe
     request.options.finish();
     made->setVersion(description.version);
     return made;
-} // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): the caller has it
+} // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): the caller owns it
 
 void addObjects(Appliance& appliance, const std::vector<ObjectDescription>& objects) {
     for (const auto& description : objects) {

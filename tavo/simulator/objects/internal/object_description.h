@@ -10,20 +10,19 @@
 
 namespace TAVO::simulator {
 
-/// An object that is yet to be made, as a topology describes it.
+/// The description of an object in a topology.
 struct ObjectDescription {
     std::string name;
     std::string type;
     std::string version = "1.0";
     std::vector<ObjectDescription> members = {};
     nlohmann::json options = nlohmann::json::object();
-    /// Where the description stands, for messages.
+    /// Place of the description in the file, for messages.
     std::string place = {};
 };
 
-/// Makes the object without name and members. A type that has no model gets the methods of every object
-/// alone.
-/// @throws std::invalid_argument for an option that it does not have or cannot follow.
+/// Makes the object without name and members. A type without a model has only the methods of every object.
+/// @throws std::invalid_argument for an unknown or invalid option.
 std::unique_ptr<SimulatedObject> makeObject(Appliance& appliance, const ObjectDescription& description);
 
 /// Adds the described objects to the root members.
