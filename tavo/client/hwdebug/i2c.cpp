@@ -1,5 +1,7 @@
 #include <tavo/client/hwdebug/i2c.h>
 
+#include <utility>
+
 #include <tavo/client/transcode/convert_record.h>
 #include <tavo/client/transcode/internal/function_names.h>
 #include <tavo/client/transcode/table.h>
@@ -79,8 +81,8 @@ I2cSclFrequency::operator dto::Base::FrequencyGetReply() const {
 } // namespace I2c_v1_0_Structs
 
 std::shared_ptr<BoundMethod<I2c_v1_0_Structs::I2cTransfer>>
-I2c_v1_0::getTransferMethod(int address, int, const std::vector<std::uint8_t>& data, int count) const {
-    return make<I2c_v1_0_Structs::I2cTransfer>(i2c_v1_0::transfer, address, data, count);
+I2c_v1_0::getTransferMethod(int address, int, std::vector<std::uint8_t> data, int count) const {
+    return make<I2c_v1_0_Structs::I2cTransfer>(i2c_v1_0::transfer, address, std::move(data), count);
 }
 
 std::shared_ptr<BoundMethod<I2c_v1_0_Structs::I2cRead>>
@@ -89,9 +91,8 @@ I2c_v1_0::getReadMethod(int address, bool first, bool second, int count) const {
 }
 
 std::shared_ptr<BoundMethod<dto::i2c::WriteReply>>
-I2c_v1_0::getWriteMethod(int address, bool first, bool second, int,
-                         const std::vector<std::uint8_t>& data) const {
-    return make(i2c_v1_0::write, address, first, second, data);
+I2c_v1_0::getWriteMethod(int address, bool first, bool second, int, std::vector<std::uint8_t> data) const {
+    return make(i2c_v1_0::write, address, first, second, std::move(data));
 }
 
 std::shared_ptr<BoundMethod<I2c_v1_0_Structs::I2cSclFrequency>>

@@ -178,7 +178,7 @@ public:
     /// @param data the bytes to write.
     /// @param count how many bytes to read.
     std::shared_ptr<BoundMethod<I2c_v1_0_Structs::I2cTransfer>>
-    getTransferMethod(int address, int ignored, const std::vector<std::uint8_t>& data, int count) const;
+    getTransferMethod(int address, int ignored, std::vector<std::uint8_t> data, int count) const;
     /// Reads `count` bytes from a chip.
     /// @param address of the chip on the bus.
     /// @param first, second the device's to define.
@@ -191,8 +191,7 @@ public:
     /// @param ignored is not sent.
     /// @param data the bytes to write.
     std::shared_ptr<BoundMethod<dto::i2c::WriteReply>>
-    getWriteMethod(int address, bool first, bool second, int ignored,
-                   const std::vector<std::uint8_t>& data) const;
+    getWriteMethod(int address, bool first, bool second, int ignored, std::vector<std::uint8_t> data) const;
     /// Asks for the frequency of SCL, in the device's unit, and a second integer, the device's to define.
     std::shared_ptr<BoundMethod<I2c_v1_0_Structs::I2cSclFrequency>> getOptionSclFrequencyGetMethod() const;
     /// Sets the frequency of SCL, in the device's unit.

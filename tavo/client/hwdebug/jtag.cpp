@@ -1,5 +1,7 @@
 #include <tavo/client/hwdebug/jtag.h>
 
+#include <utility>
+
 #include <tavo/client/transcode/convert_record.h>
 #include <tavo/client/transcode/internal/function_names.h>
 #include <tavo/client/transcode/table.h>
@@ -72,13 +74,13 @@ TdoExpectedGet::TdoExpectedGet(const dto::result& outcome)
 } // namespace Jtag_v1_1_Structs
 
 std::shared_ptr<BoundMethod<dto::Jtag::ShiftReply>>
-Jtag_v1_1::getShiftIRMethod(int bits, const std::vector<std::uint8_t>& data) const {
-    return make(jtag_v1_1::shiftIR, bits, data);
+Jtag_v1_1::getShiftIRMethod(int bits, std::vector<std::uint8_t> data) const {
+    return make(jtag_v1_1::shiftIR, bits, std::move(data));
 }
 
 std::shared_ptr<BoundMethod<dto::Jtag::ShiftReply>>
-Jtag_v1_1::getShiftDRMethod(int bits, const std::vector<std::uint8_t>& data) const {
-    return make(jtag_v1_1::shiftDR, bits, data);
+Jtag_v1_1::getShiftDRMethod(int bits, std::vector<std::uint8_t> data) const {
+    return make(jtag_v1_1::shiftDR, bits, std::move(data));
 }
 
 std::shared_ptr<BoundMethod<dto::Jtag::TapStateGetReply>> Jtag_v1_1::tapStateGetMethod() const {

@@ -240,12 +240,12 @@ class TAVO_API Jtag_v1_1 : public Proxy<TAVOXTranscode::jtag_v1_1::rows> {
 public:
     /// Shifts through the instruction register (Shift-IR). The value holds the bits that came out on TDO.
     /// @param bits how many bits to shift; 0 is sent like any other number.
-    /// @param data the bits to send on TDI, packed as the device expects them; copied into the call.
+    /// @param data the bits to send on TDI, packed as the device expects them; move a large block in.
     std::shared_ptr<BoundMethod<dto::Jtag::ShiftReply>>
-    getShiftIRMethod(int bits, const std::vector<std::uint8_t>& data) const;
+    getShiftIRMethod(int bits, std::vector<std::uint8_t> data) const;
     /// The same through the data register (Shift-DR).
     std::shared_ptr<BoundMethod<dto::Jtag::ShiftReply>>
-    getShiftDRMethod(int bits, const std::vector<std::uint8_t>& data) const;
+    getShiftDRMethod(int bits, std::vector<std::uint8_t> data) const;
     /// Asks for the current state of the TAP's state machine, by the device's numbering.
     std::shared_ptr<BoundMethod<dto::Jtag::TapStateGetReply>> tapStateGetMethod() const;
     /// Moves the TAP's state machine to a state, by the device's numbering.

@@ -1,5 +1,7 @@
 #include <tavo/client/hwdebug/lpc_rom_emulation.h>
 
+#include <utility>
+
 #include <tavo/client/transcode/convert_record.h>
 #include <tavo/client/transcode/internal/function_names.h>
 #include <tavo/client/transcode/table.h>
@@ -36,8 +38,8 @@ LpcRomEmulation_v1_0::getSramGetMethod(int offset, int length) const {
 }
 
 std::shared_ptr<Method> LpcRomEmulation_v1_0::getSramSetMethod(int offset,
-                                                               const std::vector<std::uint8_t>& data) const {
-    return make(lpcRomEmulation_v1_0::sramSet, offset, data);
+                                                               std::vector<std::uint8_t> data) const {
+    return make(lpcRomEmulation_v1_0::sramSet, offset, std::move(data));
 }
 
 std::shared_ptr<BoundMethod<dto::lpcRomEmulation::SramSizeGetReply>>

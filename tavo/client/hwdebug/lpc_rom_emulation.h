@@ -149,8 +149,9 @@ public:
     /// Reads `length` bytes of the SRAM, beginning at byte `offset`.
     std::shared_ptr<BoundMethod<LpcRomEmulation_v1_0_Structs::SramGet>> getSramGetMethod(int offset,
                                                                                          int length) const;
-    /// Writes the bytes into the SRAM, beginning at byte `offset`. They are copied into the call.
-    std::shared_ptr<Method> getSramSetMethod(int offset, const std::vector<std::uint8_t>& data) const;
+    /// Writes the bytes into the SRAM, beginning at byte `offset`. Move a large block in: it is sent from
+    /// where it lies.
+    std::shared_ptr<Method> getSramSetMethod(int offset, std::vector<std::uint8_t> data) const;
     /// Asks for the size of the SRAM.
     std::shared_ptr<BoundMethod<dto::lpcRomEmulation::SramSizeGetReply>> getSramSizeGetMethod() const;
     /// Asks for the ROM type; its values are the device's to define.

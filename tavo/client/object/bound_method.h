@@ -6,6 +6,7 @@
 #include <utility>
 
 #include <tavo/client/object/method.h>
+#include <tavo/client/transcode/immortal.h>
 
 namespace TAVO {
 
@@ -75,14 +76,22 @@ public:
         }
         const auto& outcome = storedResult();
         if constexpr (std::derived_from<T, dto::reply_packet>) {
-            if (const auto* reply = dto::recordIn<T>(outcome.reply.get()))
-                return *reply;
-            dto::refuseResult("Can't convert result ", outcome, typeid(T), getFullName());
+            return storedReply();
         } else if constexpr (std::constructible_from<T, const dto::result&>) {
             return T(outcome);
         } else {
             return conversion_.of ? conversion_.of(outcome) : PlainResult<T>::of(outcome);
         }
+    }
+
+    /// The result where it lies, for large ones, which value() copies. Valid until the Method is executed
+    /// again, loses its result or is destroyed. Only for a `T` that is a reply record; otherwise like
+    /// value().
+    const T& reply() const requires std::derived_from<T, dto::reply_packet> {
+        if (isResultSet())
+            return storedReply();
+        reportNotExecuted(*this);
+        return immortal<const T>();
     }
 
     /// Like value(), but takes the result out: a reply record that nothing else shares is moved instead of
@@ -113,6 +122,13 @@ public:
     }
 
 private:
+    const T& storedReply() const {
+        const auto& outcome = storedResult();
+        if (const auto* stored = dto::recordIn<T>(outcome.reply.get()))
+            return *stored;
+        dto::refuseResult("Can't convert result ", outcome, typeid(T), getFullName());
+    }
+
     struct PlainConversion {
         T (*of)(const dto::result&) = nullptr;
     };

@@ -143,9 +143,9 @@ void receiveBlock(TAVOX::InputStream& in, std::size_t length, Block& block) {
     block.clear();
     while (block.size() < length) {
         const auto before = block.size();
-        const auto part = std::min(length - before, before == 0 ? first : step);
-        if (block.capacity() - before < part)
-            block.reserve(std::min(length, std::max(before + part, growth * before)));
+        if (block.capacity() == before || before == 0)
+            block.reserve(std::min(length, std::max(first, growth * before)));
+        const auto part = std::min({length - before, block.capacity() - before, step});
         block.resize(before + part);
         in.readRaw(reinterpret_cast<std::uint8_t*>(block.data()) + before, part);
     }
