@@ -8,11 +8,11 @@
 
 #include <gtest/gtest.h>
 
-#include <tavo/cli/values/json_value.h>
 #include <tavo/client/object/method_tables.h>
 #include <tavo/client/object/object_factory.h>
 #include <tests/support/all_types.h>
 #include <tests/support/fake_device.h>
+#include <tests/support/wire_bytes.h>
 
 namespace support {
 
@@ -71,7 +71,7 @@ protected:
     }
 
     static Request request(const std::string& method, const std::string& hex = "") {
-        return {method, TAVO::cli::bytesFromHex(hex)};
+        return {method, bytesFromHex(hex)};
     }
 
     /// The value of the call when the device replies with these bytes after the return code. Takes nothing
@@ -80,7 +80,7 @@ protected:
     Result reply(const std::type_identity_t<std::shared_ptr<TAVO::BoundMethod<Result>>>& method,
                  const std::string& hex) {
         device->appliance.object(method->getObject()->getInstanceID())
-            .method(method->getName(), result(0, TAVO::cli::bytesFromHex(hex)));
+            .method(method->getName(), result(0, bytesFromHex(hex)));
         device->call(method);
         return method->value();
     }

@@ -8,15 +8,13 @@
 
 #include <tavo/client/transcode/value.h>
 
-/// Records as JSON. A record becomes an object, a list an array, a number, a flag and a text themselves.
-/// JSON knows neither bytes nor texts that are not UTF-8, so these two become objects of one member:
+/// Records read from JSON. An object becomes a record, an array a list; a number, a flag and a text stay what
+/// they are. JSON knows neither bytes nor texts that are not UTF-8: objects of one member stand for these
+/// two,
 /// `{"hex": "00ff"}` and `{"hex-text": "00ff"}`.
 namespace TAVO::cli {
 
-/// Never holds a text that is not UTF-8, so it can be printed.
-nlohmann::json toJson(const Value& value);
-
-/// The opposite of toJson(); a number keeps the signedness that `node` has for it.
+/// A number keeps the signedness that `node` has for it.
 /// @throws std::invalid_argument that names the place, for what no record can hold: null, a number that is
 ///         not whole or exceeds 64 bits, wrong hexadecimal digits.
 Value fromJson(const nlohmann::json& node);

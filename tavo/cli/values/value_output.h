@@ -7,7 +7,7 @@
 /// Results of any record, written as they are looked at.
 namespace TAVO::cli {
 
-/// As toJson() has it: an object for a record, its members in alphabetical order.
+/// What fromJson() reads back: an object for a record, its members in alphabetical order.
 void writeValue(JsonWriter& json, const ValueView& value);
 
 /// On one line: `name=value` pairs, byte blocks as hexadecimal digits, texts in quotes, lists in brackets,
