@@ -1,6 +1,7 @@
 #pragma once
 
 #include <charconv>
+#include <cstddef>
 #include <cstdint>
 #include <initializer_list>
 #include <stdexcept>
@@ -13,6 +14,16 @@
 namespace support {
 
 using Bytes = std::vector<std::uint8_t>;
+
+inline Bytes bytesOf(const std::string& text) { return {text.begin(), text.end()}; }
+
+/// `count` bytes that differ from their neighbours and do not repeat with a power of two.
+inline Bytes pattern(std::size_t count) {
+    Bytes bytes(count);
+    for (std::size_t i = 0; i < count; ++i)
+        bytes[i] = static_cast<std::uint8_t>(i % 251);
+    return bytes;
+}
 
 inline Bytes joined(std::initializer_list<Bytes> parts) {
     Bytes all;

@@ -17,7 +17,7 @@ using TAVO::BoundMethod;
 using TAVO::Method;
 using Lines = std::vector<bool>;
 using std::chrono::microseconds;
-namespace records = TAVO::dto::hdt;
+namespace hdt_records = TAVO::dto::hdt;
 
 const Lines allLines(4, true);
 const Lines noLine(4, false);
@@ -182,7 +182,7 @@ TEST_F(HdtProxyTest, triggers_that_are_not_there_and_wrong_setups_are_refused) {
 TEST_F(HdtProxyTest, waiting_by_name_ends_with_the_line_or_the_time) {
     powerUp();
     const auto wait = [this](std::vector<std::uint8_t> lines, std::int32_t timeout) {
-        const auto request = std::make_shared<records::ioDbrdyWaitRequest>();
+        const auto request = std::make_shared<hdt_records::ioDbrdyWaitRequest>();
         request->lines = std::move(lines);
         request->timeout = timeout;
         return codeOf(std::make_shared<Method>("ioDbrdyWait", *hdt, TAVO::dto::Params{request}));
@@ -241,8 +241,8 @@ TEST_F(LegacyHdtTest, version_1_0_requests_and_answers_too) {
     EXPECT_EQ(read(hdt->getIoDbrdyGetMethod()), allLines);
     EXPECT_EQ(read(hdt->getIoDbrdySnapShotGetMethod()), allLines);
     done(hdt->getIoDbrdySnapshotClearMethod());
-    const auto frequency =
-        std::make_shared<BoundMethod<records::FrequencyGetReply>>("frequencyGet", *hdt, TAVO::dto::Params{});
+    const auto frequency = std::make_shared<BoundMethod<hdt_records::FrequencyGetReply>>("frequencyGet", *hdt,
+                                                                                         TAVO::dto::Params{});
     EXPECT_EQ(read(frequency).frequency, 100'000'000u);
 }
 

@@ -15,7 +15,7 @@ using namespace TAVO::simulator;
 using TAVO::BoundMethod;
 using TAVO::Method;
 using Bytes = std::vector<std::uint8_t>;
-namespace records = TAVO::dto::Jtag;
+namespace jtag_records = TAVO::dto::Jtag;
 
 // What the standard chain has next to TDO, in the order of shifting.
 const Bytes cpuIdcode{0xC3, 0xD0, 0x45, 0x2A};
@@ -245,10 +245,10 @@ struct LegacyJtagTest : JtagTest {
         return method->value();
     }
     Bytes shifted(const std::string& name, int bits, const Bytes& data) {
-        const auto request = std::make_shared<records::ShiftRequest>();
+        const auto request = std::make_shared<jtag_records::ShiftRequest>();
         request->bits = bits;
         request->data = data;
-        return get<records::ShiftReply>(name, request).data;
+        return get<jtag_records::ShiftReply>(name, request).data;
     }
 
     std::shared_ptr<TAVO::HWDebug::Jtag_v1_0> jtag =
@@ -258,49 +258,49 @@ struct LegacyJtagTest : JtagTest {
 TEST_F(LegacyJtagTest, shifts_by_name_as_the_newer_one_does) {
     EXPECT_EQ(shifted("shiftIR", chainIrBits, cpuIdcodeOthersBypass), (Bytes{0x01, 0x21, 0x00}));
     EXPECT_EQ(shifted("shiftDR", 32, {0, 0, 0, 0}), cpuIdcode);
-    const auto request = std::make_shared<records::TapStateSetRequest>();
+    const auto request = std::make_shared<jtag_records::TapStateSetRequest>();
     request->state = 13;
     set("tapStateSet", request);
-    EXPECT_EQ(get<records::TapStateGetReply>("tapStateGet").state, 13);
+    EXPECT_EQ(get<jtag_records::TapStateGetReply>("tapStateGet").state, 13);
 }
 
 TEST_F(LegacyJtagTest, options_are_read_back_as_they_were_set) {
-    const auto repeat = std::make_shared<records::RepeatSetRequest>();
+    const auto repeat = std::make_shared<jtag_records::RepeatSetRequest>();
     repeat->count = 3;
     repeat->enable = true;
     set("repeatSet", repeat);
-    EXPECT_EQ(get<records::RepeatGetReply>("repeatGet").count, 3);
-    EXPECT_TRUE(get<records::RepeatGetReply>("repeatGet").enable);
+    EXPECT_EQ(get<jtag_records::RepeatGetReply>("repeatGet").count, 3);
+    EXPECT_TRUE(get<jtag_records::RepeatGetReply>("repeatGet").enable);
 
-    const auto retry = std::make_shared<records::RetrySetRequest>();
+    const auto retry = std::make_shared<jtag_records::RetrySetRequest>();
     retry->first = 9;
     retry->second = 1;
     set("retrySet", retry);
-    EXPECT_EQ(get<records::RetryGetReply>("retryGet").count, 9);
-    EXPECT_TRUE(get<records::RetryGetReply>("retryGet").enable);
+    EXPECT_EQ(get<jtag_records::RetryGetReply>("retryGet").count, 9);
+    EXPECT_TRUE(get<jtag_records::RetryGetReply>("retryGet").enable);
 
-    const auto expected = std::make_shared<records::TdoExpectedSetRequest>();
+    const auto expected = std::make_shared<jtag_records::TdoExpectedSetRequest>();
     expected->bits = 12;
     expected->expected = {0x34, 0x02};
     expected->mask = {0xFF, 0x0F};
     set("tdoExpectedSet", expected);
-    const auto read = get<records::TdoExpectedGetReply>("tdoExpectedGet");
+    const auto read = get<jtag_records::TdoExpectedGetReply>("tdoExpectedGet");
     EXPECT_EQ(read.bits, 12);
     EXPECT_EQ(read.expected, expected->expected);
     EXPECT_EQ(read.mask, expected->mask);
     expected->mask = {0xFF};
     set("tdoExpectedSet", expected, return_code::badArgument);
 
-    const auto state = std::make_shared<records::TerminationStateSetRequest>();
+    const auto state = std::make_shared<jtag_records::TerminationStateSetRequest>();
     state->state = 13;
     set("terminationStateIRSet", state);
-    EXPECT_EQ(get<records::TerminationStateGetReply>("terminationStateIRGet").state, 13);
-    EXPECT_EQ(get<records::TerminationStateGetReply>("terminationStateDRGet").state, 1);
+    EXPECT_EQ(get<jtag_records::TerminationStateGetReply>("terminationStateIRGet").state, 13);
+    EXPECT_EQ(get<jtag_records::TerminationStateGetReply>("terminationStateDRGet").state, 1);
     state->state = 6;
     set("terminationStateDRSet", state);
-    EXPECT_EQ(get<records::TerminationStateGetReply>("terminationStateDRGet").state, 6);
+    EXPECT_EQ(get<jtag_records::TerminationStateGetReply>("terminationStateDRGet").state, 6);
 
-    const auto frequency = std::make_shared<records::OptionTckFrequencySetRequest>();
+    const auto frequency = std::make_shared<jtag_records::OptionTckFrequencySetRequest>();
     frequency->frequency = 20'000'000;
     set("tckFrequencySet", frequency);
     const auto actual = get<TAVO::dto::Base::FrequencyGetReply>("tckFrequencyGet");
@@ -309,13 +309,13 @@ TEST_F(LegacyJtagTest, options_are_read_back_as_they_were_set) {
 }
 
 TEST_F(LegacyJtagTest, what_is_expected_counts_for_both_registers) {
-    const auto expected = std::make_shared<records::TdoExpectedSetRequest>();
+    const auto expected = std::make_shared<jtag_records::TdoExpectedSetRequest>();
     expected->bits = 8;
     expected->expected = {0xFF};
     expected->mask = {0xFF};
     set("tdoExpectedSet", expected);
     for (const auto* name : {"shiftIR", "shiftDR"}) {
-        const auto request = std::make_shared<records::ShiftRequest>();
+        const auto request = std::make_shared<jtag_records::ShiftRequest>();
         request->bits = 8;
         request->data = {0};
         set(name, request, return_code::mismatch);
