@@ -1,4 +1,4 @@
-# tavo_join_sources(<list> [APART <regex>]): puts the sources of one folder together, up to twenty in a file that includes
+# tavo_join_sources(<list> [APART <regex>]): puts the sources of one folder together, up to 24 in a file that includes
 # them all, and names these files in their place. That takes the compiler half as long, because headers and templates are
 # common to most of them. Sources with definitions of their own pass them on. Those that APART matches stay as they are.
 function(tavo_join_sources list)
@@ -15,7 +15,7 @@ function(tavo_join_sources list)
     string(MAKE_C_IDENTIFIER "${folder}" folder)
     set(number 1)
     list(LENGTH sources_${folder}_${number} length)
-    while(length EQUAL 20)
+    while(length EQUAL 24)
       math(EXPR number "${number} + 1")
       list(LENGTH sources_${folder}_${number} length)
     endwhile()

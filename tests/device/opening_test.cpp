@@ -5,15 +5,14 @@
 
 #include <gtest/gtest.h>
 
-#include <tavo/client/commonmodules/common_modules_objects.h>
 #include <tavo/client/commonmodules/relay.h>
-#include <tavo/client/device/core_objects.h>
 #include <tavo/client/device/device_factory.h>
 #include <tavo/client/device/device_v1_0.h>
 #include <tavo/client/device/private_v1_0.h>
 #include <tavo/client/device/system_v1_0.h>
 #include <tavo/client/wire/error.h>
 #include <tests/device/opening_steps.h>
+#include <tests/support/all_types.h>
 #include <tests/support/appliance_server.h>
 #include <tests/support/descriptors.h>
 #include <tests/support/failure_text.h>
@@ -47,8 +46,7 @@ const Names buildsTree{"2.methods",     "2.type",  "2.methods",  "2.members",   
 class Opening : public testing::Test {
 protected:
     Opening() {
-        TAVO::CoreObjects::registerCoreObjects();
-        CommonModules::CommonModulesObjects::registerCoreObjects();
+        support::registerAllTypes();
         server.change([](support::FakeAppliance& fake) {
             support::addFixedObjects(fake);
             fake.add(9, "relay");

@@ -25,14 +25,7 @@ const std::string longText(300'000, 'x');
 const std::string decodingFailed = "Error decoding TAVOX return values in call to thing.throwingDecoder: ";
 
 /// Results of more than 64 KiB, which are decoded while they arrive.
-class ArrivingResult : public support::ExchangeFixture {
-protected:
-    /// A call whose result is read by that function.
-    std::shared_ptr<TAVO::Method> readBy(TAVO::TAVOXTranscode::Decoder decoder) {
-        tables.second["throwingDecoder"] = decoder;
-        return named("throwingDecoder");
-    }
-};
+using ArrivingResult = support::ExchangeFixture;
 
 TEST_F(ArrivingResult, IsReceivedStraightIntoItsRecord) {
     const auto first = type();

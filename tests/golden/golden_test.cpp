@@ -10,6 +10,7 @@
 #include <tests/support/all_types.h>
 #include <tests/support/allocation_meter.h>
 #include <tests/support/golden_vectors.h>
+#include <tests/support/output_chunks.h>
 #include <tests/support/value_json.h>
 
 namespace {
@@ -17,18 +18,12 @@ namespace {
 using support::GoldenReply;
 using support::GoldenRequest;
 using support::GoldenVector;
+using support::written;
 using Bytes = std::vector<std::uint8_t>;
 using TAVO::TAVOXTranscode::MethodRow;
 using TAVO::TAVOXTranscode::RecordDescription;
 using TAVOX::InputStream;
 using TAVOX::OutputStream;
-
-Bytes written(const OutputStream& out) {
-    Bytes bytes;
-    for (const auto chunk : out.chunks())
-        bytes.insert(bytes.end(), chunk.begin(), chunk.end());
-    return bytes;
-}
 
 InputStream readerOf(const Bytes& bytes) { return {bytes.data(), bytes.size()}; }
 

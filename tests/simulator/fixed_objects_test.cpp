@@ -9,12 +9,7 @@ using std::chrono::seconds;
 
 class FixedObjects : public SimulatorFixture {
 protected:
-    FixedObjects() {
-        simulator.inspect([](Appliance& appliance) { appliance.clock().freeze(); });
-    }
-    void pass(microseconds time) {
-        simulator.inspect([&](Appliance& appliance) { appliance.clock().advance(time); });
-    }
+    FixedObjects() { freeze(); }
     static Bytes xored(Bytes challenge, const std::string& password) {
         Bytes response;
         for (std::size_t i = 0; i < password.size(); ++i)

@@ -9,14 +9,9 @@ using std::chrono::milliseconds;
 
 class Relays : public SimulatorFixture {
 protected:
-    Relays() {
-        simulator.inspect([](Appliance& appliance) { appliance.clock().freeze(); });
-    }
+    Relays() { freeze(); }
     bool state() { return called(device, relay->getGetMethod())->value().state != 0; }
     int toggle(int value) { return called(device, relay->getToggleMethod(value))->returnCode(); }
-    void pass(milliseconds time) {
-        simulator.inspect([&](Appliance& appliance) { appliance.clock().advance(time); });
-    }
 
     std::shared_ptr<TAVO::Device> device = open();
     std::shared_ptr<CommonModules::Relay_v1_0> relay =

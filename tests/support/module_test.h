@@ -10,7 +10,9 @@
 
 #include <tavo/client/object/method_tables.h>
 #include <tavo/client/object/object_factory.h>
+#include <tavo/client/wire/error.h>
 #include <tests/support/all_types.h>
+#include <tests/support/failure_text.h>
 #include <tests/support/fake_device.h>
 #include <tests/support/wire_bytes.h>
 
@@ -58,6 +60,11 @@ protected:
     std::shared_ptr<Proxy> openOnly(const std::string& type, std::uint32_t minor = 0) {
         add(7, type, minor);
         return open<Proxy>(7);
+    }
+
+    /// Of the object of openOnly() and its like.
+    std::string failureToOpen() {
+        return failureOf<TAVO::SpecificationError>([&] { build(7); });
     }
 
     /// The remote method's name and the parameter bytes that the device receives.

@@ -17,20 +17,9 @@ using TAVO::Method;
 using Bytes = std::vector<std::uint8_t>;
 using Headers = std::vector<TAVO::dto::Base::Header>;
 
-struct GpuTest : SimulatorFixture {
-    void power(bool on) {
-        simulator.inspect([on](Appliance& appliance) { appliance.board()->setPower(on); });
-    }
-    int codeOf(const std::shared_ptr<Method>& method) { return called(device, method)->returnCode(); }
-    void done(const std::shared_ptr<Method>& method) { EXPECT_EQ(codeOf(method), return_code::done); }
-    template <class Result>
-    Result read(const std::shared_ptr<BoundMethod<Result>>& method) {
-        done(method);
-        return method->value();
-    }
+struct GpuTest : DeviceFixture {
     Bytes scanned(int bits) { return read(scan->getScanMethod(bits)).data; }
 
-    std::shared_ptr<TAVO::Device> device = open();
     std::shared_ptr<TAVO::HWDebug::GpuDebug_v1_0> gpu = object<TAVO::HWDebug::GpuDebug_v1_0>(device, "gpu0");
     std::shared_ptr<TAVO::HWDebug::GpuScan_v1_0> scan = gpu->getGpuScan();
 };

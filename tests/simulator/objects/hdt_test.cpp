@@ -23,27 +23,15 @@ const Lines allLines(4, true);
 const Lines noLine(4, false);
 
 // Time stands still unless a test lets it pass.
-struct HdtTest : SimulatorFixture {
+struct HdtTest : DeviceFixture {
     explicit HdtTest(const std::string& topology = "standard")
-        : SimulatorFixture({.topology = topology}) {
-        simulator.inspect([](Appliance& appliance) { appliance.clock().freeze(); });
-    }
-    void pass(microseconds time) {
-        simulator.inspect([time](Appliance& appliance) { appliance.clock().advance(time); });
+        : DeviceFixture({.topology = topology}) {
+        freeze();
     }
     void powerUp() {
-        simulator.inspect([](Appliance& appliance) { appliance.board()->setPower(true); });
+        power(true);
         pass(microseconds(200'000));
     }
-    int codeOf(const std::shared_ptr<Method>& method) { return called(device, method)->returnCode(); }
-    void done(const std::shared_ptr<Method>& method) { EXPECT_EQ(codeOf(method), return_code::done); }
-    template <class Result>
-    Result read(const std::shared_ptr<BoundMethod<Result>>& method) {
-        done(method);
-        return method->value();
-    }
-
-    std::shared_ptr<TAVO::Device> device = open();
 };
 
 struct HdtProxyTest : HdtTest {

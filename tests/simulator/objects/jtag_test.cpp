@@ -23,18 +23,11 @@ const Bytes cpuIdcode{0xC3, 0xD0, 0x45, 0x2A};
 const Bytes cpuIdcodeOthersBypass{0x02, 0xFF, 0x7F};
 constexpr int chainIrBits = 23;
 
-struct JtagTest : SimulatorFixture {
+struct JtagTest : DeviceFixture {
     explicit JtagTest(const std::string& topology = "standard")
-        : SimulatorFixture({.topology = topology}) {
+        : DeviceFixture({.topology = topology}) {
         power(true);
     }
-    void power(bool on) {
-        simulator.inspect([on](Appliance& appliance) { appliance.board()->setPower(on); });
-    }
-    int codeOf(const std::shared_ptr<Method>& method) { return called(device, method)->returnCode(); }
-    void done(const std::shared_ptr<Method>& method) { EXPECT_EQ(codeOf(method), return_code::done); }
-
-    std::shared_ptr<TAVO::Device> device = open();
 };
 
 struct JtagProxyTest : JtagTest {
@@ -200,7 +193,7 @@ TEST_F(JtagProxyTest, SleepingTakesSimulatedTime) {
     const auto now = [this] {
         return simulator.inspect([](Appliance& appliance) { return appliance.board()->now(); });
     };
-    simulator.inspect([](Appliance& appliance) { appliance.clock().freeze(); });
+    freeze();
     const auto before = now();
     done(jtag->getSleepMethod(1500, true));
     EXPECT_EQ(now(), before + 1500);

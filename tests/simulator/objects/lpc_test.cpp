@@ -43,9 +43,6 @@ struct LpcObjectTest : SimulatorFixture {
     void power(bool on) {
         device->call(object<CommonModules::Relay_v1_0>(device, "power")->getSetMethod(on));
     }
-    void pass(std::chrono::milliseconds time) {
-        simulator.inspect([&](Appliance& appliance) { appliance.clock().advance(time); });
-    }
     std::vector<int> codes() {
         std::vector<int> found;
         for (const auto& entry : get<FifoGetReply>("fifoGet").entries)
