@@ -1,4 +1,4 @@
-# tavo_join_sources(<list> [APART <regex>]): joins the sources of a folder, up to eight at a time, in a file that
+# tavo_join_sources(<list> [APART <regex>]): joins the sources of a folder, up to 24 at a time, in a file that
 # includes them, and replaces them in the list. This halves the compile time, because most of them share headers and
 # templates. The joined file gets the compile definitions of its sources. Sources that match APART stay separate.
 function(tavo_join_sources list)
@@ -15,7 +15,7 @@ function(tavo_join_sources list)
     string(MAKE_C_IDENTIFIER "${folder}" folder)
     set(number 1)
     list(LENGTH sources_${folder}_${number} length)
-    while(length EQUAL 8)
+    while(length EQUAL 24)
       math(EXPR number "${number} + 1")
       list(LENGTH sources_${folder}_${number} length)
     endwhile()

@@ -100,7 +100,7 @@ TEST_F(DebugTool, HdtTriggersAreReadWithTheirSetupAndDriven) {
     EXPECT_EQ(tool({"hdt", "trigger", "set", "0"}).exitCode, 2);
 }
 
-TEST_F(LegacyDebugTool, HdtOfVersion1_0ShowsWhatItHas) {
+TEST_F(LegacyDebugTool, OldHdtShowsWhatItHas) {
     const auto run = tool({"hdt", "status", "--object", "hdt"});
     EXPECT_EQ(run.exitCode, 0) << run.errors;
     EXPECT_THAT(run.output, HasSubstr("power good        yes\n"));

@@ -90,7 +90,7 @@ TEST_F(JtagTool, ScanThatTheDeviceRefusesFails) {
     EXPECT_EQ(run.errors, "tavo: cpu0.jtag.tapStateSet returned code 3\n");
 }
 
-TEST_F(LegacyJtagTool, ScanWorksOnObjectsOfVersion1_0) {
+TEST_F(LegacyJtagTool, ScanWorksOnOldObjects) {
     const auto run = tool({"jtag", "scan", "--object", "cpu.jtag"});
     EXPECT_EQ(run.exitCode, 0) << run.errors;
     EXPECT_EQ(run.output, standardChain);
@@ -204,7 +204,7 @@ TEST_F(JtagTool, OptionsOfBothRegistersComeInOneExchange) {
     EXPECT_EQ(document["ir"]["terminationState"], 1);
 }
 
-TEST_F(LegacyJtagTool, FrequencyAndOptionsWorkOnVersion1_0) {
+TEST_F(LegacyJtagTool, FrequencyAndOptionsWorkOnOldObjects) {
     const Words object{"--object", "jtag"};
     EXPECT_EQ(tool(Words{"jtag", "frequency", "25000000"} + object).output, "25000000 Hz, divider 2\n");
     tool({"call", "jtag.repeatSet", "count=7", "enable=1"});

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include <tavo/client.h>
+#include <tests/support/all_types.h>
 #include <tests/support/fake_appliance.h>
 #include <tests/support/said_value.h>
 
@@ -26,9 +27,7 @@ public:
 
     explicit TalkingDevice(std::string said)
         : said_(std::move(said)) {
-        TAVO::CoreObjects::registerCoreObjects();
-        TAVO::HWDebug::HwdObjects::registerCoreObjects();
-        CommonModules::CommonModulesObjects::registerCoreObjects();
+        support::registerAllTypes();
         support::addFixedObjects(appliance);
         addMethods(appliance.object(0), "device", "1.0");
         addMethods(appliance.object(1), "system", "1.0");

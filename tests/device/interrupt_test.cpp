@@ -17,16 +17,16 @@
 #include <tavo/simulator/simulator.h>
 #include <tests/support/failure_text.h>
 #include <tests/support/raw_server.h>
+#include <tests/support/transport_calls.h>
 
 namespace {
 
 using namespace std::chrono_literals;
 using support::failureOf;
+using support::interrupted;
 using TAVO::Interrupter;
 using TAVO::NetworkError;
 namespace faults = TAVO::simulator::faults;
-
-const std::string interrupted = "Call to device interrupted.";
 
 /// Interrupts in another thread, again and again until it is destroyed: a call under test may not have begun
 /// to wait at the first time.

@@ -6,11 +6,10 @@
 
 #include <gtest/gtest.h>
 
-#include <tavo/client/commonmodules/common_modules_objects.h>
-#include <tavo/client/device/core_objects.h>
 #include <tavo/client/device/device_factory.h>
 #include <tavo/client/device/device_v1_0.h>
 #include <tavo/client/wire/error.h>
+#include <tests/support/all_types.h>
 #include <tests/support/appliance_server.h>
 #include <tests/support/failure_text.h>
 
@@ -22,8 +21,7 @@ protected:
     using Names = std::vector<std::string>;
 
     OpenedDevice() {
-        TAVO::CoreObjects::registerCoreObjects();
-        CommonModules::CommonModulesObjects::registerCoreObjects();
+        support::registerAllTypes();
         server.change([](FakeAppliance& fake) {
             addFixedObjects(fake);
             fake.add(9, "relay");

@@ -5,20 +5,26 @@
 
 #include <gtest/gtest.h>
 
-#include <tavo/client/commonmodules/common_modules_objects.h>
 #include <tavo/client/commonmodules/relay.h>
-#include <tavo/client/device/core_objects.h>
 #include <tavo/client/device/device_factory.h>
 #include <tavo/client/device/device_v1_0.h>
 #include <tavo/client/device/private_v1_0.h>
 #include <tavo/client/device/system_v1_0.h>
 #include <tavo/client/wire/error.h>
+#include <tests/device/opening_steps.h>
+#include <tests/support/all_types.h>
 #include <tests/support/appliance_server.h>
 #include <tests/support/descriptors.h>
 #include <tests/support/failure_text.h>
 
 namespace {
 
+using opening::buildsDevice;
+using opening::checksKey;
+using opening::locks;
+using opening::Names;
+using opening::unlocks;
+using opening::operator+;
 using support::Bytes;
 using support::failureOf;
 using support::joined;
@@ -27,31 +33,20 @@ using support::result;
 using support::text;
 using support::u32;
 using TAVO::DeviceFactory;
-using Names = std::vector<std::string>;
 using Descriptor = TAVO::Device_Factory_Structs::TavoDeviceDescriptor;
 
-Names operator+(Names first, const Names& second) {
-    first.insert(first.end(), second.begin(), second.end());
-    return first;
-}
-
-const Names device{"0.methods", "0.type", "0.version", "0.methods", "0.members"};
-const Names key{"0.getKey"};
-const Names lock{"0.lock"};
-const Names unlock{"0.unlock"};
-const Names rest{"2.methods",     "2.type",  "2.methods",  "2.members",               //
-                 "1.methods",     "1.type",  "1.version",  "1.methods",  "1.members", //
-                 "0.rootMembers",                                                     //
-                 "9.methods",     "9.type",  "9.version",  "9.methods",  "9.members", //
-                 "4.methods",     "4.type",  "4.methods",  "4.members",               //
-                 "12.methods",    "12.type", "12.version", "12.methods", "12.members"};
+const Names buildsTree{"2.methods",     "2.type",  "2.methods",  "2.members",               //
+                       "1.methods",     "1.type",  "1.version",  "1.methods",  "1.members", //
+                       "0.rootMembers",                                                     //
+                       "9.methods",     "9.type",  "9.version",  "9.methods",  "9.members", //
+                       "4.methods",     "4.type",  "4.methods",  "4.members",               //
+                       "12.methods",    "12.type", "12.version", "12.methods", "12.members"};
 
 /// Two root members, "power" and "group", the second of a type that nobody knows and with a member.
 class Opening : public testing::Test {
 protected:
     Opening() {
-        TAVO::CoreObjects::registerCoreObjects();
-        CommonModules::CommonModulesObjects::registerCoreObjects();
+        support::registerAllTypes();
         server.change([](support::FakeAppliance& fake) {
             support::addFixedObjects(fake);
             fake.add(9, "relay");
@@ -91,20 +86,20 @@ TEST_F(Opening, HasItsConstants) {
 
 TEST_F(Opening, WithoutSecurityNeverAsksForTheKey) {
     const auto opened = build(false);
-    EXPECT_EQ(server.callNames(), device + lock + rest);
+    EXPECT_EQ(server.callNames(), buildsDevice + locks + buildsTree);
     EXPECT_EQ(server.exchanges(), server.callNames().size());
     EXPECT_EQ(server.connections(), 1u);
 }
 
 TEST_F(Opening, WithSecurityChecksTheKeyBeforeItTakesTheLock) {
     const auto opened = build(true);
-    EXPECT_EQ(server.callNames(), device + key + lock + rest);
+    EXPECT_EQ(server.callNames(), buildsDevice + checksKey + locks + buildsTree);
 }
 
 TEST_F(Opening, SendsTheLockIdFromTheLockOn) {
     const auto opened = build(true);
     const auto calls = server.calls();
-    const auto locked = (device + key + lock).size();
+    const auto locked = (buildsDevice + checksKey + locks).size();
     EXPECT_EQ(calls[locked - 1].parameters, joined({text("alice"), text("secret")}));
     for (std::size_t i = 0; i < calls.size(); ++i)
         EXPECT_EQ(calls[i].lockId, i < locked ? 0u : 0x51u) << i;
@@ -140,13 +135,13 @@ TEST_F(Opening, LeavesNothingBehindOnceTheDeviceIsReleased) {
     opened.reset();
     server.awaitNoConnection();
     EXPECT_TRUE(watched.expired());
-    EXPECT_EQ(server.callNames(), device + key + lock + rest + unlock);
+    EXPECT_EQ(server.callNames(), buildsDevice + checksKey + locks + buildsTree + unlocks);
     EXPECT_EQ(support::openDescriptors(), before);
 }
 
 TEST_F(Opening, ByQueryBuildsTheDeviceObjectAlone) {
     const auto queried = query();
-    EXPECT_EQ(server.callNames(), device + key);
+    EXPECT_EQ(server.callNames(), buildsDevice + checksKey);
     EXPECT_NE(queried->getDevice(), nullptr);
     EXPECT_EQ(queried->getSystem(), nullptr);
     EXPECT_EQ(queried->getPrivate(), nullptr);
@@ -165,8 +160,9 @@ TEST_F(Opening, ByQueryReportsTheFlagsOfTheKey) {
 TEST_F(Opening, OfAQueriedDeviceTakesTheLockAndBuildsTheRest) {
     const auto queried = query();
     EXPECT_EQ(DeviceFactory::openDevice(queried, "bob", "pass"), queried);
-    EXPECT_EQ(server.callNames(), device + key + lock + rest);
-    EXPECT_EQ(server.calls()[(device + key).size()].parameters, joined({text("bob"), text("pass")}));
+    EXPECT_EQ(server.callNames(), buildsDevice + checksKey + locks + buildsTree);
+    EXPECT_EQ(server.calls()[(buildsDevice + checksKey).size()].parameters,
+              joined({text("bob"), text("pass")}));
     EXPECT_EQ(queried->getChildren().size(), 2u);
     queried->unlock();
     EXPECT_EQ(server.calls().back().parameters, joined({text("bob"), text("pass")}));
@@ -183,9 +179,9 @@ TEST_F(Opening, EndsWhenTheKeyIsNotKnownAndNeverAsksForTheLock) {
         fake.object(0).method("getKey", result(0, text("tavo-dev-key-00")));
     });
     EXPECT_EQ(failureOfBuild<TAVO::TAVOKeyError>(true), "TAVO authentication key not matched!");
-    EXPECT_EQ(server.callNames(), device + key);
+    EXPECT_EQ(server.callNames(), buildsDevice + checksKey);
     EXPECT_EQ(failureOf<TAVO::TAVOKeyError>([&] { query(); }), "Target is not a recognized TAVO server!");
-    EXPECT_EQ(server.callNames(), device + key + device + key);
+    EXPECT_EQ(server.callNames(), buildsDevice + checksKey + buildsDevice + checksKey);
     EXPECT_EQ(descriptor, Descriptor());
     EXPECT_NO_THROW(build(false));
 }
@@ -195,7 +191,7 @@ TEST_F(Opening, EndsWhenAnotherUserHoldsTheLockAndDoesNotUnlock) {
         fake.object(0).method("lock", [](const Bytes&) -> Bytes { throw support::DeviceFault{1001, "bob"}; });
     });
     EXPECT_EQ(failureOfBuild<TAVO::LockError>(), "The device is locked by bob");
-    EXPECT_EQ(server.callNames(), device + lock);
+    EXPECT_EQ(server.callNames(), buildsDevice + locks);
 }
 
 TEST_F(Opening, NeedsFixedObjectsOfTheRightClass) {
@@ -241,10 +237,10 @@ void PrintTo(const Step& step, std::ostream* out) { *out << step.name; }
 class OpeningThatFails : public Opening, public testing::WithParamInterface<Step> {};
 
 TEST_P(OpeningThatFails, AtAnyStepUnlocksWhatItHadLockedAndClosesTheConnection) {
-    const auto steps = device + key + lock + rest;
-    const auto locked = (device + key + lock).size();
+    const auto steps = buildsDevice + checksKey + locks + buildsTree;
+    const auto locked = (buildsDevice + checksKey + locks).size();
     const auto before = support::openDescriptors();
-    const auto end = GetParam().endsConnection ? key + unlock : unlock;
+    const auto end = GetParam().endsConnection ? checksKey + unlocks : unlocks;
     for (std::size_t failing = 1; failing <= steps.size(); ++failing) {
         server.change([](support::FakeAppliance& fake) { fake.forgetCalls(); });
         server.setFault(failing, GetParam().fault);

@@ -45,10 +45,10 @@ protected:
     std::size_t before = 0;
 };
 
-const std::string refusal = "Method belongs to another device: power.set";
+const std::string foreignMethod = "Method belongs to another device: power.set";
 
 TEST_F(OtherDevice, IsNotSwitchedByAMethodOfThisOne) {
-    EXPECT_EQ(failureOf<SpecificationError>([&] { other->call(powerOn(*device)); }), refusal);
+    EXPECT_EQ(failureOf<SpecificationError>([&] { other->call(powerOn(*device)); }), foreignMethod);
     EXPECT_EQ(otherServer.exchanges(), before);
     other->call(powerOn(*other));
     EXPECT_EQ(otherServer.callNames().back(), "9.set");
@@ -59,7 +59,7 @@ TEST_F(OtherDevice, IsSentNothingOfABatchWithAMethodOfThisOne) {
     const auto queue = std::make_shared<TAVO::MulticallQueue>();
     queue->add(powerOn(*other));
     queue->add(powerOn(*device));
-    EXPECT_EQ(failureOf<SpecificationError>([&] { other->multicall(queue); }), refusal);
+    EXPECT_EQ(failureOf<SpecificationError>([&] { other->multicall(queue); }), foreignMethod);
     EXPECT_EQ(otherServer.exchanges(), before);
     EXPECT_EQ(other->getDevice()->type(), "device") << "the connection is usable";
     EXPECT_EQ(otherServer.connections(), 1u);

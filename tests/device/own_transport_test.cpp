@@ -11,15 +11,21 @@
 #include <tavo/client/exchange/tavox_device.h>
 #include <tavo/client/wire/error.h>
 #include <tests/device/memory_transport.h>
+#include <tests/device/opening_steps.h>
 #include <tests/support/failure_text.h>
 
 namespace {
 
+using opening::buildsDevice;
+using opening::checksKey;
+using opening::locks;
+using opening::Names;
+using opening::unlocks;
+using opening::operator+;
 using support::failureOf;
 using support::result;
 using support::text;
 using TAVO::DeviceFactory;
-using Names = std::vector<std::string>;
 
 class OwnTransport : public testing::Test {
 protected:
@@ -45,18 +51,12 @@ TEST_F(OwnTransport, TellsItsStateAndCountsItsConnectionsForTheDevice) {
     EXPECT_EQ(device->reconnects(), 1u);
 }
 
-const Names deviceObject{"0.methods", "0.type", "0.version", "0.methods", "0.members"};
-const Names rest{"2.methods", "2.type",    "2.methods", "2.members", "1.methods",
-                 "1.type",    "1.version", "1.methods", "1.members", "0.rootMembers"};
-
-Names operator+(Names first, const Names& second) {
-    first.insert(first.end(), second.begin(), second.end());
-    return first;
-}
+const Names buildsBareTree{"2.methods", "2.type",    "2.methods", "2.members", "1.methods",
+                           "1.type",    "1.version", "1.methods", "1.members", "0.rootMembers"};
 
 TEST_F(OwnTransport, OpensADeviceWithTheSameExchangesAndIsDestroyedWithIt) {
     auto opened = build();
-    EXPECT_EQ(line.log, (Names{"connect"} + deviceObject + Names{"0.lock"} + rest));
+    EXPECT_EQ(line.log, (Names{"connect"} + buildsDevice + locks + buildsBareTree));
     EXPECT_EQ(opened->getDevice()->type(), "device");
     EXPECT_FALSE(line.isGone);
     opened.reset();
@@ -66,8 +66,7 @@ TEST_F(OwnTransport, OpensADeviceWithTheSameExchangesAndIsDestroyedWithIt) {
 
 TEST_F(OwnTransport, HasTheKeyCheckedWhenSecure) {
     build(true);
-    EXPECT_EQ(line.log,
-              (Names{"connect"} + deviceObject + Names{"0.getKey", "0.lock"} + rest + Names{"0.unlock"}));
+    EXPECT_EQ(line.log, (Names{"connect"} + buildsDevice + checksKey + locks + buildsBareTree + unlocks));
     line.appliance.object(0).method("getKey", result(0, text("tavo-dev-key-999")));
     EXPECT_EQ(failureOf<TAVO::TAVOKeyError>([&] { build(true); }), "TAVO authentication key not matched!");
 }
@@ -77,9 +76,9 @@ TEST_F(OwnTransport, IdentifiesADeviceAndHasNoPort) {
     TAVO::Device_Factory_Structs::TavoDeviceDescriptor descriptor{false, false, 7};
     const auto queried = DeviceFactory::queryDevice(transport(), descriptor);
     EXPECT_EQ(descriptor, (TAVO::Device_Factory_Structs::TavoDeviceDescriptor{true, false, 0}));
-    EXPECT_EQ(line.log, (Names{"connect"} + deviceObject + Names{"0.getKey"}));
+    EXPECT_EQ(line.log, (Names{"connect"} + buildsDevice + Names{"0.getKey"}));
     EXPECT_EQ(DeviceFactory::openDevice(queried, "bob", "pass"), queried);
-    EXPECT_EQ(line.log, (Names{"connect"} + deviceObject + Names{"0.getKey", "0.lock"} + rest));
+    EXPECT_EQ(line.log, (Names{"connect"} + buildsDevice + checksKey + locks + buildsBareTree));
 }
 
 TEST_F(OwnTransport, IsInterruptedByTheDevice) {

@@ -19,12 +19,12 @@ using support::u32;
 using TAVO::DeviceFactory;
 using TAVO::Interrupter;
 
-struct Fault {
+struct FaultCase {
     std::string name;
     support::ApplianceServer::Fault happens;
 };
 
-void PrintTo(const Fault& fault, std::ostream* out) { *out << fault.name; }
+void PrintTo(const FaultCase& fault, std::ostream* out) { *out << fault.name; }
 
 /// openDevice() that fails, and what it leaves.
 class Reopening : public support::OpenedDevice {
@@ -39,7 +39,7 @@ protected:
     }
 };
 
-class ReopeningAfter : public Reopening, public testing::WithParamInterface<Fault> {};
+class ReopeningAfter : public Reopening, public testing::WithParamInterface<FaultCase> {};
 
 TEST_P(ReopeningAfter, AFaultAtAnyStepBuildsACleanTree) {
     for (std::size_t step = 1; step <= stepsOfOpening; ++step) {
@@ -64,19 +64,19 @@ TEST_P(ReopeningAfter, AFaultAtAnyStepBuildsACleanTree) {
 
 INSTANTIATE_TEST_SUITE_P(
     Faults, ReopeningAfter,
-    testing::Values(Fault{"DeviceError",
-                          [](RawConnection& connection, const Bytes&) {
-                              connection.write(support::errorReply(1002, "no"));
-                          }},
-                    Fault{"Close", [](RawConnection& connection, const Bytes&) { connection.close(); }},
-                    Fault{"WrongCount",
-                          [](RawConnection& connection, const Bytes&) {
-                              connection.write(joined({u32(0), u32(0), u32(3), {1, 2, 3}}));
-                          }},
-                    Fault{"ShortResult",
-                          [](RawConnection& connection, const Bytes&) {
-                              connection.write(support::replyWith({{0, 0}}));
-                          }}),
+    testing::Values(FaultCase{"DeviceError",
+                              [](RawConnection& connection, const Bytes&) {
+                                  connection.write(support::errorReply(1002, "no"));
+                              }},
+                    FaultCase{"Close", [](RawConnection& connection, const Bytes&) { connection.close(); }},
+                    FaultCase{"WrongCount",
+                              [](RawConnection& connection, const Bytes&) {
+                                  connection.write(joined({u32(0), u32(0), u32(3), {1, 2, 3}}));
+                              }},
+                    FaultCase{"ShortResult",
+                              [](RawConnection& connection, const Bytes&) {
+                                  connection.write(support::replyWith({{0, 0}}));
+                              }}),
     [](const auto& tested) { return tested.param.name; });
 
 TEST_F(Reopening, KeepsNothingOfTheMembersThatWereBuiltBefore) {

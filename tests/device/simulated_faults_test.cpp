@@ -6,15 +6,13 @@
 
 #include <gtest/gtest.h>
 
-#include <tavo/client/commonmodules/common_modules_objects.h>
-#include <tavo/client/device/core_objects.h>
 #include <tavo/client/device/device_factory.h>
 #include <tavo/client/device/device_v1_0.h>
 #include <tavo/client/device/system_v1_0.h>
-#include <tavo/client/hwdebug/hwd_objects.h>
 #include <tavo/client/object/multicall_queue.h>
 #include <tavo/client/wire/error.h>
 #include <tavo/simulator/simulator.h>
+#include <tests/support/all_types.h>
 #include <tests/support/failure_text.h>
 #include <tests/support/hang_guard.h>
 #include <tests/support/system_error.h>
@@ -36,9 +34,7 @@ const std::string unexpected = "Unexpected data recieved from device.";
 class SimulatedFault : public testing::Test {
 protected:
     SimulatedFault() {
-        TAVO::CoreObjects::registerCoreObjects();
-        TAVO::HWDebug::HwdObjects::registerCoreObjects();
-        CommonModules::CommonModulesObjects::registerCoreObjects();
+        support::registerAllTypes();
         simulator.start();
         device = TAVO::DeviceFactory::buildDevice("127.0.0.1", simulator.port(), "engineer", "tavo", true);
         connections = simulator.connectionCount();

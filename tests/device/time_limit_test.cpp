@@ -10,6 +10,7 @@
 #include <tavo/client/wire/socket_transport.h>
 #include <tests/device/memory_transport.h>
 #include <tests/device/opened_device.h>
+#include <tests/support/transport_calls.h>
 
 namespace {
 
@@ -17,13 +18,13 @@ using namespace std::chrono_literals;
 using support::Bytes;
 using support::failureOf;
 using support::RawConnection;
+using support::timedOut;
 using TAVO::DeviceFactory;
 using TAVO::Interrupter;
 using TAVO::NetworkError;
 using TAVO::OpenOptions;
 using TAVO::TimeLimit;
 
-const std::string timedOut = "Call to device timed out.";
 /// Long enough for an exchange that is answered, on a busy machine too.
 constexpr TimeLimit shortLimit = 500ms;
 constexpr TimeLimit longLimit = 1h;

@@ -29,7 +29,7 @@ struct ModulePages : SimulatorFixture {
     std::shared_ptr<TAVO::Device> device = open();
 };
 
-TEST_F(ModulePages, jtag) {
+TEST_F(ModulePages, Jtag) {
     const auto jtag = device->get<CpuDebug_v1_1>("cpu0")->getJtag();
     const auto idcode = jtag->getShiftDRMethod(32, {0, 0, 0, 0});
     const auto queue = std::make_shared<TAVO::MulticallQueue>();
@@ -41,14 +41,14 @@ TEST_F(ModulePages, jtag) {
     EXPECT_EQ(captured, (Bytes{0xC3, 0xD0, 0x45, 0x2A}));
 }
 
-TEST_F(ModulePages, cs_jtag) {
+TEST_F(ModulePages, CsJtag) {
     const auto csJtag = device->get<CsJtag_v1_0>("csJtag");
     const bool isReset = device->value(csJtag->getJtag()->tapStateGetMethod()).state == 0;
 
     EXPECT_TRUE(isReset);
 }
 
-TEST_F(ModulePages, hdt) {
+TEST_F(ModulePages, Hdt) {
     const auto hdt = device->get<CpuDebug_v1_1>("cpu0")->getHdt();
     const auto halted = hdt->getIoDbrdyGetMethod();
     const auto queue = std::make_shared<TAVO::MulticallQueue>();
@@ -67,7 +67,7 @@ TEST_F(ModulePages, hdt) {
     EXPECT_EQ(wait->returnCode(), 0);
 }
 
-TEST_F(ModulePages, cpu_debug) {
+TEST_F(ModulePages, CpuDebug) {
     const auto cpu = device->get<CpuDebug_v1_1>("cpu0");
     const auto status = cpu->getheaderStatusGetMethod();
     const auto powerGood = cpu->getHdt()->getIoPwrokGetMethod();
@@ -83,7 +83,7 @@ TEST_F(ModulePages, cpu_debug) {
     EXPECT_EQ(state->returnCode(), 0);
 }
 
-TEST_F(ModulePages, i2c) {
+TEST_F(ModulePages, I2c) {
     const auto i2c = device->get<I2c_v1_0>("i2c");
     const auto temperature = i2c->getTransferMethod(0x48, 0, {0x00}, 2); // register 0, two bytes
     device->call(temperature);
@@ -94,14 +94,14 @@ TEST_F(ModulePages, i2c) {
     EXPECT_EQ(degrees, 36);
 }
 
-TEST_F(ModulePages, gpu_scan) {
+TEST_F(ModulePages, GpuScan) {
     const auto scan = device->get<GpuDebug_v1_0>("gpu0")->getGpuScan();
     const auto bytes = device->value(scan->getScanMethod(64)).data;
 
     EXPECT_EQ(bytes, (Bytes{0xEF, 0xCD, 0xAB, 0x89, 0x67, 0x45, 0x23, 0x01}));
 }
 
-TEST_F(ModulePages, gpu_debug) {
+TEST_F(ModulePages, GpuDebug) {
     const auto gpu = device->get<GpuDebug_v1_0>("gpu0");
     std::vector<std::uint8_t> content;
     if (const auto i2c = gpu->getI2c()) { // the only child that may be missing
@@ -114,7 +114,7 @@ TEST_F(ModulePages, gpu_debug) {
     EXPECT_EQ(content, Bytes(8, 0xFF));
 }
 
-TEST_F(ModulePages, kelvor_mux) {
+TEST_F(ModulePages, KelvorMux) {
     const auto mux = device->get<KelvorGpuDebugMux_v1_0>("gpuMux");
     device->execute(mux->getHeaderModeSetMethod(2));
     const int mode = device->value(mux->getHeaderModeGetMethod()).mode;
@@ -127,7 +127,7 @@ TEST_F(ModulePages, kelvor_mux) {
     EXPECT_TRUE(available);
 }
 
-TEST_F(ModulePages, lpc) {
+TEST_F(ModulePages, Lpc) {
     const auto lpc = device->get<Lpc_v1_0>("lpc");
     const auto headers = device->value(lpc->getHeaderConnectGetMethod());
     std::string connected;
@@ -138,7 +138,7 @@ TEST_F(ModulePages, lpc) {
     EXPECT_EQ(connected, "LPC ");
 }
 
-TEST_F(ModulePages, lpc_post_code) {
+TEST_F(ModulePages, LpcPostCode) {
     namespace calls = TAVO::TAVOXTranscode::lpcPostCode_v1_0;
     const auto postCode = device->get<Lpc_v1_0>("lpc")->getLpcPostCode();
     const auto last = device->value(postCode->make(calls::postCodeGet)).postCode;
@@ -155,7 +155,7 @@ TEST_F(ModulePages, lpc_post_code) {
     EXPECT_GT(count, 50u);
 }
 
-TEST_F(ModulePages, lpc_rom_emulation) {
+TEST_F(ModulePages, LpcRomEmulation) {
     const auto rom = device->get<Lpc_v1_0>("lpc")->getLpcRomEmulation();
     const std::vector<std::uint8_t> image = {0xEA, 0x5B, 0xE0, 0x00, 0xF0};
     const auto readBack = rom->getSramGetMethod(0x7FFFF0, 5);
@@ -169,7 +169,7 @@ TEST_F(ModulePages, lpc_rom_emulation) {
     EXPECT_TRUE(loaded);
 }
 
-TEST_F(ModulePages, relay) {
+TEST_F(ModulePages, Relay) {
     const auto power = device->get<Relay_v1_0>("power");
     const auto state = power->getGetMethod();
     const auto queue = std::make_shared<TAVO::MulticallQueue>();
@@ -183,7 +183,7 @@ TEST_F(ModulePages, relay) {
     EXPECT_TRUE(isOn);
 }
 
-TEST_F(ModulePages, cmos_relay) {
+TEST_F(ModulePages, CmosRelay) {
     const auto cmos = device->get<CmosRelay_v1_0>("cmos");
     device->execute(cmos->getCmosClearMethod(100));
 
@@ -191,7 +191,7 @@ TEST_F(ModulePages, cmos_relay) {
               1u);
 }
 
-TEST_F(ModulePages, com) {
+TEST_F(ModulePages, Com) {
     const auto com = device->get<Com_v1_0>("com");
     const auto received = com->getRecvMethod(4096);
     const auto queue = std::make_shared<TAVO::MulticallQueue>();
@@ -206,7 +206,7 @@ TEST_F(ModulePages, com) {
     EXPECT_THAT(text, testing::StartsWith("temp\r\n36.5"));
 }
 
-TEST_F(ModulePages, cfa633) {
+TEST_F(ModulePages, Cfa633) {
     const auto lcd = device->get<Cfa633_v1_0>("lcd");
     const auto queue = std::make_shared<TAVO::MulticallQueue>();
     queue->add(lcd->getLcdClearMethod());
@@ -220,7 +220,7 @@ TEST_F(ModulePages, cfa633) {
                                      "backlight=50");
 }
 
-TEST_F(ModulePages, header_status) {
+TEST_F(ModulePages, HeaderStatus) {
     const auto i2c = device->get<I2c_v1_0>("i2c");
     const auto status = device->value(i2c->getHeaderStatusGetMethod());
     std::string names;

@@ -18,6 +18,7 @@
 #include <tests/examples/tls_gateway.h>
 #include <tests/support/failure_text.h>
 #include <tests/support/raw_server.h>
+#include <tests/support/transport_calls.h>
 
 // The transport of the example 13_tls, with an unchanged stunnel as the gateway.
 
@@ -167,11 +168,7 @@ protected:
             request.writeByte(byte);
         transport->send(request.chunks());
     }
-    Bytes receive(std::size_t count) {
-        Bytes bytes(count);
-        transport->receiveAll(bytes.data(), count);
-        return bytes;
-    }
+    Bytes receive(std::size_t count) { return support::receive(*transport, count); }
     void awaitUnasked() {
         while (!transport->hasUnaskedBytes())
             std::this_thread::yield();

@@ -21,24 +21,17 @@ using support::u32;
 using TAVO::NetworkError;
 using TAVO::SpecificationError;
 
-const std::string large(300'000, 'x');
+const std::string longText(300'000, 'x');
 const std::string decodingFailed = "Error decoding TAVOX return values in call to thing.throwingDecoder: ";
 
 /// Results of more than 64 KiB, which are decoded while they arrive.
-class ArrivingResult : public support::ExchangeFixture {
-protected:
-    /// A call whose result is read by that function.
-    std::shared_ptr<TAVO::Method> readBy(TAVO::TAVOXTranscode::Decoder decoder) {
-        tables.second["throwingDecoder"] = decoder;
-        return named("throwingDecoder");
-    }
-};
+using ArrivingResult = support::ExchangeFixture;
 
 TEST_F(ArrivingResult, IsReceivedStraightIntoItsRecord) {
     const auto first = type();
     const auto second = type();
-    run({first, second}, replyWith({typeResult(large), typeResult("small")}));
-    EXPECT_EQ(first->value().type, large);
+    run({first, second}, replyWith({typeResult(longText), typeResult("small")}));
+    EXPECT_EQ(first->value().type, longText);
     EXPECT_EQ(second->value().type, "small");
     EXPECT_EQ(transport.received, transport.reply.size());
 }
@@ -111,7 +104,7 @@ TEST_F(ArrivingResult, LetsEverythingElseThatADecoderThrowsPass) {
 }
 
 TEST_F(ArrivingResult, ThatIsCutEndsAsTheBrokenConnectionThatItIs) {
-    const auto reply = replyWith({typeResult(large)});
+    const auto reply = replyWith({typeResult(longText)});
     for (const std::size_t size : {std::size_t{16}, std::size_t{20}, std::size_t{24}, std::size_t{66'000},
                                    reply.size() / 2, reply.size() - 1}) {
         const auto method = type();
@@ -123,7 +116,7 @@ TEST_F(ArrivingResult, ThatIsCutEndsAsTheBrokenConnectionThatItIs) {
 }
 
 TEST_F(ArrivingResult, AsksNothingMoreOfATransportThatHasFailed) {
-    const auto reply = replyWith({typeResult(large)});
+    const auto reply = replyWith({typeResult(longText)});
     std::size_t operation = 0;
     for (;; ++operation) {
         support::ScriptedTransport failing(reply);

@@ -35,12 +35,6 @@ protected:
         ADD_FAILURE() << "no error";
         return {};
     }
-
-    /// A call whose result is read by that decoder.
-    std::shared_ptr<TAVO::Method> readBy(TAVO::TAVOXTranscode::Decoder decoder) {
-        tables.second["throwingDecoder"] = decoder;
-        return named("throwingDecoder");
-    }
 };
 
 TEST_F(FactsOfExchange, TellTheCodeThatTheDeviceHasReported) {

@@ -3,7 +3,6 @@
 #include <string>
 
 #include <tavo/cli/batch_file.h>
-#include <tavo/cli/values/json_value.h>
 #include <tavo/simulator/topology.h>
 #include <tests/fuzz/simulated_device.h>
 

@@ -5,6 +5,7 @@
 #include <tests/fuzz/fuzz_input.h>
 #include <tests/fuzz/method_choice.h>
 #include <tests/support/allocation_meter.h>
+#include <tests/support/value_json.h>
 
 // Every decoder of every table. Input: the number of the row (2 bytes), which record (even: the reply, odd:
 // the request), then what is decoded.
@@ -72,7 +73,7 @@ void checkValue(const RecordDescription<Packet>& description, const Packet& pack
     description.fromValue(value, *copy);
     require(description.toValue(*copy) == value, "a record survives the way through data");
 
-    const auto json = nlohmann::json::parse(TAVO::cli::toJson(value).dump());
+    const auto json = nlohmann::json::parse(support::toJson(value).dump());
     auto read = description.create();
     description.fromValue(TAVO::cli::fromJson(json), *read);
     require(description.toValue(*read) == value, "a record survives the way through JSON");

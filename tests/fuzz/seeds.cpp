@@ -8,7 +8,8 @@
 #include <map>
 #include <sstream>
 
-#include <tavo/cli/values/json_value.h>
+#include <nlohmann/json.hpp>
+
 #include <tavo/simulator/topology.h>
 #include <tests/cli/attack/verbs.h>
 #include <tests/fuzz/method_choice.h>

@@ -149,9 +149,7 @@ bool MemoryDevice::login(const std::string& user, const std::string&) {
 
 void open(const std::shared_ptr<MemoryDevice>& device) {
     static const bool registered = [] {
-        TAVO::CoreObjects::registerCoreObjects();
-        TAVO::HWDebug::HwdObjects::registerCoreObjects();
-        CommonModules::CommonModulesObjects::registerCoreObjects();
+        support::registerAllTypes();
         return true;
     }();
     static_cast<void>(registered);

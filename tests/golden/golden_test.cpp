@@ -6,29 +6,24 @@
 
 #include <gtest/gtest.h>
 
-#include <tavo/cli/values/json_value.h>
 #include <tavo/client/object/method_tables.h>
 #include <tests/support/all_types.h>
 #include <tests/support/allocation_meter.h>
 #include <tests/support/golden_vectors.h>
+#include <tests/support/output_chunks.h>
+#include <tests/support/value_json.h>
 
 namespace {
 
 using support::GoldenReply;
 using support::GoldenRequest;
 using support::GoldenVector;
+using support::written;
 using Bytes = std::vector<std::uint8_t>;
 using TAVO::TAVOXTranscode::MethodRow;
 using TAVO::TAVOXTranscode::RecordDescription;
 using TAVOX::InputStream;
 using TAVOX::OutputStream;
-
-Bytes written(const OutputStream& out) {
-    Bytes bytes;
-    for (const auto chunk : out.chunks())
-        bytes.insert(bytes.end(), chunk.begin(), chunk.end());
-    return bytes;
-}
 
 InputStream readerOf(const Bytes& bytes) { return {bytes.data(), bytes.size()}; }
 
@@ -40,13 +35,13 @@ Bytes prefixOf(const Bytes& bytes, std::size_t length) {
 template <class Packet>
 std::shared_ptr<Packet> made(const RecordDescription<Packet>& description, const nlohmann::json& record) {
     auto packet = description.create();
-    description.fromValue(TAVO::cli::fromJson(record), *packet);
+    description.fromValue(support::valueIn(record), *packet);
     return packet;
 }
 
 template <class Packet>
 nlohmann::json jsonOf(const RecordDescription<Packet>* description, const std::shared_ptr<Packet>& packet) {
-    return packet ? TAVO::cli::toJson(description->toValue(*packet)) : nlohmann::json();
+    return packet ? support::toJson(description->toValue(*packet)) : nlohmann::json();
 }
 
 template <class Packet>
@@ -55,7 +50,7 @@ void expectSurvivesValue(const RecordDescription<Packet>& description, const nlo
     auto copy = description.create();
     description.fromValue(value, *copy);
     EXPECT_EQ(description.toValue(*copy), value);
-    EXPECT_EQ(TAVO::cli::toJson(value), record);
+    EXPECT_EQ(support::toJson(value), record);
 }
 
 /// The vectors of one type and version, together with the rows of its methods.

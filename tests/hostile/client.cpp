@@ -6,17 +6,15 @@
 #include <typeinfo>
 
 #include <tavo/client/commonmodules/com.h>
-#include <tavo/client/commonmodules/common_modules_objects.h>
-#include <tavo/client/device/core_objects.h>
 #include <tavo/client/device/device_factory.h>
 #include <tavo/client/device/device_v1_0.h>
-#include <tavo/client/hwdebug/hwd_objects.h>
 #include <tavo/client/hwdebug/lpc.h>
 #include <tavo/client/hwdebug/lpc_post_code_records.h>
 #include <tavo/client/object/multicall_queue.h>
 #include <tavo/client/transcode/codec.h>
 #include <tavo/client/wire/error.h>
 #include <tests/hostile/reply_model.h>
+#include <tests/support/all_types.h>
 
 namespace hostile {
 
@@ -147,9 +145,7 @@ std::string againText(std::size_t unexpected, const std::string& outcome) {
 
 std::vector<std::string> converse(const Conversation& conversation, int port,
                                   std::optional<std::size_t> troubledPlace) {
-    TAVO::CoreObjects::registerCoreObjects();
-    CommonModules::CommonModulesObjects::registerCoreObjects();
-    TAVO::HWDebug::HwdObjects::registerCoreObjects();
+    support::registerAllTypes();
     std::vector<std::string> events;
     std::shared_ptr<TAVO::Device> device;
     events.push_back("open: " + outcomeOf([&] {

@@ -13,7 +13,7 @@ namespace {
 //
 // Wrong replies: three for each 0 among the sizes and counts that are chosen, four for each 1, five for each
 // other number; and four more for each that lies within a result.
-constexpr CountedPlace all[] = {
+constexpr CountedPlace allPlaces[] = {
     // serial
     {0, 0, "device.methods", 137, 137, 96},
     {0, 1, "device.type", 30, 30, 24},
@@ -99,6 +99,6 @@ constexpr CountedPlace all[] = {
 
 } // namespace
 
-std::span<const CountedPlace> countedPlaces() { return all; }
+std::span<const CountedPlace> countedPlaces() { return allPlaces; }
 
 } // namespace hostile

@@ -6,8 +6,6 @@
 #include <string>
 #include <vector>
 
-#include <tavo/client/commonmodules/common_modules_objects.h>
-#include <tavo/client/device/core_objects.h>
 #include <tavo/client/device/device_factory.h>
 #include <tavo/client/device/device_v1_0.h>
 #include <tavo/client/object/multicall_queue.h>
@@ -15,6 +13,7 @@
 #include <tests/hostile/conversation_peer.h>
 #include <tests/hostile/expectation.h>
 #include <tests/hostile/reply_model.h>
+#include <tests/support/all_types.h>
 #include <tests/support/appliance_server.h>
 #include <tests/support/descriptors.h>
 
@@ -29,10 +28,7 @@ bool isDocumented(const std::string& outcome) {
 
 class RefusedDeviceAllocation : public testing::Test {
 protected:
-    RefusedDeviceAllocation() {
-        TAVO::CoreObjects::registerCoreObjects();
-        CommonModules::CommonModulesObjects::registerCoreObjects();
-    }
+    RefusedDeviceAllocation() { support::registerAllTypes(); }
 };
 
 TEST_F(RefusedDeviceAllocation, EndsAnOpeningAndLeavesNothingOpenAndNothingLocked) {

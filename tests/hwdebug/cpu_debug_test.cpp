@@ -22,10 +22,6 @@ protected:
         add(8, "jtag", jtagMinor);
         add(9, "hdt", hdtMinor);
     }
-
-    std::string failureToOpen() {
-        return failureOf<TAVO::SpecificationError>([&] { build(7); });
-    }
 };
 
 TEST_F(CpuDebugTest, HandsOutItsChildrenWithoutACall) {

@@ -74,12 +74,7 @@ TEST(GpuScanResults, AreMadeFromTheirReplyAlone) {
     EXPECT_EQ(failureOf<std::runtime_error>([&] { GpuScanSckFrequency{other}; }), refusal);
 }
 
-class GpuDebugTest : public support::ModuleTest {
-protected:
-    std::string failureToOpen() {
-        return failureOf<TAVO::SpecificationError>([&] { build(7); });
-    }
-};
+using GpuDebugTest = support::ModuleTest;
 
 TEST_F(GpuDebugTest, HandsOutItsChildrenWithoutACall) {
     add(7, "gpuDebug", 0).member("jtag", 8).member("gpuScan", 9).member("i2c", 10);

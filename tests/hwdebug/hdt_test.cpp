@@ -128,7 +128,8 @@ TEST_F(NewerHdtTest, SendsNoParametersWithGettersAndClears) {
 }
 
 TEST_F(NewerHdtTest, YieldsTheReplyRecordsOfItsGetters) {
-    EXPECT_EQ(reply<FrequencyGetReply>(hdt->getOptionFrequencyGetMethod(), "8000000000000001").frequency,
+    EXPECT_EQ(reply<TAVO::dto::hdt::FrequencyGetReply>(hdt->getOptionFrequencyGetMethod(), "8000000000000001")
+                  .frequency,
               0x8000000000000001u);
     EXPECT_EQ(reply<ioDbreqSourceSnapshotReply>(hdt->getIoDbreqSourceSnapshotGetMethod(), "00000006").source,
               6);

@@ -21,10 +21,6 @@ protected:
         add(8, "lpcPostCode", 0);
         add(9, "lpcRomEmulation", 0);
     }
-
-    std::string failureToOpen() {
-        return failureOf<TAVO::SpecificationError>([&] { build(7); });
-    }
 };
 
 TEST_F(LpcTest, HandsOutItsChildrenWithoutACall) {

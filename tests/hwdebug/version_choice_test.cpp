@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <tavo/client.h>
+#include <tests/support/all_types.h>
 #include <tests/support/failure_text.h>
 #include <tests/support/fake_device.h>
 
@@ -151,9 +152,7 @@ INSTANTIATE_TEST_SUITE_P(Types, VersionChoice, testing::ValuesIn(choices()),
                          testing::PrintToStringParamName());
 
 TEST(RegisteredTypes, HoldAllThatIsPublished) {
-    TAVO::CoreObjects::registerCoreObjects();
-    HwdObjects::registerCoreObjects();
-    CommonModulesObjects::registerCoreObjects();
+    support::registerAllTypes();
     EXPECT_THAT(
         TAVO::ObjectFactory::registeredTypes(),
         testing::IsSupersetOf({"device", "system", "private", "jtag", "csJtag", "hdt", "cpuDebug", "i2c",

@@ -6,6 +6,7 @@
 #include <string>
 
 #include <tavo/client.h>
+#include <tests/support/all_types.h>
 
 // What the programs of this folder share. None of it has static storage, and <iostream> stays out: including
 // it would set up the standard streams earlier than an application may have them.
@@ -16,12 +17,6 @@ inline void expect(bool holds, const char* what) {
     std::fprintf(stderr, "does not hold: %s\n", what);
     std::fflush(stdout);
     std::_Exit(1);
-}
-
-inline void registerAll() {
-    TAVO::CoreObjects::registerCoreObjects();
-    TAVO::HWDebug::HwdObjects::registerCoreObjects();
-    CommonModules::CommonModulesObjects::registerCoreObjects();
 }
 
 /// Opens the simulated appliance that the test has started.

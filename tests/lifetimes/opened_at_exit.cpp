@@ -55,7 +55,7 @@ const Last last;
 } // namespace
 
 int main() {
-    registerAll();
+    support::registerAllTypes();
     static const OwnRelayFactory factory;
     return std::atexit(openWithOwnFactory);
 }

@@ -21,7 +21,7 @@ void expectTables() {
 }
 
 std::shared_ptr<TAVO::Device> openFirst() {
-    registerAll();
+    support::registerAllTypes();
     expectTables();
     expect(TAVO::ObjectFactory::registeredTypes().size() == 19, "all factories are there");
     auto device = openAppliance();

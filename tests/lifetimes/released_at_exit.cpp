@@ -16,7 +16,7 @@ struct LastCall {
 int main() {
     static const LastCall lastCall;
     expect(TAVO::ObjectFactory::registeredTypes().size() == 19, "all factories are there from load");
-    registerAll();
+    support::registerAllTypes();
     device = openAppliance();
     return 0;
 }

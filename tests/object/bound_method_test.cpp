@@ -22,8 +22,8 @@ using TAVO::dto::Base::TypeReply;
 using TAVO::Object_v1_0_Structs::Available;
 using TAVO::Object_v1_0_Structs::MethodSignature;
 
-const TAVO::Container container("thing", nullptr);
-const std::string refusal = "Can't convert Result to desire type";
+const TAVO::Container thing("thing", nullptr);
+const std::string noConversion = "Can't convert Result to desire type";
 
 struct Attempt {
     std::string failure;
@@ -32,7 +32,7 @@ struct Attempt {
 
 template <class T>
 Attempt attempt(const TAVO::dto::result& outcome) {
-    BoundMethod<T> method("call", container, {});
+    BoundMethod<T> method("call", thing, {});
     method.setResult(outcome);
     testing::internal::CaptureStderr();
     const auto failure = failureOf<std::runtime_error>([&] { method.value(); });
@@ -54,16 +54,16 @@ TEST(BoundMethod, IsAMethodWithAVirtualDestructor) {
 TEST(BoundMethod, SaysThatItWasNotExecutedAndYieldsADefaultValue) {
     const std::string line = "Method thing.call has not been executed.  Can't return valid results\n";
     testing::internal::CaptureStderr();
-    EXPECT_EQ(BoundMethod<TypeReply>("call", container, {}).value(), TypeReply());
-    EXPECT_EQ(BoundMethod<Available>("call", container, {}).value(), Available());
-    EXPECT_EQ(BoundMethod<long long>("call", container, {}).value(), 0);
-    EXPECT_TRUE(BoundMethod<std::vector<unsigned char>>("call", container, {}).value().empty());
-    EXPECT_TRUE(BoundMethod<std::vector<MethodSignature>>("call", container, {}).value().empty());
+    EXPECT_EQ(BoundMethod<TypeReply>("call", thing, {}).value(), TypeReply());
+    EXPECT_EQ(BoundMethod<Available>("call", thing, {}).value(), Available());
+    EXPECT_EQ(BoundMethod<long long>("call", thing, {}).value(), 0);
+    EXPECT_TRUE(BoundMethod<std::vector<unsigned char>>("call", thing, {}).value().empty());
+    EXPECT_TRUE(BoundMethod<std::vector<MethodSignature>>("call", thing, {}).value().empty());
     EXPECT_EQ(testing::internal::GetCapturedStderr(), line + line + line + line + line);
 }
 
 TEST(BoundMethod, IsAsBeforeItsExecutionWhenItsResultWasCleared) {
-    BoundMethod<TypeReply> method("call", container, {});
+    BoundMethod<TypeReply> method("call", thing, {});
     const auto outcome = resultOf<TypeReply>(5, "relay");
     method.setResult(outcome);
     method.clearResult();
@@ -75,14 +75,14 @@ TEST(BoundMethod, IsAsBeforeItsExecutionWhenItsResultWasCleared) {
 
 TEST(BoundMethod, CopiesTheReplyRecordWhateverTheReturnCode) {
     for (const int code : {0, 5, -1}) {
-        BoundMethod<TypeReply> method("call", container, {});
+        BoundMethod<TypeReply> method("call", thing, {});
         method.setResult(resultOf<TypeReply>(code, "relay"));
         EXPECT_EQ(method.value().type, "relay");
     }
 }
 
 TEST(BoundMethod, ConvertsToAUserRecord) {
-    BoundMethod<Available> method("call", container, {});
+    BoundMethod<Available> method("call", thing, {});
     method.setResult(resultOf<AvailableReply>(0, std::uint8_t{200}, "alice", "bench 3"));
     const auto value = method.value();
     EXPECT_TRUE(value.available);
@@ -93,15 +93,15 @@ TEST(BoundMethod, ConvertsToAUserRecord) {
 }
 
 TEST(BoundMethod, ConvertsToPlainValues) {
-    BoundMethod<long long> time("call", container, {});
+    BoundMethod<long long> time("call", thing, {});
     time.setResult(resultOf<TAVO::dto::system::TimeGetReply>(0, std::int64_t{-5}));
     EXPECT_EQ(time.value(), -5);
 
-    BoundMethod<std::vector<unsigned char>> response("call", container, {});
+    BoundMethod<std::vector<unsigned char>> response("call", thing, {});
     response.setResult(resultOf<TAVO::dto::Device::CHAPResponseReply>(0, std::string("\0\xFFz", 3)));
     EXPECT_EQ(response.value(), (std::vector<unsigned char>{0, 0xFF, 'z'}));
 
-    BoundMethod<std::vector<MethodSignature>> signatures("call", container, {});
+    BoundMethod<std::vector<MethodSignature>> signatures("call", thing, {});
     const std::vector<TAVO::dto::Base::Method> methods{{"get", 7, "get()"}, {"set", 2, ""}};
     signatures.setResult(resultOf<MethodsReply>(0, methods));
     EXPECT_EQ(signatures.value(), (std::vector<MethodSignature>{{"get", 7, "get()"}, {"set", 2, ""}}));
@@ -109,14 +109,14 @@ TEST(BoundMethod, ConvertsToPlainValues) {
 
 TEST(BoundMethod, RefusesAReplyOfAnotherTypeForAReplyRecord) {
     const auto seen = attempt<TypeReply>(resultOf<MethodsReply>(0, std::vector<TAVO::dto::Base::Method>{}));
-    EXPECT_EQ(seen.failure, refusal);
+    EXPECT_EQ(seen.failure, noConversion);
     EXPECT_EQ(seen.standardError, "Can't convert result TAVO::dto::Base::MethodsReply to desired "
                                   "TAVO::dto::Base::TypeReply in call to thing.call\n");
 }
 
 TEST(BoundMethod, RefusesAnEmptyReplyForAReplyRecord) {
     const auto seen = attempt<TypeReply>({0, nullptr});
-    EXPECT_EQ(seen.failure, refusal);
+    EXPECT_EQ(seen.failure, noConversion);
     EXPECT_EQ(seen.standardError,
               "Can't convert result no record to desired TAVO::dto::Base::TypeReply in call to thing.call\n");
 }
@@ -124,10 +124,10 @@ TEST(BoundMethod, RefusesAnEmptyReplyForAReplyRecord) {
 template <class T>
 void expectConstRefusal(const std::string& desired) {
     const auto ofNone = attempt<T>({0, nullptr});
-    EXPECT_EQ(ofNone.failure, refusal);
+    EXPECT_EQ(ofNone.failure, noConversion);
     EXPECT_EQ(ofNone.standardError, "const Can't convert result no record to desired " + desired + "\n");
     const auto ofAnother = attempt<T>(resultOf<TypeReply>(0, "relay"));
-    EXPECT_EQ(ofAnother.failure, refusal);
+    EXPECT_EQ(ofAnother.failure, noConversion);
     EXPECT_EQ(ofAnother.standardError,
               "const Can't convert result TAVO::dto::Base::TypeReply to desired " + desired + "\n");
 }
@@ -140,7 +140,7 @@ TEST(BoundMethod, RefusesAReplyOfAnotherTypeForUserRecordsAndPlainValues) {
 }
 
 TEST(BoundMethod, MovesAReplyThatIsTakenOut) {
-    BoundMethod<TypeReply> method("call", container, {});
+    BoundMethod<TypeReply> method("call", thing, {});
     auto reply = std::make_shared<TypeReply>();
     reply->type = std::string(100, 'x');
     const auto* characters = reply->type.data();
@@ -153,7 +153,7 @@ TEST(BoundMethod, MovesAReplyThatIsTakenOut) {
 }
 
 TEST(BoundMethod, CopiesAReplyThatIsTakenOutWhileItIsShared) {
-    BoundMethod<TypeReply> method("call", container, {});
+    BoundMethod<TypeReply> method("call", thing, {});
     const auto reply = std::make_shared<TypeReply>();
     reply->type = "shared";
     method.setResult({0, reply});
@@ -163,7 +163,7 @@ TEST(BoundMethod, CopiesAReplyThatIsTakenOutWhileItIsShared) {
 }
 
 TEST(BoundMethod, TakesOutWhatIsMadeOfAReply) {
-    BoundMethod<Available> method("call", container, {});
+    BoundMethod<Available> method("call", thing, {});
     const auto reply = std::make_shared<AvailableReply>();
     reply->user = "alice";
     method.setResult({0, reply});
@@ -172,13 +172,13 @@ TEST(BoundMethod, TakesOutWhatIsMadeOfAReply) {
 }
 
 TEST(BoundMethod, KeepsAResultThatCannotBeTakenOut) {
-    BoundMethod<TypeReply> method("call", container, {});
+    BoundMethod<TypeReply> method("call", thing, {});
     testing::internal::CaptureStderr();
     EXPECT_EQ(method.take(), TypeReply());
     EXPECT_NE(testing::internal::GetCapturedStderr(), "") << "it has not been executed";
     method.setResult({0, std::make_shared<AvailableReply>()});
     testing::internal::CaptureStderr();
-    EXPECT_EQ(failureOf<std::runtime_error>([&] { method.take(); }), refusal);
+    EXPECT_EQ(failureOf<std::runtime_error>([&] { method.take(); }), noConversion);
     testing::internal::GetCapturedStderr();
     EXPECT_TRUE(method.isResultSet());
 }

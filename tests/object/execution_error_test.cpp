@@ -9,14 +9,14 @@
 
 namespace {
 
-const TAVO::Container container("relays", nullptr);
+const TAVO::Container relays("relays", nullptr);
 
-std::shared_ptr<TAVO::Method> method(const char* name) {
-    return std::make_shared<TAVO::Method>(name, container, TAVO::dto::Params());
+std::shared_ptr<TAVO::Method> methodOfRelays(const char* name) {
+    return std::make_shared<TAVO::Method>(name, relays, TAVO::dto::Params());
 }
 
 TEST(ExecutionError, NamesTheMethodAndTheMessageAndKeepsBothPieces) {
-    const auto failed = method("set");
+    const auto failed = methodOfRelays("set");
     const TAVO::ExecutionError error(failed, 5000000000ULL, "stuck");
     EXPECT_STREQ(error.what(), "Failed to execute relays.set: stuck");
     EXPECT_EQ(error.failedMethod(), failed);
@@ -24,14 +24,14 @@ TEST(ExecutionError, NamesTheMethodAndTheMessageAndKeepsBothPieces) {
 }
 
 TEST(ExecutionError, CanBeCaughtAsErrorAndAsStandardRuntimeError) {
-    EXPECT_THROW(throw TAVO::ExecutionError(method("set"), 0, "stuck"), TAVO::Error);
-    EXPECT_THROW(throw TAVO::ExecutionError(method("set"), 0, "stuck"), std::runtime_error);
+    EXPECT_THROW(throw TAVO::ExecutionError(methodOfRelays("set"), 0, "stuck"), TAVO::Error);
+    EXPECT_THROW(throw TAVO::ExecutionError(methodOfRelays("set"), 0, "stuck"), std::runtime_error);
 }
 
 TEST(ExecutionError, KeepsTheMethodAliveAndIsCopied) {
-    auto failed = method("set");
+    auto failed = methodOfRelays("set");
     const std::weak_ptr<TAVO::Method> alive = failed;
-    TAVO::ExecutionError kept(method("get"), 1, "other");
+    TAVO::ExecutionError kept(methodOfRelays("get"), 1, "other");
     {
         const TAVO::ExecutionError error(std::move(failed), 2, "stuck");
         kept = error;

@@ -13,17 +13,17 @@ using TAVO::Method;
 using TAVO::MulticallQueue;
 using Methods = std::deque<std::shared_ptr<Method>>;
 
-const TAVO::Container container("thing", nullptr);
+const TAVO::Container anything("thing", nullptr);
 
-std::shared_ptr<Method> method(const std::string& name) {
-    return std::make_shared<Method>(name, container, TAVO::dto::Params());
+std::shared_ptr<Method> queued(const std::string& name) {
+    return std::make_shared<Method>(name, anything, TAVO::dto::Params());
 }
 
 TEST(MulticallQueue, IsEmptyAtFirst) { EXPECT_TRUE(MulticallQueue().getMethods().empty()); }
 
 TEST(MulticallQueue, KeepsTheOrderOfAddingAndDuplicates) {
-    const auto a = method("a");
-    const auto b = method("b");
+    const auto a = queued("a");
+    const auto b = queued("b");
     MulticallQueue queue;
     for (const auto& each : {b, a, b, std::shared_ptr<Method>()})
         queue.add(each);
@@ -32,7 +32,7 @@ TEST(MulticallQueue, KeepsTheOrderOfAddingAndDuplicates) {
 
 TEST(MulticallQueue, CanBeReadWhereItMustNotBeEdited) {
     MulticallQueue queue;
-    const auto a = method("a");
+    const auto a = queued("a");
     queue.add(a);
     const auto& read = queue;
     EXPECT_EQ(read.getMethods(), Methods{a});
@@ -41,13 +41,13 @@ TEST(MulticallQueue, CanBeReadWhereItMustNotBeEdited) {
 
 TEST(MulticallQueue, CanBeEdited) {
     MulticallQueue queue;
-    queue.add(method("a"));
+    queue.add(queued("a"));
     queue.getMethods().clear();
     EXPECT_TRUE(queue.getMethods().empty());
 }
 
 TEST(MulticallQueue, SharesItsMethodsWithItsCopies) {
-    const auto a = method("a");
+    const auto a = queued("a");
     MulticallQueue queue;
     queue.add(a);
     MulticallQueue copy(queue);
@@ -57,7 +57,7 @@ TEST(MulticallQueue, SharesItsMethodsWithItsCopies) {
     EXPECT_EQ(assigned.getMethods(), Methods{a});
     copy.getMethods().front()->setResult({4, nullptr});
     EXPECT_EQ(queue.getMethods().front()->returnCode(), 4);
-    copy.add(method("b"));
+    copy.add(queued("b"));
     EXPECT_EQ(queue.getMethods().size(), 1u);
 }
 
@@ -70,8 +70,8 @@ TEST(MulticallQueue, LetsADerivedQueueFilterWhatIsAdded) {
     };
     OnlyShortNames derived;
     MulticallQueue& queue = derived;
-    queue.add(method("a"));
-    queue.add(method("long"));
+    queue.add(queued("a"));
+    queue.add(queued("long"));
     EXPECT_EQ(queue.getMethods().size(), 1u);
 }
 

@@ -365,15 +365,14 @@ protected:
     }
 };
 
-constexpr std::uint32_t any = 0xFFFFFFFF;
-INSTANTIATE_TEST_SUITE_P(Rules, CoreVersions,
-                         testing::Values(VersionRule{1, 0, 3, true, ""}, VersionRule{1, 0, 9, true, ""},
-                                         VersionRule{1, 0, 0, true, ""}, VersionRule{1, any, any, true, ""},
-                                         VersionRule{0, 9, 0, true, ""}, VersionRule{0, any, any, true, ""},
-                                         VersionRule{1, 1, any, false, "1.1"},
-                                         VersionRule{1, 1, 0, false, "1.1.0"},
-                                         VersionRule{1, 2, any, false, "1.2"},
-                                         VersionRule{2, 0, any, false, "2.0"}));
+constexpr std::uint32_t dontCare = 0xFFFFFFFF;
+INSTANTIATE_TEST_SUITE_P(
+    Rules, CoreVersions,
+    testing::Values(VersionRule{1, 0, 3, true, ""}, VersionRule{1, 0, 9, true, ""},
+                    VersionRule{1, 0, 0, true, ""}, VersionRule{1, dontCare, dontCare, true, ""},
+                    VersionRule{0, 9, 0, true, ""}, VersionRule{0, dontCare, dontCare, true, ""},
+                    VersionRule{1, 1, dontCare, false, "1.1"}, VersionRule{1, 1, 0, false, "1.1.0"},
+                    VersionRule{1, 2, dontCare, false, "1.2"}, VersionRule{2, 0, dontCare, false, "2.0"}));
 
 TEST_P(CoreVersions, OfDeviceAreChecked) {
     expectRule<TAVO::Device_v1_0>("device", "Unknown Device object version: ");

@@ -13,7 +13,7 @@ namespace relay_v1_0 = CommonModules::TAVOXTranscode::relay_v1_0;
 
 class BaseMethods : public SimulatorFixture {};
 
-TEST_F(BaseMethods, objectsTellTypeVersionAndMembers) {
+TEST_F(BaseMethods, ObjectsTellTypeVersionAndMembers) {
     const auto device = open();
     const auto bench = object(device, "bench");
     EXPECT_EQ(bench->type(), "rack");
@@ -26,7 +26,7 @@ TEST_F(BaseMethods, objectsTellTypeVersionAndMembers) {
     EXPECT_EQ(object(device, "bench.drawer.left")->type(), "relay");
 }
 
-TEST_F(BaseMethods, aTypeThatNoClientKnowsStillHasItsBaseMethods) {
+TEST_F(BaseMethods, ATypeThatNoClientKnowsStillHasItsBaseMethods) {
     const auto device = open();
     const auto drawer = object(device, "bench.drawer");
     EXPECT_EQ(drawer->methods().size(), 9u);
@@ -34,7 +34,7 @@ TEST_F(BaseMethods, aTypeThatNoClientKnowsStillHasItsBaseMethods) {
     EXPECT_THROW(TAVO::Method("identify", *drawer, {}), TAVO::SpecificationError);
 }
 
-TEST_F(BaseMethods, idsFollowNoOrderAndNoOtherObject) {
+TEST_F(BaseMethods, IdsFollowNoOrderAndNoOtherObject) {
     std::set<std::uint32_t> ofType;
     simulator.inspect([&](Appliance& appliance) {
         for (const auto& [id, object] : appliance.objects()) {
@@ -48,7 +48,7 @@ TEST_F(BaseMethods, idsFollowNoOrderAndNoOtherObject) {
     EXPECT_FALSE(ofType.contains(0));
 }
 
-TEST_F(BaseMethods, idsAreTheSameInEveryRun) {
+TEST_F(BaseMethods, IdsAreTheSameInEveryRun) {
     Simulator other;
     const auto ids = [](Appliance& appliance) {
         std::vector<std::uint32_t> all;
@@ -59,7 +59,7 @@ TEST_F(BaseMethods, idsAreTheSameInEveryRun) {
     EXPECT_EQ(simulator.inspect(ids), other.inspect(ids));
 }
 
-TEST_F(BaseMethods, methodsAreListedInOrderOfTheirIds) {
+TEST_F(BaseMethods, MethodsAreListedInOrderOfTheirIds) {
     const auto device = open();
     const auto methods = object(device, "power")->methods();
     ASSERT_EQ(methods.size(), 11u);
@@ -68,7 +68,7 @@ TEST_F(BaseMethods, methodsAreListedInOrderOfTheirIds) {
         EXPECT_LT(methods[i - 1].id, methods[i].id);
 }
 
-TEST_F(BaseMethods, methodsVerboseTellsSignaturesInWords) {
+TEST_F(BaseMethods, MethodsVerboseTellsSignaturesInWords) {
     const auto device = open();
     std::map<std::string, std::string> signatures;
     for (const auto& method : called(device, device->getDevice()->getMethodsVerboseMethod())->value())
@@ -79,7 +79,7 @@ TEST_F(BaseMethods, methodsVerboseTellsSignaturesInWords) {
     EXPECT_EQ(signatures.at("methods"), "methods() -> (methods: list of {name: text, id: u32})");
 }
 
-TEST_F(BaseMethods, aReservedObjectNamesItsUser) {
+TEST_F(BaseMethods, AReservedObjectNamesItsUser) {
     const auto device = open();
     const auto power = object(device, "power");
     EXPECT_TRUE(called(device, power->getAvailableMethod())->value().available);
@@ -97,7 +97,7 @@ TEST_F(BaseMethods, aReservedObjectNamesItsUser) {
     EXPECT_EQ(called(device, power->getReserveMethod("ben", ""))->returnCode(), 0);
 }
 
-TEST_F(BaseMethods, aReservationKeepsShortTextsOnly) {
+TEST_F(BaseMethods, AReservationKeepsShortTextsOnly) {
     const auto device = open();
     const auto power = object(device, "power");
     const std::string longest(64 * 1024, 'x');
@@ -109,7 +109,7 @@ TEST_F(BaseMethods, aReservationKeepsShortTextsOnly) {
     EXPECT_EQ(called(device, power->getAvailableMethod())->value().info.size(), longest.size());
 }
 
-TEST_F(BaseMethods, aFlaggedReservationTakesOver) {
+TEST_F(BaseMethods, AFlaggedReservationTakesOver) {
     const auto device = open();
     simulator.inspect([](Appliance& appliance) { appliance.get("power").setReservation({{"ann", ""}}); });
     auto request = std::make_shared<TAVO::dto::Base::ReserveRequest>();
@@ -123,12 +123,12 @@ TEST_F(BaseMethods, aFlaggedReservationTakesOver) {
 
 // Models.
 
-TEST(SimulatedObject, refusesAHandlerForAMethodThatItDoesNotHave) {
+TEST(SimulatedObject, RefusesAHandlerForAMethodThatItDoesNotHave) {
     SimulatedObject object("relay", "1.0");
     EXPECT_THROW(object.on(Call<>{"explode"}, [] {}), std::logic_error);
 }
 
-TEST(SimulatedObject, refusesAHandlerWithOtherRecords) {
+TEST(SimulatedObject, RefusesAHandlerWithOtherRecords) {
     using namespace TAVO::dto::relay;
     SimulatedObject object("relay", "1.0");
     EXPECT_THROW(object.on(Call<>{"get"}, [] {}), std::logic_error);
@@ -156,7 +156,7 @@ public:
         : TypeFactory("gauge", {servedBy<Gauge>("1.0")}) {}
 };
 
-TEST(SimulatedObject, hasTheMethodsOfATypeOfTheApplication) {
+TEST(SimulatedObject, HasTheMethodsOfATypeOfTheApplication) {
     const auto serve = [](const std::string& version) {
         SimulatedObject("gauge", version).on(gauge::level, [] { return makeRecord<IntegerReply>(7); });
     };
@@ -166,7 +166,7 @@ TEST(SimulatedObject, hasTheMethodsOfATypeOfTheApplication) {
     EXPECT_THROW(serve("1.1"), std::logic_error);
 }
 
-TEST(SimulatedObject, isRefusedByAnApplianceWhenAHandlerIsMissing) {
+TEST(SimulatedObject, IsRefusedByAnApplianceWhenAHandlerIsMissing) {
     Simulator simulator;
     simulator.inspect([](Appliance& appliance) {
         try {
@@ -178,7 +178,7 @@ TEST(SimulatedObject, isRefusedByAnApplianceWhenAHandlerIsMissing) {
     });
 }
 
-TEST(SimulatedObject, refusesNamesThatCannotBeAddressed) {
+TEST(SimulatedObject, RefusesNamesThatCannotBeAddressed) {
     Simulator simulator;
     simulator.inspect([](Appliance& appliance) {
         for (const auto* name : {"", "a.b", "power"})
@@ -219,20 +219,20 @@ protected:
     }
 };
 
-TEST_F(OwnModel, answersWithReturnCodesAndData) {
+TEST_F(OwnModel, AnswersWithReturnCodesAndData) {
     using namespace support;
     EXPECT_EQ(
         answerTo({call("counter", "add", u32(40)), call("counter", "add", u32(2)), call("counter", "total")}),
         replyWith({u32(0), u32(0), joined({u32(5), u32(42)})}));
 }
 
-TEST_F(OwnModel, aRefusalIsAReturnCodeAndTheBatchGoesOn) {
+TEST_F(OwnModel, ARefusalIsAReturnCodeAndTheBatchGoesOn) {
     using namespace support;
     EXPECT_EQ(answerTo({call("counter", "refuse"), call("counter", "add", u32(1))}),
               replyWith({joined({u32(77), u32(0)}), u32(0)}));
 }
 
-TEST_F(OwnModel, anExceptionIsAnExecutionErrorOfThatCall) {
+TEST_F(OwnModel, AnExceptionIsAnExecutionErrorOfThatCall) {
     using namespace support;
     EXPECT_EQ(
         answerTo({call("counter", "add", u32(1)), call("counter", "fail"), call("counter", "add", u32(1))}),
@@ -240,7 +240,7 @@ TEST_F(OwnModel, anExceptionIsAnExecutionErrorOfThatCall) {
                 block(u32(0xFFFFFFFF))}));
 }
 
-TEST_F(OwnModel, aRemovedMethodIsNeitherListedNorServed) {
+TEST_F(OwnModel, ARemovedMethodIsNeitherListedNorServed) {
     using namespace support;
     const auto total = call("counter", "total");
     simulator.inspect([](Appliance& appliance) { appliance.get("counter").removeMethod("total"); });

@@ -20,7 +20,7 @@ std::string refusal(const std::string& text) {
     return "accepted";
 }
 
-TEST(FaultScript, readsEveryKindOfFault) {
+TEST(FaultScript, ReadsEveryKindOfFault) {
     EXPECT_EQ(parsed("silent"), Fault(faults::Silent{}));
     EXPECT_EQ(parsed("dribble"), Fault(faults::Dribble{std::chrono::microseconds(500)}));
     EXPECT_EQ(parsed("dribble=20"), Fault(faults::Dribble{std::chrono::microseconds(20)}));
@@ -40,7 +40,7 @@ TEST(FaultScript, readsEveryKindOfFault) {
     EXPECT_EQ(parsed("return=-2147483648:3"), Fault(faults::ReturnCode{-2147483647 - 1, 3}));
 }
 
-TEST(FaultScript, keepsFaultsByRequestInTheOrderOfAdding) {
+TEST(FaultScript, KeepsFaultsByRequestInTheOrderOfAdding) {
     FaultScript script;
     script.add("2:stray=3").add("1:close").add("2:count=9").at(2, faults::Cut{4});
     EXPECT_EQ(script.faultsAt(1), std::vector<Fault>{faults::Close{}});
@@ -49,12 +49,12 @@ TEST(FaultScript, keepsFaultsByRequestInTheOrderOfAdding) {
     EXPECT_TRUE(FaultScript().empty());
 }
 
-TEST(FaultScript, readsAWholeTextWithComments) {
+TEST(FaultScript, ReadsAWholeTextWithComments) {
     const auto script = FaultScript::parse("# the third reply\n\n  3:cut=17\r\n4:reset");
     EXPECT_EQ(script, FaultScript().add("3:cut=17").add("4:reset"));
 }
 
-TEST(FaultScript, namesTheOffendingPiece) {
+TEST(FaultScript, NamesTheOffendingPiece) {
     EXPECT_EQ(refusal(""), "fault '': expected REQUEST:FAULT");
     EXPECT_EQ(refusal("cut=17"), "fault 'cut=17': expected REQUEST:FAULT");
     EXPECT_EQ(refusal("x:close"), "fault 'x:close': 'x' is no request number");
@@ -74,7 +74,7 @@ TEST(FaultScript, namesTheOffendingPiece) {
     EXPECT_EQ(refusal("1:return=2147483648"), "fault '1:return=2147483648': '2147483648' is no return code");
 }
 
-TEST(FaultScript, refusesTwoWaysOfDeliveringOneReply) {
+TEST(FaultScript, RefusesTwoWaysOfDeliveringOneReply) {
     FaultScript script;
     script.add("1:close");
     EXPECT_THROW(script.add("1:silent"), std::invalid_argument);
@@ -82,7 +82,7 @@ TEST(FaultScript, refusesTwoWaysOfDeliveringOneReply) {
     EXPECT_NO_THROW(script.add("1:stray"));
 }
 
-TEST(FaultScript, explainsEveryKindInItsGrammar) {
+TEST(FaultScript, ExplainsEveryKindInItsGrammar) {
     const auto grammar = FaultScript::grammar();
     for (const auto* kind :
          {"silent", "dribble", "cut", "close", "reset", "count", "size", "stray", "error", "return"})

@@ -27,13 +27,13 @@ protected:
     }
 };
 
-TEST_F(Faults, aRequestWithoutFaultIsAnsweredWhole) {
+TEST_F(Faults, ARequestWithoutFaultIsAnsweredWhole) {
     RawClient client(simulator.port());
     client.send(request());
     EXPECT_EQ(client.receive(), whole);
 }
 
-TEST_F(Faults, areCountedOverAllConnections) {
+TEST_F(Faults, AreCountedOverAllConnections) {
     simulator.setFaults(FaultScript().add("3:close"));
     RawClient first(simulator.port()), second(simulator.port());
     for (auto* client : {&first, &second}) {
@@ -48,7 +48,7 @@ TEST_F(Faults, areCountedOverAllConnections) {
     EXPECT_EQ(simulator.connectionCount(), 2u);
 }
 
-TEST_F(Faults, silentAnswersNothingAndReadsOn) {
+TEST_F(Faults, SilentAnswersNothingAndReadsOn) {
     simulator.setFaults(FaultScript().add("1:silent"));
     RawClient client(simulator.port());
     client.send(request());
@@ -58,7 +58,7 @@ TEST_F(Faults, silentAnswersNothingAndReadsOn) {
     EXPECT_EQ(client.receive(), whole);
 }
 
-TEST_F(Faults, dribbleSendsOneByteAndPauses) {
+TEST_F(Faults, DribbleSendsOneByteAndPauses) {
     simulator.setFaults(FaultScript().add("1:dribble=600000000"));
     RawClient client(simulator.port());
     client.send(request());
@@ -66,7 +66,7 @@ TEST_F(Faults, dribbleSendsOneByteAndPauses) {
     EXPECT_FALSE(client.hasInput());
 }
 
-TEST_F(Faults, dribbleSendsTheWholeReply) {
+TEST_F(Faults, DribbleSendsTheWholeReply) {
     simulator.setFaults(FaultScript().add("1:dribble=50"));
     RawClient client(simulator.port());
     client.send(request());
@@ -75,7 +75,7 @@ TEST_F(Faults, dribbleSendsTheWholeReply) {
     EXPECT_EQ(client.receive(), whole);
 }
 
-TEST_F(Faults, cutClosesAfterThatManyBytes) {
+TEST_F(Faults, CutClosesAfterThatManyBytes) {
     for (const std::size_t bytes : {0u, 1u, 17u}) {
         simulator.failNext(faults::Cut{bytes});
         RawClient client(simulator.port());
@@ -88,36 +88,36 @@ TEST_F(Faults, cutClosesAfterThatManyBytes) {
     EXPECT_EQ(client.receiveToEnd(), whole);
 }
 
-TEST_F(Faults, closeCarriesTheRequestOutAndEndsTheConnection) {
+TEST_F(Faults, CloseCarriesTheRequestOutAndEndsTheConnection) {
     EXPECT_EQ(answerTo("close"), Bytes{});
     EXPECT_EQ(simulator.calls().size(), 3u);
 }
 
-TEST_F(Faults, countAnnouncesAnotherNumberOfResults) {
+TEST_F(Faults, CountAnnouncesAnotherNumberOfResults) {
     auto expected = whole;
     expected[11] = 2;
     EXPECT_EQ(answerTo("count=2"), expected);
 }
 
-TEST_F(Faults, sizeAnnouncesAnotherSizeOfTheStatus) {
+TEST_F(Faults, SizeAnnouncesAnotherSizeOfTheStatus) {
     auto expected = whole;
     std::fill_n(expected.begin(), 4, std::uint8_t{0xFF});
     EXPECT_EQ(answerTo("size=status:0xFFFFFFFF"), expected);
 }
 
-TEST_F(Faults, sizeAnnouncesAnotherSizeOfTheError) {
+TEST_F(Faults, SizeAnnouncesAnotherSizeOfTheError) {
     auto expected = whole;
     std::fill_n(expected.begin() + 4, 4, std::uint8_t{0xFF});
     EXPECT_EQ(answerTo("size=error:0xFFFFFFFF"), expected);
 }
 
-TEST_F(Faults, sizeAnnouncesAnotherSizeOfTheFirstResult) {
+TEST_F(Faults, SizeAnnouncesAnotherSizeOfTheFirstResult) {
     auto expected = whole;
     std::fill_n(expected.begin() + 12, 4, std::uint8_t{0xFF});
     EXPECT_EQ(answerTo("size=result:0xFFFFFFFF"), expected);
 }
 
-TEST_F(Faults, sizeAndCutCloseBehindTheReply) {
+TEST_F(Faults, SizeAndCutCloseBehindTheReply) {
     simulator.setFaults(FaultScript().add("1:size=result:99").add("1:cut=1000"));
     RawClient client(simulator.port());
     client.send(request());
@@ -126,14 +126,14 @@ TEST_F(Faults, sizeAndCutCloseBehindTheReply) {
     EXPECT_EQ(client.receiveToEnd(), expected);
 }
 
-TEST_F(Faults, strayBytesFollowTheReply) {
+TEST_F(Faults, StrayBytesFollowTheReply) {
     simulator.setFaults(FaultScript().add("1:stray=3"));
     RawClient client(simulator.port());
     client.send(request());
     EXPECT_EQ(client.receive(whole.size() + 3), joined({whole, {0xA5, 0xA5, 0xA5}}));
 }
 
-TEST_F(Faults, anErrorStopsAfterItsResults) {
+TEST_F(Faults, AnErrorStopsAfterItsResults) {
     simulator.setFaults(FaultScript().add("1:error=1006:2:it broke"));
     RawClient client(simulator.port());
     client.send(request());
@@ -142,7 +142,7 @@ TEST_F(Faults, anErrorStopsAfterItsResults) {
     EXPECT_EQ(simulator.calls().size(), 2u);
 }
 
-TEST_F(Faults, anErrorMayAnnounceMoreResultsThanCalls) {
+TEST_F(Faults, AnErrorMayAnnounceMoreResultsThanCalls) {
     simulator.setFaults(FaultScript().add("1:error=1010:5"));
     RawClient client(simulator.port());
     client.send(requestBytes(0, {call("system", "timeSet", timeSet)}));
@@ -150,7 +150,7 @@ TEST_F(Faults, anErrorMayAnnounceMoreResultsThanCalls) {
                                         block(done), block(done), block(done), block(done), block(done)}));
 }
 
-TEST_F(Faults, aReturnCodeComesWithReplyDataOfZeros) {
+TEST_F(Faults, AReturnCodeComesWithReplyDataOfZeros) {
     simulator.setFaults(FaultScript().add("1:return=-2:1"));
     RawClient client(simulator.port());
     client.send(request());
@@ -158,7 +158,7 @@ TEST_F(Faults, aReturnCodeComesWithReplyDataOfZeros) {
     EXPECT_EQ(simulator.calls().at(1).returnCode, -2);
 }
 
-TEST_F(Faults, aReturnCodeKeepsTheCallFromBeingCarriedOut) {
+TEST_F(Faults, AReturnCodeKeepsTheCallFromBeingCarriedOut) {
     simulator.setFaults(FaultScript().add("1:return=1"));
     RawClient client(simulator.port());
     client.send(requestBytes(0, {call("device", "lock", joined({text("engineer"), text("tavo")}))}));

@@ -9,12 +9,7 @@ using std::chrono::seconds;
 
 class FixedObjects : public SimulatorFixture {
 protected:
-    FixedObjects() {
-        simulator.inspect([](Appliance& appliance) { appliance.clock().freeze(); });
-    }
-    void pass(microseconds time) {
-        simulator.inspect([&](Appliance& appliance) { appliance.clock().advance(time); });
-    }
+    FixedObjects() { freeze(); }
     static Bytes xored(Bytes challenge, const std::string& password) {
         Bytes response;
         for (std::size_t i = 0; i < password.size(); ++i)
@@ -24,7 +19,7 @@ protected:
     }
 };
 
-TEST_F(FixedObjects, deviceTellsWhatItIs) {
+TEST_F(FixedObjects, DeviceTellsWhatItIs) {
     const auto device = open();
     const auto info = called(device, device->getDevice()->getInfoMethod())->value();
     EXPECT_EQ(info.name, "tavo-sim");
@@ -34,7 +29,7 @@ TEST_F(FixedObjects, deviceTellsWhatItIs) {
     EXPECT_EQ(info.boards.size(), 2u);
 }
 
-TEST_F(FixedObjects, deviceListsRootMembersAlone) {
+TEST_F(FixedObjects, DeviceListsRootMembersAlone) {
     const auto device = open();
     std::vector<std::string> names;
     for (const auto& member : called(device, device->getDevice()->getRootMembersMethod())->value().members)
@@ -45,7 +40,7 @@ TEST_F(FixedObjects, deviceListsRootMembersAlone) {
         EXPECT_EQ(std::count(names.begin(), names.end(), name), 0) << name;
 }
 
-TEST_F(FixedObjects, deviceAnswersTheChosenKey) {
+TEST_F(FixedObjects, DeviceAnswersTheChosenKey) {
     for (int key = 0; key < 4; ++key) {
         Options options;
         options.serverKey = key;
@@ -59,7 +54,7 @@ TEST_F(FixedObjects, deviceAnswersTheChosenKey) {
     }
 }
 
-TEST_F(FixedObjects, deviceCanAnswerAnUnknownKey) {
+TEST_F(FixedObjects, DeviceCanAnswerAnUnknownKey) {
     Options options;
     options.serverKey = -1;
     Simulator other(options);
@@ -69,7 +64,7 @@ TEST_F(FixedObjects, deviceCanAnswerAnUnknownKey) {
     EXPECT_NO_THROW(TAVO::DeviceFactory::buildDevice("127.0.0.1", other.port(), "engineer", "tavo", false));
 }
 
-TEST(SimulatorOptions, refuseWhatThereIsNot) {
+TEST(SimulatorOptions, RefuseWhatThereIsNot) {
     Options options;
     options.serverKey = 4;
     EXPECT_THROW(Simulator{options}, std::invalid_argument);
@@ -78,7 +73,7 @@ TEST(SimulatorOptions, refuseWhatThereIsNot) {
     EXPECT_THROW(Simulator{options}, std::invalid_argument);
 }
 
-TEST_F(FixedObjects, loginAsksForTheCombinedPassword) {
+TEST_F(FixedObjects, LoginAsksForTheCombinedPassword) {
     const auto device = open();
     const auto proxy = device->getDevice();
     const auto challenge = called(device, proxy->getLoginMethod("guest"))->value().challenge;
@@ -89,7 +84,7 @@ TEST_F(FixedObjects, loginAsksForTheCombinedPassword) {
     EXPECT_NE(called(device, proxy->getLoginMethod("guest"))->value().challenge, challenge);
 }
 
-TEST_F(FixedObjects, loginIsRefusedWithA1013) {
+TEST_F(FixedObjects, LoginIsRefusedWithA1013) {
     const auto device = open();
     const auto proxy = device->getDevice();
     EXPECT_THROW(called(device, proxy->getLoginMethod("stranger")), TAVO::TAVOLoginError);
@@ -102,19 +97,19 @@ TEST_F(FixedObjects, loginIsRefusedWithA1013) {
     EXPECT_THROW(TAVO::DeviceFactory::authenticate(device, "stranger", ""), TAVO::TAVOLoginError);
 }
 
-TEST_F(FixedObjects, deviceListsGetMaxPacketSize) {
+TEST_F(FixedObjects, DeviceListsGetMaxPacketSize) {
     RawClient client(simulator.port());
     client.send(requestBytes(0, {call("device", "getMaxPacketSize")}));
     EXPECT_EQ(client.receive(), replyWith({{0, 0, 0, 0, 4, 0, 0, 0}}));
 }
 
-TEST_F(FixedObjects, privateHasTheBaseMethodsAlone) {
+TEST_F(FixedObjects, PrivateHasTheBaseMethodsAlone) {
     const auto device = open();
     EXPECT_EQ(device->getPrivate()->type(), "private");
     EXPECT_EQ(device->getPrivate()->methods().size(), 8u);
 }
 
-TEST_F(FixedObjects, theClockIsSetAndRuns) {
+TEST_F(FixedObjects, TheClockIsSetAndRuns) {
     const auto device = open();
     const auto system = device->getSystem();
     const auto now = [&] { return called(device, system->getTimeGetMethod())->value(); };
@@ -128,7 +123,7 @@ TEST_F(FixedObjects, theClockIsSetAndRuns) {
     EXPECT_EQ(now(), INT64_MIN);
 }
 
-TEST_F(FixedObjects, sleepingInABatchMovesTheTimeOfLaterCalls) {
+TEST_F(FixedObjects, SleepingInABatchMovesTheTimeOfLaterCalls) {
     const auto device = open();
     const auto system = device->getSystem();
     const auto before = system->getTimeGetMethod(), between = system->getTimeGetMethod(),
@@ -147,7 +142,7 @@ TEST_F(FixedObjects, sleepingInABatchMovesTheTimeOfLaterCalls) {
     EXPECT_EQ(called(device, system->getTimeGetMethod())->value(), 350);
 }
 
-TEST_F(FixedObjects, settingTheClockBehindASleepCountsFromThere) {
+TEST_F(FixedObjects, SettingTheClockBehindASleepCountsFromThere) {
     const auto device = open();
     const auto system = device->getSystem();
     const auto batch = std::make_shared<TAVO::MulticallQueue>();
@@ -160,7 +155,7 @@ TEST_F(FixedObjects, settingTheClockBehindASleepCountsFromThere) {
     EXPECT_EQ(called(device, system->getTimeGetMethod())->value(), 1000);
 }
 
-TEST_F(FixedObjects, sleepingDelaysTheAnswer) {
+TEST_F(FixedObjects, SleepingDelaysTheAnswer) {
     const auto device = open();
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(called(device, device->getSystem()->getUSleepMethod(50'000))->returnCode(), 0);
@@ -172,7 +167,7 @@ TEST_F(FixedObjects, sleepingDelaysTheAnswer) {
               return_code::badArgument);
 }
 
-TEST_F(FixedObjects, aLongSleepPassesInSimulatedTimeOnly) {
+TEST_F(FixedObjects, ALongSleepPassesInSimulatedTimeOnly) {
     Options options;
     options.longestDelay = microseconds(1000);
     Simulator other(options);
@@ -186,7 +181,7 @@ TEST_F(FixedObjects, aLongSleepPassesInSimulatedTimeOnly) {
     EXPECT_GE(elapsed(), before + 2'000'000'000);
 }
 
-TEST_F(FixedObjects, othersAreServedWhileOneSleeps) {
+TEST_F(FixedObjects, OthersAreServedWhileOneSleeps) {
     RawClient sleeper(simulator.port()), other(simulator.port());
     sleeper.send(requestBytes(0, {call("system", "usleep", u32(1'000'000'000))}));
     ASSERT_TRUE(soon([&] { return simulator.requestCount() == 1; }));
@@ -195,7 +190,7 @@ TEST_F(FixedObjects, othersAreServedWhileOneSleeps) {
     EXPECT_FALSE(sleeper.hasInput());
 }
 
-TEST_F(FixedObjects, simulatedTimeNeverGoesBack) {
+TEST_F(FixedObjects, SimulatedTimeNeverGoesBack) {
     Simulator running;
     running.start();
     const auto elapsed = [&] {
@@ -212,7 +207,7 @@ TEST_F(FixedObjects, simulatedTimeNeverGoesBack) {
     EXPECT_GE(elapsed(), before + 4'000'000);
 }
 
-TEST_F(FixedObjects, resetDropsLockAndReservationsAndClosesEveryConnection) {
+TEST_F(FixedObjects, ResetDropsLockAndReservationsAndClosesEveryConnection) {
     const auto device = open();
     RawClient other(simulator.port());
     called(device, object(device, "power")->getReserveMethod("ann", ""));
@@ -227,7 +222,7 @@ TEST_F(FixedObjects, resetDropsLockAndReservationsAndClosesEveryConnection) {
         called(device, object<CommonModules::Relay_v1_0>(device, "power")->getGetMethod())->value().state, 0);
 }
 
-TEST_F(FixedObjects, aFirmwareUpdateGoesOnInSimulatedTime) {
+TEST_F(FixedObjects, AFirmwareUpdateGoesOnInSimulatedTime) {
     const auto device = open();
     const auto system = device->getSystem();
     const auto status = [&](const std::string& name) {
@@ -253,7 +248,7 @@ TEST_F(FixedObjects, aFirmwareUpdateGoesOnInSimulatedTime) {
     });
 }
 
-TEST_F(FixedObjects, aBadImageFailsOnTheWayAndAnEmptyOneAtOnce) {
+TEST_F(FixedObjects, ABadImageFailsOnTheWayAndAnEmptyOneAtOnce) {
     const auto device = open();
     const auto system = device->getSystem();
     EXPECT_EQ(called(device, system->getFirmwareUpdateMethod("fpga", {}))->returnCode(), 0);
@@ -266,7 +261,7 @@ TEST_F(FixedObjects, aBadImageFailsOnTheWayAndAnEmptyOneAtOnce) {
     EXPECT_EQ(status.second, 50u);
 }
 
-TEST_F(FixedObjects, anUnknownFirmwareIsAConfigurationError) {
+TEST_F(FixedObjects, AnUnknownFirmwareIsAConfigurationError) {
     const auto device = open();
     EXPECT_THROW(called(device, device->getSystem()->getFirmwareStatusMethod("toaster")),
                  TAVO::ConfigurationError);

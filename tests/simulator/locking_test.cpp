@@ -23,7 +23,7 @@ protected:
     }
 };
 
-TEST_F(Locking, openingTakesTheLockAndClosingReleasesIt) {
+TEST_F(Locking, OpeningTakesTheLockAndClosingReleasesIt) {
     auto device = open("engineer");
     ASSERT_TRUE(simulator.lockHolder());
     EXPECT_EQ(simulator.lockHolder()->user, "engineer");
@@ -32,19 +32,19 @@ TEST_F(Locking, openingTakesTheLockAndClosingReleasesIt) {
     EXPECT_FALSE(simulator.lockHolder());
 }
 
-TEST_F(Locking, anotherUserIsToldTheHolder) {
+TEST_F(Locking, AnotherUserIsToldTheHolder) {
     const auto device = open("engineer");
     EXPECT_EQ(lockingUser([&] { open("guest"); }), "engineer");
     EXPECT_EQ(simulator.lockHolder()->user, "engineer");
 }
 
-TEST_F(Locking, theSameUserGetsTheSameLockIdAgain) {
+TEST_F(Locking, TheSameUserGetsTheSameLockIdAgain) {
     const auto first = query(), second = query();
     const auto id = lock(first, "engineer", "tavo")->value().lockId;
     EXPECT_EQ(lock(second, "engineer", "tavo")->value().lockId, id);
 }
 
-TEST_F(Locking, everyNewLockHasAnotherId) {
+TEST_F(Locking, EveryNewLockHasAnotherId) {
     open();
     const auto device = query();
     const auto first = lock(device, "engineer", "tavo")->value().lockId;
@@ -52,7 +52,7 @@ TEST_F(Locking, everyNewLockHasAnotherId) {
     EXPECT_NE(lock(device, "engineer", "tavo")->value().lockId, first);
 }
 
-TEST_F(Locking, wrongCredentialsAreRefused) {
+TEST_F(Locking, WrongCredentialsAreRefused) {
     EXPECT_THROW(open("engineer", "wrong"), TAVO::TAVOLoginError);
     EXPECT_THROW(open("stranger", "tavo"), TAVO::TAVOLoginError);
     EXPECT_FALSE(simulator.lockHolder());
@@ -60,7 +60,7 @@ TEST_F(Locking, wrongCredentialsAreRefused) {
     EXPECT_THROW(open("guest", "wrong"), TAVO::TAVOLoginError);
 }
 
-TEST_F(Locking, onlyTheHolderReleasesTheLock) {
+TEST_F(Locking, OnlyTheHolderReleasesTheLock) {
     const auto holder = open("engineer");
     const auto other = query();
     const auto unlock = [&](const std::string& user, const std::string& password) {
@@ -74,7 +74,7 @@ TEST_F(Locking, onlyTheHolderReleasesTheLock) {
     EXPECT_NO_THROW(unlock("guest", "tavo"));
 }
 
-TEST_F(Locking, callsThatNeedTheLockFailWhileAnotherHoldsIt) {
+TEST_F(Locking, CallsThatNeedTheLockFailWhileAnotherHoldsIt) {
     const auto power = call("power", "get"), reserve = call("power", "reserve", Bytes(9));
     const auto holder = open("engineer");
     RawClient client(simulator.port());
@@ -88,7 +88,7 @@ TEST_F(Locking, callsThatNeedTheLockFailWhileAnotherHoldsIt) {
     EXPECT_EQ(client.receive(), replyWith({{0, 0, 0, 0, 0}}));
 }
 
-TEST_F(Locking, lookingIsFreeForEverybody) {
+TEST_F(Locking, LookingIsFreeForEverybody) {
     const auto holder = open("engineer");
     const auto other = query();
     const auto object = other->getDevice();
@@ -102,7 +102,7 @@ TEST_F(Locking, lookingIsFreeForEverybody) {
     EXPECT_EQ(called(other, object->getLoginMethod("guest"))->returnCode(), 0);
 }
 
-TEST_F(Locking, everythingIsFreeWhileNobodyHoldsTheLock) {
+TEST_F(Locking, EverythingIsFreeWhileNobodyHoldsTheLock) {
     RawClient client(simulator.port());
     client.send(requestBytes(0, {call("power", "set", {1})}));
     EXPECT_EQ(client.receive(), replyWith({u32(0)}));
@@ -110,7 +110,7 @@ TEST_F(Locking, everythingIsFreeWhileNobodyHoldsTheLock) {
     EXPECT_EQ(client.receive(), replyWith({{0, 0, 0, 0, 1}}));
 }
 
-TEST_F(Locking, theLockSurvivesAReconnectThatCarriesItsId) {
+TEST_F(Locking, TheLockSurvivesAReconnectThatCarriesItsId) {
     const auto device = open("engineer");
     const auto holder = simulator.lockHolder();
     const auto connections = simulator.connectionCount();
@@ -123,7 +123,7 @@ TEST_F(Locking, theLockSurvivesAReconnectThatCarriesItsId) {
     EXPECT_EQ(lockingUser([&] { open("guest"); }), "engineer");
 }
 
-TEST_F(Locking, aBatchStopsAtTheCallThatNeedsTheLock) {
+TEST_F(Locking, ABatchStopsAtTheCallThatNeedsTheLock) {
     const auto holder = open("engineer");
     RawClient client(simulator.port());
     client.send(

@@ -27,6 +27,10 @@ public:
     Bytes receive(std::size_t count);
     Bytes receiveToEnd();
 
+    /// Whether the next receive finds the end. A connection that the peer closes before it has accepted it,
+    /// or read all of it, is reset.
+    bool hasEnded();
+
     /// Whether there is anything to receive now.
     bool hasInput();
 

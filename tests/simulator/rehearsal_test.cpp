@@ -98,7 +98,7 @@ Bytes someImage() {
     return image;
 }
 
-TEST_F(RehearsalTest, whole_session_of_an_engineer_takes_four_exchanges) {
+TEST_F(RehearsalTest, WholeSessionOfAnEngineerTakesFourExchanges) {
     const auto before = simulator.requestCount();
 
     // The board boots as it came, and is looked at from all sides.
@@ -155,7 +155,7 @@ TEST_F(RehearsalTest, whole_session_of_an_engineer_takes_four_exchanges) {
     });
 }
 
-TEST_F(RehearsalTest, board_that_stays_off_shows_nothing) {
+TEST_F(RehearsalTest, BoardThatStaysOffShowsNothing) {
     const auto codes = postCodes();
     const auto chain = jtag->getShiftDRMethod(32, Bytes(4, 0));
     const auto spd = i2c->getTransferMethod(spdAddress, 0, {0}, 256);

@@ -9,21 +9,16 @@ using std::chrono::milliseconds;
 
 class Relays : public SimulatorFixture {
 protected:
-    Relays() {
-        simulator.inspect([](Appliance& appliance) { appliance.clock().freeze(); });
-    }
+    Relays() { freeze(); }
     bool state() { return called(device, relay->getGetMethod())->value().state != 0; }
     int toggle(int value) { return called(device, relay->getToggleMethod(value))->returnCode(); }
-    void pass(milliseconds time) {
-        simulator.inspect([&](Appliance& appliance) { appliance.clock().advance(time); });
-    }
 
     std::shared_ptr<TAVO::Device> device = open();
     std::shared_ptr<CommonModules::Relay_v1_0> relay =
         object<CommonModules::Relay_v1_0>(device, "bench.lamp");
 };
 
-TEST_F(Relays, areOffUntilTheyAreSet) {
+TEST_F(Relays, AreOffUntilTheyAreSet) {
     EXPECT_FALSE(state());
     EXPECT_EQ(called(device, relay->getSetMethod(true))->returnCode(), 0);
     EXPECT_TRUE(state());
@@ -34,7 +29,7 @@ TEST_F(Relays, areOffUntilTheyAreSet) {
     });
 }
 
-TEST_F(Relays, toggleByZeroStays) {
+TEST_F(Relays, ToggleByZeroStays) {
     EXPECT_EQ(toggle(0), 0);
     EXPECT_TRUE(state());
     pass(milliseconds(100000));
@@ -43,7 +38,7 @@ TEST_F(Relays, toggleByZeroStays) {
     EXPECT_FALSE(state());
 }
 
-TEST_F(Relays, toggleByMillisecondsComesBack) {
+TEST_F(Relays, ToggleByMillisecondsComesBack) {
     EXPECT_EQ(toggle(200), 0);
     EXPECT_TRUE(state());
     pass(milliseconds(199));
@@ -52,19 +47,19 @@ TEST_F(Relays, toggleByMillisecondsComesBack) {
     EXPECT_FALSE(state());
 }
 
-TEST_F(Relays, setEndsAPulse) {
+TEST_F(Relays, SetEndsAPulse) {
     toggle(200);
     called(device, relay->getSetMethod(true));
     pass(milliseconds(500));
     EXPECT_TRUE(state());
 }
 
-TEST_F(Relays, aNegativeToggleIsRefused) {
+TEST_F(Relays, ANegativeToggleIsRefused) {
     EXPECT_EQ(toggle(-1), return_code::badArgument);
     EXPECT_FALSE(state());
 }
 
-TEST_F(Relays, aPulseEndsInsideABatchThatSleeps) {
+TEST_F(Relays, APulseEndsInsideABatchThatSleeps) {
     const auto during = relay->getGetMethod(), after = relay->getGetMethod();
     const auto batch = std::make_shared<TAVO::MulticallQueue>();
     batch->add(relay->getToggleMethod(2));
@@ -76,7 +71,7 @@ TEST_F(Relays, aPulseEndsInsideABatchThatSleeps) {
     EXPECT_EQ(after->value().state, 0);
 }
 
-TEST_F(Relays, anyVersionOfARelayIsServedButNotOfACmosRelay) {
+TEST_F(Relays, AnyVersionOfARelayIsServedButNotOfACmosRelay) {
     device.reset();
     simulator.inspect([](Appliance& appliance) { appliance.get("power").setVersion("2.0.0"); });
     EXPECT_EQ(object<CommonModules::Relay_v1_0>(open(), "power")->version().text, "2.0.0");
@@ -85,7 +80,7 @@ TEST_F(Relays, anyVersionOfARelayIsServedButNotOfACmosRelay) {
     EXPECT_FALSE(simulator.lockHolder());
 }
 
-TEST_F(Relays, aCmosRelayCountsItsPulses) {
+TEST_F(Relays, ACmosRelayCountsItsPulses) {
     const auto cmos = object<CommonModules::CmosRelay_v1_0>(device, "cmos");
     EXPECT_EQ(called(device, cmos->getCmosClearMethod(250))->returnCode(), 0);
     EXPECT_EQ(called(device, cmos->getCmosClearMethod(-1))->returnCode(), return_code::badArgument);
@@ -95,7 +90,7 @@ TEST_F(Relays, aCmosRelayCountsItsPulses) {
     });
 }
 
-TEST_F(Relays, aCmosPulseTooLongFailsItsBatch) {
+TEST_F(Relays, ACmosPulseTooLongFailsItsBatch) {
     const auto cmos = object<CommonModules::CmosRelay_v1_0>(device, "cmos");
     const auto first = cmos->getCmosClearMethod(1), second = cmos->getCmosClearMethod(60001),
                third = cmos->getCmosClearMethod(1);

@@ -21,14 +21,14 @@ protected:
     }
 };
 
-TEST_F(ResetOnPosix, byAFaultIsSeenAsReset) {
+TEST_F(ResetOnPosix, ByAFaultIsSeenAsReset) {
     simulator.setFaults(FaultScript().add("1:reset"));
     RawClient client(simulator.port());
     client.send(requestBytes(0, {call("device", "getKey")}));
     expectReset(client);
 }
 
-TEST_F(ResetOnPosix, byAScriptedPeerIsSeenAsReset) {
+TEST_F(ResetOnPosix, ByAScriptedPeerIsSeenAsReset) {
     ScriptedPeer peer([](PeerListener& listener) { listener.accept().reset(); });
     RawClient client(peer.port());
     expectReset(client);

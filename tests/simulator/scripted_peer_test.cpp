@@ -21,7 +21,7 @@ std::string failureOf(ScriptedPeer& peer) {
     return "none";
 }
 
-TEST(ScriptedPeer, readsARequestAndAnswersInPieces) {
+TEST(ScriptedPeer, ReadsARequestAndAnswersInPieces) {
     const auto request = requestBytes(7, {callBytes(1, 2, {9, 9}), callBytes(3, 4)});
     Bytes seen;
     ScriptedPeer peer([&](PeerListener& listener) {
@@ -41,7 +41,7 @@ TEST(ScriptedPeer, readsARequestAndAnswersInPieces) {
     EXPECT_EQ(seen, request);
 }
 
-TEST(ScriptedPeer, reportsTheFailureOfItsScriptAndClosesThePort) {
+TEST(ScriptedPeer, ReportsTheFailureOfItsScriptAndClosesThePort) {
     ScriptedPeer peer([](PeerListener& listener) { listener.accept().read(4); });
     {
         RawClient client(peer.port());
@@ -52,7 +52,7 @@ TEST(ScriptedPeer, reportsTheFailureOfItsScriptAndClosesThePort) {
     EXPECT_THROW(RawClient(peer.port()), std::runtime_error);
 }
 
-TEST(ScriptedPeer, endsWithItsLastBytesAndGoesOnReading) {
+TEST(ScriptedPeer, EndsWithItsLastBytesAndGoesOnReading) {
     Bytes seen;
     ScriptedPeer peer([&](PeerListener& listener) {
         auto client = listener.accept();
@@ -69,7 +69,7 @@ TEST(ScriptedPeer, endsWithItsLastBytesAndGoesOnReading) {
     EXPECT_EQ(seen, Bytes({5}));
 }
 
-TEST(ScriptedPeer, waitsNoLongerThanItsPatience) {
+TEST(ScriptedPeer, WaitsNoLongerThanItsPatience) {
     ScriptedPeer peer([](PeerListener& listener) { listener.accept(); }, 16, std::chrono::milliseconds(20));
     EXPECT_EQ(failureOf(peer), "waited too long to accept");
     ScriptedPeer reader([](PeerListener& listener) { listener.accept().read(1); }, 16,
@@ -78,7 +78,7 @@ TEST(ScriptedPeer, waitsNoLongerThanItsPatience) {
     EXPECT_EQ(failureOf(reader), "waited too long to read");
 }
 
-TEST(PeerListener, keepsItsPortWhileItDoesNotListen) {
+TEST(PeerListener, KeepsItsPortWhileItDoesNotListen) {
     PeerListener listener;
     listener.stop();
     EXPECT_THROW(RawClient(listener.port()), std::runtime_error);

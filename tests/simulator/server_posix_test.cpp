@@ -14,7 +14,7 @@ using namespace support;
 
 class ServerOnPosix : public SimulatorFixture {};
 
-TEST_F(ServerOnPosix, keepsItsSocketsFromProgramsThatTheApplicationStarts) {
+TEST_F(ServerOnPosix, KeepsItsSocketsFromProgramsThatTheApplicationStarts) {
     RawClient client(simulator.port());
     client.send(requestBytes(0, {}));
     client.receive();

@@ -11,7 +11,7 @@ using namespace support;
 
 class ServerOnWindows : public SimulatorFixture {};
 
-TEST_F(ServerOnWindows, keepsItsSocketsFromProgramsThatTheApplicationStarts) {
+TEST_F(ServerOnWindows, KeepsItsSocketsFromProgramsThatTheApplicationStarts) {
     RawClient client(simulator.port());
     client.send(requestBytes(0, {}));
     client.receive();
@@ -30,7 +30,7 @@ TEST_F(ServerOnWindows, keepsItsSocketsFromProgramsThatTheApplicationStarts) {
     EXPECT_EQ(found, 2) << "the listener and the connection";
 }
 
-TEST_F(ServerOnWindows, sharesItsPortWithNobody) {
+TEST_F(ServerOnWindows, SharesItsPortWithNobody) {
     const SOCKET other = ::socket(AF_INET, SOCK_STREAM, IPPROTO_TCP);
     ASSERT_NE(other, INVALID_SOCKET);
     const BOOL yes = TRUE;

@@ -10,8 +10,10 @@
 #include <gtest/gtest.h>
 
 #include <tavo/client.h>
+#include <tavo/simulator/return_codes.h>
 #include <tavo/simulator/simulator.h>
 #include <tests/simulator/raw_client.h>
+#include <tests/support/all_types.h>
 
 /// A simulator on a free port, and the client library at its other end.
 class SimulatorFixture : public ::testing::Test {
@@ -20,9 +22,7 @@ protected:
 
     explicit SimulatorFixture(TAVO::simulator::Options options = {})
         : simulator(std::move(options)) {
-        TAVO::CoreObjects::registerCoreObjects();
-        TAVO::HWDebug::HwdObjects::registerCoreObjects();
-        CommonModules::CommonModulesObjects::registerCoreObjects();
+        support::registerAllTypes();
         simulator.start();
     }
 
@@ -72,6 +72,13 @@ protected:
         return support::callBytes(instanceId(name), methodId(name, method), parameters);
     }
 
+    void freeze() {
+        simulator.inspect([](Appliance& appliance) { appliance.clock().freeze(); });
+    }
+    void pass(std::chrono::microseconds time) {
+        simulator.inspect([time](Appliance& appliance) { appliance.clock().advance(time); });
+    }
+
     template <class Condition>
     static bool soon(Condition condition) {
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
@@ -84,4 +91,25 @@ protected:
     }
 
     TAVO::simulator::Simulator simulator;
+};
+
+/// The same with an open device.
+class DeviceFixture : public SimulatorFixture {
+protected:
+    using SimulatorFixture::SimulatorFixture;
+
+    void power(bool on) {
+        simulator.inspect([on](Appliance& appliance) { appliance.board()->setPower(on); });
+    }
+    int codeOf(const std::shared_ptr<TAVO::Method>& method) { return called(device, method)->returnCode(); }
+    void done(const std::shared_ptr<TAVO::Method>& method) {
+        EXPECT_EQ(codeOf(method), TAVO::simulator::return_code::done);
+    }
+    template <class Result>
+    Result read(const std::shared_ptr<TAVO::BoundMethod<Result>>& method) {
+        done(method);
+        return method->value();
+    }
+
+    std::shared_ptr<TAVO::Device> device = open();
 };

@@ -39,7 +39,7 @@ std::uint16_t portIn(const std::string& line) {
 
 const Bytes methodsOfDevice = requestBytes(0, {callBytes(0, 3)});
 
-TEST(TavoSim, tellsItsPortAndServes) {
+TEST(TavoSim, TellsItsPortAndServes) {
     Process process(simulator({"--port", "0"}));
     RawClient client(portIn(process.firstLine()));
     client.send(methodsOfDevice);
@@ -50,7 +50,7 @@ TEST(TavoSim, tellsItsPortAndServes) {
     EXPECT_EQ(ended.errors, "stopped after 1 requests on 1 connections\n");
 }
 
-TEST(TavoSim, endsWellOnAnInterrupt) {
+TEST(TavoSim, EndsWellOnAnInterrupt) {
     Process process(simulator({"--port", "0", "--quiet"}));
     process.firstLine();
     process.signal(SIGINT);
@@ -59,7 +59,7 @@ TEST(TavoSim, endsWellOnAnInterrupt) {
     EXPECT_EQ(ended.errors, "");
 }
 
-TEST(TavoSim, letsRequestsGoWrong) {
+TEST(TavoSim, LetsRequestsGoWrong) {
     Process process(simulator({"--port", "0", "--fault", "2:cut=5", "--fault", "1:stray=2"}));
     const auto port = portIn(process.firstLine());
     RawClient client(port);
@@ -128,7 +128,7 @@ private:
     Bytes list_;
 };
 
-TEST(TavoSim, takesAccountsFromAFile) {
+TEST(TavoSim, TakesAccountsFromAFile) {
     const AccountsFile file("# the bench\nann:s3cret\n\nben:a:b\r\ncid:");
     Process process(simulator({"--port", "0", "--accounts", file.path()}));
     DeviceClient client(portIn(process.firstLine()));
@@ -144,7 +144,7 @@ TEST(TavoSim, takesAccountsFromAFile) {
     EXPECT_EQ(process.wait().errors, "stopped after 8 requests on 1 connections\n");
 }
 
-TEST(TavoSim, namesTheLineOfAnAccountsFileAndShowsNothingOfIt) {
+TEST(TavoSim, NamesTheLineOfAnAccountsFileAndShowsNothingOfIt) {
     for (const auto& [content, message] :
          {std::pair{"ann:x\ns3cret\n", ":2: expected USER:PASSWORD\n"},
           {"#\n\n:s3cret", ":3: expected USER:PASSWORD\n"},
@@ -156,7 +156,7 @@ TEST(TavoSim, namesTheLineOfAnAccountsFileAndShowsNothingOfIt) {
     }
 }
 
-TEST(TavoSim, tellsAnAccountsFileThatIsOpenToOthers) {
+TEST(TavoSim, TellsAnAccountsFileThatIsOpenToOthers) {
     const AccountsFile file("ann:s3cret\n");
     const auto toldOf = [&](unsigned mode, std::vector<std::string> arguments) {
         std::filesystem::permissions(file.path(), static_cast<std::filesystem::perms>(mode));
@@ -175,13 +175,13 @@ TEST(TavoSim, tellsAnAccountsFileThatIsOpenToOthers) {
     EXPECT_EQ(toldOf(0644, {"--quiet"}), "");
 }
 
-TEST(TavoSim, showsNoPasswordInTheListOfProcesses) {
+TEST(TavoSim, ShowsNoPasswordInTheListOfProcesses) {
     const auto help = outcome({"--help"}).output;
     EXPECT_EQ(help.find("--account "), std::string::npos) << help;
     EXPECT_EQ(help.find("PASSWORD\n"), std::string::npos) << help;
 }
 
-TEST(TavoSim, logsCallsWithoutPasswords) {
+TEST(TavoSim, LogsCallsWithoutPasswords) {
     const AccountsFile file("ann:s3cret\n");
     Process process(simulator({"--port", "0", "--log", "--topology", "bare", "--accounts", file.path()}));
     DeviceClient client(portIn(process.firstLine()));
@@ -197,7 +197,7 @@ TEST(TavoSim, logsCallsWithoutPasswords) {
     EXPECT_EQ(errors.find("s3cret"), std::string::npos);
 }
 
-TEST(TavoSim, logsLinesThatCannotSteerTheTerminal) {
+TEST(TavoSim, LogsLinesThatCannotSteerTheTerminal) {
     Process process(simulator({"--port", "0", "--log", "--topology", "bare"}));
     DeviceClient client(portIn(process.firstLine()));
     client.call("login", text("a\x1b]0;b\xc2\x9b\xe2\x80\xae\n2 #1 device.info() = 0\x7f"));
@@ -209,21 +209,21 @@ TEST(TavoSim, logsLinesThatCannotSteerTheTerminal) {
               "stopped after 2 requests on 1 connections\n");
 }
 
-TEST(TavoSim, listsItsTopologies) {
+TEST(TavoSim, ListsItsTopologies) {
     const auto listed = outcome({"--list-topologies"});
     EXPECT_EQ(listed.exitCode, 0);
     EXPECT_NE(listed.output.find("standard "), std::string::npos);
     EXPECT_NE(listed.output.find("\nbare "), std::string::npos);
 }
 
-TEST(TavoSim, explainsFaultsInItsHelp) {
+TEST(TavoSim, ExplainsFaultsInItsHelp) {
     const auto help = outcome({"--help"});
     EXPECT_EQ(help.exitCode, 0);
     EXPECT_NE(help.output.find("size=FIELD:BYTES"), std::string::npos);
     EXPECT_EQ(outcome({"--version"}).output, "tavo-sim 2.0.0.0\n");
 }
 
-TEST(TavoSim, refusesWrongArgumentsWithStatus2) {
+TEST(TavoSim, RefusesWrongArgumentsWithStatus2) {
     const std::vector<std::pair<std::vector<std::string>, std::string>> wrong = {
         {{"--nonsense"}, "--nonsense"},
         {{"--port", "65536"}, "--port"},
@@ -247,7 +247,7 @@ TEST(TavoSim, refusesWrongArgumentsWithStatus2) {
     }
 }
 
-TEST(TavoSim, endsWithStatus1WhenItCannotListen) {
+TEST(TavoSim, EndsWithStatus1WhenItCannotListen) {
     Process first(simulator({"--port", "0"}));
     const auto port = std::to_string(portIn(first.firstLine()));
     const auto second = outcome({"--port", port});
@@ -261,7 +261,7 @@ ProcessSetup simulatorWithFewDescriptors() {
     return {"/bin/sh", {"-c", "ulimit -n 24 && exec \"$0\" --port 0", TAVO_SIM_PROGRAM}};
 }
 
-TEST(TavoSim, idleClientsKeepNobodyOutWhenThereAreNoDescriptorsLeft) {
+TEST(TavoSim, IdleClientsKeepNobodyOutWhenThereAreNoDescriptorsLeft) {
     if (support::sanitizerTakesDescriptors)
         GTEST_SKIP() << "the sanitizer needs descriptors of its own";
     Process process(simulatorWithFewDescriptors());
@@ -277,7 +277,7 @@ TEST(TavoSim, idleClientsKeepNobodyOutWhenThereAreNoDescriptorsLeft) {
     EXPECT_EQ(holder.call("getKey", {}, lockId).size(), 12u + 4 + 4 + 4 + 16);
 }
 
-TEST(TavoSim, acceptsAgainWhenDescriptorsAreFreeAgain) {
+TEST(TavoSim, AcceptsAgainWhenDescriptorsAreFreeAgain) {
     if (support::sanitizerTakesDescriptors)
         GTEST_SKIP() << "the sanitizer needs descriptors of its own";
     Process process(simulatorWithFewDescriptors());
@@ -305,7 +305,7 @@ TEST(TavoSim, acceptsAgainWhenDescriptorsAreFreeAgain) {
     EXPECT_EQ(DeviceClient(port).call("getKey").size(), replySize);
 }
 
-TEST(TavoSim, survivesARequestForWhichItHasNoMemory) {
+TEST(TavoSim, SurvivesARequestForWhichItHasNoMemory) {
     if (sanitizerTakesMemory)
         GTEST_SKIP() << "memory cannot be limited";
     Process process({"/bin/sh", {"-c", "ulimit -v 300000 && exec \"$0\" --port 0", TAVO_SIM_PROGRAM}});

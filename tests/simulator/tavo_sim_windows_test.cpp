@@ -67,7 +67,7 @@ private:
     PROCESS_INFORMATION process_{};
 };
 
-TEST(TavoSimOnWindows, tellsItsPortAndServes) {
+TEST(TavoSimOnWindows, TellsItsPortAndServes) {
     Program program("--port 0");
     const std::string start = "listening on 127.0.0.1:";
     const auto line = program.line();
@@ -77,13 +77,13 @@ TEST(TavoSimOnWindows, tellsItsPortAndServes) {
     EXPECT_GT(client.receive().size(), 100u);
 }
 
-TEST(TavoSimOnWindows, listsItsTopologies) {
+TEST(TavoSimOnWindows, ListsItsTopologies) {
     Program program("--list-topologies");
     EXPECT_EQ(program.line().substr(0, 9), "standard ");
     EXPECT_EQ(program.exitCode(), 0u);
 }
 
-TEST(TavoSimOnWindows, refusesWrongArgumentsWithStatus2) {
+TEST(TavoSimOnWindows, RefusesWrongArgumentsWithStatus2) {
     Program program("--port x");
     EXPECT_EQ(program.exitCode(), 2u);
 }

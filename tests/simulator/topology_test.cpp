@@ -51,12 +51,12 @@ std::string complaintAbout(const std::string& content) {
     return text.substr(std::min(path.size(), text.size()));
 }
 
-TEST(topologies, that_are_whole_open_with_typed_proxies) {
+TEST(Topologies, ThatAreWholeOpenWithTypedProxies) {
     for (const auto* name : {"standard", "bare", "legacy"})
         EXPECT_NO_THROW(Opened(name).open()) << name;
 }
 
-TEST(topologies, all_have_a_name_and_a_description_of_their_own) {
+TEST(Topologies, AllHaveANameAndADescriptionOfTheirOwn) {
     std::set<std::string> names;
     for (const auto& topology : topologies()) {
         EXPECT_TRUE(names.insert(topology.name).second) << topology.name;
@@ -67,7 +67,7 @@ TEST(topologies, all_have_a_name_and_a_description_of_their_own) {
                                testing::HasSubstr(".json")));
 }
 
-TEST(topologies, that_are_broken_fail_as_their_name_says) {
+TEST(Topologies, ThatAreBrokenFailAsTheirNameSays) {
     EXPECT_EQ(failureToOpen("broken-cpudebug-no-jtag"), "jtag object not found.");
     EXPECT_EQ(failureToOpen("broken-cpudebug-no-hdt"), "hdt object not found.");
     EXPECT_EQ(failureToOpen("broken-cpudebug-old-jtag"), "jtag object not found.");
@@ -77,7 +77,7 @@ TEST(topologies, that_are_broken_fail_as_their_name_says) {
     EXPECT_EQ(failureToOpen("broken-versions"), "Unknown lpc object version: 1.1");
 }
 
-TEST(topology_file, builds_the_tree_that_it_describes) {
+TEST(TopologyFile, BuildsTheTreeThatItDescribes) {
     const TopologyFile file(R"({
         "name": "mine",
         "description": "a bench",
@@ -104,7 +104,7 @@ TEST(topology_file, builds_the_tree_that_it_describes) {
     EXPECT_EQ(read->value().data, (std::vector<std::uint8_t>{0x0A, 0x0B, 0xFF}));
 }
 
-TEST(topology_file, gives_every_version_of_an_object_the_methods_of_its_proxy) {
+TEST(TopologyFile, GivesEveryVersionOfAnObjectTheMethodsOfItsProxy) {
     const struct {
         std::string type, version, method;
     } cases[] = {
@@ -126,7 +126,7 @@ TEST(topology_file, gives_every_version_of_an_object_the_methods_of_its_proxy) {
     }
 }
 
-TEST(topology_file, shown_in_the_documents_builds_what_it_shows) {
+TEST(TopologyFile, ShownInTheDocumentsBuildsWhatItShows) {
     std::ifstream document(TAVO_SOURCE_DIR "/docs/simulator-topologies.md");
     const std::string text{std::istreambuf_iterator<char>(document), {}};
     const auto begin = text.find("```json") + 7;
@@ -138,14 +138,14 @@ TEST(topology_file, shown_in_the_documents_builds_what_it_shows) {
     EXPECT_EQ(Opened::object(device, "mystery")->version().text, "7");
 }
 
-TEST(topology_file, lets_versions_be_refused_and_children_be_missed) {
+TEST(TopologyFile, LetsVersionsBeRefusedAndChildrenBeMissed) {
     const TopologyFile newer(R"({"name": "n", "objects": [{"name": "c", "type": "com", "version": "1.2"}]})");
     EXPECT_EQ(failureToOpen(newer.path.string()), "Unknown com object version: 1.2");
     const TopologyFile bare(R"({"name": "n", "objects": [{"name": "lpc", "type": "lpc"}]})");
     EXPECT_EQ(failureToOpen(bare.path.string()), "lpc rom emulation object not found.");
 }
 
-TEST(topology_file, complaints_name_the_place_and_what_is_wrong) {
+TEST(TopologyFile, ComplaintsNameThePlaceAndWhatIsWrong) {
     EXPECT_THAT(complaintAbout("{\n \"name\": }"), testing::HasSubstr("line 2"));
     EXPECT_EQ(complaintAbout("[]"), "expected {...}");
     EXPECT_EQ(complaintAbout(R"({"objects": []})"), "'name' is missing: expected text");
@@ -174,17 +174,17 @@ TEST(topology_file, complaints_name_the_place_and_what_is_wrong) {
               "objects[1]: there is an object 'a' already");
 }
 
-TEST(topology_file, that_is_nested_too_deeply_is_refused) {
+TEST(TopologyFile, ThatIsNestedTooDeeplyIsRefused) {
     EXPECT_EQ(complaintAbout(std::string(1'000'000, '[')), "is nested too deeply");
     const std::string opening = R"({"name": "n", "objects": [{"name": "a", "type": "t", "options": )";
     EXPECT_EQ(complaintAbout(opening + std::string(1'000'000, '[')), "is nested too deeply");
 }
 
-TEST(topology_file, with_a_number_beyond_all_bounds_is_refused) {
+TEST(TopologyFile, WithANumberBeyondAllBoundsIsRefused) {
     EXPECT_EQ(complaintAbout(R"({"name": 1e999})"), "number overflow parsing '1e999'");
 }
 
-TEST(topology_file, complaints_about_options_say_which) {
+TEST(TopologyFile, ComplaintsAboutOptionsSayWhich) {
     const auto about = [](const std::string& type, const std::string& options) {
         return complaintAbout(R"({"name": "n", "objects": [{"name": "a", "type": ")" + type +
                               R"(", "options": )" + options + "}]}");
@@ -203,7 +203,7 @@ TEST(topology_file, complaints_about_options_say_which) {
               "objects[0]: devices[1]: I2C address 1 cannot be given to a device");
 }
 
-TEST(topology_file, that_is_not_there_is_named) {
+TEST(TopologyFile, ThatIsNotThereIsNamed) {
     EXPECT_EQ(failureOf<std::invalid_argument>([] { loadTopology("/nowhere/x.json"); }),
               "/nowhere/x.json: cannot be read");
 }

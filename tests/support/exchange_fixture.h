@@ -46,6 +46,11 @@ protected:
     std::shared_ptr<TAVO::Method> named(const std::string& name) {
         return std::make_shared<TAVO::Method>(name, *object, TAVO::dto::Params());
     }
+    /// A call whose result is read by that decoder.
+    std::shared_ptr<TAVO::Method> readBy(TAVO::TAVOXTranscode::Decoder decoder) {
+        tables.second["throwingDecoder"] = decoder;
+        return named("throwingDecoder");
+    }
     static Bytes typeResult(const std::string& name) { return result(0, text(name)); }
 
     void run(const Batch& batch, std::uint32_t lockId = 0) { exchange.run(lockId, batch); }

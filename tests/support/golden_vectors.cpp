@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <string_view>
 
-#include <tavo/cli/values/json_value.h>
+#include <tests/support/wire_bytes.h>
 
 namespace support {
 
@@ -23,11 +23,11 @@ constexpr std::array<std::string_view, 7> knownKeys{
 // A string, or an array of strings that stand one behind the other.
 std::vector<std::uint8_t> bytesIn(const json& hex) {
     if (hex.is_string())
-        return TAVO::cli::bytesFromHex(hex.get<std::string>());
+        return bytesFromHex(hex.get<std::string>());
     std::string all;
     for (const auto& line : hex)
         all += line.get<std::string>() + " ";
-    return TAVO::cli::bytesFromHex(all);
+    return bytesFromHex(all);
 }
 
 GoldenVector vectorIn(const json& entry) {

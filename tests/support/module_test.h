@@ -8,11 +8,13 @@
 
 #include <gtest/gtest.h>
 
-#include <tavo/cli/values/json_value.h>
 #include <tavo/client/object/method_tables.h>
 #include <tavo/client/object/object_factory.h>
+#include <tavo/client/wire/error.h>
 #include <tests/support/all_types.h>
+#include <tests/support/failure_text.h>
 #include <tests/support/fake_device.h>
+#include <tests/support/wire_bytes.h>
 
 namespace support {
 
@@ -60,6 +62,11 @@ protected:
         return open<Proxy>(7);
     }
 
+    /// Of the object of openOnly() and its like.
+    std::string failureToOpen() {
+        return failureOf<TAVO::SpecificationError>([&] { build(7); });
+    }
+
     /// The remote method's name and the parameter bytes that the device receives.
     Request sentBy(const std::shared_ptr<TAVO::Method>& method) {
         device->appliance.forgetCalls();
@@ -71,7 +78,7 @@ protected:
     }
 
     static Request request(const std::string& method, const std::string& hex = "") {
-        return {method, TAVO::cli::bytesFromHex(hex)};
+        return {method, bytesFromHex(hex)};
     }
 
     /// The value of the call when the device replies with these bytes after the return code. Takes nothing
@@ -80,7 +87,7 @@ protected:
     Result reply(const std::type_identity_t<std::shared_ptr<TAVO::BoundMethod<Result>>>& method,
                  const std::string& hex) {
         device->appliance.object(method->getObject()->getInstanceID())
-            .method(method->getName(), result(0, TAVO::cli::bytesFromHex(hex)));
+            .method(method->getName(), result(0, bytesFromHex(hex)));
         device->call(method);
         return method->value();
     }

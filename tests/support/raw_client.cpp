@@ -78,6 +78,14 @@ Bytes RawClient::receive(std::size_t count) {
 
 Bytes RawClient::receiveToEnd() { return receive(SIZE_MAX); }
 
+bool RawClient::hasEnded() {
+    try {
+        return receive().empty();
+    } catch (const std::runtime_error& failure) {
+        return std::string(failure.what()) == "reset";
+    }
+}
+
 bool RawClient::hasInput() {
     std::uint8_t next = 0;
     asio::error_code failure;

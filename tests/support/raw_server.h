@@ -7,30 +7,18 @@
 #include <stdexcept>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include <gtest/gtest.h>
 
 #include <tavo/simulator/scripted_peer.h>
 #include <tests/support/hang_guard.h>
+#include <tests/support/wire_bytes.h>
 
 /// The device's end of a connection, byte by byte, as TAVO::simulator::ScriptedPeer plays it, for tests of
 /// GoogleTest. Every wait here ends after `patience` with an exception.
 namespace support {
 
-using Bytes = std::vector<std::uint8_t>;
-
 inline constexpr auto patience = TAVO::simulator::peerPatience;
-
-inline Bytes bytesOf(const std::string& text) { return {text.begin(), text.end()}; }
-
-/// `count` bytes that differ from their neighbours and do not repeat with a power of two.
-inline Bytes pattern(std::size_t count) {
-    Bytes bytes(count);
-    for (std::size_t i = 0; i < count; ++i)
-        bytes[i] = static_cast<std::uint8_t>(i % 251);
-    return bytes;
-}
 
 using RawConnection = TAVO::simulator::PeerConnection;
 using RawListener = TAVO::simulator::PeerListener;

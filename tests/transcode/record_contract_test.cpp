@@ -17,9 +17,11 @@
 #include <tavo/client/wire/internal/readable_name.h>
 #include <tests/support/all_types.h>
 #include <tests/support/allocation_meter.h>
+#include <tests/support/output_chunks.h>
 
 namespace {
 
+using support::written;
 using namespace TAVO::TAVOXTranscode;
 using TAVO::dto::Params;
 using TAVOX::InputStream;
@@ -54,13 +56,6 @@ void expectRefusal(Encoder encoder, const Params& params, const std::type_info& 
 }
 
 InputStream readerOf(const Bytes& bytes) { return {bytes.data(), bytes.size()}; }
-
-Bytes written(const OutputStream& out) {
-    Bytes bytes;
-    for (const auto chunk : out.chunks())
-        bytes.insert(bytes.end(), chunk.begin(), chunk.end());
-    return bytes;
-}
 
 template <class Condition, class Check>
 void forEveryRow(Condition condition, Check check) {

@@ -13,28 +13,19 @@
 #include <tavo/client/wire/socket_transport.h>
 #include <tests/support/failure_text.h>
 #include <tests/support/raw_server.h>
+#include <tests/support/transport_calls.h>
 
 namespace {
 
 using support::Bytes;
 using support::bytesOf;
 using support::failureOf;
+using support::interrupted;
+using support::receive;
+using support::sendText;
 using TAVO::Interrupter;
 using TAVO::NetworkError;
 using TAVO::SocketTransport;
-
-const std::string interrupted = "Call to device interrupted.";
-
-void sendText(SocketTransport& transport, const std::string& text) {
-    const auto bytes = bytesOf(text);
-    transport.sendAll(bytes.data(), bytes.size());
-}
-
-Bytes receive(SocketTransport& transport, std::size_t count) {
-    Bytes bytes(count);
-    transport.receiveAll(bytes.data(), count);
-    return bytes;
-}
 
 /// Transports that share an interrupter, and the far ends of their first connections.
 class SharedInterrupter : public testing::Test {

@@ -11,28 +11,23 @@
 #include <tavo/client/wire/output_stream.h>
 #include <tests/support/allocation_meter.h>
 #include <tests/support/output_chunks.h>
+#include <tests/support/wire_bytes.h>
 
 namespace {
 
 using support::AllocationMeter;
+using support::Bytes;
 using support::chunkSizes;
 using support::NothrowLimit;
+using support::pattern;
 using support::written;
 using TAVOX::OutputStream;
-using Bytes = std::vector<std::uint8_t>;
 
 constexpr auto capacity = support::chunkCapacity;
 
 void fill(OutputStream& out, std::size_t count) {
     for (std::size_t i = 0; i < count; ++i)
         out.writeByte(0xEE);
-}
-
-Bytes pattern(std::size_t count) {
-    Bytes bytes(count);
-    for (std::size_t i = 0; i < count; ++i)
-        bytes[i] = static_cast<std::uint8_t>(i % 251);
-    return bytes;
 }
 
 TEST(OutputStream, IsEmptyAtFirst) {

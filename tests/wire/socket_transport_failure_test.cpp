@@ -4,44 +4,29 @@
 
 #include <tavo/client/wire/error.h>
 #include <tavo/client/wire/socket_transport.h>
+#include <tests/support/failure_text.h>
 #include <tests/support/raw_server.h>
 #include <tests/support/system_error.h>
+#include <tests/support/transport_calls.h>
 
 namespace {
 
 using support::Bytes;
 using support::bytesOf;
+using support::failureOf;
 using support::GuardedListener;
 using support::pattern;
 using support::RawConnection;
 using support::RawListener;
+using support::receive;
 using support::ScriptedServer;
+using support::sendText;
 using support::SystemError;
+using TAVO::NetworkError;
 using TAVO::SocketTransport;
 
 const std::string connectionReset =
     "Connection to device closed unexpectedly." + support::errorCodeText(SystemError::connectionReset);
-
-void sendText(SocketTransport& transport, const std::string& text) {
-    const auto bytes = bytesOf(text);
-    transport.sendAll(bytes.data(), bytes.size());
-}
-
-Bytes receive(SocketTransport& transport, std::size_t count) {
-    Bytes bytes(count);
-    transport.receiveAll(bytes.data(), count);
-    return bytes;
-}
-
-template <class Action>
-std::string networkErrorOf(Action action) {
-    try {
-        action();
-    } catch (const TAVO::NetworkError& error) {
-        return error.what();
-    }
-    return "no network error";
-}
 
 std::string refusal(const RawListener& listener) {
     return "Could not connect to socket to: 127.0.0.1 port " + listener.portText() +
@@ -51,7 +36,8 @@ std::string refusal(const RawListener& listener) {
 TEST(SocketTransportFailure, NamesHostPortAndSystemTextOfAPortThatRefuses) {
     GuardedListener listener;
     listener.stop();
-    EXPECT_EQ(networkErrorOf([&] { SocketTransport("127.0.0.1", listener.portText()); }), refusal(listener));
+    EXPECT_EQ(failureOf<NetworkError>([&] { SocketTransport("127.0.0.1", listener.portText()); }),
+              refusal(listener));
 }
 
 TEST(SocketTransportFailure, ReconnectsSilentlyWhenThePeerHasClosed) {
@@ -122,7 +108,7 @@ TEST(SocketTransportFailure, FailsToReceiveWhenClosed) {
     GuardedListener listener;
     SocketTransport transport("127.0.0.1", listener.portText());
     transport.close();
-    EXPECT_EQ(networkErrorOf([&] { receive(transport, 1); }),
+    EXPECT_EQ(failureOf<NetworkError>([&] { receive(transport, 1); }),
               "Connection to device closed unexpectedly." +
                   support::errorCodeText(SystemError::notConnected));
 }
@@ -133,8 +119,8 @@ TEST(SocketTransportFailure, StaysClosedAfterAFailedReconnectUntilASendSucceeds)
     listener.accept().close();
     listener.stop();
     for (int attempt = 0; attempt < 3; ++attempt) {
-        EXPECT_EQ(networkErrorOf([&] { sendText(transport, "question"); }), refusal(listener));
-        EXPECT_NE(networkErrorOf([&] { receive(transport, 1); }), "no network error");
+        EXPECT_EQ(failureOf<NetworkError>([&] { sendText(transport, "question"); }), refusal(listener));
+        EXPECT_THROW(receive(transport, 1), NetworkError);
     }
 
     listener.listen();
@@ -148,13 +134,13 @@ TEST(SocketTransportFailure, ReportsAPeerThatClosesBeforeAllBytesHaveCome) {
     auto peer = listener.accept();
     peer.write(bytesOf("ans"));
     peer.close();
-    EXPECT_EQ(networkErrorOf([&] { receive(transport, 6); }), connectionReset);
+    EXPECT_EQ(failureOf<NetworkError>([&] { receive(transport, 6); }), connectionReset);
 }
 
 TEST(SocketTransportFailure, ReportsAPeerThatClosesInTheMiddleOfALargeBlock) {
     ScriptedServer server([](RawListener& listener) { listener.accept().write(pattern(100000)); });
     SocketTransport transport("127.0.0.1", server.portText());
-    EXPECT_EQ(networkErrorOf([&] { receive(transport, 1000000); }), connectionReset);
+    EXPECT_EQ(failureOf<NetworkError>([&] { receive(transport, 1000000); }), connectionReset);
 }
 
 TEST(SocketTransportFailure, ReportsAPeerThatResetsWhileItIsWaitedFor) {
@@ -166,7 +152,7 @@ TEST(SocketTransportFailure, ReportsAPeerThatResetsWhileItIsWaitedFor) {
     });
     SocketTransport transport("127.0.0.1", server.portText());
     sendText(transport, "question");
-    EXPECT_EQ(networkErrorOf([&] { receive(transport, 6); }), connectionReset);
+    EXPECT_EQ(failureOf<NetworkError>([&] { receive(transport, 6); }), connectionReset);
 }
 
 TEST(SocketTransportFailure, ConnectsAnewAfterAReceiveHasFailed) {
@@ -182,7 +168,7 @@ TEST(SocketTransportFailure, FailsToReceiveInPlaceWhenClosed) {
     GuardedListener listener;
     SocketTransport transport("127.0.0.1", listener.portText());
     transport.close();
-    EXPECT_EQ(networkErrorOf([&] { transport.receiveInPlace(1); }),
+    EXPECT_EQ(failureOf<NetworkError>([&] { transport.receiveInPlace(1); }),
               "Connection to device closed unexpectedly." +
                   support::errorCodeText(SystemError::notConnected));
 }

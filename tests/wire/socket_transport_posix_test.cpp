@@ -19,38 +19,23 @@
 
 #include <tavo/client/wire/error.h>
 #include <tavo/client/wire/socket_transport.h>
+#include <tests/support/failure_text.h>
 #include <tests/support/raw_server.h>
+#include <tests/support/transport_calls.h>
 
 namespace {
 
 using support::Bytes;
 using support::bytesOf;
+using support::failureOf;
 using support::GuardedListener;
 using support::pattern;
 using support::RawListener;
+using support::receive;
 using support::ScriptedServer;
+using support::sendText;
+using TAVO::NetworkError;
 using TAVO::SocketTransport;
-
-void sendText(SocketTransport& transport, const std::string& text) {
-    const auto bytes = bytesOf(text);
-    transport.sendAll(bytes.data(), bytes.size());
-}
-
-Bytes receive(SocketTransport& transport, std::size_t count) {
-    Bytes bytes(count);
-    transport.receiveAll(bytes.data(), count);
-    return bytes;
-}
-
-template <class Action>
-std::string networkErrorOf(Action action) {
-    try {
-        action();
-    } catch (const TAVO::NetworkError& error) {
-        return error.what();
-    }
-    return "no network error";
-}
 
 /// A descriptor that closes itself.
 class Descriptor {
@@ -77,7 +62,7 @@ private:
 };
 
 TEST(SocketTransportOnPosix, NamesHostPortAndResolverTextOfAHostThatDoesNotResolve) {
-    const auto text = networkErrorOf([] { SocketTransport("no-such-host.invalid", "4711"); });
+    const auto text = failureOf<NetworkError>([] { SocketTransport("no-such-host.invalid", "4711"); });
     const std::string beginning = "Could not get address info for: no-such-host.invalid port 4711[ErrorCode ";
     EXPECT_EQ(text.substr(0, beginning.size()), beginning);
     const auto code = text.substr(beginning.size());
@@ -89,7 +74,7 @@ TEST(SocketTransportOnPosix, RefusesAPortThatDoesNotExistInsteadOfTakingItsLowes
     GuardedListener listener;
     for (const auto beyond : {std::uint64_t{0x10000}, std::uint64_t{1} << 32}) {
         const auto port = std::to_string(beyond + std::stoul(listener.portText()));
-        EXPECT_EQ(networkErrorOf([&] { SocketTransport("127.0.0.1", port); }),
+        EXPECT_EQ(failureOf<NetworkError>([&] { SocketTransport("127.0.0.1", port); }),
                   "Could not get address info for: 127.0.0.1 port " + port +
                       "[ErrorCode -8:Servname not supported for ai_socktype]");
     }
@@ -105,7 +90,7 @@ TEST(SocketTransportOnPosix, ReportsThatNoSocketCanBeCreated) {
     for (rlim_t limit = 3; limit < 64; ++limit) {
         const rlimit few{limit, before.rlim_max};
         setrlimit(RLIMIT_NOFILE, &few);
-        text = networkErrorOf([&] { transport.connect(); });
+        text = failureOf<NetworkError>([&] { transport.connect(); });
         setrlimit(RLIMIT_NOFILE, &before);
         if (text.rfind("Could not get address info", 0) != 0)
             break;
@@ -154,7 +139,7 @@ TEST(SocketTransportOnPosix, ReportsAPeerThatBreaksASendWithoutRaisingASignal) {
         EXPECT_EQ(listener.accept().read(8), bytesOf("question"));
     });
     SocketTransport transport("127.0.0.1", server.portText());
-    EXPECT_EQ(networkErrorOf([&] { transport.sendAll(request.data(), request.size()); }),
+    EXPECT_EQ(failureOf<NetworkError>([&] { transport.sendAll(request.data(), request.size()); }),
               "Error transmitting message call to device.[ErrorCode 32:Broken pipe]");
     EXPECT_EQ(caughtSignals, 0);
     sendText(transport, "question");
@@ -265,10 +250,10 @@ TEST(SocketTransportOnPosix, WorksWithADescriptorAbove1023) {
     EXPECT_EQ(peer.read(8), bytesOf("question"));
     peer.write(bytesOf("answerx"));
     EXPECT_EQ(receive(transport, 6), bytesOf("answer"));
-    EXPECT_EQ(networkErrorOf([&] { sendText(transport, "question"); }),
+    EXPECT_EQ(failureOf<NetworkError>([&] { sendText(transport, "question"); }),
               "Unexpected data recieved from device.");
     peer.write(bytesOf("y"));
-    EXPECT_EQ(networkErrorOf([&] { sendText(transport, "question"); }),
+    EXPECT_EQ(failureOf<NetworkError>([&] { sendText(transport, "question"); }),
               "Unexpected data recieved from device.");
 
     occupied.clear();

@@ -10,6 +10,7 @@
 #include <tavo/client/wire/socket_transport.h>
 #include <tests/support/raw_server.h>
 #include <tests/support/system_error.h>
+#include <tests/support/transport_calls.h>
 
 namespace {
 
@@ -18,20 +19,11 @@ using support::bytesOf;
 using support::GuardedListener;
 using support::pattern;
 using support::RawListener;
+using support::receive;
 using support::ScriptedServer;
+using support::sendText;
 using TAVO::SocketTransport;
 using TAVOX::OutputStream;
-
-void sendText(SocketTransport& transport, const std::string& text) {
-    const auto bytes = bytesOf(text);
-    transport.sendAll(bytes.data(), bytes.size());
-}
-
-Bytes receive(SocketTransport& transport, std::size_t count) {
-    Bytes bytes(count);
-    transport.receiveAll(bytes.data(), count);
-    return bytes;
-}
 
 /// A connected pair, both ends in this thread.
 class SocketTransportPair : public testing::Test {

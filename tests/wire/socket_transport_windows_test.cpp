@@ -13,27 +13,20 @@
 
 #include <tavo/client/wire/error.h>
 #include <tavo/client/wire/socket_transport.h>
+#include <tests/support/failure_text.h>
 #include <tests/support/raw_server.h>
 #include <tests/support/system_error.h>
 
 namespace {
 
 using support::bytesOf;
+using support::failureOf;
 using support::GuardedListener;
 using support::RawListener;
 using support::ScriptedServer;
 using support::SystemError;
+using TAVO::NetworkError;
 using TAVO::SocketTransport;
-
-template <class Action>
-std::string networkErrorOf(Action action) {
-    try {
-        action();
-    } catch (const TAVO::NetworkError& error) {
-        return error.what();
-    }
-    return "no network error";
-}
 
 // The text of the system, line break included; some systems have none for some codes.
 std::string messageOf(DWORD code) {
@@ -46,14 +39,14 @@ std::string messageOf(DWORD code) {
 TEST(SocketTransportOnWindows, EndsTheTextOfTheSystemWithItsLineBreak) {
     GuardedListener listener;
     listener.stop();
-    const auto text = networkErrorOf([&] { SocketTransport("127.0.0.1", listener.portText()); });
+    const auto text = failureOf<NetworkError>([&] { SocketTransport("127.0.0.1", listener.portText()); });
     EXPECT_EQ(text, "Could not connect to socket to: 127.0.0.1 port " + listener.portText() +
                         "[ErrorCode 10061:" + messageOf(10061) + "]");
     EXPECT_EQ(text.substr(text.size() - 3), "\r\n]");
 }
 
 TEST(SocketTransportOnWindows, NamesHostPortAndSystemTextOfAHostThatDoesNotResolve) {
-    const auto text = networkErrorOf([] { SocketTransport("no-such-host.invalid", "4711"); });
+    const auto text = failureOf<NetworkError>([] { SocketTransport("no-such-host.invalid", "4711"); });
     const std::string beginning = "Could not get address info for: no-such-host.invalid port 4711[ErrorCode ";
     EXPECT_TRUE(text == beginning + "11001:" + messageOf(11001) + "]" ||
                 text == beginning + "11002:" + messageOf(11002) + "]")
@@ -63,7 +56,7 @@ TEST(SocketTransportOnWindows, NamesHostPortAndSystemTextOfAHostThatDoesNotResol
 TEST(SocketTransportOnWindows, RefusesAPortThatDoesNotExistInsteadOfTakingItsLowest16Bits) {
     GuardedListener listener;
     const auto port = std::to_string(0x10000 + std::stoul(listener.portText()));
-    EXPECT_EQ(networkErrorOf([&] { SocketTransport("127.0.0.1", port); }),
+    EXPECT_EQ(failureOf<NetworkError>([&] { SocketTransport("127.0.0.1", port); }),
               "Could not get address info for: 127.0.0.1 port " + port +
                   "[ErrorCode 10109:" + messageOf(10109) + "]");
 }
@@ -77,7 +70,7 @@ TEST(SocketTransportOnWindows, ReportsAPeerThatBreaksASend) {
         EXPECT_EQ(listener.accept().read(8), bytesOf("question"));
     });
     SocketTransport transport("127.0.0.1", server.portText());
-    const auto text = networkErrorOf([&] { transport.sendAll(request.data(), request.size()); });
+    const auto text = failureOf<NetworkError>([&] { transport.sendAll(request.data(), request.size()); });
     const std::string beginning = "Error transmitting message call to device.[ErrorCode ";
     EXPECT_TRUE(text == beginning + "10054:" + messageOf(10054) + "]" ||
                 text == beginning + "10053:" + messageOf(10053) + "]")

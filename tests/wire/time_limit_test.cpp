@@ -12,33 +12,28 @@
 #include <tavo/client/wire/socket_transport.h>
 #include <tests/support/failure_text.h>
 #include <tests/support/raw_server.h>
+#include <tests/support/transport_calls.h>
 
 namespace {
 
 using namespace std::chrono_literals;
 using support::Bytes;
 using support::failureOf;
+using support::interrupted;
 using support::RawConnection;
 using support::RawListener;
+using support::receive;
 using support::ScriptedServer;
+using support::send;
+using support::timedOut;
 using TAVO::Interrupter;
 using TAVO::NetworkError;
 using TAVO::SocketTransport;
 using TAVO::TimeLimit;
 using Clock = std::chrono::steady_clock;
 
-const std::string timedOut = "Call to device timed out.";
-const std::string interrupted = "Call to device interrupted.";
 constexpr TimeLimit shortLimit = 200ms;
 constexpr TimeLimit longLimit = 1h;
-
-void send(SocketTransport& transport, const Bytes& bytes) { transport.sendAll(bytes.data(), bytes.size()); }
-
-Bytes receive(SocketTransport& transport, std::size_t count) {
-    Bytes bytes(count);
-    transport.receiveAll(bytes.data(), count);
-    return bytes;
-}
 
 class LimitedTransport : public testing::Test {
 protected:

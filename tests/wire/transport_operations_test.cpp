@@ -11,6 +11,7 @@
 #include <tests/support/failure_text.h>
 #include <tests/support/raw_server.h>
 #include <tests/support/system_error.h>
+#include <tests/support/transport_calls.h>
 
 namespace {
 
@@ -55,11 +56,7 @@ protected:
             request.writeByte(byte);
         transport.send(request.chunks());
     }
-    Bytes receive(std::size_t count) {
-        Bytes bytes(count);
-        transport.receiveAll(bytes.data(), count);
-        return bytes;
-    }
+    Bytes receive(std::size_t count) { return support::receive(transport, count); }
     /// Until the bytes or the end that the peer has sent are there.
     void awaitUnasked() {
         while (!transport.hasUnaskedBytes())

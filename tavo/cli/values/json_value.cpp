@@ -14,49 +14,6 @@ using nlohmann::json;
 constexpr const char* bytesKey = "hex";
 constexpr const char* rawTextKey = "hex-text";
 
-template <class Block>
-std::string hexOf(const Block& block) {
-    constexpr std::string_view digits = "0123456789abcdef";
-    std::string text;
-    for (const auto element : block) {
-        const auto byte = static_cast<std::uint8_t>(element);
-        text += digits[byte >> 4];
-        text += digits[byte & 15];
-    }
-    return text;
-}
-
-bool isPrintable(const std::string& text) {
-    try {
-        static_cast<void>(json(text).dump());
-        return true;
-    } catch (const json::type_error&) {
-        return false;
-    }
-}
-
-struct JsonMaker {
-    json operator()(bool value) const { return value; }
-    json operator()(std::int64_t value) const { return value; }
-    json operator()(std::uint64_t value) const { return value; }
-    json operator()(const std::string& value) const {
-        return isPrintable(value) ? json(value) : json{{rawTextKey, hexOf(value)}};
-    }
-    json operator()(const Value::Bytes& value) const { return {{bytesKey, hexOf(value)}}; }
-    json operator()(const Value::List& value) const {
-        auto made = json::array();
-        for (const auto& element : value)
-            made.push_back(toJson(element));
-        return made;
-    }
-    json operator()(const Value::Record& value) const {
-        auto made = json::object();
-        for (const auto& member : value)
-            made[member.name] = toJson(member.value);
-        return made;
-    }
-};
-
 std::string placeOf(const std::string& path) { return path.empty() ? "the value" : "'" + path + "'"; }
 
 Value::Bytes bytesAt(const std::string& path, const std::string& digits) {
@@ -117,8 +74,6 @@ Value valueAt(const std::string& path, const json& node) {
 }
 
 } // namespace
-
-json toJson(const Value& value) { return std::visit(JsonMaker{}, value.data); }
 
 Value fromJson(const json& node) { return valueAt("", node); }
 

@@ -8,15 +8,12 @@
 
 #include <tavo/client/transcode/value.h>
 
-/// Records as JSON. A record becomes an object, a list an array; numbers, flags and texts stay as they are.
-/// JSON has neither bytes nor texts that are not UTF-8, so these become objects with one member: `{"hex":
+/// Records read from JSON. An object becomes a record, an array a list; numbers, flags and texts stay as they
+/// are. JSON has neither bytes nor texts that are not UTF-8, so these are objects with one member: `{"hex":
 /// "00ff"}` and `{"hex-text": "00ff"}`.
 namespace TAVO::cli {
 
-/// All texts in the result are UTF-8, so it can be printed.
-nlohmann::json toJson(const Value& value);
-
-/// The inverse of toJson(). A number keeps the signedness it has in `node`.
+/// A number keeps the signedness it has in `node`.
 /// @throws std::invalid_argument that names the place, for anything no record can hold: null, a number that
 ///         is not an integer or exceeds 64 bits, bad hexadecimal digits.
 Value fromJson(const nlohmann::json& node);

@@ -7,7 +7,7 @@
 /// Writes the values of any record without copying them.
 namespace TAVO::cli {
 
-/// Writes the same JSON as toJson(): an object for a record, its members in alphabetical order.
+/// Writes JSON that fromJson() reads back: an object for a record, its members in alphabetical order.
 void writeValue(JsonWriter& json, const ValueView& value);
 
 /// On one line: `name=value` pairs, byte blocks as hexadecimal digits, texts in quotes, lists in brackets,

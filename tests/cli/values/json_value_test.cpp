@@ -6,14 +6,15 @@
 #include <gtest/gtest.h>
 
 #include <tavo/cli/values/json_value.h>
+#include <tests/support/value_json.h>
 
 namespace {
 
 using nlohmann::json;
+using support::toJson;
 using TAVO::Value;
 using TAVO::cli::bytesFromHex;
 using TAVO::cli::fromJson;
-using TAVO::cli::toJson;
 
 std::string refusal(const char* text) {
     try {

@@ -7,15 +7,16 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <tavo/cli/values/json_value.h>
 #include <tavo/cli/values/json_writer.h>
 #include <tavo/cli/values/utf8.h>
 #include <tests/cli/written.h>
+#include <tests/support/value_json.h>
 
 namespace {
 
 using namespace TAVO::cli;
 using nlohmann::json;
+using support::toJson;
 using tool_test::written;
 
 template <class Fill>

@@ -8,7 +8,7 @@ using TAVO::simulator::Board;
 
 struct BoardTest : testing::Test, tests::HandClock {};
 
-TEST_F(BoardTest, starts_without_power_and_in_reset) {
+TEST_F(BoardTest, StartsWithoutPowerAndInReset) {
     EXPECT_FALSE(board->powered());
     EXPECT_FALSE(board->powerGood());
     EXPECT_TRUE(board->inReset());
@@ -17,7 +17,7 @@ TEST_F(BoardTest, starts_without_power_and_in_reset) {
     EXPECT_EQ(board->powerOnCount(), 0u);
 }
 
-TEST_F(BoardTest, comes_up_in_order_power_good_reset_boot) {
+TEST_F(BoardTest, ComesUpInOrderPowerGoodResetBoot) {
     board->setPower(true);
     EXPECT_TRUE(board->powered());
     advance(Board::powerGoodDelay - 1);
@@ -33,7 +33,7 @@ TEST_F(BoardTest, comes_up_in_order_power_good_reset_boot) {
     EXPECT_EQ(board->sincePowerOn(), Board::resetDelay + Board::bootDuration);
 }
 
-TEST_F(BoardTest, switching_on_twice_is_one_boot) {
+TEST_F(BoardTest, SwitchingOnTwiceIsOneBoot) {
     board->setPower(true);
     advance(1000);
     board->setPower(true);
@@ -41,7 +41,7 @@ TEST_F(BoardTest, switching_on_twice_is_one_boot) {
     EXPECT_EQ(board->sincePowerOn(), 1000u);
 }
 
-TEST_F(BoardTest, switching_off_ends_everything_at_once) {
+TEST_F(BoardTest, SwitchingOffEndsEverythingAtOnce) {
     board->setPower(true);
     advance(Board::bootDuration);
     board->setPower(false);
@@ -50,7 +50,7 @@ TEST_F(BoardTest, switching_off_ends_everything_at_once) {
     EXPECT_FALSE(board->booted());
 }
 
-TEST_F(BoardTest, pulse_ends_at_its_own_time_however_late_one_looks) {
+TEST_F(BoardTest, PulseEndsAtItsOwnTimeHoweverLateOneLooks) {
     board->setPower(true);
     advance(Board::bootDuration);
     board->pulsePower(false, 500'000);
@@ -60,7 +60,7 @@ TEST_F(BoardTest, pulse_ends_at_its_own_time_however_late_one_looks) {
     EXPECT_EQ(board->powerOnCount(), 2u);
 }
 
-TEST_F(BoardTest, switching_during_a_pulse_cancels_its_end) {
+TEST_F(BoardTest, SwitchingDuringAPulseCancelsItsEnd) {
     board->pulsePower(true, 500'000);
     advance(100'000);
     board->setPower(true);
@@ -69,7 +69,7 @@ TEST_F(BoardTest, switching_during_a_pulse_cancels_its_end) {
     EXPECT_EQ(board->powerOnCount(), 1u);
 }
 
-TEST_F(BoardTest, reboot_begins_a_boot_without_a_power_cycle) {
+TEST_F(BoardTest, RebootBeginsABootWithoutAPowerCycle) {
     board->setPower(true);
     advance(Board::bootDuration);
     board->reboot();
@@ -82,12 +82,12 @@ TEST_F(BoardTest, reboot_begins_a_boot_without_a_power_cycle) {
     EXPECT_EQ(board->sinceBoot(), 0u);
 }
 
-TEST_F(BoardTest, reboot_without_power_does_nothing) {
+TEST_F(BoardTest, RebootWithoutPowerDoesNothing) {
     board->reboot();
     EXPECT_EQ(board->bootCount(), 0u);
 }
 
-TEST_F(BoardTest, only_the_boot_after_clearing_finds_cleared_settings) {
+TEST_F(BoardTest, OnlyTheBootAfterClearingFindsClearedSettings) {
     board->setPower(true);
     board->clearCmos();
     EXPECT_FALSE(board->bootFoundClearedCmos());
@@ -98,7 +98,7 @@ TEST_F(BoardTest, only_the_boot_after_clearing_finds_cleared_settings) {
     EXPECT_EQ(board->cmosClearCount(), 1u);
 }
 
-TEST_F(BoardTest, time_stands_still_when_the_clock_goes_back) {
+TEST_F(BoardTest, TimeStandsStillWhenTheClockGoesBack) {
     board->setPower(true);
     advance(400'000);
     EXPECT_EQ(board->sincePowerOn(), 400'000u);

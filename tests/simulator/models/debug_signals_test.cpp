@@ -35,7 +35,7 @@ struct DebugSignalsTest : testing::Test, tests::HandClock {
     }
 };
 
-TEST_F(DebugSignalsTest, cores_answer_a_request_after_the_delay_and_run_on_release) {
+TEST_F(DebugSignalsTest, CoresAnswerARequestAfterTheDelayAndRunOnRelease) {
     boot();
     signals.setDebugRequest(true);
     advance(DebugSignals::haltDelay - 1);
@@ -47,7 +47,7 @@ TEST_F(DebugSignalsTest, cores_answer_a_request_after_the_delay_and_run_on_relea
     EXPECT_EQ(signals.source(), Source::command);
 }
 
-TEST_F(DebugSignalsTest, a_board_without_power_or_in_reset_does_not_answer) {
+TEST_F(DebugSignalsTest, ABoardWithoutPowerOrInResetDoesNotAnswer) {
     signals.setDebugRequest(true);
     advance(1000);
     EXPECT_EQ(signals.debugReady(), none);
@@ -60,7 +60,7 @@ TEST_F(DebugSignalsTest, a_board_without_power_or_in_reset_does_not_answer) {
     EXPECT_EQ(signals.debugReady(), none);
 }
 
-TEST_F(DebugSignalsTest, a_snapshot_keeps_lines_until_it_is_cleared) {
+TEST_F(DebugSignalsTest, ASnapshotKeepsLinesUntilItIsCleared) {
     boot();
     signals.haltCore(2);
     EXPECT_EQ(signals.debugReady(), (Lines{false, false, true, false}));
@@ -74,7 +74,7 @@ TEST_F(DebugSignalsTest, a_snapshot_keeps_lines_until_it_is_cleared) {
         << "a line that is true is latched again";
 }
 
-TEST_F(DebugSignalsTest, a_short_answer_between_two_looks_is_in_the_snapshot) {
+TEST_F(DebugSignalsTest, AShortAnswerBetweenTwoLooksIsInTheSnapshot) {
     boot();
     signals.setDebugRequest(true);
     advance(DebugSignals::haltDelay + 1);
@@ -82,7 +82,7 @@ TEST_F(DebugSignalsTest, a_short_answer_between_two_looks_is_in_the_snapshot) {
     EXPECT_EQ(signals.snapshot(), allLines);
 }
 
-TEST_F(DebugSignalsTest, masked_lines_take_no_part) {
+TEST_F(DebugSignalsTest, MaskedLinesTakeNoPart) {
     boot();
     change([](auto& options) { options.mask = {true, false, true, false}; });
     signals.setDebugRequest(true);
@@ -91,7 +91,7 @@ TEST_F(DebugSignalsTest, masked_lines_take_no_part) {
     EXPECT_EQ(signals.debugReady(), (Lines{true, false, true, false}));
 }
 
-TEST_F(DebugSignalsTest, a_pulse_ends_by_itself_and_leaves_the_cores_halted) {
+TEST_F(DebugSignalsTest, APulseEndsByItselfAndLeavesTheCoresHalted) {
     boot();
     change([](auto& options) { options.pulseWidth = 20'500; });
     signals.setDebugRequest(true);
@@ -104,7 +104,7 @@ TEST_F(DebugSignalsTest, a_pulse_ends_by_itself_and_leaves_the_cores_halted) {
     EXPECT_EQ(signals.debugReady(), none);
 }
 
-TEST_F(DebugSignalsTest, the_reset_option_requests_at_the_release_of_reset) {
+TEST_F(DebugSignalsTest, TheResetOptionRequestsAtTheReleaseOfReset) {
     change([](auto& options) { options.onReset = true; });
     board->setPower(true);
     advance(Board::resetDelay + DebugSignals::haltDelay);
@@ -113,7 +113,7 @@ TEST_F(DebugSignalsTest, the_reset_option_requests_at_the_release_of_reset) {
     EXPECT_EQ(signals.source(), Source::reset);
 }
 
-TEST_F(DebugSignalsTest, one_halted_core_halts_the_others_with_the_ready_option) {
+TEST_F(DebugSignalsTest, OneHaltedCoreHaltsTheOthersWithTheReadyOption) {
     boot();
     change([](auto& options) { options.onDebugReady = true; });
     signals.haltCore(3);
@@ -123,7 +123,7 @@ TEST_F(DebugSignalsTest, one_halted_core_halts_the_others_with_the_ready_option)
     EXPECT_EQ(signals.debugReady(), allLines);
 }
 
-TEST_F(DebugSignalsTest, a_trigger_requests_at_its_edge_alone) {
+TEST_F(DebugSignalsTest, ATriggerRequestsAtItsEdgeAlone) {
     boot();
     makeInput(1, 1);
     change([](auto& options) { options.onTrigger[1] = {true, 1}; });
@@ -137,7 +137,7 @@ TEST_F(DebugSignalsTest, a_trigger_requests_at_its_edge_alone) {
     EXPECT_EQ(signals.source(), Source::trigger);
 }
 
-TEST_F(DebugSignalsTest, an_inverted_trigger_turns_its_edges_and_its_level) {
+TEST_F(DebugSignalsTest, AnInvertedTriggerTurnsItsEdgesAndItsLevel) {
     boot();
     makeInput(0, 0, 1);
     change([](auto& options) { options.onTrigger[0] = {true, 0}; });
@@ -149,7 +149,7 @@ TEST_F(DebugSignalsTest, an_inverted_trigger_turns_its_edges_and_its_level) {
     EXPECT_TRUE(signals.debugRequest());
 }
 
-TEST_F(DebugSignalsTest, an_output_trigger_follows_its_source) {
+TEST_F(DebugSignalsTest, AnOutputTriggerFollowsItsSource) {
     boot();
     DebugSignals::TriggerSetup setup;
     setup.mode = 2;
@@ -160,7 +160,7 @@ TEST_F(DebugSignalsTest, an_output_trigger_follows_its_source) {
     EXPECT_TRUE(signals.trigger(2));
 }
 
-TEST_F(DebugSignalsTest, the_first_source_stays_until_it_is_cleared) {
+TEST_F(DebugSignalsTest, TheFirstSourceStaysUntilItIsCleared) {
     boot();
     signals.setDebugRequest(true);
     change([](auto& options) { options.onTrigger[0] = {true, 0}; });
@@ -173,7 +173,7 @@ TEST_F(DebugSignalsTest, the_first_source_stays_until_it_is_cleared) {
     EXPECT_EQ(signals.source(), Source::trigger);
 }
 
-TEST_F(DebugSignalsTest, waiting_passes_just_the_time_that_it_takes) {
+TEST_F(DebugSignalsTest, WaitingPassesJustTheTimeThatItTakes) {
     boot();
     signals.setDebugRequest(true);
     std::uint64_t passed = 0;

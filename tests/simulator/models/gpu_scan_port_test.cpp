@@ -7,7 +7,7 @@ namespace {
 using TAVO::simulator::GpuScanPort;
 using Bytes = std::vector<std::uint8_t>;
 
-TEST(GpuScanPortTest, a_scan_carries_on_where_the_last_one_ended) {
+TEST(GpuScanPortTest, AScanCarriesOnWhereTheLastOneEnded) {
     GpuScanPort port;
     port.setPattern(0x8000'0000'0000'00F5);
     EXPECT_EQ(port.scan(4), (Bytes{0x05}));
@@ -15,7 +15,7 @@ TEST(GpuScanPortTest, a_scan_carries_on_where_the_last_one_ended) {
     EXPECT_EQ(port.scan(53), (Bytes{0, 0, 0, 0, 0, 0, 0x18})) << "the last bit, and the first once more";
 }
 
-TEST(GpuScanPortTest, clocking_the_pin_reads_the_same_bits) {
+TEST(GpuScanPortTest, ClockingThePinReadsTheSameBits) {
     GpuScanPort scanned, clocked;
     std::uint8_t byte = 0;
     for (int bit = 0; bit < 8; ++bit) {
@@ -28,14 +28,14 @@ TEST(GpuScanPortTest, clocking_the_pin_reads_the_same_bits) {
     EXPECT_EQ(scanned.scan(16), clocked.scan(16));
 }
 
-TEST(GpuScanPortTest, a_pin_that_is_not_driven_clocks_nothing) {
+TEST(GpuScanPortTest, APinThatIsNotDrivenClocksNothing) {
     GpuScanPort port;
     port.setPattern(1);
     port.setSck({false, true});
     EXPECT_TRUE(port.sdo());
 }
 
-TEST(GpuScanPortTest, counts_and_frequencies_out_of_range_are_refused) {
+TEST(GpuScanPortTest, CountsAndFrequenciesOutOfRangeAreRefused) {
     GpuScanPort port;
     EXPECT_EQ(port.scan(-1), std::nullopt);
     EXPECT_EQ(port.scan(GpuScanPort::mostBits + 1), std::nullopt);

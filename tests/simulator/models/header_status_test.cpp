@@ -12,14 +12,14 @@ struct HeaderStatusTest : testing::Test, tests::HandClock {
     HeaderStatus status{board, {"A", "B"}, {"J1"}};
 };
 
-TEST_F(HeaderStatusTest, is_connected_while_the_board_has_power) {
+TEST_F(HeaderStatusTest, IsConnectedWhileTheBoardHasPower) {
     EXPECT_EQ(status.headers(), (Headers{{"A", false, false, false}, {"B", false, false, false}}));
     board->setPower(true);
     status.clear();
     EXPECT_EQ(status.headers(), (Headers{{"A", true, false, false}, {"B", true, false, false}}));
 }
 
-TEST_F(HeaderStatusTest, remembers_a_power_on_until_cleared) {
+TEST_F(HeaderStatusTest, RemembersAPowerOnUntilCleared) {
     board->setPower(true);
     board->setPower(false);
     EXPECT_EQ(status.headers().front(), (HeaderStatus::Header{"A", false, true, false}));
@@ -27,7 +27,7 @@ TEST_F(HeaderStatusTest, remembers_a_power_on_until_cleared) {
     EXPECT_EQ(status.headers().front(), (HeaderStatus::Header{"A", false, false, false}));
 }
 
-TEST_F(HeaderStatusTest, keeps_an_error_until_cleared) {
+TEST_F(HeaderStatusTest, KeepsAnErrorUntilCleared) {
     status.setError();
     EXPECT_TRUE(status.headers().back().error);
     status.clear();

@@ -57,7 +57,7 @@ struct I2cBusTest : testing::Test, tests::HandClock {
     }
 };
 
-TEST_F(I2cBusTest, transfer_writes_then_reads_behind_a_repeated_start) {
+TEST_F(I2cBusTest, TransferWritesThenReadsBehindARepeatedStart) {
     const Bytes data{1, 2};
     const auto outcome = bus.transfer(0x20, data, 2, wait);
     EXPECT_EQ(outcome.code, return_code::done);
@@ -66,7 +66,7 @@ TEST_F(I2cBusTest, transfer_writes_then_reads_behind_a_repeated_start) {
     EXPECT_EQ(picky->log, "W++RrrP");
 }
 
-TEST_F(I2cBusTest, transfer_leaves_out_parts_of_no_bytes) {
+TEST_F(I2cBusTest, TransferLeavesOutPartsOfNoBytes) {
     bus.transfer(0x20, {}, 1, wait);
     EXPECT_EQ(picky->log, "RrP");
     picky->log.clear();
@@ -77,7 +77,7 @@ TEST_F(I2cBusTest, transfer_leaves_out_parts_of_no_bytes) {
     EXPECT_EQ(picky->log, "");
 }
 
-TEST_F(I2cBusTest, read_and_write_go_on_without_start_until_the_stop) {
+TEST_F(I2cBusTest, ReadAndWriteGoOnWithoutStartUntilTheStop) {
     EXPECT_EQ(bus.write(0x20, true, false, Bytes{1}, wait).code, return_code::done);
     EXPECT_EQ(bus.write(0x20, false, false, Bytes{2}, wait).code, return_code::done);
     EXPECT_EQ(bus.read(0x20, true, false, 1, wait).code, return_code::done);
@@ -86,12 +86,12 @@ TEST_F(I2cBusTest, read_and_write_go_on_without_start_until_the_stop) {
     EXPECT_EQ(bus.read(0x20, false, true, 1, wait).code, return_code::notAcknowledged);
 }
 
-TEST_F(I2cBusTest, going_on_in_the_other_direction_needs_a_start) {
+TEST_F(I2cBusTest, GoingOnInTheOtherDirectionNeedsAStart) {
     bus.write(0x20, true, false, Bytes{1}, wait);
     EXPECT_EQ(bus.read(0x20, false, true, 1, wait).code, return_code::notAcknowledged);
 }
 
-TEST_F(I2cBusTest, nobody_acknowledges_an_absent_address) {
+TEST_F(I2cBusTest, NobodyAcknowledgesAnAbsentAddress) {
     const auto outcome = bus.read(0x33, true, true, 4, wait);
     EXPECT_EQ(outcome.code, return_code::notAcknowledged);
     EXPECT_TRUE(outcome.data.empty());
@@ -99,7 +99,7 @@ TEST_F(I2cBusTest, nobody_acknowledges_an_absent_address) {
     EXPECT_EQ(bus.transfer(0x33, Bytes{1}, 1, wait).code, return_code::notAcknowledged);
 }
 
-TEST_F(I2cBusTest, refuses_addresses_and_counts_out_of_range) {
+TEST_F(I2cBusTest, RefusesAddressesAndCountsOutOfRange) {
     EXPECT_EQ(bus.read(0x80, true, true, 1, wait).code, return_code::badArgument);
     EXPECT_EQ(bus.write(-1, true, true, Bytes{1}, wait).code, return_code::badArgument);
     EXPECT_EQ(bus.read(0x50, true, true, 65537, wait).code, return_code::badArgument);
@@ -109,7 +109,7 @@ TEST_F(I2cBusTest, refuses_addresses_and_counts_out_of_range) {
     EXPECT_THROW(bus.attach(0x80, picky), std::invalid_argument);
 }
 
-TEST_F(I2cBusTest, write_stops_at_an_unacknowledged_byte_unless_told_to_go_on) {
+TEST_F(I2cBusTest, WriteStopsAtAnUnacknowledgedByteUnlessToldToGoOn) {
     const Bytes data{1, 0x90, 2};
     auto outcome = bus.write(0x20, true, true, data, wait);
     EXPECT_EQ(outcome.code, return_code::notAcknowledged);
@@ -126,7 +126,7 @@ TEST_F(I2cBusTest, write_stops_at_an_unacknowledged_byte_unless_told_to_go_on) {
     EXPECT_EQ(picky->log, "W+-+P");
 }
 
-TEST_F(I2cBusTest, divides_its_base_frequency) {
+TEST_F(I2cBusTest, DividesItsBaseFrequency) {
     EXPECT_EQ(bus.frequency(), 100'000u);
     ASSERT_TRUE(bus.setFrequency(400'000));
     EXPECT_EQ(bus.frequency(), 400'000u);
@@ -139,20 +139,20 @@ TEST_F(I2cBusTest, divides_its_base_frequency) {
     EXPECT_EQ(bus.divider(), 145u);
 }
 
-TEST_F(I2cBusTest, eeprom_reads_on_from_where_it_was_and_wraps_at_its_end) {
+TEST_F(I2cBusTest, EepromReadsOnFromWhereItWasAndWrapsAtItsEnd) {
     EXPECT_EQ(get(0x50, {1}, 2), (Bytes{11, 12}));
     EXPECT_EQ(get(0x50, {}, 1), (Bytes{13}));
     EXPECT_EQ(get(0x50, {0xFF}, 2), (Bytes{0xFF, 10}));
 }
 
-TEST_F(I2cBusTest, eeprom_is_busy_after_a_write_and_answers_when_the_cycle_is_over) {
+TEST_F(I2cBusTest, EepromIsBusyAfterAWriteAndAnswersWhenTheCycleIsOver) {
     EXPECT_EQ(put(0x50, {0, 77}), return_code::done);
     EXPECT_EQ(bus.transfer(0x50, Bytes{0}, 1, wait).code, return_code::notAcknowledged);
     advance(Eeprom::writeCycle);
     EXPECT_EQ(get(0x50, {0}, 1), Bytes{77});
 }
 
-TEST_F(I2cBusTest, address_retries_outlast_a_write_cycle) {
+TEST_F(I2cBusTest, AddressRetriesOutlastAWriteCycle) {
     auto options = bus.options();
     options.addressRetryLimit = 100;
     ASSERT_TRUE(bus.setOptions(options));
@@ -163,7 +163,7 @@ TEST_F(I2cBusTest, address_retries_outlast_a_write_cycle) {
     EXPECT_LT(*time - before, Eeprom::writeCycle + 1000);
 }
 
-TEST_F(I2cBusTest, retries_at_an_absent_address_take_nine_clocks_each_and_end) {
+TEST_F(I2cBusTest, RetriesAtAnAbsentAddressTakeNineClocksEachAndEnd) {
     auto options = bus.options();
     options.addressRetryLimit = 9;
     ASSERT_TRUE(bus.setOptions(options));
@@ -174,13 +174,13 @@ TEST_F(I2cBusTest, retries_at_an_absent_address_take_nine_clocks_each_and_end) {
     EXPECT_FALSE(bus.setOptions(options));
 }
 
-TEST_F(I2cBusTest, eeprom_writes_wrap_inside_the_page) {
+TEST_F(I2cBusTest, EepromWritesWrapInsideThePage) {
     EXPECT_EQ(put(0x50, {6, 1, 2, 3, 4}), return_code::done);
     advance(Eeprom::writeCycle);
     EXPECT_EQ(get(0x50, {0}, 9), (Bytes{3, 4, 12, 13, 0xFF, 0xFF, 1, 2, 0xFF}));
 }
 
-TEST_F(I2cBusTest, large_eeprom_has_addresses_of_two_bytes_and_pages_of_128) {
+TEST_F(I2cBusTest, LargeEepromHasAddressesOfTwoBytesAndPagesOf128) {
     EXPECT_EQ(put(0x54, {0x12, 0x7F, 1, 2}), return_code::done);
     advance(Eeprom::writeCycle);
     EXPECT_EQ(get(0x54, {0x12, 0x7F}, 2), (Bytes{1, 0xFF}));
@@ -188,13 +188,13 @@ TEST_F(I2cBusTest, large_eeprom_has_addresses_of_two_bytes_and_pages_of_128) {
     EXPECT_EQ(get(0x54, {0xFF, 0xFF}, 2).size(), 2u);
 }
 
-TEST_F(I2cBusTest, eeprom_forgets_data_that_no_stop_follows) {
+TEST_F(I2cBusTest, EepromForgetsDataThatNoStopFollows) {
     bus.write(0x50, true, false, Bytes{0, 99}, wait);
     EXPECT_EQ(bus.read(0x50, true, true, 1, wait).code, return_code::done);
     EXPECT_EQ(get(0x50, {0}, 1), Bytes{10});
 }
 
-TEST_F(I2cBusTest, devices_of_the_board_answer_only_with_power) {
+TEST_F(I2cBusTest, DevicesOfTheBoardAnswerOnlyWithPower) {
     I2cBus other;
     other.attach(0x50, std::make_shared<Eeprom>(
                            Eeprom::bytes256, Bytes{1}, [t = time] { return *t; },
@@ -206,7 +206,7 @@ TEST_F(I2cBusTest, devices_of_the_board_answer_only_with_power) {
     EXPECT_EQ(bus.read(0x48, true, true, 1, wait).code, return_code::done);
 }
 
-TEST_F(I2cBusTest, sensor_tells_temperatures_in_half_degrees) {
+TEST_F(I2cBusTest, SensorTellsTemperaturesInHalfDegrees) {
     board->setPower(true);
     EXPECT_EQ(get(0x48, {0}, 2), (Bytes{0x24, 0x80}));
     board->setTemperature(-10.0);
@@ -215,7 +215,7 @@ TEST_F(I2cBusTest, sensor_tells_temperatures_in_half_degrees) {
     EXPECT_EQ(get(0x48, {0}, 2), (Bytes{0x7D, 0x00}));
 }
 
-TEST_F(I2cBusTest, sensor_keeps_its_limits_until_power_goes) {
+TEST_F(I2cBusTest, SensorKeepsItsLimitsUntilPowerGoes) {
     board->setPower(true);
     EXPECT_EQ(get(0x48, {2}, 2), (Bytes{0x4B, 0x00}));
     EXPECT_EQ(get(0x48, {3}, 2), (Bytes{0x50, 0x00}));
@@ -228,7 +228,7 @@ TEST_F(I2cBusTest, sensor_keeps_its_limits_until_power_goes) {
     EXPECT_EQ(get(0x48, {3}, 2), (Bytes{0x50, 0x00}));
 }
 
-TEST_F(I2cBusTest, sensor_that_is_shut_down_keeps_its_last_measurement) {
+TEST_F(I2cBusTest, SensorThatIsShutDownKeepsItsLastMeasurement) {
     board->setPower(true);
     EXPECT_EQ(put(0x48, {1, 1}), return_code::done);
     board->setTemperature(50);
@@ -238,7 +238,7 @@ TEST_F(I2cBusTest, sensor_that_is_shut_down_keeps_its_last_measurement) {
     EXPECT_EQ(get(0x48, {0}, 2), (Bytes{0x32, 0x00}));
 }
 
-TEST_F(I2cBusTest, an_endless_write_takes_no_more_memory_than_a_page) {
+TEST_F(I2cBusTest, AnEndlessWriteTakesNoMoreMemoryThanAPage) {
     ASSERT_EQ(bus.write(0x54, true, false, Bytes{0x01, 0x00}, wait).code, return_code::done);
     const Bytes data(65536, 0x77);
     const support::AllocationMeter memory;

@@ -48,12 +48,12 @@ struct JtagPortTest : testing::Test, tests::HandClock {
 
 const Bytes noughts8(8, 0x00);
 
-TEST_F(JtagPortTest, after_reset_the_data_register_holds_the_idcodes_nearest_tdo_first) {
+TEST_F(JtagPortTest, AfterResetTheDataRegisterHoldsTheIdcodesNearestTdoFirst) {
     ASSERT_EQ(port.moveTo(0), return_code::done);
     EXPECT_EQ(shifted(data, 64, noughts8), (Bytes{0xC3, 0xD0, 0x45, 0x2A, 0xC3, 0xE0, 0xB1, 0x17}));
 }
 
-TEST_F(JtagPortTest, an_idcode_by_pins_is_the_one_by_shifts) {
+TEST_F(JtagPortTest, AnIdcodeByPinsIsTheOneByShifts) {
     drive(Pin::tck, false);
     for (int clock = 0; clock < 5; ++clock)
         pulse(true, true);
@@ -66,17 +66,17 @@ TEST_F(JtagPortTest, an_idcode_by_pins_is_the_one_by_shifts) {
     EXPECT_EQ(idcode, nearId);
 }
 
-TEST_F(JtagPortTest, every_captured_instruction_ends_in_01) {
+TEST_F(JtagPortTest, EveryCapturedInstructionEndsIn01) {
     // 13 bits: the near one's eight first, then the far one's five.
     EXPECT_EQ(shifted(instruction, 13, {0xFF, 0x1F}), (Bytes{0x01, 0x01}));
 }
 
-TEST_F(JtagPortTest, bypass_delays_by_one_bit_for_each_tap) {
+TEST_F(JtagPortTest, BypassDelaysByOneBitForEachTap) {
     shifted(instruction, 13, {0xFF, 0x1F});
     EXPECT_EQ(shifted(data, 16, {0xA5, 0x5A}), (Bytes{0x94, 0x6A}));
 }
 
-TEST_F(JtagPortTest, the_user_register_keeps_what_is_written) {
+TEST_F(JtagPortTest, TheUserRegisterKeepsWhatIsWritten) {
     // Near: USER (0x20); far: BYPASS (0x1F), one bit, behind the 32 of the near one.
     shifted(instruction, 13, {0x20, 0x1F});
     shifted(data, 33, {0x78, 0x56, 0x34, 0x12, 0x00});
@@ -85,13 +85,13 @@ TEST_F(JtagPortTest, the_user_register_keeps_what_is_written) {
     EXPECT_EQ(port.chain().taps()[0].user(), 0u);
 }
 
-TEST_F(JtagPortTest, sample_captures_the_boundary_cells) {
+TEST_F(JtagPortTest, SampleCapturesTheBoundaryCells) {
     shifted(instruction, 13, {0x01, 0x02});
     // 5 and 7 cells, each alternating from 1: 10101 and 1010101.
     EXPECT_EQ(shifted(data, 12, {0, 0}), (Bytes{0xB5, 0x0A}));
 }
 
-TEST_F(JtagPortTest, a_pause_resumes_the_same_shift) {
+TEST_F(JtagPortTest, APauseResumesTheSameShift) {
     port.moveTo(0);
     change(data, [](auto& options) { options.terminationState = 6; });
     auto captured = shifted(data, 8, {0x00});
@@ -104,7 +104,7 @@ TEST_F(JtagPortTest, a_pause_resumes_the_same_shift) {
     EXPECT_EQ(port.state(), 1);
 }
 
-TEST_F(JtagPortTest, a_shift_ends_in_the_termination_state_of_its_register) {
+TEST_F(JtagPortTest, AShiftEndsInTheTerminationStateOfItsRegister) {
     change(instruction, [](auto& options) { options.terminationState = 13; });
     change(data, [](auto& options) { options.terminationState = 0; });
     shifted(instruction, 13, {0xFF, 0x1F});
@@ -113,7 +113,7 @@ TEST_F(JtagPortTest, a_shift_ends_in_the_termination_state_of_its_register) {
     EXPECT_EQ(port.state(), 0);
 }
 
-TEST_F(JtagPortTest, only_resting_states_are_accepted) {
+TEST_F(JtagPortTest, OnlyRestingStatesAreAccepted) {
     for (std::int32_t state = -1; state <= 16; ++state) {
         const bool resting = state == 0 || state == 1 || state == 6 || state == 13;
         EXPECT_EQ(port.moveTo(state), return_code::badUnless(resting)) << state;
@@ -123,7 +123,7 @@ TEST_F(JtagPortTest, only_resting_states_are_accepted) {
     }
 }
 
-TEST_F(JtagPortTest, trst_low_resets_at_once_and_holds) {
+TEST_F(JtagPortTest, TrstLowResetsAtOnceAndHolds) {
     shifted(instruction, 13, {0xFF, 0x1F});
     drive(Pin::trst, false);
     EXPECT_EQ(port.state(), 0);
@@ -135,7 +135,7 @@ TEST_F(JtagPortTest, trst_low_resets_at_once_and_holds) {
     EXPECT_EQ(shifted(data, 32, {0, 0, 0, 0}), (Bytes{0xC3, 0xD0, 0x45, 0x2A}));
 }
 
-TEST_F(JtagPortTest, an_expectation_compares_under_its_mask) {
+TEST_F(JtagPortTest, AnExpectationComparesUnderItsMask) {
     port.moveTo(0);
     change(data, [](auto& options) {
         options.expectation = {32, {0xC3, 0xD0, 0x45, 0x00}, {0xFF, 0xFF, 0xFF, 0x00}};
@@ -150,7 +150,7 @@ TEST_F(JtagPortTest, an_expectation_compares_under_its_mask) {
         << "another count of bits is not compared";
 }
 
-TEST_F(JtagPortTest, a_retry_shifts_again_until_the_bits_are_the_expected_ones) {
+TEST_F(JtagPortTest, ARetryShiftsAgainUntilTheBitsAreTheExpectedOnes) {
     shifted(instruction, 13, {0x20, 0x1F});
     // The first attempt captures 0 and writes 1, the second captures 1.
     change(data, [](auto& options) {
@@ -163,13 +163,13 @@ TEST_F(JtagPortTest, a_retry_shifts_again_until_the_bits_are_the_expected_ones) 
     EXPECT_EQ(port.shift(data, 33, Bytes{0x01, 0, 0, 0, 0}).code, return_code::mismatch);
 }
 
-TEST_F(JtagPortTest, a_repeat_gives_the_last_capture) {
+TEST_F(JtagPortTest, ARepeatGivesTheLastCapture) {
     shifted(instruction, 13, {0x20, 0x1F});
     change(data, [](auto& options) { options.repeat = {1, true}; });
     EXPECT_EQ(shifted(data, 33, {0x44, 0x33, 0x22, 0x11, 0}), (Bytes{0x44, 0x33, 0x22, 0x11, 0}));
 }
 
-TEST_F(JtagPortTest, wrong_counts_and_lengths_are_refused) {
+TEST_F(JtagPortTest, WrongCountsAndLengthsAreRefused) {
     EXPECT_EQ(port.shift(data, -1, {}).code, return_code::badArgument);
     EXPECT_EQ(port.shift(data, 9, Bytes(1)).code, return_code::badArgument);
     EXPECT_EQ(port.shift(data, 8, Bytes(2)).code, return_code::badArgument);
@@ -178,7 +178,7 @@ TEST_F(JtagPortTest, wrong_counts_and_lengths_are_refused) {
     EXPECT_EQ(port.shift(data, JtagPort::mostBits, Bytes(125'000)).code, return_code::badArgument);
 }
 
-TEST_F(JtagPortTest, what_takes_too_many_clocks_is_refused_whatever_they_are_spent_on) {
+TEST_F(JtagPortTest, WhatTakesTooManyClocksIsRefusedWhateverTheyAreSpentOn) {
     const auto shift = [&] { return port.shift(data, 8, Bytes(1)).code; };
     change(data, [](auto& options) {
         options.preTck = options.postTck = 100;
@@ -200,7 +200,7 @@ TEST_F(JtagPortTest, what_takes_too_many_clocks_is_refused_whatever_they_are_spe
     EXPECT_EQ(port.shift(data, JtagPort::mostBits, Bytes(125'000)).code, return_code::badArgument);
 }
 
-TEST_F(JtagPortTest, nothing_moves_while_disabled) {
+TEST_F(JtagPortTest, NothingMovesWhileDisabled) {
     port.setEnabled(false);
     EXPECT_EQ(port.shift(data, 8, Bytes(1)).code, return_code::disabled);
     EXPECT_EQ(port.moveTo(1), return_code::disabled);
@@ -208,7 +208,7 @@ TEST_F(JtagPortTest, nothing_moves_while_disabled) {
     EXPECT_FALSE(port.pin(Pin::tck).driven);
 }
 
-TEST_F(JtagPortTest, without_power_tdo_reads_ones_and_user_registers_are_lost) {
+TEST_F(JtagPortTest, WithoutPowerTdoReadsOnesAndUserRegistersAreLost) {
     shifted(instruction, 13, {0x20, 0x1F});
     port.chain().taps()[0].setUser(7);
     board->setPower(false);
@@ -219,7 +219,7 @@ TEST_F(JtagPortTest, without_power_tdo_reads_ones_and_user_registers_are_lost) {
     EXPECT_EQ(shifted(data, 32, {0, 0, 0, 0}), (Bytes{0xC3, 0xD0, 0x45, 0x2A}));
 }
 
-TEST_F(JtagPortTest, extra_clocks_run_in_idle) {
+TEST_F(JtagPortTest, ExtraClocksRunInIdle) {
     change(data, [](auto& options) {
         options.preTck = 3;
         options.postTck = 2;
@@ -231,7 +231,7 @@ TEST_F(JtagPortTest, extra_clocks_run_in_idle) {
     EXPECT_EQ(shifted(data, 32, {0, 0, 0, 0}), (Bytes{0xC3, 0xD0, 0x45, 0x2A}));
 }
 
-TEST_F(JtagPortTest, tck_running_in_a_sleep_leaves_reset) {
+TEST_F(JtagPortTest, TckRunningInASleepLeavesReset) {
     port.moveTo(0);
     EXPECT_EQ(port.sleep(false), return_code::done);
     EXPECT_EQ(port.state(), 0);
@@ -239,7 +239,7 @@ TEST_F(JtagPortTest, tck_running_in_a_sleep_leaves_reset) {
     EXPECT_EQ(port.state(), 1);
 }
 
-TEST_F(JtagPortTest, the_frequency_is_the_nearest_not_above) {
+TEST_F(JtagPortTest, TheFrequencyIsTheNearestNotAbove) {
     EXPECT_FALSE(port.setFrequency(999));
     EXPECT_FALSE(port.setFrequency(50'000'001));
     EXPECT_TRUE(port.setFrequency(30'000'000));

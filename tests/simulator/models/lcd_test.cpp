@@ -8,7 +8,7 @@ namespace {
 
 using TAVO::simulator::Lcd;
 
-TEST(lcd, shows_text_at_its_place_and_cuts_it_at_the_end_of_the_row) {
+TEST(Lcd, ShowsTextAtItsPlaceAndCutsItAtTheEndOfTheRow) {
     Lcd lcd;
     EXPECT_TRUE(lcd.print(0, 3, "Hi"));
     EXPECT_TRUE(lcd.print(1, 12, "overflow"));
@@ -17,7 +17,7 @@ TEST(lcd, shows_text_at_its_place_and_cuts_it_at_the_end_of_the_row) {
     EXPECT_THROW(lcd.row(2), std::out_of_range);
 }
 
-TEST(lcd, refuses_places_outside) {
+TEST(Lcd, RefusesPlacesOutside) {
     Lcd lcd;
     EXPECT_FALSE(lcd.print(2, 0, "x"));
     EXPECT_FALSE(lcd.print(-1, 0, "x"));
@@ -26,7 +26,7 @@ TEST(lcd, refuses_places_outside) {
     EXPECT_EQ(lcd.row(0), std::string(16, ' '));
 }
 
-TEST(lcd, keeps_what_is_not_overwritten_until_cleared) {
+TEST(Lcd, KeepsWhatIsNotOverwrittenUntilCleared) {
     Lcd lcd;
     lcd.print(0, 0, "0123456789ABCDEF");
     lcd.print(0, 4, "\n\xC4");
@@ -35,7 +35,7 @@ TEST(lcd, keeps_what_is_not_overwritten_until_cleared) {
     EXPECT_EQ(lcd.row(0), std::string(16, ' '));
 }
 
-TEST(lcd, tells_rows_and_backlight_in_one_text) {
+TEST(Lcd, TellsRowsAndBacklightInOneText) {
     Lcd lcd;
     lcd.print(0, 0, "up");
     EXPECT_TRUE(lcd.setBackLight(0));

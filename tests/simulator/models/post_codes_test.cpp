@@ -28,7 +28,7 @@ struct PostCodesTest : testing::Test, tests::HandClock {
     }
 };
 
-TEST_F(PostCodesTest, show_nothing_before_the_first_code) {
+TEST_F(PostCodesTest, ShowNothingBeforeTheFirstCode) {
     EXPECT_EQ(codes.last(), -1);
     board->setPower(true);
     advance(249'999);
@@ -37,7 +37,7 @@ TEST_F(PostCodesTest, show_nothing_before_the_first_code) {
     EXPECT_EQ(codes.last(), 0x01);
 }
 
-TEST_F(PostCodesTest, follow_a_boot_in_order_of_time_to_its_end) {
+TEST_F(PostCodesTest, FollowABootInOrderOfTimeToItsEnd) {
     board->setPower(true);
     advance(1'500'000);
     const auto half = codes.entries().size();
@@ -54,7 +54,7 @@ TEST_F(PostCodesTest, follow_a_boot_in_order_of_time_to_its_end) {
     EXPECT_EQ(codes.last(), PostCodes::bootEnd);
 }
 
-TEST_F(PostCodesTest, are_the_same_whether_watched_or_read_at_the_end) {
+TEST_F(PostCodesTest, AreTheSameWhetherWatchedOrReadAtTheEnd) {
     PostCodes watched{board, fromRom};
     board->setPower(true);
     for (int i = 0; i < 400; ++i) {
@@ -64,7 +64,7 @@ TEST_F(PostCodesTest, are_the_same_whether_watched_or_read_at_the_end) {
     EXPECT_EQ(watched.entries(), codes.entries());
 }
 
-TEST_F(PostCodesTest, of_a_boot_cut_short_end_there_even_when_nobody_looked) {
+TEST_F(PostCodesTest, OfABootCutShortEndThereEvenWhenNobodyLooked) {
     board->setPower(true);
     advance(1'000'000);
     board->setPower(false);
@@ -75,13 +75,13 @@ TEST_F(PostCodesTest, of_a_boot_cut_short_end_there_even_when_nobody_looked) {
     EXPECT_EQ(codes.last(), -1);
 }
 
-TEST_F(PostCodesTest, of_a_pulse_that_nobody_watched_belong_to_their_own_boot) {
+TEST_F(PostCodesTest, OfAPulseThatNobodyWatchedBelongToTheirOwnBoot) {
     board->pulsePower(true, 300'000);
     advance(10'000'000);
     EXPECT_EQ(codesOf(codes.entries()), (std::vector<int>{0x01, 0x02}));
 }
 
-TEST_F(PostCodesTest, are_lost_when_the_fifo_is_full_and_not_circular) {
+TEST_F(PostCodesTest, AreLostWhenTheFifoIsFullAndNotCircular) {
     PostCodes few{board, fromRom, 4};
     bootWith(few, {});
     EXPECT_EQ(codesOf(few.entries()), (std::vector<int>{0x01, 0x02, 0x03, 0x04}));
@@ -92,14 +92,14 @@ TEST_F(PostCodesTest, are_lost_when_the_fifo_is_full_and_not_circular) {
     EXPECT_FALSE(few.overflow());
 }
 
-TEST_F(PostCodesTest, push_out_the_oldest_of_a_circular_fifo) {
+TEST_F(PostCodesTest, PushOutTheOldestOfACircularFifo) {
     PostCodes few{board, fromRom, 3};
     bootWith(few, {.circular = true});
     EXPECT_EQ(codesOf(few.entries()), (std::vector<int>{0xA2, 0xAD, 0xAA}));
     EXPECT_TRUE(few.overflow());
 }
 
-TEST_F(PostCodesTest, that_repeat_are_stored_once_when_asked) {
+TEST_F(PostCodesTest, ThatRepeatAreStoredOnceWhenAsked) {
     PostCodes all{board, fromRom};
     bootWith(codes, {.discardRepeated = true});
     const auto found = codesOf(codes.entries());
@@ -109,7 +109,7 @@ TEST_F(PostCodesTest, that_repeat_are_stored_once_when_asked) {
     EXPECT_NE(std::adjacent_find(repeated.begin(), repeated.end()), repeated.end());
 }
 
-TEST_F(PostCodesTest, of_two_boots_queue_up_unless_power_on_empties_the_fifo) {
+TEST_F(PostCodesTest, OfTwoBootsQueueUpUnlessPowerOnEmptiesTheFifo) {
     PostCodes fresh{board, fromRom};
     bootWith(fresh, {.resetAtPowerOn = true});
     const auto once = codes.entries();
@@ -120,7 +120,7 @@ TEST_F(PostCodesTest, of_two_boots_queue_up_unless_power_on_empties_the_fifo) {
     EXPECT_EQ(fresh.entries(), once);
 }
 
-TEST_F(PostCodesTest, of_a_reboot_count_their_time_from_power_on) {
+TEST_F(PostCodesTest, OfARebootCountTheirTimeFromPowerOn) {
     bootWith(codes, {});
     codes.clear();
     advance(7'000'000);
@@ -129,7 +129,7 @@ TEST_F(PostCodesTest, of_a_reboot_count_their_time_from_power_on) {
     EXPECT_EQ(codes.entries(), (std::vector<Entry>{{0x01, 0x80, false, 10'250'000}}));
 }
 
-TEST_F(PostCodesTest, of_another_port_or_while_disabled_are_not_captured) {
+TEST_F(PostCodesTest, OfAnotherPortOrWhileDisabledAreNotCaptured) {
     PostCodes disabled{board, fromRom};
     disabled.setEnabled(false);
     bootWith(codes, {.port = 0x84});
@@ -138,7 +138,7 @@ TEST_F(PostCodesTest, of_another_port_or_while_disabled_are_not_captured) {
     EXPECT_TRUE(disabled.entries().empty());
 }
 
-TEST_F(PostCodesTest, tell_of_cleared_settings) {
+TEST_F(PostCodesTest, TellOfClearedSettings) {
     board->clearCmos();
     bootWith(codes, {});
     EXPECT_THAT(codesOf(codes.entries()), testing::Contains(PostCodes::cmosCleared).Times(1));
@@ -148,7 +148,7 @@ TEST_F(PostCodesTest, tell_of_cleared_settings) {
     EXPECT_THAT(codesOf(codes.entries()), testing::Not(testing::Contains(PostCodes::cmosCleared)));
 }
 
-TEST_F(PostCodesTest, begin_with_a_mark_when_the_emulated_rom_serves_the_boot) {
+TEST_F(PostCodesTest, BeginWithAMarkWhenTheEmulatedRomServesTheBoot) {
     const std::uint8_t image[] = {0xEA, 0x5B, 0xE0, 0x00, 0xF0};
     ASSERT_TRUE(rom.write(RomEmulation::size - 16, image));
     rom.setEnabled(true);
@@ -156,7 +156,7 @@ TEST_F(PostCodesTest, begin_with_a_mark_when_the_emulated_rom_serves_the_boot) {
     EXPECT_EQ(codes.entries().front().code, PostCodes::emulatedRom);
 }
 
-TEST_F(PostCodesTest, do_not_tell_of_a_rom_that_was_enabled_after_the_boot_began) {
+TEST_F(PostCodesTest, DoNotTellOfARomThatWasEnabledAfterTheBootBegan) {
     const std::uint8_t image[] = {0x00};
     ASSERT_TRUE(rom.write(0, image));
     board->setPower(true);

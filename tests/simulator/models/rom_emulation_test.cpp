@@ -15,14 +15,14 @@ struct RomEmulationTest : testing::Test, tests::HandClock {
     RomEmulation rom{board};
 };
 
-TEST_F(RomEmulationTest, is_erased_from_end_to_end_at_first) {
+TEST_F(RomEmulationTest, IsErasedFromEndToEndAtFirst) {
     const auto all = rom.read(0, size);
     ASSERT_TRUE(all);
     EXPECT_EQ(std::count(all->begin(), all->end(), 0xFF), size);
     EXPECT_EQ(all->size(), 8388608u);
 }
 
-TEST_F(RomEmulationTest, gives_back_what_was_written_where_it_was_written) {
+TEST_F(RomEmulationTest, GivesBackWhatWasWrittenWhereItWasWritten) {
     ASSERT_TRUE(rom.write(size - 2, Bytes{1, 2}));
     ASSERT_TRUE(rom.write(10, Bytes{3, 4, 5}));
     EXPECT_EQ(rom.read(size - 4, 4), (Bytes{0xFF, 0xFF, 1, 2}));
@@ -30,13 +30,13 @@ TEST_F(RomEmulationTest, gives_back_what_was_written_where_it_was_written) {
     EXPECT_EQ(rom.read(11, 1), Bytes{4});
 }
 
-TEST_F(RomEmulationTest, reads_across_the_end_of_what_was_written) {
+TEST_F(RomEmulationTest, ReadsAcrossTheEndOfWhatWasWritten) {
     ASSERT_TRUE(rom.write(0, Bytes{7}));
     EXPECT_EQ(rom.read(0, 3), (Bytes{7, 0xFF, 0xFF}));
     EXPECT_EQ(rom.read(100, 2), (Bytes{0xFF, 0xFF}));
 }
 
-TEST_F(RomEmulationTest, refuses_what_does_not_lie_inside) {
+TEST_F(RomEmulationTest, RefusesWhatDoesNotLieInside) {
     EXPECT_EQ(rom.read(size, 1), std::nullopt);
     EXPECT_EQ(rom.read(-1, 1), std::nullopt);
     EXPECT_EQ(rom.read(0, -1), std::nullopt);
@@ -46,19 +46,19 @@ TEST_F(RomEmulationTest, refuses_what_does_not_lie_inside) {
     EXPECT_EQ(rom.read(size - 1, 1), Bytes{0xFF});
 }
 
-TEST_F(RomEmulationTest, accepts_empty_ranges_up_to_its_end) {
+TEST_F(RomEmulationTest, AcceptsEmptyRangesUpToItsEnd) {
     EXPECT_EQ(rom.read(size, 0), Bytes{});
     EXPECT_TRUE(rom.write(size, Bytes{}));
 }
 
-TEST_F(RomEmulationTest, knows_two_kinds) {
+TEST_F(RomEmulationTest, KnowsTwoKinds) {
     EXPECT_EQ(rom.romType(), RomEmulation::lpc);
     EXPECT_TRUE(rom.setRomType(RomEmulation::firmwareHub));
     EXPECT_FALSE(rom.setRomType(2));
     EXPECT_EQ(rom.romType(), RomEmulation::firmwareHub);
 }
 
-TEST_F(RomEmulationTest, serves_a_boot_when_enabled_and_not_erased) {
+TEST_F(RomEmulationTest, ServesABootWhenEnabledAndNotErased) {
     rom.setEnabled(true);
     EXPECT_FALSE(rom.servesBoot());
     ASSERT_TRUE(rom.write(0, Bytes{0xFF, 0xFF}));

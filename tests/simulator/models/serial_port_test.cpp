@@ -30,7 +30,7 @@ struct SerialPortTest : testing::Test, tests::HandClock {
     }
 };
 
-TEST_F(SerialPortTest, accepts_standard_settings_only) {
+TEST_F(SerialPortTest, AcceptsStandardSettingsOnly) {
     using Settings = SerialPort::Settings;
     EXPECT_EQ(port.open(Settings{.baud = 300}), return_code::done);
     EXPECT_EQ(port.open(Settings{.dataBits = 5, .stopBits = 2}), return_code::done);
@@ -42,7 +42,7 @@ TEST_F(SerialPortTest, accepts_standard_settings_only) {
     EXPECT_EQ(port.settings(), (Settings{.dataBits = 5, .stopBits = 2}));
 }
 
-TEST_F(SerialPortTest, does_nothing_while_closed) {
+TEST_F(SerialPortTest, DoesNothingWhileClosed) {
     std::vector<std::uint8_t> data;
     EXPECT_EQ(send("x"), return_code::notReady);
     EXPECT_EQ(port.receive(1, data), return_code::notReady);
@@ -52,7 +52,7 @@ TEST_F(SerialPortTest, does_nothing_while_closed) {
     EXPECT_EQ(send("x"), return_code::notReady);
 }
 
-TEST_F(SerialPortTest, loopback_gives_every_byte_back_without_the_board) {
+TEST_F(SerialPortTest, LoopbackGivesEveryByteBackWithoutTheBoard) {
     ASSERT_EQ(port.open({.loopback = true}), return_code::done);
     const std::string sent("\0\0\xFFz", 4);
     EXPECT_EQ(send(sent), return_code::done);
@@ -61,26 +61,26 @@ TEST_F(SerialPortTest, loopback_gives_every_byte_back_without_the_board) {
     EXPECT_EQ(receive(), "");
 }
 
-TEST_F(SerialPortTest, loopback_keeps_the_latest_bytes_of_too_many) {
+TEST_F(SerialPortTest, LoopbackKeepsTheLatestBytesOfTooMany) {
     ASSERT_EQ(port.open({.loopback = true}), return_code::done);
     send("first" + std::string(SerialPort::bufferSize, 'x'));
     EXPECT_EQ(receive(), std::string(SerialPort::bufferSize, 'x'));
 }
 
-TEST_F(SerialPortTest, refuses_counts_out_of_range) {
+TEST_F(SerialPortTest, RefusesCountsOutOfRange) {
     ASSERT_EQ(port.open({}), return_code::done);
     std::vector<std::uint8_t> data;
     EXPECT_EQ(port.receive(-1, data), return_code::badArgument);
     EXPECT_EQ(port.receive(65537, data), return_code::badArgument);
 }
 
-TEST_F(SerialPortTest, board_without_power_is_silent) {
+TEST_F(SerialPortTest, BoardWithoutPowerIsSilent) {
     ASSERT_EQ(port.open({}), return_code::done);
     EXPECT_EQ(send("help\r"), return_code::done);
     EXPECT_EQ(receive(), "");
 }
 
-TEST_F(SerialPortTest, boot_messages_come_while_the_board_boots_and_the_prompt_ends_them) {
+TEST_F(SerialPortTest, BootMessagesComeWhileTheBoardBootsAndThePromptEndsThem) {
     ASSERT_EQ(port.open({}), return_code::done);
     board->setPower(true);
     advance(700'000);
@@ -95,7 +95,7 @@ TEST_F(SerialPortTest, boot_messages_come_while_the_board_boots_and_the_prompt_e
     EXPECT_THAT(late, testing::Not(HasSubstr("lost")));
 }
 
-TEST_F(SerialPortTest, opening_drops_what_came_before) {
+TEST_F(SerialPortTest, OpeningDropsWhatCameBefore) {
     board->setPower(true);
     advance(Board::bootDuration);
     ASSERT_EQ(port.open({}), return_code::done);
@@ -104,7 +104,7 @@ TEST_F(SerialPortTest, opening_drops_what_came_before) {
     EXPECT_EQ(receive(), "\r\ntarget> ");
 }
 
-TEST_F(SerialPortTest, console_echoes_and_answers) {
+TEST_F(SerialPortTest, ConsoleEchoesAndAnswers) {
     openAtPrompt();
     send("echo a  b\r");
     EXPECT_EQ(receive(), "echo a  b\r\na  b\r\ntarget> ");
@@ -123,25 +123,25 @@ TEST_F(SerialPortTest, console_echoes_and_answers) {
                                           HasSubstr("settings kept")));
 }
 
-TEST_F(SerialPortTest, console_ignores_the_zero_bytes_between_data) {
+TEST_F(SerialPortTest, ConsoleIgnoresTheZeroBytesBetweenData) {
     openAtPrompt();
     send(std::string("\0\0\0\0\0temp\r", 10));
     EXPECT_EQ(receive(), "temp\r\n36.5 C\r\ntarget> ");
 }
 
-TEST_F(SerialPortTest, console_edits_its_line_by_backspace) {
+TEST_F(SerialPortTest, ConsoleEditsItsLineByBackspace) {
     openAtPrompt();
     send("\btex\x7Fmq\bp\r");
     EXPECT_EQ(receive(), "tex\b \bmq\b \bp\r\n36.5 C\r\ntarget> ");
 }
 
-TEST_F(SerialPortTest, console_refuses_more_than_fits_a_line) {
+TEST_F(SerialPortTest, ConsoleRefusesMoreThanFitsALine) {
     openAtPrompt();
     send(std::string(SerialConsole::longestLine, 'x') + "y");
     EXPECT_EQ(receive(), std::string(SerialConsole::longestLine, 'x') + "\a");
 }
 
-TEST_F(SerialPortTest, reboot_command_boots_again) {
+TEST_F(SerialPortTest, RebootCommandBootsAgain) {
     openAtPrompt();
     send("reboot\r");
     EXPECT_EQ(receive(), "reboot\r\n");
@@ -150,7 +150,7 @@ TEST_F(SerialPortTest, reboot_command_boots_again) {
     EXPECT_THAT(receive(), testing::AllOf(HasSubstr("Target firmware"), testing::EndsWith("target> ")));
 }
 
-TEST_F(SerialPortTest, switching_off_takes_the_output_along) {
+TEST_F(SerialPortTest, SwitchingOffTakesTheOutputAlong) {
     openAtPrompt();
     send("half a li");
     board->setPower(false);
@@ -162,7 +162,7 @@ TEST_F(SerialPortTest, switching_off_takes_the_output_along) {
     EXPECT_EQ(receive(), "\r\ntarget> ");
 }
 
-TEST_F(SerialPortTest, keeps_the_latest_output_of_a_console_that_nobody_reads) {
+TEST_F(SerialPortTest, KeepsTheLatestOutputOfAConsoleThatNobodyReads) {
     openAtPrompt();
     for (int i = 0; i < 200; ++i)
         send("echo " + std::string(100, 'x') + "\r");
@@ -171,7 +171,7 @@ TEST_F(SerialPortTest, keeps_the_latest_output_of_a_console_that_nobody_reads) {
     EXPECT_THAT(output, testing::EndsWith("target> "));
 }
 
-TEST_F(SerialPortTest, takes_a_mebibyte_at_a_time_at_most) {
+TEST_F(SerialPortTest, TakesAMebibyteAtATimeAtMost) {
     openAtPrompt();
     EXPECT_EQ(send(std::string(SerialPort::largestSend, 'x')), return_code::done);
     EXPECT_EQ(receive().size(), SerialConsole::longestBacklog);

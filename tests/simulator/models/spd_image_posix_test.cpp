@@ -16,7 +16,7 @@ namespace {
 
 using TAVO::simulator::spdImage;
 
-TEST(spd_image, is_a_module_that_decode_dimms_understands) {
+TEST(SpdImage, IsAModuleThatDecodeDimmsUnderstands) {
     const auto stem = testing::TempDir() + "tavo_spd_image_" + std::to_string(std::random_device()());
     const std::filesystem::path dump = stem + ".hex";
     const std::filesystem::path decoded = stem + ".txt";

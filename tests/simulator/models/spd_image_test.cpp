@@ -25,7 +25,7 @@ unsigned checksumOf(const std::vector<std::uint8_t>& image, std::size_t length) 
     return crc;
 }
 
-TEST(spd_image, has_a_checksum_that_another_computation_agrees_with) {
+TEST(SpdImage, HasAChecksumThatAnotherComputationAgreesWith) {
     const std::vector<std::uint8_t> text{'1', '2', '3', '4', '5', '6', '7', '8', '9'};
     ASSERT_EQ(checksumOf(text, text.size()), 0x31C3u);
 

@@ -9,7 +9,7 @@ using enum TapState;
 
 constexpr int stateCount = 16;
 
-TEST(TapStates, five_clocks_with_tms_high_reset_from_everywhere) {
+TEST(TapStates, FiveClocksWithTmsHighResetFromEverywhere) {
     for (int start = 0; start < stateCount; ++start) {
         auto state = static_cast<TapState>(start);
         for (int clock = 0; clock < 5; ++clock)
@@ -18,7 +18,7 @@ TEST(TapStates, five_clocks_with_tms_high_reset_from_everywhere) {
     }
 }
 
-TEST(TapStates, every_path_leads_where_it_says_in_the_fewest_clocks) {
+TEST(TapStates, EveryPathLeadsWhereItSaysInTheFewestClocks) {
     for (int from = 0; from < stateCount; ++from)
         for (int to = 0; to < stateCount; ++to) {
             const auto path = shortestPath(static_cast<TapState>(from), static_cast<TapState>(to));
@@ -30,7 +30,7 @@ TEST(TapStates, every_path_leads_where_it_says_in_the_fewest_clocks) {
         }
 }
 
-TEST(TapStates, the_usual_paths_are_the_usual_ones) {
+TEST(TapStates, TheUsualPathsAreTheUsualOnes) {
     using Path = std::vector<bool>;
     EXPECT_EQ(shortestPath(runTestIdle, shiftDr), (Path{true, false, false}));
     EXPECT_EQ(shortestPath(runTestIdle, shiftIr), (Path{true, true, false, false}));
@@ -41,7 +41,7 @@ TEST(TapStates, the_usual_paths_are_the_usual_ones) {
     EXPECT_TRUE(shortestPath(pauseIr, pauseIr).empty());
 }
 
-TEST(TapStates, four_states_rest_while_tck_runs) {
+TEST(TapStates, FourStatesRestWhileTckRuns) {
     std::vector<TapState> resting;
     for (int state = 0; state < stateCount; ++state)
         if (isResting(static_cast<TapState>(state)))

@@ -19,7 +19,7 @@ struct Cfa633ObjectTest : SimulatorFixture {
     }
 };
 
-TEST_F(Cfa633ObjectTest, text_is_read_back_by_the_client_and_by_the_test) {
+TEST_F(Cfa633ObjectTest, TextIsReadBackByTheClientAndByTheTest) {
     EXPECT_EQ(codeOf(lcd->getLcdPrintMethod(0, 2, "booting")), 0);
     EXPECT_EQ(codeOf(lcd->getLcdPrintMethod(1, 14, "abc")), 0);
     EXPECT_EQ(codeOf(lcd->getLcdBackLightMethod(30)), 0);
@@ -31,13 +31,13 @@ TEST_F(Cfa633ObjectTest, text_is_read_back_by_the_client_and_by_the_test) {
     EXPECT_EQ(shown().substr(0, 16), std::string(16, ' '));
 }
 
-TEST_F(Cfa633ObjectTest, places_and_levels_outside_are_refused) {
+TEST_F(Cfa633ObjectTest, PlacesAndLevelsOutsideAreRefused) {
     EXPECT_EQ(codeOf(lcd->getLcdPrintMethod(2, 0, "x")), return_code::badArgument);
     EXPECT_EQ(codeOf(lcd->getLcdPrintMethod(0, 16, "x")), return_code::badArgument);
     EXPECT_EQ(codeOf(lcd->getLcdBackLightMethod(101)), return_code::badArgument);
 }
 
-TEST_F(Cfa633ObjectTest, reset_of_the_appliance_clears_the_display) {
+TEST_F(Cfa633ObjectTest, ResetOfTheApplianceClearsTheDisplay) {
     codeOf(lcd->getLcdPrintMethod(0, 0, "x"));
     simulator.inspect([](Appliance& appliance) { appliance.reset(); });
     EXPECT_EQ(shown().front(), ' ');

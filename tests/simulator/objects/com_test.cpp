@@ -34,13 +34,13 @@ struct ComObjectTest : SimulatorFixture {
     }
 };
 
-TEST_F(ComObjectTest, closed_port_is_not_ready) {
+TEST_F(ComObjectTest, ClosedPortIsNotReady) {
     EXPECT_EQ(called(device, com->getRecvMethod(1))->getResult().code, return_code::notReady);
     EXPECT_EQ(called(device, com->getSendMethod(0, {1}))->getResult().code, return_code::notReady);
     EXPECT_EQ(called(device, com->getCloseMethod())->getResult().code, return_code::notReady);
 }
 
-TEST_F(ComObjectTest, open_takes_standard_settings_in_order) {
+TEST_F(ComObjectTest, OpenTakesStandardSettingsInOrder) {
     EXPECT_EQ(openPort(false, 12345), return_code::badArgument);
     EXPECT_EQ(called(device, com->getOpenMethod(9600, 7, true, false, 2, true, false, false, true))
                   ->getResult()
@@ -54,13 +54,13 @@ TEST_F(ComObjectTest, open_takes_standard_settings_in_order) {
     });
 }
 
-TEST_F(ComObjectTest, loopback_shows_the_zero_bytes_that_the_client_sends) {
+TEST_F(ComObjectTest, LoopbackShowsTheZeroBytesThatTheClientSends) {
     ASSERT_EQ(openPort(true), 0);
     send("AB");
     EXPECT_EQ(receive(), std::string("\0\0AB", 4));
 }
 
-TEST_F(ComObjectTest, booted_board_talks_at_its_prompt) {
+TEST_F(ComObjectTest, BootedBoardTalksAtItsPrompt) {
     ASSERT_EQ(openPort(), 0);
     EXPECT_EQ(receive(), "");
     boot();
@@ -69,7 +69,7 @@ TEST_F(ComObjectTest, booted_board_talks_at_its_prompt) {
     EXPECT_EQ(receive(), "temp\r\n36.5 C\r\ntarget> ");
 }
 
-TEST_F(ComObjectTest, reboot_command_boots_the_board_again) {
+TEST_F(ComObjectTest, RebootCommandBootsTheBoardAgain) {
     ASSERT_EQ(openPort(), 0);
     boot();
     send("reboot\r");

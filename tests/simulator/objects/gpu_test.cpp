@@ -17,25 +17,14 @@ using TAVO::Method;
 using Bytes = std::vector<std::uint8_t>;
 using Headers = std::vector<TAVO::dto::Base::Header>;
 
-struct GpuTest : SimulatorFixture {
-    void power(bool on) {
-        simulator.inspect([on](Appliance& appliance) { appliance.board()->setPower(on); });
-    }
-    int codeOf(const std::shared_ptr<Method>& method) { return called(device, method)->returnCode(); }
-    void done(const std::shared_ptr<Method>& method) { EXPECT_EQ(codeOf(method), return_code::done); }
-    template <class Result>
-    Result read(const std::shared_ptr<BoundMethod<Result>>& method) {
-        done(method);
-        return method->value();
-    }
+struct GpuTest : DeviceFixture {
     Bytes scanned(int bits) { return read(scan->getScanMethod(bits)).data; }
 
-    std::shared_ptr<TAVO::Device> device = open();
     std::shared_ptr<TAVO::HWDebug::GpuDebug_v1_0> gpu = object<TAVO::HWDebug::GpuDebug_v1_0>(device, "gpu0");
     std::shared_ptr<TAVO::HWDebug::GpuScan_v1_0> scan = gpu->getGpuScan();
 };
 
-TEST_F(GpuTest, a_pattern_by_scans_is_the_one_by_bit_banging) {
+TEST_F(GpuTest, APatternByScansIsTheOneByBitBanging) {
     power(true);
     const auto byScan = scanned(64);
     EXPECT_EQ(byScan, (Bytes{0xEF, 0xCD, 0xAB, 0x89, 0x67, 0x45, 0x23, 0x01}));
@@ -58,7 +47,7 @@ TEST_F(GpuTest, a_pattern_by_scans_is_the_one_by_bit_banging) {
     EXPECT_TRUE(pin.second);
 }
 
-TEST_F(GpuTest, scans_carry_on_where_the_last_one_ended) {
+TEST_F(GpuTest, ScansCarryOnWhereTheLastOneEnded) {
     power(true);
     EXPECT_EQ(scanned(12), (Bytes{0xEF, 0x0D}));
     EXPECT_EQ(scanned(8), Bytes{0xBC});
@@ -67,14 +56,14 @@ TEST_F(GpuTest, scans_carry_on_where_the_last_one_ended) {
     EXPECT_EQ(codeOf(scan->getScanMethod(-1)), return_code::badArgument);
 }
 
-TEST_F(GpuTest, without_power_zeros_are_scanned_and_the_pattern_waits) {
+TEST_F(GpuTest, WithoutPowerZerosAreScannedAndThePatternWaits) {
     EXPECT_EQ(scanned(16), (Bytes{0x00, 0x00}));
     EXPECT_FALSE(read(scan->getIoSdoGetMethod()).level);
     power(true);
     EXPECT_EQ(scanned(8), Bytes{0xEF});
 }
 
-TEST_F(GpuTest, scan_options_are_read_back_and_act) {
+TEST_F(GpuTest, ScanOptionsAreReadBackAndAct) {
     power(true);
     done(scan->getOptionSckFrequencySetMethod(3'000'000));
     const auto frequency = read(scan->getOptionSckFrequencyGetMethod());
@@ -87,7 +76,7 @@ TEST_F(GpuTest, scan_options_are_read_back_and_act) {
     EXPECT_EQ(codeOf(scan->getIoSckSetMethod(true, true)), return_code::disabled);
 }
 
-TEST_F(GpuTest, header_mode_is_kept_in_its_range) {
+TEST_F(GpuTest, HeaderModeIsKeptInItsRange) {
     EXPECT_EQ(read(gpu->getHeaderModeGetMethod()).mode, 1);
     done(gpu->getHeaderModeSetMethod(3));
     EXPECT_EQ(read(gpu->getHeaderModeGetMethod()).mode, 3);
@@ -95,13 +84,13 @@ TEST_F(GpuTest, header_mode_is_kept_in_its_range) {
     EXPECT_EQ(read(gpu->getHeaderModeGetMethod()).mode, 3);
 }
 
-TEST_F(GpuTest, power_enable_follows_the_board) {
+TEST_F(GpuTest, PowerEnableFollowsTheBoard) {
     EXPECT_FALSE(read(gpu->getIoPxEnGetMethod()).level);
     power(true);
     EXPECT_TRUE(read(gpu->getIoPxEnGetMethod()).level);
 }
 
-TEST_F(GpuTest, headers_tell_of_a_power_on_until_cleared) {
+TEST_F(GpuTest, HeadersTellOfAPowerOnUntilCleared) {
     power(true);
     EXPECT_EQ(read(gpu->getHeaderStatusGetMethod()).headers, (Headers{{"GPU-DEBUG", 1, 1, 0}}));
     EXPECT_EQ(read(scan->getHeaderStatusGetMethod()).headers, (Headers{{"SCAN", 1, 1, 0}}));
@@ -111,7 +100,7 @@ TEST_F(GpuTest, headers_tell_of_a_power_on_until_cleared) {
     EXPECT_EQ(read(scan->getHeaderStatusGetMethod()).headers, (Headers{{"SCAN", 0, 0, 0}}));
 }
 
-TEST_F(GpuTest, children_are_the_modules_of_the_connector) {
+TEST_F(GpuTest, ChildrenAreTheModulesOfTheConnector) {
     power(true);
     const auto idcode = gpu->getJtag()->getShiftDRMethod(32, {0, 0, 0, 0});
     done(idcode);
@@ -121,7 +110,7 @@ TEST_F(GpuTest, children_are_the_modules_of_the_connector) {
     EXPECT_EQ(bytes->value().data, (Bytes{0xFF, 0xFF}));
 }
 
-TEST_F(GpuTest, muxes_answer) {
+TEST_F(GpuTest, MuxesAnswer) {
     const auto mux = object<TAVO::HWDebug::KelvorGpuDebugMux_v1_0>(device, "gpuMux");
     EXPECT_EQ(read(mux->getHeaderModeGetMethod()).mode, 1);
     done(mux->getHeaderModeSetMethod(2));

@@ -17,33 +17,21 @@ using TAVO::BoundMethod;
 using TAVO::Method;
 using Lines = std::vector<bool>;
 using std::chrono::microseconds;
-namespace records = TAVO::dto::hdt;
+namespace hdt_records = TAVO::dto::hdt;
 
 const Lines allLines(4, true);
 const Lines noLine(4, false);
 
 // Time stands still unless a test lets it pass.
-struct HdtTest : SimulatorFixture {
+struct HdtTest : DeviceFixture {
     explicit HdtTest(const std::string& topology = "standard")
-        : SimulatorFixture({.topology = topology}) {
-        simulator.inspect([](Appliance& appliance) { appliance.clock().freeze(); });
-    }
-    void pass(microseconds time) {
-        simulator.inspect([time](Appliance& appliance) { appliance.clock().advance(time); });
+        : DeviceFixture({.topology = topology}) {
+        freeze();
     }
     void powerUp() {
-        simulator.inspect([](Appliance& appliance) { appliance.board()->setPower(true); });
+        power(true);
         pass(microseconds(200'000));
     }
-    int codeOf(const std::shared_ptr<Method>& method) { return called(device, method)->returnCode(); }
-    void done(const std::shared_ptr<Method>& method) { EXPECT_EQ(codeOf(method), return_code::done); }
-    template <class Result>
-    Result read(const std::shared_ptr<BoundMethod<Result>>& method) {
-        done(method);
-        return method->value();
-    }
-
-    std::shared_ptr<TAVO::Device> device = open();
 };
 
 struct HdtProxyTest : HdtTest {
@@ -56,7 +44,7 @@ struct HdtProxyTest : HdtTest {
     int source() { return read(hdt->getIoDbreqSourceSnapshotGetMethod()).source; }
 };
 
-TEST_F(HdtProxyTest, power_good_and_reset_follow_the_power_relay) {
+TEST_F(HdtProxyTest, PowerGoodAndResetFollowThePowerRelay) {
     const auto good = [this] { return read(hdt->getIoPwrokGetMethod()).level; };
     const auto inReset = [this] { return read(hdt->getIoResetGetMethod()).level; };
     EXPECT_FALSE(good());
@@ -71,7 +59,7 @@ TEST_F(HdtProxyTest, power_good_and_reset_follow_the_power_relay) {
     EXPECT_FALSE(good());
 }
 
-TEST_F(HdtProxyTest, cores_answer_a_debug_request_ten_microseconds_later) {
+TEST_F(HdtProxyTest, CoresAnswerADebugRequestTenMicrosecondsLater) {
     powerUp();
     done(hdt->getIoDbreqSetMethod(true));
     pass(microseconds(9));
@@ -82,14 +70,14 @@ TEST_F(HdtProxyTest, cores_answer_a_debug_request_ten_microseconds_later) {
     EXPECT_EQ(ready(), noLine);
 }
 
-TEST_F(HdtProxyTest, cores_without_power_do_not_answer) {
+TEST_F(HdtProxyTest, CoresWithoutPowerDoNotAnswer) {
     done(hdt->getIoDbreqSetMethod(true));
     pass(microseconds(1000));
     EXPECT_TRUE(requested());
     EXPECT_EQ(ready(), noLine);
 }
 
-TEST_F(HdtProxyTest, snapshots_latch_until_they_are_cleared) {
+TEST_F(HdtProxyTest, SnapshotsLatchUntilTheyAreCleared) {
     powerUp();
     done(hdt->getIoDbreqSetMethod(true));
     pass(microseconds(10));
@@ -102,7 +90,7 @@ TEST_F(HdtProxyTest, snapshots_latch_until_they_are_cleared) {
     EXPECT_EQ(source(), 0);
 }
 
-TEST_F(HdtProxyTest, masked_lines_take_no_part) {
+TEST_F(HdtProxyTest, MaskedLinesTakeNoPart) {
     powerUp();
     const Lines mask{true, false, true, false};
     done(hdt->getOptionDbrdyMaskSet(mask));
@@ -113,7 +101,7 @@ TEST_F(HdtProxyTest, masked_lines_take_no_part) {
     EXPECT_EQ(codeOf(hdt->getOptionDbrdyMaskSet({true})), return_code::badArgument);
 }
 
-TEST_F(HdtProxyTest, a_pulsed_request_falls_back_with_the_cores_halted) {
+TEST_F(HdtProxyTest, APulsedRequestFallsBackWithTheCoresHalted) {
     powerUp();
     done(hdt->getOptionDbreqPulseWidthSetMethod(50'000));
     EXPECT_EQ(read(hdt->getOptionDbreqPulseWidthGetMethod()).pulseWidth, 50'000);
@@ -125,7 +113,7 @@ TEST_F(HdtProxyTest, a_pulsed_request_falls_back_with_the_cores_halted) {
     EXPECT_EQ(codeOf(hdt->getOptionDbreqPulseWidthSetMethod(-1)), return_code::badArgument);
 }
 
-TEST_F(HdtProxyTest, a_breakpoint_of_one_core_halts_all_when_dbrdy_asks_for_it) {
+TEST_F(HdtProxyTest, ABreakpointOfOneCoreHaltsAllWhenDbrdyAsksForIt) {
     powerUp();
     done(hdt->getOptionDbreqOnDbrdySetMethod(true));
     EXPECT_TRUE(read(hdt->getOptionDbreqOnDbrdyGetMethod()).enable);
@@ -135,7 +123,7 @@ TEST_F(HdtProxyTest, a_breakpoint_of_one_core_halts_all_when_dbrdy_asks_for_it) 
     EXPECT_EQ(source(), 2);
 }
 
-TEST_F(HdtProxyTest, reset_halts_when_the_option_asks_for_it) {
+TEST_F(HdtProxyTest, ResetHaltsWhenTheOptionAsksForIt) {
     done(hdt->getOptionDbreqOnResetSetMethod(true));
     EXPECT_TRUE(read(hdt->getOptionDbreqOnResetGetMethod()).enable);
     powerUp();
@@ -145,7 +133,7 @@ TEST_F(HdtProxyTest, reset_halts_when_the_option_asks_for_it) {
     EXPECT_EQ(ready(), allLines);
 }
 
-TEST_F(HdtProxyTest, a_trigger_input_requests_on_its_edge) {
+TEST_F(HdtProxyTest, ATriggerInputRequestsOnItsEdge) {
     powerUp();
     done(hdt->getOptionTriggerSetupSetMethod(1, 1, 1, 200, 3, 400, 0, 0));
     const auto setup = read(hdt->getOptionTriggerSetupGetMethod(1));
@@ -171,7 +159,7 @@ TEST_F(HdtProxyTest, a_trigger_input_requests_on_its_edge) {
     EXPECT_EQ(source(), 4);
 }
 
-TEST_F(HdtProxyTest, triggers_that_are_not_there_and_wrong_setups_are_refused) {
+TEST_F(HdtProxyTest, TriggersThatAreNotThereAndWrongSetupsAreRefused) {
     EXPECT_EQ(codeOf(hdt->getIoTriggerGetMethod(4)), return_code::badArgument);
     EXPECT_EQ(codeOf(hdt->getIoTriggerSetMethod(-1, true)), return_code::badArgument);
     EXPECT_EQ(codeOf(hdt->getOptionTriggerSetupGetMethod(4)), return_code::badArgument);
@@ -179,10 +167,10 @@ TEST_F(HdtProxyTest, triggers_that_are_not_there_and_wrong_setups_are_refused) {
     EXPECT_EQ(codeOf(hdt->getOptionDbreqOnTriggerSetMethod(true, 4, false, 0)), return_code::badArgument);
 }
 
-TEST_F(HdtProxyTest, waiting_by_name_ends_with_the_line_or_the_time) {
+TEST_F(HdtProxyTest, WaitingByNameEndsWithTheLineOrTheTime) {
     powerUp();
     const auto wait = [this](std::vector<std::uint8_t> lines, std::int32_t timeout) {
-        const auto request = std::make_shared<records::ioDbrdyWaitRequest>();
+        const auto request = std::make_shared<hdt_records::ioDbrdyWaitRequest>();
         request->lines = std::move(lines);
         request->timeout = timeout;
         return codeOf(std::make_shared<Method>("ioDbrdyWait", *hdt, TAVO::dto::Params{request}));
@@ -195,7 +183,7 @@ TEST_F(HdtProxyTest, waiting_by_name_ends_with_the_line_or_the_time) {
     EXPECT_EQ(wait({1, 1, 1, 1}, -1), return_code::badArgument);
 }
 
-TEST_F(HdtProxyTest, a_switched_off_object_drives_nothing) {
+TEST_F(HdtProxyTest, ASwitchedOffObjectDrivesNothing) {
     powerUp();
     done(hdt->getEnableSetMethod(false));
     EXPECT_FALSE(read(hdt->getEnableGetMethod()).enable);
@@ -204,7 +192,7 @@ TEST_F(HdtProxyTest, a_switched_off_object_drives_nothing) {
     EXPECT_FALSE(requested());
 }
 
-TEST_F(HdtProxyTest, header_status_tells_of_a_power_on_until_cleared) {
+TEST_F(HdtProxyTest, HeaderStatusTellsOfAPowerOnUntilCleared) {
     powerUp();
     EXPECT_EQ(read(hdt->getHeaderStatusGetMethod()).headers,
               (std::vector<TAVO::dto::Base::Header>{{"HDT", 1, 1, 0}}));
@@ -213,7 +201,7 @@ TEST_F(HdtProxyTest, header_status_tells_of_a_power_on_until_cleared) {
               (std::vector<TAVO::dto::Base::Header>{{"HDT", 1, 0, 0}}));
 }
 
-TEST_F(HdtProxyTest, the_processor_reports_the_headers_of_both_its_children) {
+TEST_F(HdtProxyTest, TheProcessorReportsTheHeadersOfBothItsChildren) {
     powerUp();
     const auto cpu = object<TAVO::HWDebug::CpuDebug_v1_1>(device, "cpu0");
     const auto status = read(cpu->getheaderStatusGetMethod());
@@ -222,7 +210,7 @@ TEST_F(HdtProxyTest, the_processor_reports_the_headers_of_both_its_children) {
     EXPECT_EQ(status.connections[0].second, std::vector<std::string>{"CPU0"});
 }
 
-TEST_F(HdtProxyTest, frequency_is_that_of_the_time_base) {
+TEST_F(HdtProxyTest, FrequencyIsThatOfTheTimeBase) {
     EXPECT_EQ(read(hdt->getOptionFrequencyGetMethod()).frequency, 100'000'000u);
 }
 
@@ -234,15 +222,15 @@ struct LegacyHdtTest : HdtTest {
         object<TAVO::HWDebug::CpuDebug_v1_0>(device, "cpu")->getHdt();
 };
 
-TEST_F(LegacyHdtTest, version_1_0_requests_and_answers_too) {
+TEST_F(LegacyHdtTest, RequestsAndAnswersToo) {
     powerUp();
     done(hdt->getIoDbreqSetMethod(true));
     pass(microseconds(10));
     EXPECT_EQ(read(hdt->getIoDbrdyGetMethod()), allLines);
     EXPECT_EQ(read(hdt->getIoDbrdySnapShotGetMethod()), allLines);
     done(hdt->getIoDbrdySnapshotClearMethod());
-    const auto frequency =
-        std::make_shared<BoundMethod<records::FrequencyGetReply>>("frequencyGet", *hdt, TAVO::dto::Params{});
+    const auto frequency = std::make_shared<BoundMethod<hdt_records::FrequencyGetReply>>("frequencyGet", *hdt,
+                                                                                         TAVO::dto::Params{});
     EXPECT_EQ(read(frequency).frequency, 100'000'000u);
 }
 

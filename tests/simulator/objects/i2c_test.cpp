@@ -23,7 +23,7 @@ struct I2cObjectTest : SimulatorFixture {
     }
 };
 
-TEST_F(I2cObjectTest, memory_module_answers_only_with_power) {
+TEST_F(I2cObjectTest, MemoryModuleAnswersOnlyWithPower) {
     const auto method = i2c->getTransferMethod(0x50, 0, {0}, 3);
     device->call(method);
     EXPECT_EQ(method->getResult().code, return_code::notAcknowledged);
@@ -31,14 +31,14 @@ TEST_F(I2cObjectTest, memory_module_answers_only_with_power) {
     EXPECT_EQ(transfer(0x50, {0}, 3).data, (Bytes{0x92, 0x11, 0x0B}));
 }
 
-TEST_F(I2cObjectTest, temperature_of_the_board_is_read_in_half_degrees) {
+TEST_F(I2cObjectTest, TemperatureOfTheBoardIsReadInHalfDegrees) {
     powerUp();
     EXPECT_EQ(transfer(0x48, {0}, 2).data, (Bytes{0x24, 0x80}));
     simulator.inspect([](Appliance& appliance) { appliance.board()->setTemperature(50.5); });
     EXPECT_EQ(transfer(0x48, {0}, 2).data, (Bytes{0x32, 0x80}));
 }
 
-TEST_F(I2cObjectTest, replies_count_the_bytes_that_were_acknowledged_and_read) {
+TEST_F(I2cObjectTest, RepliesCountTheBytesThatWereAcknowledgedAndRead) {
     const auto result = transfer(0x54, {0x01, 0x00}, 5);
     EXPECT_EQ(result.first, 2);
     EXPECT_EQ(result.second, 5);
@@ -47,7 +47,7 @@ TEST_F(I2cObjectTest, replies_count_the_bytes_that_were_acknowledged_and_read) {
     EXPECT_EQ(write->getResult().code, 0);
 }
 
-TEST_F(I2cObjectTest, address_retries_outlast_a_write_cycle_inside_one_batch) {
+TEST_F(I2cObjectTest, AddressRetriesOutlastAWriteCycleInsideOneBatch) {
     device->call(i2c->getOptionAddressRetryLimitSetMethod(100));
     const auto batch = std::make_shared<TAVO::MulticallQueue>();
     const auto read = i2c->getTransferMethod(0x54, 0, {0x02, 0x00}, 2);
@@ -58,7 +58,7 @@ TEST_F(I2cObjectTest, address_retries_outlast_a_write_cycle_inside_one_batch) {
     EXPECT_EQ(read->value().data, (Bytes{0xAB, 0xCD}));
 }
 
-TEST_F(I2cObjectTest, options_are_kept_until_the_appliance_is_reset) {
+TEST_F(I2cObjectTest, OptionsAreKeptUntilTheApplianceIsReset) {
     EXPECT_EQ(called(device, i2c->getOptionSclFrequencySetMethod(400000))->getResult().code, 0);
     EXPECT_EQ(called(device, i2c->getOptionSclFrequencySetMethod(1))->getResult().code,
               return_code::badArgument);
@@ -74,7 +74,7 @@ TEST_F(I2cObjectTest, options_are_kept_until_the_appliance_is_reset) {
     });
 }
 
-TEST_F(I2cObjectTest, header_status_tells_of_a_power_on_until_cleared) {
+TEST_F(I2cObjectTest, HeaderStatusTellsOfAPowerOnUntilCleared) {
     powerUp();
     auto status = called(device, i2c->getHeaderStatusGetMethod())->value();
     ASSERT_EQ(status.headers.size(), 1u);

@@ -15,7 +15,7 @@ using namespace TAVO::simulator;
 using TAVO::BoundMethod;
 using TAVO::Method;
 using Bytes = std::vector<std::uint8_t>;
-namespace records = TAVO::dto::Jtag;
+namespace jtag_records = TAVO::dto::Jtag;
 
 // What the standard chain has next to TDO, in the order of shifting.
 const Bytes cpuIdcode{0xC3, 0xD0, 0x45, 0x2A};
@@ -23,18 +23,11 @@ const Bytes cpuIdcode{0xC3, 0xD0, 0x45, 0x2A};
 const Bytes cpuIdcodeOthersBypass{0x02, 0xFF, 0x7F};
 constexpr int chainIrBits = 23;
 
-struct JtagTest : SimulatorFixture {
+struct JtagTest : DeviceFixture {
     explicit JtagTest(const std::string& topology = "standard")
-        : SimulatorFixture({.topology = topology}) {
+        : DeviceFixture({.topology = topology}) {
         power(true);
     }
-    void power(bool on) {
-        simulator.inspect([on](Appliance& appliance) { appliance.board()->setPower(on); });
-    }
-    int codeOf(const std::shared_ptr<Method>& method) { return called(device, method)->returnCode(); }
-    void done(const std::shared_ptr<Method>& method) { EXPECT_EQ(codeOf(method), return_code::done); }
-
-    std::shared_ptr<TAVO::Device> device = open();
 };
 
 struct JtagProxyTest : JtagTest {
@@ -54,7 +47,7 @@ struct JtagProxyTest : JtagTest {
     int state() { return called(device, jtag->tapStateGetMethod())->value().state; }
 };
 
-TEST_F(JtagProxyTest, an_idcode_by_shifts_is_the_one_by_bit_banging) {
+TEST_F(JtagProxyTest, AnIdcodeByShiftsIsTheOneByBitBanging) {
     shiftedIr(chainIrBits, cpuIdcodeOthersBypass);
     const auto byShifts = shiftedDr(32, {0, 0, 0, 0});
     EXPECT_EQ(byShifts, cpuIdcode);
@@ -88,7 +81,7 @@ TEST_F(JtagProxyTest, an_idcode_by_shifts_is_the_one_by_bit_banging) {
     EXPECT_EQ(byPins, byShifts);
 }
 
-TEST_F(JtagProxyTest, trst_resets_the_state_machine_that_shifts_moved) {
+TEST_F(JtagProxyTest, TrstResetsTheStateMachineThatShiftsMoved) {
     done(jtag->getTapStateSetMethod(6));
     EXPECT_EQ(state(), 6);
     done(jtag->getIoTrstSetMethod(true, false));
@@ -98,7 +91,7 @@ TEST_F(JtagProxyTest, trst_resets_the_state_machine_that_shifts_moved) {
     EXPECT_FALSE(pin.second);
 }
 
-TEST_F(JtagProxyTest, a_user_register_keeps_what_is_written_until_power_goes) {
+TEST_F(JtagProxyTest, AUserRegisterKeepsWhatIsWrittenUntilPowerGoes) {
     const Bytes select{0x20, 0xFF, 0x7F};
     // 34 bits: the one of each TAP in BYPASS leaves the register last.
     const Bytes value{0x78, 0x56, 0x34, 0x12, 0x00};
@@ -111,14 +104,14 @@ TEST_F(JtagProxyTest, a_user_register_keeps_what_is_written_until_power_goes) {
     EXPECT_EQ(shiftedDr(34, value), Bytes(5, 0x00));
 }
 
-TEST_F(JtagProxyTest, a_chain_without_power_reads_ones_and_stays_in_reset) {
+TEST_F(JtagProxyTest, AChainWithoutPowerReadsOnesAndStaysInReset) {
     power(false);
     EXPECT_EQ(shiftedDr(12, {0, 0}), (Bytes{0xFF, 0x0F}));
     done(jtag->getTapStateSetMethod(1));
     EXPECT_EQ(state(), 0);
 }
 
-TEST_F(JtagProxyTest, shifts_end_in_their_termination_states) {
+TEST_F(JtagProxyTest, ShiftsEndInTheirTerminationStates) {
     done(jtag->getOptionTerminationStateSetMethod(13, 6));
     shiftedIr(chainIrBits, cpuIdcodeOthersBypass);
     EXPECT_EQ(state(), 13);
@@ -126,7 +119,7 @@ TEST_F(JtagProxyTest, shifts_end_in_their_termination_states) {
     EXPECT_EQ(state(), 6);
 }
 
-TEST_F(JtagProxyTest, an_unexpected_capture_is_told_with_its_bits) {
+TEST_F(JtagProxyTest, AnUnexpectedCaptureIsToldWithItsBits) {
     done(jtag->getTapStateSetMethod(0));
     done(jtag->getOptionTdoExpectedSetMethod(0, {}, {}, 32, {0xC3, 0, 0, 0}, {0xFF, 0, 0, 0}));
     EXPECT_EQ(shiftedDr(32, {0, 0, 0, 0}), cpuIdcode);
@@ -137,7 +130,7 @@ TEST_F(JtagProxyTest, an_unexpected_capture_is_told_with_its_bits) {
     EXPECT_EQ(shift->value().data, cpuIdcode);
 }
 
-TEST_F(JtagProxyTest, options_are_read_back_as_they_were_set) {
+TEST_F(JtagProxyTest, OptionsAreReadBackAsTheyWereSet) {
     using namespace TAVO::HWDebug::Jtag_v1_1_Structs;
     const auto read = [this](const auto& method) { return called(device, method)->value(); };
     done(jtag->getOptionRepeatSetMethod(3, true, 4, false));
@@ -184,7 +177,7 @@ TEST_F(JtagProxyTest, options_are_read_back_as_they_were_set) {
     EXPECT_FALSE(read(jtag->getEnableGetMethod()).enable);
 }
 
-TEST_F(JtagProxyTest, wrong_arguments_and_a_switched_off_port_are_refused) {
+TEST_F(JtagProxyTest, WrongArgumentsAndASwitchedOffPortAreRefused) {
     EXPECT_EQ(codeOf(jtag->getShiftDRMethod(9, {0})), return_code::badArgument);
     EXPECT_EQ(codeOf(jtag->getShiftIRMethod(-1, {})), return_code::badArgument);
     EXPECT_EQ(codeOf(jtag->getTapStateSetMethod(4)), return_code::badArgument);
@@ -196,18 +189,18 @@ TEST_F(JtagProxyTest, wrong_arguments_and_a_switched_off_port_are_refused) {
     EXPECT_EQ(codeOf(jtag->getIoTckSetMethod(true, true)), return_code::disabled);
 }
 
-TEST_F(JtagProxyTest, sleeping_takes_simulated_time) {
+TEST_F(JtagProxyTest, SleepingTakesSimulatedTime) {
     const auto now = [this] {
         return simulator.inspect([](Appliance& appliance) { return appliance.board()->now(); });
     };
-    simulator.inspect([](Appliance& appliance) { appliance.clock().freeze(); });
+    freeze();
     const auto before = now();
     done(jtag->getSleepMethod(1500, true));
     EXPECT_EQ(now(), before + 1500);
     EXPECT_EQ(codeOf(jtag->getSleepMethod(-1, false)), return_code::badArgument);
 }
 
-TEST_F(JtagProxyTest, every_composite_has_a_chain_of_its_own) {
+TEST_F(JtagProxyTest, EveryCompositeHasAChainOfItsOwn) {
     const auto chipSelect = object<TAVO::HWDebug::CsJtag_v1_0>(device, "csJtag")->getJtag();
     const auto gpu = object<TAVO::HWDebug::GpuDebug_v1_0>(device, "gpu0")->getJtag();
     done(jtag->getTapStateSetMethod(6));
@@ -220,7 +213,7 @@ TEST_F(JtagProxyTest, every_composite_has_a_chain_of_its_own) {
     EXPECT_EQ(state(), 6);
 }
 
-TEST_F(JtagProxyTest, header_status_tells_of_a_power_on) {
+TEST_F(JtagProxyTest, HeaderStatusTellsOfAPowerOn) {
     const auto status = called(device, jtag->getheaderStatusGetMethod())->value();
     ASSERT_EQ(status.headers.size(), 1u);
     EXPECT_EQ(status.headers[0], (TAVO::dto::Base::Header{"JTAG", 1, 1, 0}));
@@ -245,62 +238,62 @@ struct LegacyJtagTest : JtagTest {
         return method->value();
     }
     Bytes shifted(const std::string& name, int bits, const Bytes& data) {
-        const auto request = std::make_shared<records::ShiftRequest>();
+        const auto request = std::make_shared<jtag_records::ShiftRequest>();
         request->bits = bits;
         request->data = data;
-        return get<records::ShiftReply>(name, request).data;
+        return get<jtag_records::ShiftReply>(name, request).data;
     }
 
     std::shared_ptr<TAVO::HWDebug::Jtag_v1_0> jtag =
         object<TAVO::HWDebug::CpuDebug_v1_0>(device, "cpu")->getJtag();
 };
 
-TEST_F(LegacyJtagTest, shifts_by_name_as_the_newer_one_does) {
+TEST_F(LegacyJtagTest, ShiftsByNameAsTheNewerOneDoes) {
     EXPECT_EQ(shifted("shiftIR", chainIrBits, cpuIdcodeOthersBypass), (Bytes{0x01, 0x21, 0x00}));
     EXPECT_EQ(shifted("shiftDR", 32, {0, 0, 0, 0}), cpuIdcode);
-    const auto request = std::make_shared<records::TapStateSetRequest>();
+    const auto request = std::make_shared<jtag_records::TapStateSetRequest>();
     request->state = 13;
     set("tapStateSet", request);
-    EXPECT_EQ(get<records::TapStateGetReply>("tapStateGet").state, 13);
+    EXPECT_EQ(get<jtag_records::TapStateGetReply>("tapStateGet").state, 13);
 }
 
-TEST_F(LegacyJtagTest, options_are_read_back_as_they_were_set) {
-    const auto repeat = std::make_shared<records::RepeatSetRequest>();
+TEST_F(LegacyJtagTest, OptionsAreReadBackAsTheyWereSet) {
+    const auto repeat = std::make_shared<jtag_records::RepeatSetRequest>();
     repeat->count = 3;
     repeat->enable = true;
     set("repeatSet", repeat);
-    EXPECT_EQ(get<records::RepeatGetReply>("repeatGet").count, 3);
-    EXPECT_TRUE(get<records::RepeatGetReply>("repeatGet").enable);
+    EXPECT_EQ(get<jtag_records::RepeatGetReply>("repeatGet").count, 3);
+    EXPECT_TRUE(get<jtag_records::RepeatGetReply>("repeatGet").enable);
 
-    const auto retry = std::make_shared<records::RetrySetRequest>();
+    const auto retry = std::make_shared<jtag_records::RetrySetRequest>();
     retry->first = 9;
     retry->second = 1;
     set("retrySet", retry);
-    EXPECT_EQ(get<records::RetryGetReply>("retryGet").count, 9);
-    EXPECT_TRUE(get<records::RetryGetReply>("retryGet").enable);
+    EXPECT_EQ(get<jtag_records::RetryGetReply>("retryGet").count, 9);
+    EXPECT_TRUE(get<jtag_records::RetryGetReply>("retryGet").enable);
 
-    const auto expected = std::make_shared<records::TdoExpectedSetRequest>();
+    const auto expected = std::make_shared<jtag_records::TdoExpectedSetRequest>();
     expected->bits = 12;
     expected->expected = {0x34, 0x02};
     expected->mask = {0xFF, 0x0F};
     set("tdoExpectedSet", expected);
-    const auto read = get<records::TdoExpectedGetReply>("tdoExpectedGet");
+    const auto read = get<jtag_records::TdoExpectedGetReply>("tdoExpectedGet");
     EXPECT_EQ(read.bits, 12);
     EXPECT_EQ(read.expected, expected->expected);
     EXPECT_EQ(read.mask, expected->mask);
     expected->mask = {0xFF};
     set("tdoExpectedSet", expected, return_code::badArgument);
 
-    const auto state = std::make_shared<records::TerminationStateSetRequest>();
+    const auto state = std::make_shared<jtag_records::TerminationStateSetRequest>();
     state->state = 13;
     set("terminationStateIRSet", state);
-    EXPECT_EQ(get<records::TerminationStateGetReply>("terminationStateIRGet").state, 13);
-    EXPECT_EQ(get<records::TerminationStateGetReply>("terminationStateDRGet").state, 1);
+    EXPECT_EQ(get<jtag_records::TerminationStateGetReply>("terminationStateIRGet").state, 13);
+    EXPECT_EQ(get<jtag_records::TerminationStateGetReply>("terminationStateDRGet").state, 1);
     state->state = 6;
     set("terminationStateDRSet", state);
-    EXPECT_EQ(get<records::TerminationStateGetReply>("terminationStateDRGet").state, 6);
+    EXPECT_EQ(get<jtag_records::TerminationStateGetReply>("terminationStateDRGet").state, 6);
 
-    const auto frequency = std::make_shared<records::OptionTckFrequencySetRequest>();
+    const auto frequency = std::make_shared<jtag_records::OptionTckFrequencySetRequest>();
     frequency->frequency = 20'000'000;
     set("tckFrequencySet", frequency);
     const auto actual = get<TAVO::dto::Base::FrequencyGetReply>("tckFrequencyGet");
@@ -308,14 +301,14 @@ TEST_F(LegacyJtagTest, options_are_read_back_as_they_were_set) {
     EXPECT_EQ(actual.value, 3);
 }
 
-TEST_F(LegacyJtagTest, what_is_expected_counts_for_both_registers) {
-    const auto expected = std::make_shared<records::TdoExpectedSetRequest>();
+TEST_F(LegacyJtagTest, WhatIsExpectedCountsForBothRegisters) {
+    const auto expected = std::make_shared<jtag_records::TdoExpectedSetRequest>();
     expected->bits = 8;
     expected->expected = {0xFF};
     expected->mask = {0xFF};
     set("tdoExpectedSet", expected);
     for (const auto* name : {"shiftIR", "shiftDR"}) {
-        const auto request = std::make_shared<records::ShiftRequest>();
+        const auto request = std::make_shared<jtag_records::ShiftRequest>();
         request->bits = 8;
         request->data = {0};
         set(name, request, return_code::mismatch);

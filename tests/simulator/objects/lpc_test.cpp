@@ -43,9 +43,6 @@ struct LpcObjectTest : SimulatorFixture {
     void power(bool on) {
         device->call(object<CommonModules::Relay_v1_0>(device, "power")->getSetMethod(on));
     }
-    void pass(std::chrono::milliseconds time) {
-        simulator.inspect([&](Appliance& appliance) { appliance.clock().advance(time); });
-    }
     std::vector<int> codes() {
         std::vector<int> found;
         for (const auto& entry : get<FifoGetReply>("fifoGet").entries)
@@ -54,7 +51,7 @@ struct LpcObjectTest : SimulatorFixture {
     }
 };
 
-TEST_F(LpcObjectTest, connectors_tell_whether_the_board_has_power) {
+TEST_F(LpcObjectTest, ConnectorsTellWhetherTheBoardHasPower) {
     using Reply = TAVO::dto::lpc::HeaderConnectionsReply;
     EXPECT_FALSE(called(device, lpc->getHeaderConnectGetMethod())->value().connections.at(0).connected);
     power(true);
@@ -64,7 +61,7 @@ TEST_F(LpcObjectTest, connectors_tell_whether_the_board_has_power) {
     EXPECT_EQ(reply.connections[1], (TAVO::dto::lpc::HeaderConnection{"TPM", false}));
 }
 
-TEST_F(LpcObjectTest, post_codes_follow_the_boot_that_the_power_relay_begins) {
+TEST_F(LpcObjectTest, PostCodesFollowTheBootThatThePowerRelayBegins) {
     EXPECT_EQ(get<PostCodeGetReply>("postCodeGet").postCode, -1);
     EXPECT_EQ(get<FifoSizeGetReply>("fifoSizeGet").size, 1024);
     power(true);
@@ -84,7 +81,7 @@ TEST_F(LpcObjectTest, post_codes_follow_the_boot_that_the_power_relay_begins) {
     EXPECT_EQ(get<PostCodeGetReply>("postCodeGet").postCode, -1);
 }
 
-TEST_F(LpcObjectTest, post_code_options_are_kept_and_checked) {
+TEST_F(LpcObjectTest, PostCodeOptionsAreKeptAndChecked) {
     OptionFifoCircularSetRequest circular;
     circular.circular = 1;
     EXPECT_EQ(set("optionFifoCircularSet", circular), 0);
@@ -100,14 +97,14 @@ TEST_F(LpcObjectTest, post_code_options_are_kept_and_checked) {
     EXPECT_THAT(codes(), testing::IsEmpty());
 }
 
-TEST_F(LpcObjectTest, cmos_relay_shows_in_the_next_boot) {
+TEST_F(LpcObjectTest, CmosRelayShowsInTheNextBoot) {
     device->call(object<CommonModules::CmosRelay_v1_0>(device, "cmos")->getCmosClearMethod(100));
     power(true);
     pass(std::chrono::seconds(4));
     EXPECT_THAT(codes(), testing::Contains(PostCodes::cmosCleared));
 }
 
-TEST_F(LpcObjectTest, a_sleep_in_a_batch_lets_the_boot_go_on_for_the_calls_behind_it) {
+TEST_F(LpcObjectTest, ASleepInABatchLetsTheBootGoOnForTheCallsBehindIt) {
     const auto batch = std::make_shared<TAVO::MulticallQueue>();
     const auto code = std::make_shared<TAVO::BoundMethod<PostCodeGetReply>>(
         "postCodeGet", *lpc->getLpcPostCode(), TAVO::dto::Params{});
@@ -118,7 +115,7 @@ TEST_F(LpcObjectTest, a_sleep_in_a_batch_lets_the_boot_go_on_for_the_calls_behin
     EXPECT_GE(code->value().postCode, 1);
 }
 
-TEST_F(LpcObjectTest, rom_refuses_what_does_not_lie_inside) {
+TEST_F(LpcObjectTest, RomRefusesWhatDoesNotLieInside) {
     const auto rom = lpc->getLpcRomEmulation();
     const auto size = called(device, rom->getSramSizeGetMethod())->value().size;
     EXPECT_EQ(size, 8388608);
@@ -130,7 +127,7 @@ TEST_F(LpcObjectTest, rom_refuses_what_does_not_lie_inside) {
     EXPECT_FALSE(called(device, rom->getEnableGetMethod())->value().enable);
 }
 
-TEST_F(LpcObjectTest, real_boot_rom_is_loaded_booted_and_read_back_in_few_exchanges) {
+TEST_F(LpcObjectTest, RealBootRomIsLoadedBootedAndReadBackInFewExchanges) {
     std::ifstream file("/usr/share/seabios/bios-256k.bin", std::ios::binary);
     ASSERT_TRUE(file) << "the Debian package seabios is needed";
     const Bytes image{std::istreambuf_iterator<char>(file), {}};
