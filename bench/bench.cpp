@@ -46,8 +46,9 @@ std::shared_ptr<TAVO::Device> Bench::openAfter(const std::function<void()>& prep
     return openDevice();
 }
 
-std::shared_ptr<TAVO::Device> Bench::openDevice() const {
-    return TAVO::DeviceFactory::buildDevice(server.address(), server.port(), "engineer", "tavo", false);
+std::shared_ptr<TAVO::Device> Bench::openDevice(const TAVO::OpenOptions& options) const {
+    return TAVO::DeviceFactory::buildDevice(server.address(), server.port(), "engineer", "tavo", false,
+                                            options);
 }
 
 const Gauge& firstGauge(const TAVO::Device& device) {

@@ -42,7 +42,7 @@ struct Bench {
     Bench(int processor, const std::string& address, const std::function<void()>& prepareServer,
           const std::function<void()>& prepareClient);
 
-    std::shared_ptr<TAVO::Device> openDevice() const;
+    std::shared_ptr<TAVO::Device> openDevice(const TAVO::OpenOptions& options = {}) const;
     RawClient connectRaw() const { return {server.address(), server.port()}; }
 
 private:

@@ -339,6 +339,15 @@ protected:
     std::deque<std::shared_ptr<TAVO::Method>> queue;
 };
 
+TEST_F(ChangedQueue, IsBuiltWithTheFunctionsThatTheTablesHaveThen) {
+    const auto before = both(empty, TAVO::TAVOXTranscode::decodeStatus);
+    const auto after = both(fill, emptyWhileReading);
+    EXPECT_EQ(before->getEncoder(), empty);
+    EXPECT_EQ(before->getDecoder(), TAVO::TAVOXTranscode::decodeStatus);
+    EXPECT_EQ(after->getEncoder(), fill);
+    EXPECT_EQ(after->getDecoder(), emptyWhileReading);
+}
+
 TEST_F(ChangedQueue, ChangesNothingOfTheExchangeThatRuns) {
     using TAVO::TAVOXTranscode::decodeStatus;
     using TAVO::TAVOXTranscode::encodeNothing;

@@ -183,4 +183,28 @@ TEST(BoundMethod, KeepsAResultThatCannotBeTakenOut) {
     EXPECT_TRUE(method.isResultSet());
 }
 
+TEST(BoundMethod, ShowsTheStoredReplyWhereItLies) {
+    BoundMethod<TypeReply> method("call", thing, {});
+    const auto outcome = resultOf<TypeReply>(0, "relay");
+    method.setResult(outcome);
+    EXPECT_EQ(&method.reply(), outcome.reply.get());
+    EXPECT_EQ(method.reply().type, "relay");
+    EXPECT_TRUE(method.isResultSet());
+}
+
+TEST(BoundMethod, ShowsADefaultReplyBeforeItIsExecuted) {
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(BoundMethod<TypeReply>("call", thing, {}).reply(), TypeReply());
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "Method thing.call has not been executed.  Can't return valid results\n");
+}
+
+TEST(BoundMethod, RefusesToShowAnotherReply) {
+    BoundMethod<TypeReply> method("call", thing, {});
+    method.setResult({0, std::make_shared<MethodsReply>()});
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(failureOf<std::runtime_error>([&] { method.reply(); }), noConversion);
+    EXPECT_FALSE(testing::internal::GetCapturedStderr().empty());
+}
+
 } // namespace
