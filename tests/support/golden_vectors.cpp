@@ -74,4 +74,17 @@ GoldenFile loadGoldenFile(const std::string& name) {
     return file;
 }
 
+std::vector<std::string> goldenMethods(const std::string& type, const std::string& version) {
+    std::vector<std::string> methods;
+    for (const auto& name : goldenFileNames()) {
+        const auto file = loadGoldenFile(name);
+        if (file.type != type || file.version != version)
+            continue;
+        for (const auto& vector : file.vectors)
+            if (std::find(methods.begin(), methods.end(), vector.method) == methods.end())
+                methods.push_back(vector.method);
+    }
+    return methods;
+}
+
 } // namespace support

@@ -39,6 +39,9 @@ struct GoldenFile {
     std::vector<GoldenVector> vectors;
 };
 
+/// The methods of a type in the order of its vectors; none for a type without a file.
+std::vector<std::string> goldenMethods(const std::string& type, const std::string& version);
+
 /// The names of the files, without folder and ".json".
 std::vector<std::string> goldenFileNames();
 

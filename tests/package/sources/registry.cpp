@@ -1,8 +1,7 @@
 // Linked with the library alone: calling the three registrations must bring every factory into the program.
-#include <algorithm>
 #include <iostream>
+#include <set>
 #include <string>
-#include <vector>
 
 #include <tavo/client.h>
 
@@ -11,14 +10,10 @@ int main() {
     TAVO::HWDebug::HwdObjects::registerCoreObjects();
     CommonModules::CommonModulesObjects::registerCoreObjects();
 
-    const std::vector<std::string> expected = {
-        "cfa633",       "cmosRelay", "com",         "cpuDebug",
-        "csJtag",       "device",    "gpuDebug",    "gpuScan",
-        "hdt",          "i2c",       "jtag",        "kelvorGpuDebugMux",
-        "kelvorUvdMux", "lpc",       "lpcPostCode", "lpcRomEmulation",
-        "private",      "relay",     "system"};
-    auto registered = TAVO::ObjectFactory::registeredTypes();
-    std::sort(registered.begin(), registered.end());
+    // The types that have golden bytes, and those that have no methods of their own.
+    const std::set<std::string> expected = {GOLDEN_TYPES, "csJtag", "kelvorUvdMux", "private"};
+    const auto types = TAVO::ObjectFactory::registeredTypes();
+    const std::set<std::string> registered(types.begin(), types.end());
     if (registered != expected) {
         std::cerr << "registered are:";
         for (const auto& type : registered)
