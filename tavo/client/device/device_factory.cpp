@@ -114,8 +114,8 @@ void DeviceFactory::buildTree(const std::shared_ptr<Device>& device, LevelFetch*
     if (!object)
         throw SpecificationError("device object not found.");
     if (fetch)
-        fetch->fetchRootMembers(*object, {{"private", PrivateInstanceID}, {"system", SystemInstanceID}},
-                                paths);
+        fetch->fetchRootMembers(
+            *object, {{"private", PrivateInstanceID, true}, {"system", SystemInstanceID, true}}, paths);
     auto room = ObjectFactory::mostObjects - std::min(ObjectFactory::mostObjects, objectsBelow(*object));
     device->setPrivate(buildFixedObject<Private_v1_0>(device, "private", PrivateInstanceID, room));
     device->setSystem(buildFixedObject<System_v1_0>(device, "system", SystemInstanceID, room));
@@ -132,7 +132,7 @@ void DeviceFactory::open(const std::shared_ptr<TAVOXDevice>& device, bool secure
                          const OpenOptions& options) {
     const auto fetch = fetchFor(device, options);
     if (fetch)
-        fetch->fetchTrees({{"device", DeviceInstanceID}});
+        fetch->fetchTrees({{"device", DeviceInstanceID, true}});
     buildDeviceObject(device);
     if (bool first = false, second = false; secure && !keyIsKnown(*device, first, second))
         throw TAVOKeyError("TAVO authentication key not matched!");
@@ -146,7 +146,7 @@ void DeviceFactory::identify(const std::shared_ptr<TAVOXDevice>& device, int por
                              const OpenOptions& options) {
     const auto fetch = fetchFor(device, options);
     if (fetch)
-        fetch->fetchTrees({{"device", DeviceInstanceID}});
+        fetch->fetchTrees({{"device", DeviceInstanceID, true}});
     buildDeviceObject(device);
     bool first = false, second = false;
     if (!keyIsKnown(*device, first, second))

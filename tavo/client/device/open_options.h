@@ -31,9 +31,9 @@ struct TAVO_API OpenOptions {
     ///
     /// Does nothing for devices of an application's own class.
     bool byLevels = false;
-    /// Build only these objects, given by their full names, with what leads to them and what is below them;
-    /// besides them the three fixed objects. A name that the device does not have is ignored. All objects
-    /// when empty.
+    /// Build only these objects, given by their full names, with what leads to them and what is below them,
+    /// and the three fixed objects. An object whose type has a factory gets all its members, which its proxy
+    /// may need. Names that the device does not have are ignored. All objects when empty.
     std::vector<std::string> only = {};
 };
 

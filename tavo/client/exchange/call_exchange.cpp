@@ -97,7 +97,7 @@ public:
     }
     void receive(std::uint8_t* destination, std::uint64_t count) override {
         failed_ = true;
-        transport_.receiveAll(destination, count);
+        buffer_.receiveInto(transport_, destination, count);
         failed_ = false;
     }
 
@@ -181,9 +181,7 @@ public:
     bool hasMore() const { return unread_ > 0; }
 
     void result(Method& method) {
-        const auto known = std::exchange(nextSize_, std::nullopt);
-        const auto size =
-            known ? *known : number("Could not read Result Size from device for method: ", &method);
+        const auto size = number("Could not read Result Size from device for method: ", &method);
         if (size > largestWhole && TAVOXTranscode::isRecordDecoder(method.getDecoder()))
             arrivingResult(method, size);
         else
@@ -196,7 +194,7 @@ private:
     static constexpr std::uint32_t largestWhole = 64 * 1024;
 
     void wholeResult(Method& method, std::uint32_t size) {
-        TAVOX::InputStream in = resultBlock(size);
+        TAVOX::InputStream in = block(size);
         countResult();
         store(method, in, decoded(method, in));
     }
@@ -225,17 +223,6 @@ private:
 
     void countResult() { isRead_ = --unread_ == 0; }
 
-    /// One result, and in the same step the size of the next one where both are there already.
-    TAVOX::InputStream resultBlock(std::uint32_t size) {
-        constexpr auto sizeField = sizeof(std::uint32_t);
-        const auto* bytes =
-            unread_ > 1 ? transport_.receiveInPlace(std::uint64_t{size} + sizeField) : nullptr;
-        if (!bytes)
-            return block(size);
-        nextSize_ = TAVOX::loadBigEndian<std::uint32_t>(bytes + size);
-        return {bytes, size};
-    }
-
     TAVOX::InputStream block(std::uint32_t length) {
         const auto bytes = buffer_.receive(transport_, length);
         return {bytes.data(), bytes.size()};
@@ -245,7 +232,6 @@ private:
     ReplyBuffer& buffer_;
     bool& isRead_;
     std::uint32_t unread_ = 0;
-    std::optional<std::uint32_t> nextSize_; ///< where it came with the result before
 };
 
 } // namespace
@@ -316,9 +302,9 @@ void CallExchange::converse(std::uint32_t lockId, Batch batch, Progress& progres
         transport_.send(request.chunks());
     }
 
-    // Frees a large block however the exchange ends.
-    const auto shrink = [](ReplyBuffer* buffer) { buffer->shrink(); };
-    const std::unique_ptr<ReplyBuffer, decltype(shrink)> shrinkAtEnd(&buffer_, shrink);
+    // However the exchange ends, what was received is taken, and large blocks are given back.
+    const auto settle = [this](ReplyBuffer* buffer) { buffer->settle(transport_); };
+    const std::unique_ptr<ReplyBuffer, decltype(settle)> settledAtEnd(&buffer_, settle);
 
     Reply reply(transport_, buffer_, inStep_);
     reply.skipStatus();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 namespace TAVO {
 
@@ -21,9 +22,24 @@ void ReplyBuffer::grow(std::size_t capacity) {
     capacity_ = capacity;
 }
 
-std::span<const std::uint8_t> ReplyBuffer::receive(Transport& transport, std::uint64_t length) {
-    if (const auto* bytes = transport.receiveInPlace(length))
+void ReplyBuffer::takeUsed(Transport& transport) {
+    const auto used = std::exchange(used_, 0);
+    window_ = {};
+    if (used > 0)
+        static_cast<void>(transport.receiveInPlace(used));
+}
+
+void ReplyBuffer::receiveInto(Transport& transport, std::uint8_t* destination, std::uint64_t length) {
+    takeUsed(transport);
+    transport.receiveAll(destination, length);
+}
+
+std::span<const std::uint8_t> ReplyBuffer::receiveBeyondWindow(Transport& transport, std::uint64_t length) {
+    takeUsed(transport);
+    if (const auto* bytes = transport.receiveInPlace(length)) {
+        window_ = transport.held();
         return {bytes, static_cast<std::size_t>(length)};
+    }
     if (capacity_ == 0)
         grow(smallCapacity);
     for (std::uint64_t received = 0; received < length;) {
@@ -44,7 +60,11 @@ void ReplyBuffer::discard(Transport& transport, std::uint64_t length) {
     }
 }
 
-void ReplyBuffer::shrink() noexcept {
+void ReplyBuffer::settle(Transport& transport) noexcept {
+    try {
+        takeUsed(transport);
+    } catch (...) { // the transport has failed and says so when it is used next
+    }
     if (capacity_ <= smallCapacity)
         return;
     bytes_.reset();

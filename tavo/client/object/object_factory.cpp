@@ -90,9 +90,11 @@ std::shared_ptr<Container> ObjectFactory::buildSubtree(const std::shared_ptr<Dev
         throw Error("Object factory built nothing for type " + type + ": " + probe->getFullName());
     if (const auto object = std::dynamic_pointer_cast<Object_v1_0>(built)) {
         object->knownType_ = type;
+        // A proxy may need any of its members.
+        const auto below = factory == m_factoryMap->end() ? paths : ChosenPaths();
         for (const auto& member : object->members())
-            if (paths.includes(built->getFullName() + Container::SEPARATOR + member.name))
-                built->addChild(buildSubtree(device, member.name, member.id, built, depth + 1, room, paths));
+            if (below.includes(built->getFullName() + Container::SEPARATOR + member.name))
+                built->addChild(buildSubtree(device, member.name, member.id, built, depth + 1, room, below));
     }
     built->initalize();
     return built;

@@ -62,6 +62,8 @@ bool begins() noexcept {
 
 } // namespace
 
+bool SmallBlocks::areKept() noexcept { return TAVO_KEEPS_BLOCKS; }
+
 void* SmallBlocks::take(std::size_t bytes) {
     const auto shelf = shelfOf(bytes);
     if (!TAVO_KEEPS_BLOCKS || bytes > largest)

@@ -17,6 +17,9 @@ class TAVO_API SmallBlocks {
 public:
     static constexpr std::size_t mostKept = std::size_t{1024} * 1024;
 
+    /// Whether this build keeps any.
+    static bool areKept() noexcept;
+
     /// @throws std::bad_alloc
     static void* take(std::size_t bytes);
     /// @param bytes as many as the block was taken for.

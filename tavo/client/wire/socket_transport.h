@@ -82,6 +82,9 @@ public:
     /// Holds up to 64 KiB in one piece; null for more.
     /// @throws NetworkError as receiveAll().
     const std::uint8_t* receiveInPlace(std::uint64_t length) override;
+    std::span<const std::uint8_t> held() const noexcept override {
+        return {readAhead_.get() + readAheadBegin_, readAheadEnd_ - readAheadBegin_};
+    }
 
     /// Closes the connection and drops what was received but not asked for. Does nothing when closed.
     void close() noexcept;

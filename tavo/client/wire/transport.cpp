@@ -6,6 +6,8 @@ Transport::~Transport() = default;
 
 const std::uint8_t* Transport::receiveInPlace(std::uint64_t) { return nullptr; }
 
+std::span<const std::uint8_t> Transport::held() const noexcept { return {}; }
+
 void Transport::interrupt() noexcept {}
 
 bool Transport::renew() noexcept { return false; }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 
 #include <tavo/client/export.h>
 #include <tavo/client/wire/deadline.h>
@@ -32,6 +33,10 @@ public:
     /// copy; it is valid until the next receive or send. Null, with nothing taken, when the transport cannot
     /// hold `length` bytes in one piece: call receiveAll() then. Always null by default.
     virtual const std::uint8_t* receiveInPlace(std::uint64_t length);
+
+    /// The bytes that have come and that receiveInPlace() gives out without waiting, none of them taken;
+    /// valid until the next receive or send. None by default.
+    virtual std::span<const std::uint8_t> held() const noexcept;
 
     /// Makes a call that waits throw NetworkError. Other threads and signal handlers may call this at any
     /// time. Does nothing by default: such a transport waits for the device as long as it takes.

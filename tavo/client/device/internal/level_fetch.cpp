@@ -7,6 +7,7 @@
 
 #include <tavo/client/device/device_factory.h>
 #include <tavo/client/exchange/tavox_device.h>
+#include <tavo/client/object/object_factory.h>
 #include <tavo/client/transcode/device_tables.h>
 #include <tavo/client/transcode/immortal.h>
 #include <tavo/client/wire/error.h>
@@ -21,6 +22,7 @@ namespace device_v1_0 = TAVOXTranscode::device_v1_0;
 /// What an exchange should bring at most; how many calls that are is learned from those before.
 constexpr std::size_t usualReply = std::size_t{2} * 1024 * 1024;
 constexpr std::size_t mostCallsAtOnce = 1000;
+constexpr std::size_t fewestToLearnFrom = 10;
 constexpr std::size_t mostBytes = std::size_t{32} * 1024 * 1024;
 constexpr unsigned mostRefusals = 8;
 constexpr std::size_t mostObjects = 10'000;
@@ -55,15 +57,6 @@ public:
     }
 };
 
-template <class Reply>
-std::shared_ptr<Reply> readReply(TAVOXTranscode::DecoderFunction& decoder, const KnownAnswers::Bytes* bytes) {
-    if (!bytes)
-        return nullptr;
-    TAVOX::InputStream in(bytes->data(), bytes->size());
-    auto reply = std::dynamic_pointer_cast<Reply>(decoder(in).reply);
-    return in.failed() ? nullptr : reply;
-}
-
 /// Whether the device refused one call of a batch, and would answer another batch.
 bool concernsOneCall(const Error& failure) {
     const auto& facts = failure.facts();
@@ -78,17 +71,25 @@ class LevelFetch::Asked : public Object_v1_0 {
 public:
     Asked(const std::shared_ptr<Device>& device, const Node& node)
         : Object_v1_0(Unasked(), device, node.path, node.instanceId, nullptr, immortal<Encoders>(),
-                      immortal<Decoders>()) {}
+                      immortal<Decoders>())
+        , whole_(node.whole) {}
+
+    bool isWhole() const { return whole_; }
 
     void learn(const std::string& method, std::uint32_t id) { enter(method, id); }
     std::shared_ptr<Method> call(std::string_view name) const {
         return std::make_shared<Method>(*this, name, dto::Params());
     }
+
+private:
+    bool whole_;
 };
 
 LevelFetch::LevelFetch(std::shared_ptr<TAVOXDevice> device)
     : device_(std::move(device))
     , mostCalls_(mostCallsAtOnce) {
+    for (auto& type : ObjectFactory::registeredTypes())
+        typesWithFactory_.insert(std::move(type));
     device_->known_ = &answers_;
 }
 
@@ -127,10 +128,25 @@ void LevelFetch::ask(const Calls& calls) {
         const auto before = answers_.size();
         const auto asked = askSome(calls, done, std::min(calls.size() - done, mostCalls_));
         done += asked;
-        const auto each = (answers_.size() - before) / asked + 1;
-        mostCalls_ = std::clamp<std::size_t>(usualReply / each, 1, mostCallsAtOnce);
+        if (asked >= fewestToLearnFrom) {
+            const auto each = (answers_.size() - before) / asked + 1;
+            mostCalls_ = std::clamp<std::size_t>(usualReply / each, 1, mostCallsAtOnce);
+        }
         gaveUp_ = gaveUp_ || answers_.size() > mostBytes;
     }
+}
+
+template <class Reply>
+std::shared_ptr<Reply> LevelFetch::answerOf(const Asked& object, std::string_view method,
+                                            TAVOXTranscode::DecoderFunction& decoder) const {
+    const std::string name(method);
+    const auto* bytes =
+        object.hasMethod(name) ? answers_.find(object.getInstanceID(), object.getMethodID(name)) : nullptr;
+    if (!bytes)
+        return nullptr;
+    TAVOX::InputStream in(bytes->data(), bytes->size());
+    auto reply = std::dynamic_pointer_cast<Reply>(decoder(in).reply);
+    return in.failed() ? nullptr : reply;
 }
 
 std::vector<std::unique_ptr<LevelFetch::Asked>> LevelFetch::describe(const std::vector<Node>& level) {
@@ -145,8 +161,8 @@ std::vector<std::unique_ptr<LevelFetch::Asked>> LevelFetch::describe(const std::
     ask(calls);
     calls.clear();
     for (const auto& object : objects) {
-        const auto listed = readReply<dto::Base::MethodsReply>(
-            base_v1_0::decode_methods, answers_.find(object->getInstanceID(), Object_v1_0::MethodsStaticID));
+        const auto listed =
+            answerOf<dto::Base::MethodsReply>(*object, base_v1_0::methods.name, base_v1_0::decode_methods);
         if (!listed)
             continue;
         for (const auto& method : listed->methods)
@@ -159,22 +175,24 @@ std::vector<std::unique_ptr<LevelFetch::Asked>> LevelFetch::describe(const std::
     return objects;
 }
 
+void LevelFetch::addMembers(const Asked& object, const ChosenPaths& paths, std::vector<Node>& nodes) const {
+    const auto type = answerOf<dto::Base::TypeReply>(object, base_v1_0::type.name, base_v1_0::decode_type);
+    const auto listed =
+        answerOf<dto::Base::MembersReply>(object, base_v1_0::members.name, base_v1_0::decode_members);
+    if (!listed)
+        return;
+    const bool whole = object.isWhole() || (type && typesWithFactory_.contains(type->type));
+    for (const auto& member : listed->members)
+        if (auto path = object.getName() + Container::SEPARATOR + member.name; whole || paths.includes(path))
+            nodes.push_back({std::move(path), member.id, whole});
+}
+
 void LevelFetch::fetchTrees(std::vector<Node> level, const ChosenPaths& paths) {
     while (!level.empty() && !gaveUp_) {
         const auto objects = describe(level);
         level.clear();
-        for (const auto& object : objects) {
-            if (!object->hasMethod(std::string(base_v1_0::members.name)))
-                continue;
-            const auto id = object->getMethodID(std::string(base_v1_0::members.name));
-            const auto listed = readReply<dto::Base::MembersReply>(
-                base_v1_0::decode_members, answers_.find(object->getInstanceID(), id));
-            if (!listed)
-                continue;
-            for (const auto& member : listed->members)
-                if (auto path = object->getName() + Container::SEPARATOR + member.name; paths.includes(path))
-                    level.push_back({std::move(path), member.id});
-        }
+        for (const auto& object : objects)
+            addMembers(*object, paths, level);
     }
 }
 
@@ -183,14 +201,13 @@ void LevelFetch::fetchRootMembers(const Object_v1_0& deviceObject, std::vector<N
     const std::string name(device_v1_0::rootMembers.name);
     if (!gaveUp_ && deviceObject.hasMethod(name)) {
         Asked asked(device_, {deviceObject.getFullName(), deviceObject.getInstanceID()});
-        const auto id = deviceObject.getMethodID(name);
-        asked.learn(name, id);
+        asked.learn(name, deviceObject.getMethodID(name));
         ask({asked.call(name)});
-        const auto roots = readReply<dto::Device::RootMembersReply>(device_v1_0::decode_rootMembers,
-                                                                    answers_.find(asked.getInstanceID(), id));
-        for (const auto& member : roots ? roots->members : decltype(roots->members)())
-            if (paths.includes(member.name))
-                others.push_back({member.name, member.id});
+        if (const auto roots =
+                answerOf<dto::Device::RootMembersReply>(asked, name, device_v1_0::decode_rootMembers))
+            for (const auto& member : roots->members)
+                if (paths.includes(member.name))
+                    others.push_back({member.name, member.id});
     }
     fetchTrees(std::move(others), paths);
 }

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <unordered_set>
 #include <vector>
 
@@ -24,6 +25,7 @@ public:
     struct Node {
         std::string path;
         std::uint32_t instanceId = 0;
+        bool whole = false; ///< with all members, whatever the chosen paths
     };
 
     explicit LevelFetch(std::shared_ptr<TAVOXDevice> device);
@@ -44,6 +46,10 @@ private:
     using Calls = std::vector<std::shared_ptr<Method>>;
 
     std::vector<std::unique_ptr<Asked>> describe(const std::vector<Node>& level);
+    template <class Reply>
+    std::shared_ptr<Reply> answerOf(const Asked& object, std::string_view method,
+                                    TAVOXTranscode::DecoderFunction& decoder) const;
+    void addMembers(const Asked& object, const ChosenPaths& paths, std::vector<Node>& nodes) const;
     void ask(const Calls& calls);
     std::size_t askSome(const Calls& calls, std::size_t first, std::size_t count);
     void keep(const Calls& calls, std::size_t first, std::size_t count);
@@ -51,6 +57,7 @@ private:
     std::shared_ptr<TAVOXDevice> device_;
     KnownAnswers answers_;
     std::unordered_set<std::uint32_t> known_; ///< instance ids
+    std::unordered_set<std::string> typesWithFactory_;
     std::size_t mostCalls_;
     unsigned refusals_ = 0;
     bool gaveUp_ = false;
