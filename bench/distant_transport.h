@@ -20,6 +20,7 @@ public:
     }
     void receiveAll(std::uint8_t* buffer, std::uint64_t length) override { near_.receiveAll(buffer, length); }
     const std::uint8_t* receiveInPlace(std::uint64_t length) override { return near_.receiveInPlace(length); }
+    std::span<const std::uint8_t> held() const noexcept override { return near_.held(); }
 
 private:
     TAVO::SocketTransport near_;
