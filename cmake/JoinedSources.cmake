@@ -1,6 +1,7 @@
 # tavo_join_sources(<list> [APART <regex>]): puts the sources of one folder together, up to 24 in a file that includes
-# them all, and names these files in their place. That takes the compiler half as long, because headers and templates are
-# common to most of them. Sources with definitions of their own pass them on. Those that APART matches stay as they are.
+# them all, and names these files in their place. Folders with one source share a file. That takes the compiler half as
+# long, because headers and templates are common to most of them. Sources with definitions of their own pass them on.
+# Those that APART matches stay as they are.
 function(tavo_join_sources list)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "APART" "")
   set(joined "")
@@ -23,6 +24,17 @@ function(tavo_join_sources list)
     list(APPEND batches "${folder}_${number}")
   endforeach()
   list(REMOVE_DUPLICATES batches)
+
+  foreach(batch IN LISTS batches)
+    list(LENGTH sources_${batch} length)
+    if(length EQUAL 1)
+      list(REMOVE_ITEM batches "${batch}")
+      list(APPEND sources_alone_in_${list} ${sources_${batch}})
+    endif()
+  endforeach()
+  if(sources_alone_in_${list})
+    list(APPEND batches "alone_in_${list}")
+  endif()
 
   foreach(batch IN LISTS batches)
     set(file "${CMAKE_CURRENT_BINARY_DIR}/joined/${batch}.cpp")
