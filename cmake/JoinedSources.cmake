@@ -1,6 +1,7 @@
 # tavo_join_sources(<list> [APART <regex>]): joins the sources of a folder, up to 24 at a time, in a file that
-# includes them, and replaces them in the list. This halves the compile time, because most of them share headers and
-# templates. The joined file gets the compile definitions of its sources. Sources that match APART stay separate.
+# includes them, and replaces them in the list; folders with one source share a file. This halves the compile time,
+# because most of them share headers and templates. The joined file gets the compile definitions of its sources.
+# Sources that match APART stay separate.
 function(tavo_join_sources list)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "APART" "")
   set(joined "")
@@ -23,6 +24,17 @@ function(tavo_join_sources list)
     list(APPEND batches "${folder}_${number}")
   endforeach()
   list(REMOVE_DUPLICATES batches)
+
+  foreach(batch IN LISTS batches)
+    list(LENGTH sources_${batch} length)
+    if(length EQUAL 1)
+      list(REMOVE_ITEM batches "${batch}")
+      list(APPEND sources_alone_in_${list} ${sources_${batch}})
+    endif()
+  endforeach()
+  if(sources_alone_in_${list})
+    list(APPEND batches "alone_in_${list}")
+  endif()
 
   foreach(batch IN LISTS batches)
     set(file "${CMAKE_CURRENT_BINARY_DIR}/joined/${batch}.cpp")

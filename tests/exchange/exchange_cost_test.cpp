@@ -108,11 +108,12 @@ TEST_F(ExchangeCost, OfACallWithoutReplyIsThreeSystemCallsAndNoMemory) {
 }
 
 /// A record comes from the blocks that the thread keeps, where it keeps any.
-const std::size_t record = TAVO::TAVOXTranscode::SmallBlocks::areKept() ? 0 : 1;
+const std::size_t memoryOfARecord = TAVO::TAVOXTranscode::SmallBlocks::areKept() ? 0 : 1;
 
 TEST_F(ExchangeCost, OfACallWithReplyIsTheReplysOwnMemoryBesides) {
-    EXPECT_EQ(costOf({type()}, replyWith({typeResult("gauge")})), (Cost{1, 1, 1, record}));
-    EXPECT_EQ(costOf({type()}, replyWith({typeResult(textBeyondTheString)})), (Cost{1, 1, 1, record + 1}));
+    EXPECT_EQ(costOf({type()}, replyWith({typeResult("gauge")})), (Cost{1, 1, 1, memoryOfARecord}));
+    EXPECT_EQ(costOf({type()}, replyWith({typeResult(textBeyondTheString)})),
+              (Cost{1, 1, 1, memoryOfARecord + 1}));
 }
 
 TEST_F(ExchangeCost, OfATimeLimitIsOneWaitBeforeTheReceive) {
@@ -127,7 +128,7 @@ TEST_F(ExchangeCost, OfABatchIsAsManySystemCallsAsOfOneCall) {
     EXPECT_EQ(costOf(statuses, replyOf(1000, result(0))), (Cost{1, 1, 1, 0}));
     const auto replies = batchOf(500, [&] { return type(); });
     EXPECT_EQ(costOf(replies, replyOf(500, typeResult(textBeyondTheString))),
-              (Cost{1, 1, 1, (record + 1) * 500}));
+              (Cost{1, 1, 1, (memoryOfARecord + 1) * 500}));
 }
 
 TEST_F(ExchangeCost, OfARequestBeyondAChunkIsNoMemoryForTheChunksThatAreKept) {
