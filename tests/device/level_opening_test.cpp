@@ -181,7 +181,8 @@ void addRandomTree(FakeAppliance& appliance, std::uint32_t seed) {
             appliance.object(firstId + below(i)).member(name, firstId + i);
         }
         auto& object = appliance.object(firstId + i);
-        object.version(below(2), below(3), 0);
+        if (below(40) == 0)
+            object.version(below(2), below(3), 0);
         switch (below(250)) {
         case 0:
             object.member("missing", 9999);
