@@ -95,6 +95,14 @@ const Bytes& Appliance::reply(const RequestKey& key) {
     return reply;
 }
 
+const Bytes& Appliance::replyToDifferentCalls(const Bytes& request) {
+    const std::lock_guard lock(mutex_);
+    auto& reply = repliesToDifferentCalls_[request];
+    if (reply.empty())
+        reply = objects_.answer(request);
+    return reply;
+}
+
 const Bytes& Appliance::replyTo(const Bytes& request) { return reply(RequestKey::of(request.data())); }
 
 } // namespace bench

@@ -19,7 +19,8 @@ inline constexpr std::size_t callHeadSize = 12;
 /// Size of a reply without error before its results.
 inline constexpr std::size_t replyHeadSize = 12;
 
-/// Distinguishes requests. All calls of one request are equal here, so the first is enough.
+/// Distinguishes requests whose calls are all equal by the first. Requests of different calls have none with
+/// parameters.
 struct RequestKey {
     std::uint32_t count = 0;
     std::uint32_t instanceId = 0;
@@ -27,6 +28,8 @@ struct RequestKey {
     std::uint32_t parameterSize = 0;
     std::uint32_t firstParameter = 0; ///< the first four bytes of the parameters, 0 if there are fewer
     auto operator<=>(const RequestKey&) const = default;
+
+    bool mayHaveDifferentCalls() const { return count > 1 && parameterSize == 0; }
 
     /// The bytes needed before key and length of a request are known.
     static constexpr std::size_t smallestRequest = requestHeadSize + callHeadSize;
@@ -56,6 +59,8 @@ public:
     /// The reply to a request. Made on first use, then never changed. Thread-safe.
     const Bytes& reply(const RequestKey& key);
     const Bytes& replyTo(const Bytes& request);
+    /// The same for a request of different calls.
+    const Bytes& replyToDifferentCalls(const Bytes& request);
 
 private:
     void addObjectRequests(std::vector<Bytes>& requests, std::uint32_t lock, std::uint32_t id,
@@ -65,6 +70,7 @@ private:
     support::FakeAppliance objects_;
     std::size_t gauges_;
     std::map<RequestKey, Bytes> replies_;
+    std::map<Bytes, Bytes> repliesToDifferentCalls_;
 };
 
 } // namespace bench

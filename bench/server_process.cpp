@@ -47,6 +47,13 @@ void serve(Appliance& appliance, std::atomic<std::uint64_t>& exchanges, const De
         if (!receiveHead(std::min<std::uint64_t>(length, RequestKey::longestKey)))
             return;
         const auto key = RequestKey::of(buffer.get());
+        if (key.mayHaveDifferentCalls() && length <= bufferSize) {
+            if (!receiveHead(length))
+                return;
+            exchanges.fetch_add(1, std::memory_order_relaxed);
+            sendAll(socket, appliance.replyToDifferentCalls({buffer.get(), buffer.get() + length}));
+            continue;
+        }
         while (received < length)
             if (!receiveUpTo(buffer.get(), std::min<std::uint64_t>(length - received, bufferSize)))
                 return;
