@@ -219,6 +219,17 @@ TEST(Tool, AnObjectVersionThatTheLibraryRefusesIsNine) {
     EXPECT_THAT(run.errors, HasSubstr("Unknown lpc object version: 1.1"));
 }
 
+TEST_F(ToolTest, OpensOnlyWhatACommandNeedsInFewExchanges) {
+    const auto exchangesOf = [this](const Words& words) {
+        const auto before = simulator.requestCount();
+        EXPECT_EQ(tool(words).exitCode, 0);
+        return simulator.requestCount() - before;
+    };
+    EXPECT_EQ(exchangesOf({"relay", "get", "power"}), 8u);
+    // The whole tree has more levels.
+    EXPECT_LE(exchangesOf({"relay", "list"}), 14u);
+}
+
 TEST_F(ToolTest, ReleasesTheLockAtTheEnd) {
     EXPECT_EQ(tool({"tree"}).exitCode, 0);
     EXPECT_EQ(callsOf("device", "unlock").size(), 1u);
