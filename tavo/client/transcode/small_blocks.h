@@ -20,9 +20,10 @@ public:
     /// Whether this build keeps any.
     static bool areKept() noexcept;
 
+    /// A block of at least that size.
     /// @throws std::bad_alloc
     static void* take(std::size_t bytes);
-    /// @param bytes as many as the block was taken for.
+    /// Gives a block back, or keeps it. @param bytes as many as the block was taken for.
     static void give(void* block, std::size_t bytes) noexcept;
 };
 
@@ -35,10 +36,12 @@ struct SmallBlockAllocator {
     template <class Other>
     SmallBlockAllocator(const SmallBlockAllocator<Other>&) noexcept {}
 
+    /// Memory for `count` objects, from SmallBlocks::take. Throws what that throws.
     T* allocate(std::size_t count) {
         static_assert(alignof(T) <= alignof(std::max_align_t));
         return static_cast<T*>(SmallBlocks::take(count * sizeof(T)));
     }
+    /// Gives it back by SmallBlocks::give.
     void deallocate(T* block, std::size_t count) noexcept { SmallBlocks::give(block, count * sizeof(T)); }
 
     template <class Other>

@@ -18,10 +18,10 @@ public:
     /// @throws std::invalid_argument that names a limit below 1 ms.
     explicit Deadline(TimeLimit limit = std::nullopt);
 
-    /// @throws as the constructor; the limit before holds then. An exchange that runs is given the whole
-    /// limit
-    ///         from here.
+    /// Starts again, with the new limit.
+    /// @throws std::invalid_argument as the constructor; the former limit stays.
     void setLimit(TimeLimit limit);
+    /// The current limit; empty without one.
     TimeLimit limit() const noexcept { return limit_; }
 
     /// Starts again, with the same limit: an exchange begins.
