@@ -32,7 +32,8 @@ using Names = std::vector<std::string>;
 
 /// A tree as text: names, classes, ids and the methods' ids.
 std::string drawn(const std::shared_ptr<TAVO::Container>& node) {
-    std::string drawing = node->getFullName() + " " + typeid(*node).name();
+    const auto& shown = *node;
+    std::string drawing = node->getFullName() + " " + typeid(shown).name();
     if (const auto object = std::dynamic_pointer_cast<TAVO::Object_v1_0>(node)) {
         drawing += " " + object->knownType() + " " + std::to_string(object->getInstanceID());
         for (const auto* name : {"type", "version", "members", "get", "set", "odd"})
@@ -142,8 +143,8 @@ TEST_F(LevelOpening, AsksAgainForWhatIsRefusedInABatch) {
 }
 
 TEST_F(LevelOpening, MeetsEveryRefusalAsWithoutBatches) {
-    for (const std::uint32_t code : {1000, 1001, 1002, 1003, 1004, 1005, 1006, 1013, 4711})
-        for (const std::uint32_t object : {0, 1, 2, 9, 12, 13})
+    for (const std::uint32_t code : {1000U, 1001U, 1002U, 1003U, 1004U, 1005U, 1006U, 1013U, 4711U})
+        for (const std::uint32_t object : {0U, 1U, 2U, 9U, 12U, 13U})
             for (const auto* method : {"methods", "type", "version", "members"}) {
                 appliance = {};
                 addSmallTree();

@@ -1,0 +1,12 @@
+# golden_types: the types that have golden bytes, as C++ texts with commas between them.
+file(GLOB files "${CMAKE_CURRENT_LIST_DIR}/../../golden/*.json")
+set(golden_types "")
+foreach(file IN LISTS files)
+  file(READ "${file}" content)
+  string(JSON type GET "${content}" type)
+  if(NOT type MATCHES "^(base|headerStatus)$")
+    list(APPEND golden_types "\"${type}\"")
+  endif()
+endforeach()
+list(REMOVE_DUPLICATES golden_types)
+list(JOIN golden_types "," golden_types)
