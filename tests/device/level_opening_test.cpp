@@ -15,6 +15,7 @@
 #include <tavo/client/device/system_v1_0.h>
 #include <tavo/client/wire/error.h>
 #include <tests/support/all_types.h>
+#include <tests/support/allocation_meter.h>
 #include <tests/support/appliance_server.h>
 #include <tests/support/failure_text.h>
 
@@ -268,6 +269,23 @@ TEST_F(LevelOpening, OfALargeTreeIsSplit) {
     EXPECT_EQ(device->getChildren().size(), 2500u);
     // 4 up to the root members, then 2502 and three times as many calls by the thousand.
     EXPECT_EQ(server.exchanges(), 4u + 3u + 8u);
+}
+
+TEST_F(LevelOpening, HoldsALongNameOnceForAllThatIsBelowIt) {
+    support::addFixedObjects(appliance);
+    const std::string longName(100'000, 'n');
+    auto& group = appliance.add(50, "novelty");
+    for (std::uint32_t i = 0; i < 1000; ++i) {
+        appliance.add(100 + i, "relay");
+        group.member("m" + std::to_string(i), 100 + i);
+    }
+    setRootMembers({{longName, 50}});
+    support::ApplianceServer server(appliance);
+    const support::AllocationMeter meter;
+    const auto device =
+        DeviceFactory::buildDevice("127.0.0.1", server.port(), "alice", "secret", false, byLevels);
+    EXPECT_EQ(device->getChildren().front()->getChildren().size(), 1000u);
+    EXPECT_LT(meter.peak(), 20'000'000u);
 }
 
 TEST_F(LevelOpening, OfChosenPathsBuildsNothingElse) {

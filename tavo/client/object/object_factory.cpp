@@ -93,7 +93,7 @@ std::shared_ptr<Container> ObjectFactory::buildSubtree(const std::shared_ptr<Dev
         // A proxy may need any of its members.
         const auto below = factory == m_factoryMap->end() ? paths : ChosenPaths();
         for (const auto& member : object->members())
-            if (below.includes(built->getFullName() + Container::SEPARATOR + member.name))
+            if (below.areAll() || below.includes(built->getFullName() + Container::SEPARATOR + member.name))
                 built->addChild(buildSubtree(device, member.name, member.id, built, depth + 1, room, below));
     }
     built->initalize();

@@ -24,6 +24,8 @@ constexpr std::size_t usualReply = std::size_t{2} * 1024 * 1024;
 constexpr std::size_t mostCallsAtOnce = 1000;
 constexpr std::size_t fewestToLearnFrom = 10;
 constexpr std::size_t mostBytes = std::size_t{32} * 1024 * 1024;
+/// What is longer is asked for again: a batch of such results would take memory without bounds.
+constexpr std::size_t largestKept = std::size_t{256} * 1024;
 constexpr unsigned mostRefusals = 8;
 constexpr std::size_t mostObjects = 10'000;
 
@@ -36,6 +38,8 @@ struct Kept : dto::reply_packet {
 dto::result keepBytes(TAVOX::InputStream& in) {
     const auto reply = std::make_shared<Kept>();
     const auto size = static_cast<std::size_t>(in.remaining());
+    if (size > largestKept)
+        return {};
     if (const auto* bytes = in.readSpan(size))
         reply->bytes.assign(bytes, bytes + size);
     return {0, reply};
@@ -175,6 +179,14 @@ std::vector<std::unique_ptr<LevelFetch::Asked>> LevelFetch::describe(const std::
     return objects;
 }
 
+void LevelFetch::addChosen(std::string path, const dto::Base::Member& member, const ChosenPaths& paths,
+                           std::vector<Node>& nodes) {
+    if (paths.includeWhole(path))
+        nodes.push_back({member.name, member.id, true});
+    else if (paths.includes(path))
+        nodes.push_back({std::move(path), member.id, false});
+}
+
 void LevelFetch::addMembers(const Asked& object, const ChosenPaths& paths, std::vector<Node>& nodes) const {
     const auto type = answerOf<dto::Base::TypeReply>(object, base_v1_0::type.name, base_v1_0::decode_type);
     const auto listed =
@@ -182,9 +194,14 @@ void LevelFetch::addMembers(const Asked& object, const ChosenPaths& paths, std::
     if (!listed)
         return;
     const bool whole = object.isWhole() || (type && typesWithFactory_.contains(type->type));
-    for (const auto& member : listed->members)
-        if (auto path = object.getName() + Container::SEPARATOR + member.name; whole || paths.includes(path))
-            nodes.push_back({std::move(path), member.id, whole});
+    for (const auto& member : listed->members) {
+        if (nodes.size() == mostObjects)
+            return;
+        if (whole)
+            nodes.push_back({member.name, member.id, true});
+        else
+            addChosen(object.getName() + Container::SEPARATOR + member.name, member, paths, nodes);
+    }
 }
 
 void LevelFetch::fetchTrees(std::vector<Node> level, const ChosenPaths& paths) {
@@ -206,8 +223,8 @@ void LevelFetch::fetchRootMembers(const Object_v1_0& deviceObject, std::vector<N
         if (const auto roots =
                 answerOf<dto::Device::RootMembersReply>(asked, name, device_v1_0::decode_rootMembers))
             for (const auto& member : roots->members)
-                if (paths.includes(member.name))
-                    others.push_back({member.name, member.id});
+                if (others.size() < mostObjects)
+                    addChosen(member.name, member, paths, others);
     }
     fetchTrees(std::move(others), paths);
 }

@@ -23,6 +23,7 @@ class TAVOXDevice;
 class LevelFetch {
 public:
     struct Node {
+        /// The name alone if `whole`: paths below a long name would hold it once each.
         std::string path;
         std::uint32_t instanceId = 0;
         bool whole = false; ///< with all members, whatever the chosen paths
@@ -49,6 +50,8 @@ private:
     template <class Reply>
     std::shared_ptr<Reply> answerOf(const Asked& object, std::string_view method,
                                     TAVOXTranscode::DecoderFunction& decoder) const;
+    static void addChosen(std::string path, const dto::Base::Member& member, const ChosenPaths& paths,
+                          std::vector<Node>& nodes);
     void addMembers(const Asked& object, const ChosenPaths& paths, std::vector<Node>& nodes) const;
     void ask(const Calls& calls);
     std::size_t askSome(const Calls& calls, std::size_t first, std::size_t count);

@@ -16,11 +16,19 @@ public:
     explicit ChosenPaths(std::vector<std::string> paths)
         : paths_(std::move(paths)) {}
 
+    bool areAll() const { return paths_.empty(); }
+    /// Whether it is wanted with all that is below it.
+    bool includeWhole(std::string_view path) const {
+        for (const auto& chosen : paths_)
+            if (isWithin(path, chosen))
+                return true;
+        return areAll();
+    }
     bool includes(std::string_view path) const {
         for (const auto& chosen : paths_)
-            if (isWithin(path, chosen) || isWithin(chosen, path))
+            if (isWithin(chosen, path))
                 return true;
-        return paths_.empty();
+        return includeWhole(path);
     }
 
 private:
