@@ -79,7 +79,7 @@ Response CallRunner::finish() {
     if (const auto* forced = fault<faults::DeviceError>()) {
         while (resultCount_ < forced->results)
             addResult(nullptr, {0, nullptr});
-        error_ = server::ErrorFrame{forced->code, forced->results, forced->message};
+        error_ = server::ErrorFrame{forced->results, forced->code, forced->message};
     }
     if (results_.failed())
         throw std::bad_alloc();
@@ -95,7 +95,7 @@ std::size_t CallRunner::heldBytes() const {
 }
 
 Response CallRunner::refuse() {
-    error_ = server::ErrorFrame{device_error::requestTooLarge, 0, "The request is too large"};
+    error_ = server::ErrorFrame{0, device_error::requestTooLarge, "The request is too large"};
     auto made = response();
     made.closesConnection = true;
     return made;
@@ -121,7 +121,7 @@ void CallRunner::carryOut(const server::CallFrame& call, CallContext& context) {
     const auto position = resultCount_;
     const auto fail = [&](std::uint32_t code, const std::string& message) {
         const bool whole = message.size() <= limits::messageBytes;
-        error_ = server::ErrorFrame{code, position,
+        error_ = server::ErrorFrame{position, code,
                                     whole ? message : message.substr(0, limits::messageBytes) + "..."};
         record.error = code;
         record.returnCode = return_code::failure;
