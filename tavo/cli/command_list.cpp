@@ -10,7 +10,7 @@ std::vector<Command> commandList() {
     std::vector<Command> all;
     for (auto* list : {infoCommands, treeCommands, callCommands, batchCommands, relayCommands, timeCommands,
                        firmwareCommands, headerCommands, jtagCommands, hdtCommands, gpuCommands, i2cCommands,
-                       postCommands, romCommands, serialCommands, lcdCommands}) {
+                       postCommands, romCommands, serialCommands, lcdCommands, shareCommands}) {
         auto some = list();
         all.insert(all.end(), std::make_move_iterator(some.begin()), std::make_move_iterator(some.end()));
     }

@@ -29,9 +29,10 @@ void appendWord(std::vector<std::uint8_t>& bytes, std::uint32_t word) {
 }
 
 void appendReplyHead(std::vector<std::uint8_t>& reply, const std::optional<ErrorFrame>& error,
-                     std::uint32_t resultCount) {
+                     std::uint32_t resultCount, std::span<const std::uint8_t> status) {
     constexpr std::uint32_t errorHeadBytes = 12;
-    appendWord(reply, 0);
+    appendWord(reply, static_cast<std::uint32_t>(status.size()));
+    reply.insert(reply.end(), status.begin(), status.end());
     appendWord(reply, error ? errorHeadBytes + static_cast<std::uint32_t>(error->message.size()) : 0);
     if (error) {
         appendWord(reply, error->position);

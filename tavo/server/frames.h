@@ -44,8 +44,8 @@ struct ErrorFrame {
 };
 
 void appendWord(std::vector<std::uint8_t>& bytes, std::uint32_t word);
-/// Appends all of a reply but its results: no status, the error if there is one, the number of results.
+/// Appends all of a reply but its results: the status, the error if there is one, the number of results.
 void appendReplyHead(std::vector<std::uint8_t>& reply, const std::optional<ErrorFrame>& error,
-                     std::uint32_t resultCount);
+                     std::uint32_t resultCount, std::span<const std::uint8_t> status = {});
 
 } // namespace TAVO::server

@@ -159,6 +159,8 @@ void TAVOXDevice::setTimeLimit(TimeLimit limit) { connection_->transport->setTim
 
 TimeLimit TAVOXDevice::timeLimit() const noexcept { return connection_->transport->timeLimit(); }
 
+Transport& TAVOXDevice::transport() noexcept { return *connection_->transport; }
+
 void TAVOXDevice::callMethods(std::deque<std::shared_ptr<Method>> methods) {
     connection_->exchange.run(lock_.id, methods);
 }

@@ -109,6 +109,10 @@ public:
     /// The limit of the transport.
     TimeLimit timeLimit() const noexcept override;
 
+    /// The connection, for programs that carry the bytes of others over it. Use it between two calls only,
+    /// and read every reply to its end. Lives as long as the device.
+    Transport& transport() noexcept;
+
     /// Executes the batch in one exchange and stores each result in its Method. Blocks until then. After a
     /// failure, the results that arrived before it are in their Methods; the other Methods keep what they
     /// had.
