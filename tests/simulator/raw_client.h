@@ -20,6 +20,9 @@ public:
     /// Sends what the peer takes; false when it has closed.
     bool send(const Bytes& bytes);
 
+    /// Ends the sending side.
+    void finishSending();
+
     /// What one receive brings; empty at the end of the connection.
     /// @throws std::runtime_error "reset" or "nothing to receive"
     Bytes receive();

@@ -53,6 +53,11 @@ bool RawClient::send(const Bytes& bytes) {
     return !connection_->failure;
 }
 
+void RawClient::finishSending() {
+    asio::error_code ignored;
+    connection_->socket.shutdown(asio::ip::tcp::socket::shutdown_send, ignored);
+}
+
 Bytes RawClient::receive() {
     Bytes bytes(1 << 20);
     connection_->socket.async_read_some(asio::buffer(bytes), connection_->outcome());

@@ -126,10 +126,10 @@ void ShareClient::next() {
 void ShareClient::append(std::span<const std::uint8_t> bytes) {
     const auto self = shared_from_this();
     waiting_.insert(waiting_.end(), bytes.begin(), bytes.end());
-    if (waiting_.size() + writing_.size() > window) {
+    if (unwritten() > window)
         write();
+    if (unwritten() > window)
         setHolding(true);
-    }
 }
 
 void ShareClient::finish() {
@@ -169,7 +169,7 @@ void ShareClient::write() {
             return awaitRoom();
         if (failure)
             return close();
-        if (writing_.size() - writtenBytes_ + waiting_.size() < window / 2)
+        if (unwritten() < window / 2)
             setHolding(false);
     }
 }

@@ -62,6 +62,7 @@ private:
     void take(std::size_t count);
     void next();
     void write();
+    std::size_t unwritten() const { return writing_.size() - writtenBytes_ + waiting_.size(); }
     /// Takes up what waits to be written. Returns false if nothing does.
     bool refill();
     void awaitRoom();

@@ -87,7 +87,7 @@ File::File(asio::io_context& context, std::string path)
     }
     // What a share that was killed has left behind.
     ::unlink(path_.c_str());
-    const auto mask = ::umask(S_IRWXG | S_IRWXO);
+    const auto mask = ::umask(S_IXUSR | S_IRWXG | S_IRWXO);
     asio::error_code failure;
     acceptor_.open({}, failure);
     if (!failure)
