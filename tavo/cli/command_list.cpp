@@ -10,7 +10,7 @@ std::vector<Command> commandList() {
     std::vector<Command> all;
     for (auto* list : {infoCommands, treeCommands, callCommands, batchCommands, relayCommands, timeCommands,
                        firmwareCommands, headerCommands, jtagCommands, hdtCommands, gpuCommands, i2cCommands,
-                       postCommands, romCommands, serialCommands, lcdCommands, shareCommands}) {
+                       postCommands, romCommands, serialCommands, lcdCommands, lockCommands, shareCommands}) {
         auto some = list();
         all.insert(all.end(), std::make_move_iterator(some.begin()), std::make_move_iterator(some.end()));
     }
@@ -37,6 +37,7 @@ std::vector<CommandGroup> commandGroups() {
          "Full name of the receiver; required if there are several"},
         {"rom", "The memory that serves a board's boot ROM",
          "Full name of the ROM emulation; required if there are several"},
+        {"lock", "Ask for, hold and give back the lock"},
         {"lcd", "The display of the device", "Full name of the display; required if there are several"},
     };
 }

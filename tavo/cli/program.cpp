@@ -15,6 +15,12 @@ void Program::describe(OptionList& list) {
              "Reach the device through a shell command, such as 'ssh gateway -W %h:%p';\n"
              "%h is the host, %p the port",
              {.valueName = "COMMAND", .heading = heading, .needs = {"--host"}});
+    list.add("--wait-lock", connection.waitForLock,
+             "Wait that long for a lock that another user holds; default: do not wait",
+             {.kind = ValueKind::duration,
+              .limits = between(0.0, 1e6),
+              .valueName = "DURATION",
+              .heading = heading});
     list.add("--direct", connection.direct, "Do not go through a share that runs on this machine",
              {.heading = heading});
     list.add("--secure", connection.secure, "Require a known server key", {.heading = heading});

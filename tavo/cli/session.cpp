@@ -154,7 +154,30 @@ void Session::open(std::vector<std::string> only) {
     const auto identity = account();
     if (options_.simulated && !simulator_)
         startSimulator();
-    device_ = build(identity, std::move(only), indirectConnection());
+    device_ = buildWhenUnlocked(identity, only);
+}
+
+std::shared_ptr<Device> Session::buildWhenUnlocked(const Account& account,
+                                                   const std::vector<std::string>& only) {
+    constexpr std::chrono::milliseconds pause(500);
+    using Clock = std::chrono::steady_clock;
+    const auto end = Clock::now() + std::chrono::duration<double>(options_.waitForLock.value_or(0));
+    for (;;)
+        try {
+            return build(account, only, indirectConnection());
+        } catch (const LockError&) {
+            if (Clock::now() >= end)
+                throw;
+            InterruptWatch::pause(pause);
+        }
+}
+
+std::optional<std::string> Session::lockHolder() {
+    if (!device_) {
+        Device_Factory_Structs::TavoDeviceDescriptor descriptor;
+        identify(descriptor);
+    }
+    return watch().await([&] { return device_->lockHolder(); });
 }
 
 std::shared_ptr<Device> Session::openApart(const Account& account) {

@@ -37,6 +37,8 @@ struct ConnectionOptions {
     std::string topology = "standard";
     /// Go round a share that runs on this machine.
     bool direct = false;
+    /// For how many seconds to wait for a lock that another user holds.
+    std::optional<double> waitForLock;
     /// How many seconds the device may leave a call unanswered.
     std::optional<double> timeout;
 };
@@ -58,6 +60,9 @@ public:
     Device& device();
     /// The device without its lock; of its objects only "device" is there.
     Device& identify(Device_Factory_Structs::TavoDeviceDescriptor& descriptor);
+
+    /// Who holds the lock; empty for nobody. Takes it no more than identify() does.
+    std::optional<std::string> lockHolder();
 
     /// The three fixed objects, then the root members with theirs below them.
     Objects objects();
@@ -125,6 +130,7 @@ private:
     std::unique_ptr<Transport> indirectConnection();
     std::shared_ptr<Device> build(const Account& account, std::vector<std::string> only,
                                   std::unique_ptr<Transport> transport);
+    std::shared_ptr<Device> buildWhenUnlocked(const Account& account, const std::vector<std::string>& only);
     void startSimulator();
     int port() const;
     void exchange(const std::vector<std::shared_ptr<Method>>& methods);

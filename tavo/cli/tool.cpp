@@ -8,6 +8,7 @@
 #include <sys/resource.h>
 
 #include <tavo/cli/arguments.h>
+#include <tavo/cli/child_process.h>
 #include <tavo/cli/interrupt.h>
 #include <tavo/cli/output.h>
 #include <tavo/cli/session.h>
@@ -44,6 +45,8 @@ ExitCode attempt(Output& output, Action action) {
         return ExitCode::done;
     } catch (const Interrupted&) {
         throw;
+    } catch (const EndWith& end) {
+        return static_cast<ExitCode>(end.status);
     } catch (const std::exception& exception) {
         const auto report = describeFailure(exception);
         output.tell(report);

@@ -23,6 +23,7 @@ std::vector<Command> postCommands();
 std::vector<Command> romCommands();
 std::vector<Command> serialCommands();
 std::vector<Command> lcdCommands();
+std::vector<Command> lockCommands();
 std::vector<Command> shareCommands();
 
 } // namespace TAVO::cli
