@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <tavo/client.h>
 #include <tests/cli/tool_fixture.h>
 #include <tests/support/all_types.h>
 
