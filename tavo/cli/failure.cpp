@@ -63,9 +63,11 @@ std::string exitCodesText() {
 
 FailureReport describeFailure(const std::exception& exception) {
     const auto code = codeOf(exception);
-    FailureReport report{code, std::string(kindOf(code)), exception.what(), std::nullopt};
+    FailureReport report{code, std::string(kindOf(code)), exception.what(), std::nullopt, std::nullopt};
     if (const auto* error = dynamic_cast<const Error*>(&exception))
         report.facts = error->facts();
+    if (const auto* failure = dynamic_cast<const Failure*>(&exception))
+        report.returned = failure->returned;
     return report;
 }
 

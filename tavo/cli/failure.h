@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <exception>
 #include <optional>
 #include <stdexcept>
@@ -23,6 +24,15 @@ enum class ExitCode : int {
 /// The exit statuses explained, one line each, for help texts.
 std::string exitCodesText();
 
+/// The return code of a method, other than 0.
+struct ReturnedCode {
+    /// Full name.
+    std::string method;
+    std::int32_t code = 0;
+    /// Empty if unknown.
+    std::string meaning;
+};
+
 /// A failure detected by the tool itself.
 class Failure : public std::runtime_error {
 public:
@@ -31,6 +41,8 @@ public:
         , code(exitCode) {}
 
     ExitCode code;
+    /// Set if a method's return code is the failure.
+    std::optional<ReturnedCode> returned = {};
 };
 
 /// What to tell the user about a failure.
@@ -41,6 +53,8 @@ struct FailureReport {
     std::string message;
     /// What else the library knows, if the failure came from it.
     std::optional<ErrorFacts> facts;
+    /// Set if a method's return code is the failure.
+    std::optional<ReturnedCode> returned;
 };
 
 FailureReport describeFailure(const std::exception& exception);

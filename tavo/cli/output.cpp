@@ -69,6 +69,17 @@ void writeFacts(JsonWriter& json, const ErrorFacts& facts) {
     });
 }
 
+void writeFacts(JsonWriter& json, const ReturnedCode& returned) {
+    json.object([&] {
+        json.key("connectionUsable").flag(true);
+        json.key("method").text(returned.method);
+        json.key("origin").text(nameOf(ErrorOrigin::device));
+        json.key("returnCode").number(returned.code);
+        if (!returned.meaning.empty())
+            json.key("returnCodeMeaning").text(returned.meaning);
+    });
+}
+
 } // namespace
 
 void Output::tell(const FailureReport& report) {
@@ -76,6 +87,8 @@ void Output::tell(const FailureReport& report) {
         json.key("code").number(static_cast<int>(report.code));
         if (report.facts)
             writeFacts(json.key("facts"), *report.facts);
+        else if (report.returned)
+            writeFacts(json.key("facts"), *report.returned);
         json.key("kind").text(report.kind);
     });
 }

@@ -125,17 +125,36 @@ void Session::open(std::vector<std::string> only) {
     });
 }
 
-Device& Session::identify(Device_Factory_Structs::TavoDeviceDescriptor& descriptor) {
+bool Session::identify(Device_Factory_Structs::TavoDeviceDescriptor& descriptor) {
     if (options_.simulated)
         startSimulator();
-    device_ = watch().await([&] {
-        if (!options_.via)
-            return DeviceFactory::queryDevice(options_.host, port(), descriptor, interruptible());
-        auto device = DeviceFactory::queryDevice(tunnel(), descriptor, {.timeLimit = timeLimit_});
+    return watch().await([&] {
+        try {
+            device_ = options_.via
+                          ? DeviceFactory::queryDevice(tunnel(), descriptor, {.timeLimit = timeLimit_})
+                          : DeviceFactory::queryDevice(options_.host, port(), descriptor, interruptible());
+        } catch (const TAVOKeyError&) {
+            if (options_.secure)
+                throw;
+            device_ = unrecognised();
+            descriptor = {.port = port()};
+            return false;
+        }
         descriptor.port = port();
-        return device;
+        return true;
     });
-    return *device_;
+}
+
+std::shared_ptr<Device> Session::unrecognised() {
+    const auto device = options_.via ? std::make_shared<TAVOXDevice>(tunnel(), "", "", false)
+                                     : std::make_shared<TAVOXDevice>(options_.host, port(), "", "", false,
+                                                                     watch().interrupter(), timeLimit_);
+    device->setTimeLimit(timeLimit_);
+    auto object = ObjectFactory::buildObject(device, "device", DeviceFactory::DeviceInstanceID, nullptr);
+    device->setDevice(std::dynamic_pointer_cast<Device_v1_0>(std::move(object)));
+    if (!device->getDevice())
+        throw SpecificationError("device object not found.");
+    return device;
 }
 
 Objects Session::objects() {
@@ -203,11 +222,5 @@ void Session::runAll(const std::vector<std::shared_ptr<Method>>& methods) {
 }
 
 void Session::execute(const std::shared_ptr<Method>& method) { runAll({method}); }
-
-void requireSuccess(const Method& method) {
-    if (method.returnCode() != 0)
-        throw Failure(ExitCode::refused,
-                      fmt::format("{} returned code {}", method.getFullName(), method.returnCode()));
-}
 
 } // namespace TAVO::cli

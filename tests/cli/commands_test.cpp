@@ -39,6 +39,30 @@ TEST_F(ToolTest, InfoNeedsNeitherUserNorLock) {
     EXPECT_THAT(callsOf("device", "lock"), IsEmpty());
 }
 
+TEST(Info, OfADeviceWithAnUnknownKeyShowsEverythingAndSaysSo) {
+    TAVO::simulator::Simulator unknown({.topology = "bare", .serverKey = -1});
+    unknown.start();
+    const Words address{"--host", "127.0.0.1", "--port", std::to_string(unknown.port())};
+    const std::string message = "key not among the known ones, see TAVO_SERVER_KEYS_FILE in README.md";
+    const auto text = runTool(address + Words{"info"});
+    EXPECT_EQ(text.exitCode, 4);
+    EXPECT_THAT(text.output, StartsWith("name       tavo-sim\nversion    2.0.0\nport       " +
+                                        std::to_string(unknown.port()) + "\nkey        unknown\n"));
+    EXPECT_THAT(text.output, HasSubstr("board      mainboard | rev C | SIM-0001 | simulated\n"));
+    EXPECT_EQ(text.errors, "tavo: " + message + "\n");
+
+    const auto json = runTool(address + Words{"info", "--json"});
+    EXPECT_EQ(json.exitCode, 4);
+    EXPECT_EQ(jsonOf(json.output)["keyFlags"], nlohmann::json());
+    EXPECT_EQ(jsonOf(json.output)["firmware"][1]["version"], "2.4.7");
+    EXPECT_EQ(jsonOf(json.errors)["error"]["message"], message);
+
+    const auto secure = runTool(address + Words{"info", "--secure"});
+    EXPECT_EQ(secure.exitCode, 4);
+    EXPECT_THAT(secure.output, IsEmpty());
+    EXPECT_EQ(unknown.lockHolder(), std::nullopt);
+}
+
 TEST_F(ToolTest, TreeShowsTypeVersionAndInstanceIdOfEveryObject) {
     const auto id = simulator.inspect(
         [](auto& appliance) { return std::to_string(appliance.get("bench.lamp").instanceId()); });
@@ -186,8 +210,10 @@ TEST_F(ToolTest, BatchShowsWhatArrivedBeforeADeviceError) {
 TEST_F(ToolTest, BatchWithARefusedCallShowsAllResultsAndFails) {
     const auto run = tool({"batch", "-"}, "power.toggle value=-1\npower.set state=1\n");
     EXPECT_EQ(run.exitCode, 1);
-    EXPECT_EQ(run.output, "1: power.toggle: return code 1\n2: power.set: return code 0\n");
-    EXPECT_EQ(run.errors, "tavo: -:1: power.toggle returned code 1\n");
+    EXPECT_EQ(run.output, "1: power.toggle: return code 1: an argument is out of range or malformed\n"
+                          "2: power.set: return code 0\n");
+    EXPECT_EQ(run.errors,
+              "tavo: -:1: power.toggle returned code 1: an argument is out of range or malformed\n");
 }
 
 TEST_F(ToolTest, BatchWithoutCallsMakesNone) {
@@ -218,7 +244,8 @@ TEST_F(ToolTest, RelayArgumentsAreChecked) {
     EXPECT_EQ(cmos.errors, "tavo: 'cmos' is no relay\n");
     const auto refused = tool({"relay", "toggle", "power", "--", "-5"});
     EXPECT_EQ(refused.exitCode, 1);
-    EXPECT_EQ(refused.errors, "tavo: power.toggle returned code 1\n");
+    EXPECT_EQ(refused.errors,
+              "tavo: power.toggle returned code 1: an argument is out of range or malformed\n");
 }
 
 TEST_F(ToolTest, TimeIsSetAndReadAsTheDeviceCounts) {
@@ -237,33 +264,6 @@ TEST_F(ToolTest, TimeSetOfAMomentNeedsAUnit) {
     EXPECT_THAT(run.errors, HasSubstr("--unit"));
     EXPECT_EQ(tool({"time", "set", "never", "--unit", "s"}).exitCode, 2);
     EXPECT_EQ(simulator.connectionCount(), 0u);
-}
-
-TEST_F(ToolTest, FirmwareIsUpdatedAndWatchedUntilItsStatusRests) {
-    const auto file = testing::TempDir() + "tool_image_" + std::to_string(simulator.port());
-    std::ofstream(file) << "new image";
-    const auto run = tool({"firmware", "update", "main", file, "--wait", "--settle", "1.5"});
-    std::remove(file.c_str());
-    EXPECT_EQ(run.exitCode, 0) << run.errors;
-    EXPECT_EQ(run.output, "2 100\n");
-    EXPECT_THAT(run.errors, IsEmpty()) << "no progress display without a terminal";
-    EXPECT_EQ(callsOf("system", "firmwareUpdate").at(0).parameters.find("image")->toString(),
-              "6e657720696d616765");
-    EXPECT_EQ(jsonOf(tool({"firmware", "status", "main", "--json"}).output),
-              nlohmann::json::parse(R"({"name": "main", "first": 2, "second": 100})"));
-}
-
-TEST_F(ToolTest, FirmwareWaitingEndsAtItsTimeout) {
-    const auto run = tool({"firmware", "status", "main", "--wait", "--settle", "60", "--timeout", "0.2"});
-    EXPECT_EQ(run.exitCode, 1);
-    EXPECT_THAT(run.errors, HasSubstr("firmware 'main'"));
-}
-
-TEST_F(ToolTest, FirmwareThatTheDeviceDoesNotKnowIsRefused) {
-    const auto run = tool({"firmware", "status", "nope"});
-    EXPECT_EQ(run.exitCode, 1);
-    EXPECT_EQ(run.errors, "tavo: There is no firmware 'nope'\n");
-    EXPECT_EQ(tool({"firmware", "update", "main", "/"}).exitCode, 2);
 }
 
 } // namespace

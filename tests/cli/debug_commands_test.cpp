@@ -120,7 +120,7 @@ TEST_F(DebugTool, HdtThatIsSwitchedOffRefuses) {
     });
     const auto run = tool({"hdt", "request", "on"});
     EXPECT_EQ(run.exitCode, 1);
-    EXPECT_EQ(run.errors, "tavo: cpu0.hdt.ioDbreqSet returned code 3\n");
+    EXPECT_EQ(run.errors, "tavo: cpu0.hdt.ioDbreqSet returned code 3: the function is switched off\n");
 }
 
 TEST_F(DebugTool, GpuScanShowsBitsAsNumberOrBytes) {

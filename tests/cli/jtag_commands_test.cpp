@@ -87,7 +87,7 @@ TEST_F(JtagTool, ScanThatTheDeviceRefusesFails) {
     });
     const auto run = jtag({"scan"});
     EXPECT_EQ(run.exitCode, 1);
-    EXPECT_EQ(run.errors, "tavo: cpu0.jtag.tapStateSet returned code 3\n");
+    EXPECT_EQ(run.errors, "tavo: cpu0.jtag.tapStateSet returned code 3: the function is switched off\n");
 }
 
 TEST_F(LegacyJtagTool, ScanWorksOnOldObjects) {
@@ -147,7 +147,8 @@ TEST_F(JtagTool, ShiftsThatTheDeviceRefusesAreShownAndFail) {
     const auto run = jtag({"shift", "ir", "4", "f", "dr", "1000001", "0"});
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_THAT(run.output, HasSubstr("ir 4  in 0xf  out 0x1\n"));
-    EXPECT_EQ(run.errors, "tavo: cpu0.jtag.shiftDR returned code 1\n");
+    EXPECT_EQ(run.errors,
+              "tavo: cpu0.jtag.shiftDR returned code 1: an argument is out of range or malformed\n");
 }
 
 TEST_F(JtagTool, ShiftsAreCheckedBeforeAnythingIsSent) {
@@ -169,7 +170,8 @@ TEST_F(JtagTool, StatesGoByNameAndNumber) {
     EXPECT_EQ(jtag({"state", "1"}).output, "1 Run-Test/Idle\n");
     const auto refused = jtag({"state", "Shift-DR"});
     EXPECT_EQ(refused.exitCode, 1) << "the simulated device only moves to states in which it can stay";
-    EXPECT_EQ(refused.errors, "tavo: cpu0.jtag.tapStateSet returned code 1\n");
+    EXPECT_EQ(refused.errors,
+              "tavo: cpu0.jtag.tapStateSet returned code 1: an argument is out of range or malformed\n");
     EXPECT_EQ(jtag({"state", "nowhere"}).exitCode, 2);
 }
 

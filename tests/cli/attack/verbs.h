@@ -44,7 +44,7 @@ inline std::vector<Verb> verbs(const std::string& folder) {
         {"relay toggle", {"power"}},
         {"time get", {"--unit", "us"}},
         {"time set", {"--unit", "us", "now"}},
-        {"firmware update", {"main", image}},
+        {"firmware update", {"main", image, "--yes"}},
         {"firmware status", {"main", "--wait", "--settle", "0.05", "--timeout", "0.3"}},
         {"header status"},
         {"header clear"},
