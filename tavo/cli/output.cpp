@@ -34,6 +34,17 @@ void Output::show(const nlohmann::json& document) {
     show(document, [](TextWriter&) {});
 }
 
+void Output::showNext(const Document& document, const Text& text) {
+    if (json_) {
+        JsonWriter writer(output_, JsonWriter::Layout::line);
+        document(writer);
+        output_.write("\n");
+    } else {
+        print(text);
+    }
+    finish();
+}
+
 void Output::print(const Text& text) {
     TextWriter writer(output_);
     text(writer);

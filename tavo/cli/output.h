@@ -30,7 +30,10 @@ public:
     void show(const nlohmann::json& document, const Text& text);
     /// The same for a command whose text output is empty.
     void show(const nlohmann::json& document);
-    /// Text for people, written at once.
+    /// Writes one of many results, at once: as a JSON document of one line, or as text. Takes the place of
+    /// show() where results come with time.
+    void showNext(const Document& document, const Text& text);
+    /// Text for people.
     void print(const Text& text);
     /// Writes bytes to standard output unchanged, in either form: help texts, and what a console receives.
     void write(std::string_view bytes) { output_.write(bytes); }

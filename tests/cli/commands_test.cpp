@@ -1,7 +1,9 @@
 #include <chrono>
+#include <csignal>
 #include <cstdint>
 #include <fstream>
 #include <string>
+#include <thread>
 #include <variant>
 
 #include <gmock/gmock.h>
@@ -234,6 +236,53 @@ TEST_F(ToolTest, RelaysAreListedReadAndSwitched) {
     EXPECT_EQ(jsonOf(tool({"relay", "set", "power", "off", "--json"}).output),
               nlohmann::json::parse(R"({"name": "power", "returnCode": 0})"));
     EXPECT_EQ(jsonOf(tool({"relay", "list", "--json"}).output).size(), 5u);
+}
+
+TEST_F(ToolTest, RelaysAreFollowedWithALineForEachChange) {
+    for (const bool json : {false, true}) {
+        auto setup = setupOf({"relay", "list", "--follow", "--interval", "0.01"});
+        if (json)
+            setup.arguments.emplace_back("--json");
+        simulator.clearCalls();
+        support::Process process(setup);
+        const auto awaitLooks = [this](std::size_t count) {
+            const auto deadline = std::chrono::steady_clock::now() + support::processPatience;
+            while (callsOf("power", "get").size() < count && std::chrono::steady_clock::now() < deadline)
+                std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        };
+        const auto switchPower = [this](bool on) {
+            return simulator.inspect([on](auto& appliance) {
+                appliance.template get<TAVO::simulator::Relay>("power").set(on);
+                return true;
+            });
+        };
+        awaitLooks(1);
+        switchPower(true);
+        awaitLooks(callsOf("power", "get").size() + 2);
+        switchPower(false);
+        awaitLooks(callsOf("power", "get").size() + 2);
+        process.signal(SIGINT);
+        const auto run = process.wait();
+        EXPECT_EQ(run.signal, SIGINT);
+        EXPECT_EQ(run.output,
+                  json ? "{\"name\": \"bench.drawer.left\", \"on\": false, \"state\": 0}\n"
+                         "{\"name\": \"bench.drawer.right\", \"on\": false, \"state\": 0}\n"
+                         "{\"name\": \"bench.fan\", \"on\": false, \"state\": 0}\n"
+                         "{\"name\": \"bench.lamp\", \"on\": false, \"state\": 0}\n"
+                         "{\"name\": \"power\", \"on\": false, \"state\": 0}\n"
+                         "{\"name\": \"power\", \"on\": true, \"state\": 1}\n"
+                         "{\"name\": \"power\", \"on\": false, \"state\": 0}\n"
+                       : "bench.drawer.left  off\nbench.drawer.right  off\nbench.fan  off\nbench.lamp  off\n"
+                         "power  off\npower  on\npower  off\n");
+        EXPECT_FALSE(simulator.lockHolder());
+    }
+}
+
+TEST_F(ToolTest, FollowingEndsWithItsTime) {
+    const auto run = tool({"relay", "list", "--follow", "--timeout", "0"});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_EQ(run.output, tool({"relay", "list"}).output);
+    EXPECT_EQ(tool({"relay", "list", "--timeout", "1"}).exitCode, 2) << "only with --follow";
 }
 
 TEST_F(ToolTest, RelayArgumentsAreChecked) {

@@ -80,6 +80,7 @@ protected:
                 {{"i2c", "dump"}, {"0x50", "--range", "0x00-0x01"}},
                 {{"i2c", "get"}, {"0x50", "0", "2"}},
                 {{"i2c", "set"}, {"0x50", "0", "1", "-y", "--verify"}},
+                {{"i2c", "transfer"}, {"w1@0x50", "0", "r2", "-y"}},
                 {{"post", "follow"}, {"--timeout", "0"}},
                 {{"post", "list"}, {}},
                 {{"post", "clear"}, {}},
@@ -122,7 +123,9 @@ protected:
             expectHarmless(withoutReplacement(json.errors), name);
             EXPECT_EQ(text.exitCode, json.exitCode) << name << text.errors << json.errors;
             EXPECT_GE(text.exitCode, 0) << name;
-            if (!json.output.empty())
+            if (command == Words{"post", "follow"})
+                documentsOf(json.output); // one for each code
+            else if (!json.output.empty())
                 jsonOf(json.output);
             documentsOf(json.errors); // one for each warning, then that of the failure
         }

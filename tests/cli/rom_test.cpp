@@ -222,6 +222,29 @@ TEST_F(RomCommand, SaveGivesBackWhatWasLoaded) {
     EXPECT_TRUE(contentOf(pathOf("saved")) == image);
 }
 
+TEST_F(RomCommand, SaveWritesToStandardOutput) {
+    const auto image = patternOf(3 * 1024 * 1024 + 5);
+    fill(0x10, image);
+    const auto run = tool({"rom", "save", "-", "--offset", "0x10", "--length", std::to_string(image.size())});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_TRUE(run.output == image);
+    EXPECT_THAT(run.errors, IsEmpty());
+    auto full = setupOf({"rom", "save", "-"});
+    full.outputFile = "/dev/full";
+    EXPECT_EQ(support::runProcess(full).exitCode, 9);
+}
+
+TEST_F(RomCommand, SaveDoesNotMixTheMemoryWithJsonOrATerminal) {
+    EXPECT_EQ(tool({"rom", "save", "-", "--json"}).exitCode, 2);
+    const support::PseudoTerminal terminal;
+    auto setup = setupOf({"rom", "save", "-"});
+    setup.outputFile = terminal.name();
+    const auto run = support::runProcess(setup);
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_THAT(run.errors, HasSubstr("standard output is a terminal"));
+    EXPECT_EQ(simulator.connectionCount(), 0u);
+}
+
 TEST_F(RomCommand, SaveReplacesTheFileOnlyWhenAllWasRead) {
     const auto file = pathOf("image");
     const Words arguments{"rom", "save", file, "--length", "4"};
@@ -237,7 +260,6 @@ TEST_F(RomCommand, SaveReplacesTheFileOnlyWhenAllWasRead) {
     EXPECT_EQ(tool({"rom", "save", file, "--offset", "1", "--length", std::to_string(romSize)}).exitCode, 2);
     EXPECT_EQ(tool({"rom", "save", pathOf("no/such/folder")}).exitCode, 2);
     EXPECT_EQ(tool({"rom", "save", folder.string()}).exitCode, 2);
-    EXPECT_EQ(tool({"rom", "save", "-"}).exitCode, 2);
     EXPECT_EQ(contentOf(file), "old");
 }
 

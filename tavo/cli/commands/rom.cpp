@@ -12,6 +12,7 @@
 #include <vector>
 
 #include <fmt/format.h>
+#include <unistd.h>
 
 #include <tavo/cli/consent.h>
 #include <tavo/cli/files.h>
@@ -243,18 +244,33 @@ struct SaveOptions : FileOptions {
     std::optional<std::uint32_t> length;
 
     void describe(OptionList& list) {
-        describeFile(list, "The file; replaced once everything was read");
+        describeFile(list, "The file, replaced once everything was read; - for standard output");
         list.add("--length", length, "Number of bytes; default: the rest of the memory",
                  {.limits = between(std::uint32_t{0}, highest)});
     }
 };
 
+/// @throws Failure (usage) if standard output cannot take the bytes of the memory.
+void requireBinaryOutput(const Output& output) {
+    if (output.isJson())
+        throw Failure(ExitCode::usage, "--json does not work with -: standard output takes the memory");
+    if (::isatty(STDOUT_FILENO) == 1)
+        throw Failure(ExitCode::usage, "standard output is a terminal: name a file, or redirect it");
+}
+
 void save(Session& session, Output& output, const SaveOptions& options) {
     if (options.file == "-")
-        throw Failure(ExitCode::usage, "the memory is saved to a file, not to standard output");
+        requireBinaryOutput(output);
     RomMemory memory(session, options);
     const auto length = options.length.value_or(memory.size() - std::min(options.offset, memory.size()));
     memory.require(options.offset, length);
+    if (options.file == "-") {
+        memory.read("reading", options.offset, length, [&](std::uint32_t, const Bytes& data) {
+            output.write({reinterpret_cast<const char*>(data.data()), data.size()});
+            output.finish();
+        });
+        return;
+    }
     NewFile file(options.file);
     memory.read("reading", options.offset, length,
                 [&](std::uint32_t, const Bytes& data) { file.write(data); });

@@ -66,6 +66,7 @@ inline std::vector<Verb> verbs(const std::string& folder) {
         {"i2c dump", {"--object", "i2c", "0x54", "--word-address", "--range", "0-0xfff"}},
         {"i2c get", {"--object", "i2c", "0x54", "--word-address", "0", "16"}},
         {"i2c set", {"--object", "i2c", "0x54", "--word-address", "--yes", "--verify", "0", "1", "2", "3"}},
+        {"i2c transfer", {"--object", "i2c", "w2@0x54", "0", "0", "w2@0x54", "0", "9", "r300", "--yes"}},
         {"post follow", {"--timeout", "0.2", "--interval", "0.05"}},
         {"post list"},
         {"post clear"},
