@@ -100,7 +100,7 @@ TEST_F(PostCommand, FollowFailsWhenTheWantedCodeDoesNotComeInTime) {
     const auto document = jsonOf(run.output);
     EXPECT_EQ(document["reached"], false);
     EXPECT_EQ(document["codes"][0]["code"], 1);
-    EXPECT_EQ(jsonOf(run.errors)["error"]["message"], "POST code AA did not arrive within 0.2 s");
+    EXPECT_EQ(jsonOf(run.errors)["error"]["message"], "POST code AA did not arrive within 200ms");
 }
 
 TEST_F(PostCommand, FollowWithoutWantedCodeEndsWithTheTime) {

@@ -11,6 +11,7 @@
 #include <tavo/cli/output.h>
 #include <tavo/cli/progress.h>
 #include <tavo/cli/session.h>
+#include <tavo/cli/values/duration.h>
 
 namespace TAVO::cli {
 
@@ -39,10 +40,12 @@ protected:
     }
     void describeWaiting(OptionList& list) {
         list.add("--wait", wait, "Read the status until its two numbers stop changing");
-        list.add("--settle", settle, "Seconds without a change that end the wait",
-                 {.showsDefault = true, .limits = positive()});
-        list.add("--timeout", timeout, "Seconds after which the wait fails",
-                 {.showsDefault = true, .limits = positive()});
+        const OptionRules rules{.showsDefault = true,
+                                .kind = ValueKind::duration,
+                                .limits = between(0.001, 1e6),
+                                .valueName = "DURATION"};
+        list.add("--settle", settle, "Time without a change that ends the wait", rules);
+        list.add("--timeout", timeout, "Time after which the wait fails", rules);
     }
 };
 
@@ -68,8 +71,9 @@ Status waitUntilSettled(Session& session, const StatusOptions& options) {
     for (auto changed = start; Clock::now() - changed < Seconds(options.settle);) {
         if (Clock::now() - start > Seconds(options.timeout))
             throw Failure(ExitCode::refused,
-                          fmt::format("the status of firmware '{}' still changes after {} s: {} {}",
-                                      options.name, options.timeout, status.first, status.second));
+                          fmt::format("the status of firmware '{}' still changes after {}: {} {}",
+                                      options.name, durationText(options.timeout), status.first,
+                                      status.second));
         progress.show(fmt::format("firmware {}: {} {}", options.name, status.first, status.second));
         InterruptWatch::pause(std::chrono::milliseconds(100));
         const auto next = statusOf(session, options.name);

@@ -13,6 +13,7 @@
 #include <tavo/cli/interrupt.h>
 #include <tavo/cli/object_choice.h>
 #include <tavo/cli/output.h>
+#include <tavo/cli/values/duration.h>
 
 namespace TAVO::cli {
 
@@ -34,11 +35,14 @@ struct FollowOptions : ObjectOptions {
     double interval = 0.1;
 
     void describe(OptionList& list) {
-        list.add("--timeout", timeout, "End after this many seconds; default: never",
-                 {.limits = between(0.0, 1e6)});
+        list.add("--timeout", timeout, "End after this time; default: never",
+                 {.kind = ValueKind::duration, .limits = between(0.0, 1e6), .valueName = "DURATION"});
         list.add("--until", until, "End after this code (hexadecimal); a timeout before it is a failure");
-        list.add("--interval", interval, "Seconds between two polls",
-                 {.showsDefault = true, .limits = between(0.001, 1e6)});
+        list.add("--interval", interval, "Time between two polls",
+                 {.showsDefault = true,
+                  .kind = ValueKind::duration,
+                  .limits = between(0.001, 1e6),
+                  .valueName = "DURATION"});
     }
 };
 
@@ -161,8 +165,8 @@ void follow(Session& session, Output& output, const FollowOptions& options) {
     }
     finish();
     if (follower.hasWanted() && !reached)
-        throw Failure(ExitCode::refused, fmt::format("POST code {} did not arrive within {} s", options.until,
-                                                     *options.timeout));
+        throw Failure(ExitCode::refused, fmt::format("POST code {} did not arrive within {}", options.until,
+                                                     durationText(*options.timeout)));
 }
 
 void list(Session& session, Output& output, const ObjectOptions& options) {
