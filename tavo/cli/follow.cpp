@@ -9,10 +9,15 @@
 namespace TAVO::cli {
 
 void Pace::describe(OptionList& list, const std::vector<std::string>& needed) {
-    list.add("--timeout", timeout, "End after this many seconds; default: never",
-             {.limits = between(0.0, 1e6), .needs = needed});
-    list.add("--interval", interval, "Seconds between two polls",
-             {.showsDefault = true, .limits = between(0.001, 1e6), .needs = needed});
+    list.add(
+        "--timeout", timeout, "End after this time; default: never",
+        {.kind = ValueKind::duration, .limits = between(0.0, 1e6), .valueName = "DURATION", .needs = needed});
+    list.add("--interval", interval, "Time between two polls",
+             {.showsDefault = true,
+              .kind = ValueKind::duration,
+              .limits = between(0.001, 1e6),
+              .valueName = "DURATION",
+              .needs = needed});
 }
 
 bool lookRepeatedly(const Pace& pace, const std::function<bool()>& look) {

@@ -39,6 +39,8 @@ struct NumberLimits {
     std::variant<Interval<std::int32_t>, Interval<std::uint32_t>, Interval<double>> interval;
     /// Replaces both ends in the help.
     std::string name = {};
+    /// Replaces both ends in messages.
+    std::string bounds = {};
 };
 
 template <class Number>

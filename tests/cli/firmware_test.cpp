@@ -64,14 +64,14 @@ TEST_F(FirmwareCommand, FailsWhenAnUpdateHasStalled) {
     const auto run = tool({"firmware", "status", "main", "--wait", "--settle", "0.2"});
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_EQ(run.output, "updating, 0 %\n");
-    EXPECT_EQ(run.errors, "tavo: the update of firmware 'main': it has stalled: no progress in 0.2 s\n");
+    EXPECT_EQ(run.errors, "tavo: the update of firmware 'main': it has stalled: no progress in 200ms\n");
 }
 
 TEST_F(FirmwareCommand, WaitingEndsAtItsTimeout) {
     startUpdate();
     const auto run = tool({"firmware", "status", "main", "--wait", "--settle", "60", "--timeout", "0.2"});
     EXPECT_EQ(run.exitCode, 1);
-    EXPECT_EQ(run.errors, "tavo: the update of firmware 'main': it is not done after 0.2 s\n");
+    EXPECT_EQ(run.errors, "tavo: the update of firmware 'main': it is not done after 200ms\n");
 }
 
 TEST_F(FirmwareCommand, WaitsForNothingWithoutAnUpdate) {

@@ -271,8 +271,10 @@ TEST_F(I2cCommand, TransferAsksBeforeItWritesAndChecksItsWords) {
     EXPECT_THAT(i2c({"transfer", "r1"}).errors, HasSubstr("'r1' has no address"));
     EXPECT_THAT(i2c({"transfer", "x1@0x50"}).errors, HasSubstr("'x1@0x50' begins no message"));
     EXPECT_THAT(i2c({"transfer", "w2@0x50", "1"}).errors, HasSubstr("'w2@0x50' is followed by 1 of 2 bytes"));
-    EXPECT_THAT(i2c({"transfer", "w1@0x50", "256"}).errors, HasSubstr("'256' is no byte, 0 to 255"));
-    EXPECT_THAT(i2c({"transfer", "r1@0x80"}).errors, HasSubstr("'0x80' is no address, 0 to 127"));
+    EXPECT_THAT(i2c({"transfer", "w1@0x50", "256"}).errors,
+                HasSubstr("'256': byte: Value 256 not in range 0 to 255"));
+    EXPECT_THAT(i2c({"transfer", "r1@0x80"}).errors,
+                HasSubstr("'r1@0x80': address: Value 0x80 not in range 0 to 127"));
     EXPECT_EQ(simulator.connectionCount(), connections);
 }
 

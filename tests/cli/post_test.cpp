@@ -111,7 +111,7 @@ TEST_F(PostCommand, FollowFailsWhenTheWantedCodeDoesNotComeInTime) {
     const auto codes = documentsOf(run.output);
     ASSERT_FALSE(codes.empty());
     EXPECT_EQ(codes[0]["code"], 1);
-    EXPECT_EQ(jsonOf(run.errors)["error"]["message"], "POST code AA did not arrive within 0.2 s");
+    EXPECT_EQ(jsonOf(run.errors)["error"]["message"], "POST code AA did not arrive within 200ms");
 }
 
 TEST_F(PostCommand, FollowWithoutWantedCodeEndsWithTheTime) {

@@ -13,6 +13,7 @@
 #include <tavo/cli/output.h>
 #include <tavo/cli/progress.h>
 #include <tavo/cli/session.h>
+#include <tavo/cli/values/duration.h>
 #include <tavo/simulator/firmware_store.h>
 
 namespace TAVO::cli {
@@ -44,10 +45,12 @@ protected:
     }
     void describeWaiting(OptionList& list) {
         list.add("--wait", wait, "Wait for the end of the update");
-        list.add("--settle", settle, "Seconds without progress after which an update counts as stalled",
-                 {.showsDefault = true, .limits = positive()});
-        list.add("--timeout", timeout, "Seconds after which the wait fails",
-                 {.showsDefault = true, .limits = positive()});
+        const OptionRules rules{.showsDefault = true,
+                                .kind = ValueKind::duration,
+                                .limits = between(0.001, 1e6),
+                                .valueName = "DURATION"};
+        list.add("--settle", settle, "Time without progress after which an update counts as stalled", rules);
+        list.add("--timeout", timeout, "Time after which the wait fails", rules);
     }
 };
 
@@ -105,9 +108,10 @@ public:
             if (isOver(status))
                 return {status, isIn(status, State::failed) ? "it failed" : ""};
             if (isLongerThan(options_.settle, changed_))
-                return {status, fmt::format("it has stalled: no progress in {} s", options_.settle)};
+                return {status,
+                        fmt::format("it has stalled: no progress in {}", durationText(options_.settle))};
             if (isLongerThan(options_.timeout, start_))
-                return {status, fmt::format("it is not done after {} s", options_.timeout)};
+                return {status, fmt::format("it is not done after {}", durationText(options_.timeout))};
             progress_.show(fmt::format("firmware {}: {}", options_.name, textOf(status)));
             InterruptWatch::pause(std::chrono::milliseconds(100));
             const auto next = statusOf(session_, options_.name);

@@ -1,16 +1,20 @@
 #include <tavo/cli/commands/jtag.h>
 
-#include <charconv>
+#include <cstdint>
 #include <optional>
 #include <stdexcept>
 
 #include <fmt/format.h>
 
 #include <tavo/cli/user_input.h>
+#include <tavo/cli/values/whole_number.h>
 
 namespace TAVO::cli {
 
 namespace {
+
+/// Of all shifts of one command together: 2 MiB each way.
+constexpr std::int64_t mostBits = 16 * 1024 * 1024;
 
 struct Shift {
     JtagRegister target;
@@ -30,21 +34,26 @@ JtagRegister parseTarget(const std::string& word) {
 }
 
 std::size_t parseCount(const std::string& word) {
-    std::uint32_t count = 0;
-    const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), count);
-    if (error != std::errc() || end != word.data() + word.size() || count > 0x7FFFFFFF)
-        refuse(fmt::format("'{}' is not a number of bits", word));
-    return count;
+    try {
+        return static_cast<std::size_t>(parseWholeNumber(word, 0, mostBits));
+    } catch (const std::invalid_argument& error) {
+        refuse(fmt::format("BITS: {}", error.what()));
+    }
 }
 
 std::vector<Shift> parseShifts(const std::vector<std::string>& words, BitNotation notation) {
     if (words.size() % 3 != 0)
         refuse(fmt::format("{} words do not make whole shifts", words.size()));
     std::vector<Shift> shifts;
+    std::size_t bits = 0;
     for (std::size_t word = 0; word < words.size(); word += 3)
         try {
             const auto target = parseTarget(words[word]);
-            shifts.push_back({target, parseBits(parseCount(words[word + 1]), words[word + 2], notation)});
+            const auto count = parseCount(words[word + 1]);
+            bits += count;
+            if (bits > static_cast<std::size_t>(mostBits))
+                refuse(fmt::format("the shifts have more than {} bits together", mostBits));
+            shifts.push_back({target, parseBits(count, words[word + 2], notation)});
         } catch (const std::invalid_argument& error) {
             refuse(error.what());
         }

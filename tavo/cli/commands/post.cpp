@@ -11,6 +11,7 @@
 #include <tavo/cli/follow.h>
 #include <tavo/cli/object_choice.h>
 #include <tavo/cli/output.h>
+#include <tavo/cli/values/duration.h>
 
 namespace TAVO::cli {
 
@@ -85,8 +86,8 @@ void follow(Session& session, Output& output, const FollowOptions& options) {
     const bool reached =
         lookRepeatedly(options.pace, [&] { return showAndTake(session, output, *receiver, wanted); });
     if (wanted && !reached)
-        throw Failure(ExitCode::refused, fmt::format("POST code {} did not arrive within {} s", options.until,
-                                                     *options.pace.timeout));
+        throw Failure(ExitCode::refused, fmt::format("POST code {} did not arrive within {}", options.until,
+                                                     durationText(*options.pace.timeout)));
 }
 
 void list(Session& session, Output& output, const ObjectOptions& options) {

@@ -55,8 +55,11 @@ struct SerialOptions {
         list.add("--dtrdsr", dtrDsr, "DTR/DSR handshake", {.heading = line});
         list.add("--xonxoff", xonXoff, "XON/XOFF handshake", {.heading = line});
         list.add("--loopback", loopback, "Sent bytes come back", {.heading = line});
-        list.add("--wait", wait, "Seconds to listen after the end of input that is not a terminal",
-                 {.showsDefault = true, .limits = between(0.0, 1e6)});
+        list.add("--wait", wait, "How long to listen after the end of input that is not a terminal",
+                 {.showsDefault = true,
+                  .kind = ValueKind::duration,
+                  .limits = between(0.0, 1e6),
+                  .valueName = "DURATION"});
         list.add("--until", until,
                  "End when this text arrives; unless input is a terminal, a missing text is a failure");
         list.add("--leave", leaveKey, "Control key that leaves, so that Ctrl-] can be sent",

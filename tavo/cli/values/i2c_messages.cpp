@@ -1,33 +1,29 @@
 #include <tavo/cli/values/i2c_messages.h>
 
-#include <charconv>
 #include <optional>
 #include <stdexcept>
 #include <string_view>
 
 #include <fmt/format.h>
 
+#include <tavo/cli/values/whole_number.h>
+
 namespace TAVO::cli {
 
 namespace {
 
-constexpr std::uint32_t highestAddress = 0x7f;
-constexpr std::uint32_t mostBytes = 65535;
+constexpr std::int64_t highestAddress = 0x7f;
+constexpr std::int64_t mostBytes = 65535;
 
 [[noreturn]] void refuse(const std::string& problem) { throw std::invalid_argument(problem); }
 
-std::uint32_t parseNumber(std::string_view text, std::uint32_t highest, std::string_view word,
+std::uint32_t parseNumber(std::string_view text, std::int64_t highest, const std::string& word,
                           const char* what) {
-    const bool hexadecimal = text.starts_with("0x") || text.starts_with("0X");
-    auto digits = text;
-    digits.remove_prefix(hexadecimal ? 2 : 0);
-    const int base = hexadecimal ? 16 : digits.starts_with('0') ? 8 : 10;
-    std::uint32_t number = 0;
-    const auto* end = digits.data() + digits.size();
-    const auto [stop, error] = std::from_chars(digits.data(), end, number, base);
-    if (error != std::errc() || stop != end || number > highest)
-        refuse(fmt::format("'{}': '{}' is no {}, 0 to {}", word, text, what, highest));
-    return number;
+    try {
+        return static_cast<std::uint32_t>(parseWholeNumber(text, 0, highest));
+    } catch (const std::invalid_argument& error) {
+        refuse(fmt::format("'{}': {}: {}", word, what, error.what()));
+    }
 }
 
 class Parser {

@@ -1,6 +1,6 @@
 #include <tavo/cli/values/tap_place.h>
 
-#include <charconv>
+#include <algorithm>
 #include <cstdint>
 #include <numeric>
 #include <stdexcept>
@@ -9,11 +9,14 @@
 
 #include <fmt/format.h>
 
+#include <tavo/cli/values/whole_number.h>
+
 namespace TAVO::cli {
 
 namespace {
 
-constexpr std::size_t longestRegister = 4096;
+constexpr std::int64_t shortestRegister = 2;
+constexpr std::int64_t longestRegister = 4096;
 
 void copyBits(const BitString& from, std::size_t first, std::size_t count, BitString& to, std::size_t place) {
     for (std::size_t bit = 0; bit < count; ++bit)
@@ -62,17 +65,18 @@ std::size_t TapPlace::after(JtagRegister target) const {
 
 std::vector<std::size_t> parseLengths(std::string_view text) {
     std::vector<std::size_t> lengths;
-    for (auto rest = text;; rest.remove_prefix(1)) {
-        std::uint32_t length = 0;
-        const auto [stop, error] = std::from_chars(rest.data(), rest.data() + rest.size(), length);
-        rest.remove_prefix(static_cast<std::size_t>(stop - rest.data()));
-        if (error != std::errc() || length < 2 || length > longestRegister ||
-            !(rest.empty() || rest.front() == ','))
-            throw std::invalid_argument(
-                fmt::format("'{}' is no list of instruction register lengths such as 8,5,10", text));
-        lengths.push_back(length);
-        if (rest.empty())
+    for (auto rest = text;;) {
+        const auto comma = std::min(rest.find(','), rest.size());
+        try {
+            lengths.push_back(static_cast<std::size_t>(
+                parseWholeNumber(rest.substr(0, comma), shortestRegister, longestRegister)));
+        } catch (const std::invalid_argument& error) {
+            throw std::invalid_argument(fmt::format(
+                "'{}' is no list of instruction register lengths such as 8,5,10: {}", text, error.what()));
+        }
+        if (comma == rest.size())
             return lengths;
+        rest.remove_prefix(comma + 1);
     }
 }
 
