@@ -62,6 +62,8 @@ std::string exitCodesText() {
 }
 
 FailureReport describeFailure(const std::exception& exception) {
+    if (const auto* reported = dynamic_cast<const ReportedFailure*>(&exception))
+        return reported->report;
     const auto code = codeOf(exception);
     FailureReport report{code, std::string(kindOf(code)), exception.what(), std::nullopt, std::nullopt};
     if (const auto* error = dynamic_cast<const Error*>(&exception))

@@ -5,6 +5,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include <tavo/client/wire/error_facts.h>
 
@@ -55,6 +56,16 @@ struct FailureReport {
     std::optional<ErrorFacts> facts;
     /// Set if a method's return code is the failure.
     std::optional<ReturnedCode> returned;
+};
+
+/// A failure of any kind with what to tell of it.
+class ReportedFailure : public std::runtime_error {
+public:
+    explicit ReportedFailure(FailureReport told)
+        : std::runtime_error(told.message)
+        , report(std::move(told)) {}
+
+    FailureReport report;
 };
 
 FailureReport describeFailure(const std::exception& exception);

@@ -21,7 +21,7 @@ void Output::show(const Document& document, const Text& text) {
         print(text);
         return;
     }
-    JsonWriter writer(output_);
+    JsonWriter writer(output_, layout_);
     document(writer);
     output_.write("\n");
 }
@@ -110,7 +110,7 @@ void Output::warn(std::string_view message) {
 
 void Output::say(std::string_view kind, std::string_view message, const Document& more) {
     if (json_) {
-        JsonWriter json(errors_);
+        JsonWriter json(errors_, layout_);
         json.object([&] {
             json.key(kind).object([&] {
                 more(json);

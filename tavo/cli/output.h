@@ -22,6 +22,8 @@ public:
     explicit Output(bool json);
 
     bool isJson() const { return json_; }
+    /// Every JSON document is one line from now on.
+    void useLines() { layout_ = JsonWriter::Layout::line; }
 
     /// Writes the data in one of its two forms. Call it once per run. Neither form may throw half-way: do
     /// what can fail first.
@@ -51,6 +53,7 @@ private:
     void say(std::string_view kind, std::string_view message, const Document& more);
 
     bool json_;
+    JsonWriter::Layout layout_ = JsonWriter::Layout::indented;
     Sink output_;
     Sink errors_;
 };

@@ -126,9 +126,14 @@ void Session::open(std::vector<std::string> only) {
 }
 
 bool Session::identify(Device_Factory_Structs::TavoDeviceDescriptor& descriptor) {
-    if (options_.simulated)
+    if (options_.simulated && !simulator_)
         startSimulator();
     return watch().await([&] {
+        if (device_) {
+            device_->getKey();
+            descriptor.port = port();
+            return device_->checkTavoKey(descriptor.firstKeyFlag, descriptor.secondKeyFlag);
+        }
         try {
             device_ = options_.via
                           ? DeviceFactory::queryDevice(tunnel(), descriptor, {.timeLimit = timeLimit_})

@@ -41,6 +41,7 @@ protected:
         std::ofstream(folder / "image", std::ios::binary) << "\x01\x02";
         // A line of a batch cannot name an object with a line end in its name.
         std::ofstream(folder / "batch") << "device.info\n";
+        std::ofstream(folder / "script") << "relay list\n";
     }
     ~DeviceText() override { fs::remove_all(folder); }
 
@@ -52,6 +53,7 @@ protected:
                 {{"tree"}, {"--methods"}},
                 {{"call"}, {device.nameOf("gpuDebug") + ".jtag.headerStatusGet"}},
                 {{"batch"}, {(folder / "batch").string()}},
+                {{"shell"}, {(folder / "script").string()}},
                 {{"relay", "list"}, {}},
                 {{"relay", "get"}, {relay}},
                 {{"relay", "set"}, {relay, "on"}},

@@ -35,14 +35,25 @@ void expectFailure(const support::ProcessOutcome& text, const support::ProcessOu
     EXPECT_THAT(error["message"].get<std::string>(), HasSubstr(message));
 }
 
-TEST(Tool, HelpNamesTheCommandsAndTheExitCodes) {
+TEST(Tool, HelpNamesTheCommandsAndWhereTheExitCodesAre) {
     const auto run = runTool({"--help"});
     EXPECT_EQ(run.exitCode, 0);
     for (const auto* word : {"info", "tree", "call", "batch", "relay", "time", "firmware", "--password-file",
-                             "TAVO_PASSWORD", "Exit status:\n  0  done\n  1  ", "\n  9  "})
+                             "TAVO_PASSWORD", "tavo help exit-status"})
         EXPECT_THAT(run.output, HasSubstr(word));
     EXPECT_THAT(run.errors, IsEmpty());
     EXPECT_THAT(runTool({"call", "--help"}).output, HasSubstr("OBJECT.METHOD [name=value ...]"));
+}
+
+TEST(Tool, HelpIsACommandToo) {
+    EXPECT_EQ(runTool({"help"}).output, runTool({"--help"}).output);
+    EXPECT_EQ(runTool({"help", "hdt", "trigger"}).output, runTool({"hdt", "trigger", "--help"}).output);
+    const auto status = runTool({"help", "exit-status"});
+    EXPECT_THAT(status.output, StartsWith("Exit status:\n  0  done\n  1  "));
+    EXPECT_THAT(status.output, HasSubstr("\n  9  "));
+    const auto unknown = runTool({"help", "relay", "st"});
+    EXPECT_EQ(unknown.exitCode, 2);
+    EXPECT_EQ(unknown.errors, "tavo: there is no command 'relay st'; did you mean 'relay set'?\n");
 }
 
 TEST(Tool, VersionIsThatOfTheLibrary) { EXPECT_EQ(runTool({"--version"}).output, "tavo 2.0.0\n"); }

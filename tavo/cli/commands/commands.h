@@ -11,6 +11,7 @@ std::vector<Command> infoCommands();
 std::vector<Command> treeCommands();
 std::vector<Command> callCommands();
 std::vector<Command> batchCommands();
+std::vector<Command> shellCommands();
 std::vector<Command> relayCommands();
 std::vector<Command> timeCommands();
 std::vector<Command> firmwareCommands();
@@ -23,5 +24,6 @@ std::vector<Command> postCommands();
 std::vector<Command> romCommands();
 std::vector<Command> serialCommands();
 std::vector<Command> lcdCommands();
+std::vector<Command> helpCommands();
 
 } // namespace TAVO::cli

@@ -89,7 +89,9 @@ void listRelays(Session& session, Output& output, const ListOptions& options) {
 struct RelayOptions {
     std::string name;
 
-    void describe(OptionList& list) { list.add("name", name, "Full name of the relay", {.required = true}); }
+    void describe(OptionList& list) {
+        list.add("name", name, "Full name of the relay", {.required = true, .nameKind = NameKind::relay});
+    }
 };
 
 std::shared_ptr<Relay_v1_0> relayOf(Session& session, const RelayOptions& options) {

@@ -38,6 +38,7 @@ inline std::vector<Verb> verbs(const std::string& folder) {
         {"tree", {"--methods"}},
         {"call", {"i2c.transfer", "address=0x54", "data=0000", "count=64"}},
         {"batch", {"-"}, "power.get\ndevice.methodsVerbose\ncpu0.jtag.headerStatusGet\nlcd.available\n"},
+        {"shell", {}, "relay list\n-call i2c.transfer address=0x54 data=0000 count=64\ninfo\npost list\n"},
         {"relay list"},
         {"relay get", {"power"}},
         {"relay set", {"power", "on"}},

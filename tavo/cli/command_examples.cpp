@@ -1,0 +1,77 @@
+#include <tavo/cli/command_examples.h>
+
+#include <map>
+
+namespace TAVO::cli {
+
+std::vector<std::string> examplesOf(const std::string& path) {
+    static const std::map<std::string, std::vector<std::string>> examples{
+        {"info", {"tavo --host lab-tavo info"}},
+        {"tree", {"tavo --host lab-tavo --user alice tree", "tavo --sim tree --methods"}},
+        {"call",
+         {"tavo --host lab-tavo --user alice call power.get", "tavo --sim call power.set state=true"}},
+        {"batch", {"tavo --host lab-tavo --user alice batch boot.calls", "tavo --sim --json batch -"}},
+        {"shell", {"tavo --host lab-tavo --user alice shell", "tavo --sim --json shell script"}},
+        {"help", {"tavo help i2c transfer", "tavo help exit-status"}},
+        {"relay list",
+         {"tavo --host lab-tavo --user alice relay list", "tavo --sim --json relay list --follow"}},
+        {"relay get", {"tavo --host lab-tavo --user alice relay get power"}},
+        {"relay set", {"tavo --host lab-tavo --user alice relay set power on"}},
+        {"relay toggle",
+         {"tavo --host lab-tavo --user alice relay toggle power 500", "tavo --sim relay toggle power -- -5"}},
+        {"time get", {"tavo --host lab-tavo --user alice time get --unit us"}},
+        {"time set", {"tavo --host lab-tavo --user alice time set now --unit us"}},
+        {"firmware update", {"tavo --host lab-tavo --user alice firmware update main image.bin --wait"}},
+        {"firmware status", {"tavo --host lab-tavo --user alice firmware status main"}},
+        {"header status",
+         {"tavo --host lab-tavo --user alice header status",
+          "tavo --sim header status --object cpu0 --follow"}},
+        {"header clear", {"tavo --host lab-tavo --user alice header clear"}},
+        {"jtag scan", {"tavo --host lab-tavo --user alice jtag scan --object cpu0.jtag"}},
+        {"jtag shift",
+         {"tavo --host lab-tavo --user alice jtag shift --object cpu0.jtag ir 23 7fff02 dr 34 0",
+          "tavo --host lab-tavo --user alice jtag shift --object cpu0.jtag --tap 1 ir 5 6 dr 32 0"}},
+        {"jtag state", {"tavo --host lab-tavo --user alice jtag state --object cpu0.jtag Run-Test/Idle"}},
+        {"jtag pins", {"tavo --host lab-tavo --user alice jtag pins --object cpu0.jtag"}},
+        {"jtag frequency", {"tavo --host lab-tavo --user alice jtag frequency --object cpu0.jtag 2000000"}},
+        {"jtag options", {"tavo --host lab-tavo --user alice jtag options --object cpu0.jtag"}},
+        {"hdt status", {"tavo --host lab-tavo --user alice hdt status"}},
+        {"hdt request", {"tavo --host lab-tavo --user alice hdt request on"}},
+        {"hdt snapshot clear", {"tavo --host lab-tavo --user alice hdt snapshot clear"}},
+        {"hdt mask", {"tavo --host lab-tavo --user alice hdt mask 1 1 0 1"}},
+        {"hdt trigger get", {"tavo --host lab-tavo --user alice hdt trigger get 1"}},
+        {"hdt trigger set", {"tavo --host lab-tavo --user alice hdt trigger set 1 on"}},
+        {"gpu scan", {"tavo --host lab-tavo --user alice gpu scan 300 --bytes"}},
+        {"gpu mode", {"tavo --host lab-tavo --user alice gpu mode 2"}},
+        {"i2c detect", {"tavo --host lab-tavo --user alice i2c detect --object i2c"}},
+        {"i2c dump", {"tavo --host lab-tavo --user alice i2c dump --object i2c 0x50 --range 0x80-0x8f"}},
+        {"i2c get",
+         {"tavo --host lab-tavo --user alice i2c get --object i2c 0x50 0x80 16",
+          "tavo --host lab-tavo --user alice i2c get --object i2c 0x48 0 --word"}},
+        {"i2c set",
+         {"tavo --host lab-tavo --user alice i2c set --object i2c 0x54 --word-address 0x100 1 2 3",
+          "tavo --host lab-tavo --user alice i2c set --object i2c -y 0x50 0x80"}},
+        {"i2c transfer",
+         {"tavo --host lab-tavo --user alice i2c transfer --object i2c r1@0x48",
+          "tavo --host lab-tavo --user alice i2c transfer --object i2c w2@0x54 0x00 0x10 r16"}},
+        {"post follow", {"tavo --host lab-tavo --user alice post follow --until AA --timeout 30"}},
+        {"post list", {"tavo --host lab-tavo --user alice --json post list"}},
+        {"post clear", {"tavo --host lab-tavo --user alice post clear"}},
+        {"rom load", {"tavo --host lab-tavo --user alice rom load bios.bin --enable"}},
+        {"rom save",
+         {"tavo --host lab-tavo --user alice rom save saved.bin",
+          "tavo --host lab-tavo --user alice rom save - --offset 0x7c0000"}},
+        {"rom verify", {"tavo --host lab-tavo --user alice rom verify bios.bin"}},
+        {"serial",
+         {"tavo --host lab-tavo --user alice serial",
+          "tavo --host lab-tavo --user alice serial --until 'target> ' --wait 30 --log boot.log"}},
+        {"lcd print", {"tavo --host lab-tavo --user alice lcd print 'bench 7' --row 1"}},
+        {"lcd clear", {"tavo --host lab-tavo --user alice lcd clear"}},
+        {"lcd backlight", {"tavo --host lab-tavo --user alice lcd backlight 50"}},
+        {"lcd show", {"tavo --host lab-tavo --user alice lcd show"}},
+    };
+    const auto found = examples.find(path);
+    return found == examples.end() ? std::vector<std::string>() : found->second;
+}
+
+} // namespace TAVO::cli
