@@ -10,9 +10,10 @@ namespace TAVO::cli {
 
 std::vector<Command> commandList() {
     std::vector<Command> all;
-    for (auto* list : {infoCommands, treeCommands, callCommands, batchCommands, shellCommands, relayCommands,
-                       timeCommands, firmwareCommands, headerCommands, jtagCommands, hdtCommands, gpuCommands,
-                       i2cCommands, postCommands, romCommands, serialCommands, lcdCommands, helpCommands}) {
+    for (auto* list :
+         {infoCommands, treeCommands, callCommands, batchCommands, shellCommands, relayCommands, timeCommands,
+          firmwareCommands, headerCommands, jtagCommands, hdtCommands, gpuCommands, i2cCommands, postCommands,
+          romCommands, serialCommands, lcdCommands, shareCommands, helpCommands}) {
         auto some = list();
         all.insert(all.end(), std::make_move_iterator(some.begin()), std::make_move_iterator(some.end()));
     }

@@ -15,6 +15,8 @@ void Program::describe(OptionList& list) {
              "Reach the device through a shell command, such as 'ssh gateway -W %h:%p';\n"
              "%h is the host, %p the port",
              {.valueName = "COMMAND", .heading = heading, .needs = {"--host"}});
+    list.add("--direct", connection.direct, "Do not go through a share that runs on this machine",
+             {.heading = heading});
     list.add("--secure", connection.secure, "Require a known server key", {.heading = heading});
     list.add("--timeout", connection.timeout,
              "Time limit for each exchange with the device, such as 500ms, 10s or 2m;\n"

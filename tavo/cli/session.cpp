@@ -8,6 +8,8 @@
 #include <utility>
 
 #include <tavo/cli/password.h>
+#include <tavo/cli/share/local_transport.h>
+#include <tavo/cli/share/share_socket.h>
 #include <tavo/cli/values/name_list.h>
 #include <tavo/cli/via_transport.h>
 #include <tavo/simulator/simulator.h>
@@ -62,7 +64,7 @@ void Session::limitRelease() {
     device_->setTimeLimit(std::min(timeLimit_.value_or(longest), longest));
 }
 
-Session::Account Session::account() const {
+Account Session::account() const {
     if (options_.simulated && !options_.passwordFile) {
         const auto accounts = simulator::Options().accounts;
         const auto known = accounts.find(options_.user.value_or(simulatorUser));
@@ -96,9 +98,33 @@ int Session::port() const {
 std::string Session::address() { return fmt::format("{}:{}", options_.host, port()); }
 
 std::unique_ptr<Transport> Session::tunnel() {
-    const auto stop = std::make_shared<ViaTransport::Stop>();
-    watch().alsoInterrupt([stop] { stop->interrupt(); });
-    return std::make_unique<ViaTransport>(viaCommand(*options_.via, options_.host, port()), stop);
+    return std::make_unique<ViaTransport>(viaCommand(*options_.via, options_.host, port()), stop_);
+}
+
+std::string Session::sharePath() const {
+    if (options_.simulated || !options_.user)
+        return "";
+    return share_socket::pathFor(options_.host, port(), *options_.user);
+}
+
+std::unique_ptr<Transport> Session::connectToShare() {
+    if (options_.direct)
+        return nullptr;
+    const auto path = sharePath();
+    auto connection = share_socket::connect(path);
+    if (!connection.isOpen())
+        return nullptr;
+    return std::make_unique<LocalTransport>(path, std::move(connection), stop_);
+}
+
+std::unique_ptr<Transport> Session::indirectConnection() {
+    auto transport = connectToShare();
+    usesShare_ = transport != nullptr;
+    if (!transport && options_.via)
+        transport = tunnel();
+    if (transport)
+        watch().alsoInterrupt([stop = stop_] { stop->interrupt(); });
+    return transport;
 }
 
 Device& Session::device() {
@@ -107,22 +133,39 @@ Device& Session::device() {
     return *device_;
 }
 
+std::shared_ptr<Device> Session::build(const Account& account, std::vector<std::string> only,
+                                       std::unique_ptr<Transport> transport) {
+    auto options = interruptible();
+    options.byLevels = true;
+    options.only = std::move(only);
+    // A share gives each of its clients a lock id of its own.
+    options.keepHeldLock = !usesShare_;
+    return watch().await([&] {
+        if (!transport)
+            return DeviceFactory::buildDevice(options_.host, port(), account.user, account.password.text(),
+                                              options_.secure, options);
+        options.interrupter = nullptr;
+        return DeviceFactory::buildDevice(std::move(transport), account.user, account.password.text(),
+                                          options_.secure, options);
+    });
+}
+
 void Session::open(std::vector<std::string> only) {
     const auto identity = account();
     if (options_.simulated && !simulator_)
         startSimulator();
-    auto options = interruptible();
-    options.byLevels = true;
-    options.only = std::move(only);
-    device_ = watch().await([&] {
-        if (!options_.via)
-            return DeviceFactory::buildDevice(options_.host, port(), identity.user, identity.password.text(),
-                                              options_.secure, options);
-        auto transport = tunnel();
-        options.interrupter = nullptr;
-        return DeviceFactory::buildDevice(std::move(transport), identity.user, identity.password.text(),
-                                          options_.secure, options);
-    });
+    device_ = build(identity, std::move(only), indirectConnection());
+}
+
+std::shared_ptr<Device> Session::openApart(const Account& account) {
+    if (options_.simulated && !simulator_)
+        startSimulator();
+    return build(account, {"device"}, options_.via ? tunnel() : nullptr);
+}
+
+void Session::interruptOpening() {
+    watch().interrupter()->interrupt();
+    stop_->interrupt();
 }
 
 bool Session::identify(Device_Factory_Structs::TavoDeviceDescriptor& descriptor) {
@@ -135,9 +178,11 @@ bool Session::identify(Device_Factory_Structs::TavoDeviceDescriptor& descriptor)
             return device_->checkTavoKey(descriptor.firstKeyFlag, descriptor.secondKeyFlag);
         }
         try {
-            device_ = options_.via
-                          ? DeviceFactory::queryDevice(tunnel(), descriptor, {.timeLimit = timeLimit_})
-                          : DeviceFactory::queryDevice(options_.host, port(), descriptor, interruptible());
+            auto transport = indirectConnection();
+            device_ =
+                transport
+                    ? DeviceFactory::queryDevice(std::move(transport), descriptor, {.timeLimit = timeLimit_})
+                    : DeviceFactory::queryDevice(options_.host, port(), descriptor, interruptible());
         } catch (const TAVOKeyError&) {
             if (options_.secure)
                 throw;
@@ -151,9 +196,10 @@ bool Session::identify(Device_Factory_Structs::TavoDeviceDescriptor& descriptor)
 }
 
 std::shared_ptr<Device> Session::unrecognised() {
-    const auto device = options_.via ? std::make_shared<TAVOXDevice>(tunnel(), "", "", false)
-                                     : std::make_shared<TAVOXDevice>(options_.host, port(), "", "", false,
-                                                                     watch().interrupter(), timeLimit_);
+    auto transport = indirectConnection();
+    const auto device = transport ? std::make_shared<TAVOXDevice>(std::move(transport), "", "", false)
+                                  : std::make_shared<TAVOXDevice>(options_.host, port(), "", "", false,
+                                                                  watch().interrupter(), timeLimit_);
     device->setTimeLimit(timeLimit_);
     auto object = ObjectFactory::buildObject(device, "device", DeviceFactory::DeviceInstanceID, nullptr);
     device->setDevice(std::dynamic_pointer_cast<Device_v1_0>(std::move(object)));

@@ -11,10 +11,12 @@
 
 #include <fmt/format.h>
 
+#include <tavo/cli/account.h>
 #include <tavo/cli/failure.h>
 #include <tavo/cli/interrupt.h>
 #include <tavo/cli/return_code.h>
 #include <tavo/cli/secret.h>
+#include <tavo/cli/stream_transport.h>
 #include <tavo/client.h>
 
 namespace TAVO::simulator {
@@ -34,6 +36,8 @@ struct ConnectionOptions {
     bool secure = false;
     bool simulated = false;
     std::string topology = "standard";
+    /// Go round a share that runs on this machine.
+    bool direct = false;
     /// How many seconds the device may leave a call unanswered.
     std::optional<double> timeout;
 };
@@ -103,15 +107,27 @@ public:
     /// What the device is called towards the user: "host:port".
     std::string address();
 
-private:
-    struct Account {
-        std::string user;
-        Secret password;
-    };
-
+    /// @throws Failure (usage) without a user or a password.
     Account account() const;
+    /// Where a share for this device and user would be found; empty where there cannot be one.
+    std::string sharePath() const;
+    /// Opens a device that the session does not keep, with its lock, of its tree the fixed objects alone.
+    /// Another thread may call this, and interrupt it.
+    std::shared_ptr<Device> openApart(const Account& account);
+    /// Ends the opening that waits.
+    void interruptOpening();
+    /// The limit of each exchange, as the user gave it.
+    const TimeLimit& timeLimit() const { return timeLimit_; }
+
+private:
     /// The connection through the user's command.
     std::unique_ptr<Transport> tunnel();
+    /// The connection to a share; null where there is none.
+    std::unique_ptr<Transport> connectToShare();
+    /// Any connection but the plain one, for which this is null.
+    std::unique_ptr<Transport> indirectConnection();
+    std::shared_ptr<Device> build(const Account& account, std::vector<std::string> only,
+                                  std::unique_ptr<Transport> transport);
     void startSimulator();
     int port() const;
     void exchange(const std::vector<std::shared_ptr<Method>>& methods);
@@ -128,6 +144,8 @@ private:
     std::function<void(std::string_view)> warn_;
     std::optional<Secret> environmentPassword_;
     std::unique_ptr<simulator::Simulator> simulator_;
+    std::shared_ptr<StreamTransport::Stop> stop_ = std::make_shared<StreamTransport::Stop>();
+    bool usesShare_ = false;
     TimeLimit timeLimit_;
     std::optional<InterruptWatch> watch_;
     std::shared_ptr<Device> device_;

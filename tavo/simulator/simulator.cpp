@@ -145,7 +145,7 @@ void Simulator::start() {
     const auto& options = state_->options;
     state_->server =
         std::make_unique<Server>(options.host, known != 0 ? known : options.port,
-                                 ServerLimits{options.mostConnections, options.mostHeldBytes}, *state_);
+                                 server::ClientBounds{options.mostConnections, options.mostHeldBytes}, *state_);
     const auto guard = lockAppliance();
     state_->port = state_->server->port();
 }

@@ -48,6 +48,7 @@ const Floors floors{
     {"tavo/client/device/"},
     {"tavo/client/hwdebug/", "tavo/client/commonmodules/"},
     {"tavo/client.h"},
+    {"tavo/server/"},
     {"tavo/simulator/"},
     {"tavo/cli/values/"},
     {"tavo/cli/commands/", "tavo/cli/"},

@@ -4,8 +4,8 @@
 #include <tavo/client/object/method_tables.h>
 #include <tavo/client/transcode/base_tables.h>
 #include <tavo/client/wire/byte_order.h>
-#include <tavo/simulator/internal/limits.h>
-#include <tavo/simulator/internal/request_assembler.h>
+#include <tavo/server/limits.h>
+#include <tavo/server/request_assembler.h>
 #include <tests/fuzz/request_script.h>
 #include <tests/support/all_types.h>
 
@@ -21,7 +21,7 @@ using fuzz::ListedMethod;
 using fuzz::MemoryAppliance;
 using fuzz::require;
 using fuzz::View;
-using TAVO::simulator::RequestAssembler;
+using TAVO::server::RequestAssembler;
 using Methods = std::vector<ListedMethod>;
 
 /// Takes an answer apart; every number in it must fit.

@@ -24,6 +24,7 @@ std::vector<Command> postCommands();
 std::vector<Command> romCommands();
 std::vector<Command> serialCommands();
 std::vector<Command> lcdCommands();
+std::vector<Command> shareCommands();
 std::vector<Command> helpCommands();
 
 } // namespace TAVO::cli

@@ -50,15 +50,17 @@ unsigned objectsBelow(const Container& node) {
 /// The state of a device before its opening, to be restored if that fails.
 class DeviceFactory::Former {
 public:
-    explicit Former(Device& device)
+    Former(Device& device, bool keepsHeldLock)
         : device_(device)
         , connection_(dynamic_cast<TAVOXDevice*>(&device))
         , system_(device.system_)
         , private_(device.private_)
         , children_(device.children_)
         , limit_(device.timeLimit()) {
-        if (connection_)
+        if (connection_) {
             lock_ = connection_->lock_;
+            connection_->keepsHeldLock_ = keepsHeldLock;
+        }
     }
 
     /// @param locked whether the opening had taken the lock.
@@ -130,8 +132,11 @@ void DeviceFactory::buildTree(const std::shared_ptr<Device>& device, LevelFetch*
 
 void DeviceFactory::open(const std::shared_ptr<TAVOXDevice>& device, bool secure,
                          const OpenOptions& options) {
+    device->keepsHeldLock_ = options.keepHeldLock;
     const auto fetch = fetchFor(device, options);
-    if (fetch)
+    if (fetch && options.keepHeldLock)
+        fetch->fetchTrees({{"device", DeviceInstanceID, true}, {"system", SystemInstanceID, true}});
+    else if (fetch)
         fetch->fetchTrees({{"device", DeviceInstanceID, true}});
     buildDeviceObject(device);
     if (bool first = false, second = false; secure && !keyIsKnown(*device, first, second))
@@ -255,7 +260,7 @@ std::shared_ptr<Device> DeviceFactory::openDevice(std::shared_ptr<Device> device
                                                   const std::string& password, const OpenOptions& options) {
     if (!device)
         return device;
-    Former former(*device);
+    Former former(*device, options.keepHeldLock);
     bool locked = false;
     try {
         if (options.timeLimit)

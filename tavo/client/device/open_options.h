@@ -31,6 +31,11 @@ struct TAVO_API OpenOptions {
     ///
     /// Does nothing for devices of an application's own class.
     bool byLevels = false;
+    /// Leave the lock as it is at the end, if the user held it before this opening: another program of that
+    /// user, which the device does not tell from this one, may be at work. Before the lock is taken,
+    /// Device::lockHolder() asks who holds it. A device that does not tell is unlocked as ever; so is one
+    /// where the other program came later. Device::unlock() always unlocks.
+    bool keepHeldLock = false;
     /// Build only these objects, given by their full names, with what leads to them and what is below them,
     /// and the three fixed objects. An object whose type has a factory gets all its members, which its proxy
     /// may need. Names that the device does not have are ignored. All objects when empty.

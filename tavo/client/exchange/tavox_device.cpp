@@ -12,14 +12,19 @@
 #include <tavo/client/object/internal/return_code.h>
 #include <tavo/client/object/object.h>
 #include <tavo/client/transcode/device_tables.h>
+#include <tavo/client/transcode/immortal.h>
+#include <tavo/client/transcode/system_tables.h>
 #include <tavo/client/wire/error.h>
 #include <tavo/client/wire/socket_transport.h>
 
 namespace TAVO {
 
 namespace device_v1_0 = TAVOXTranscode::device_v1_0;
+namespace system_v1_0 = TAVOXTranscode::system_v1_0;
 
 namespace {
+
+constexpr std::uint32_t systemInstanceId = 1;
 
 /// Forbids the transport to reconnect while it lives, if `kept`.
 class KeptConnection {
@@ -34,6 +39,21 @@ public:
 
 private:
     Transport& transport_;
+};
+
+/// Makes the calls of its lifetime those of a stranger.
+class WithoutLockId {
+public:
+    explicit WithoutLockId(std::uint32_t& lockId)
+        : lockId_(lockId)
+        , held_(std::exchange(lockId, 0)) {}
+    WithoutLockId(const WithoutLockId&) = delete;
+    WithoutLockId& operator=(const WithoutLockId&) = delete;
+    ~WithoutLockId() { lockId_ = held_; }
+
+private:
+    std::uint32_t& lockId_;
+    std::uint32_t held_;
 };
 
 std::unique_ptr<Transport> required(std::unique_ptr<Transport> transport) {
@@ -71,12 +91,12 @@ TAVOXDevice::TAVOXDevice(const std::string& host, int port, const std::string& u
 
 TAVOXDevice::TAVOXDevice(std::unique_ptr<Transport> transport, const std::string& user,
                          const std::string& password, bool)
-    : lock_{0, user, password}
+    : lock_{0, false, user, password}
     , connection_(std::make_unique<Connection>(required(std::move(transport)), *this)) {}
 
 TAVOXDevice::~TAVOXDevice() {
     try {
-        if (lock_.id != 0)
+        if (lock_.id != 0 && !lock_.lent)
             giveLockBack();
     } catch (...) { // an exception that left here would end the application
     }
@@ -103,6 +123,31 @@ void TAVOXDevice::interrupt() noexcept { connection_->transport->interrupt(); }
 
 bool TAVOXDevice::isLocked() const noexcept { return lock_.id != 0; }
 
+std::optional<std::string> TAVOXDevice::lockHolder() {
+    if (!lockProbe_)
+        lockProbe_ = std::make_shared<Object_v1_0>(requireDeviceObject().device(), "system", systemInstanceId,
+                                                   nullptr, immortal<system_v1_0::EncoderList>(),
+                                                   immortal<system_v1_0::DecoderList>());
+    const auto asked = lockProbe_->make(system_v1_0::timeGet);
+    const WithoutLockId stranger(lock_.id);
+    try {
+        call(asked);
+    } catch (const LockError& refusal) {
+        return refusal.lockingUser();
+    }
+    return std::nullopt;
+}
+
+bool TAVOXDevice::userHoldsLock() {
+    try {
+        return lockHolder() == lock_.user;
+    } catch (const Error& failure) {
+        if (!failure.facts().connectionUsable)
+            throw;
+        return false; // a device that does not tell
+    }
+}
+
 bool TAVOXDevice::isConnected() const noexcept { return connection_->transport->isConnected(); }
 
 std::uint64_t TAVOXDevice::reconnects() const noexcept {
@@ -113,6 +158,8 @@ std::uint64_t TAVOXDevice::reconnects() const noexcept {
 void TAVOXDevice::setTimeLimit(TimeLimit limit) { connection_->transport->setTimeLimit(limit); }
 
 TimeLimit TAVOXDevice::timeLimit() const noexcept { return connection_->transport->timeLimit(); }
+
+Transport& TAVOXDevice::transport() noexcept { return *connection_->transport; }
 
 void TAVOXDevice::callMethods(std::deque<std::shared_ptr<Method>> methods) {
     connection_->exchange.run(lock_.id, methods);
@@ -176,6 +223,8 @@ void TAVOXDevice::lock(const std::string& user, const std::string& password) {
 }
 
 void TAVOXDevice::lock() {
+    if (keepsHeldLock_ && lock_.id == 0)
+        lock_.lent = userHoldsLock();
     const auto method = requireDeviceObject().make(device_v1_0::lock, lock_.user, lock_.password);
     callWithPassword(method);
     requireSuccess(*method, "device");
@@ -187,6 +236,7 @@ void TAVOXDevice::unlock() {
         return;
     callWithPassword(requireDeviceObject().make(device_v1_0::unlock, lock_.user, lock_.password));
     lock_.id = 0;
+    lock_.lent = false;
 }
 
 void TAVOXDevice::giveLockBack() {
@@ -195,7 +245,9 @@ void TAVOXDevice::giveLockBack() {
 }
 
 void TAVOXDevice::returnTo(Lock& former) noexcept {
-    if (former.id == 0)
+    if (former.id == 0 && lock_.lent)
+        lock_.id = 0;
+    else if (former.id == 0)
         try {
             giveLockBack();
         } catch (...) { // the destructor tries once more

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -45,8 +46,9 @@ public:
     /// @throws std::invalid_argument for an empty pointer.
     TAVOXDevice(std::unique_ptr<Transport> transport, const std::string& user, const std::string& password,
                 bool secure);
-    /// Gives the lock back if it is held, and closes the connection. Blocks for as long as the device takes,
-    /// or until the time limit of each exchange. Swallows every exception.
+    /// Gives the lock back if it is held, but for OpenOptions::keepHeldLock, and closes the connection.
+    /// Blocks for as long as the device takes, or until the time limit of each exchange. Swallows every
+    /// exception.
     ///
     /// If the connection is out of step (it holds unasked bytes, or the last reply was not read to its end),
     /// it is dropped, and "unlock" goes over a new one. "unlock" is not sent when there is no memory for it,
@@ -95,6 +97,9 @@ public:
     /// Interrupts the transport, as far as it supports that.
     void interrupt() noexcept override;
     bool isLocked() const noexcept override;
+    std::optional<std::string> lockHolder() override;
+    /// What the device gave for the lock, and what each request carries; 0 while the lock is not held.
+    std::uint32_t lockId() const noexcept { return lock_.id; }
     /// Asks the transport.
     bool isConnected() const noexcept override;
     /// How many connections the transport has made after the first; 0 when it does not count them.
@@ -103,6 +108,10 @@ public:
     void setTimeLimit(TimeLimit limit) override;
     /// The limit of the transport.
     TimeLimit timeLimit() const noexcept override;
+
+    /// The connection, for programs that carry the bytes of others over it. Use it between two calls only,
+    /// and read every reply to its end. Lives as long as the device.
+    Transport& transport() noexcept;
 
     /// Executes the batch in one exchange and stores each result in its Method. Blocks until then. After a
     /// failure, the results that arrived before it are in their Methods; the other Methods keep what they
@@ -128,12 +137,15 @@ private:
     /// The lock, and the credentials that take it and give it back.
     struct Lock {
         std::uint32_t id = 0; ///< 0 while it is not held
+        bool lent = false;    ///< the user held it before, so it is not given back unasked
         std::string user;
         std::string password;
     };
 
     /// @throws SpecificationError "device object not found." before setDevice().
     const Object_v1_0& requireDeviceObject() const;
+    /// Whether the user of lock_ holds the lock already, as far as the device tells.
+    bool userHoldsLock();
     /// Makes sure that there is a connection, and that its key fits.
     void checkKeyOfConnection();
     /// call(), but with keyMustFit_ only over a connection whose key has been checked.
@@ -148,8 +160,10 @@ private:
     int port_ = 0;
     Lock lock_;
     std::vector<std::uint8_t> serverKey_;
-    std::uint64_t keyConnection_ = 0; ///< the number of the connection that serverKey_ came over
-    bool keyMustFit_ = false;         ///< check the key of a connection before a password goes over it
+    std::uint64_t keyConnection_ = 0;        ///< the number of the connection that serverKey_ came over
+    bool keepsHeldLock_ = false;             ///< OpenOptions::keepHeldLock
+    std::shared_ptr<Object_v1_0> lockProbe_; ///< the "system" object, for lockHolder()
+    bool keyMustFit_ = false;                ///< check the key of a connection before a password goes over it
     std::string loginUser_;
     std::string loginPassword_;
     const KnownAnswers* known_ = nullptr; ///< while the tree is built

@@ -23,6 +23,8 @@ void Device::interrupt() noexcept {}
 
 bool Device::isLocked() const noexcept { return false; }
 
+std::optional<std::string> Device::lockHolder() { return std::nullopt; }
+
 bool Device::isConnected() const noexcept { return false; }
 
 std::uint64_t Device::reconnects() const noexcept { return 0; }

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include <tavo/client/export.h>
@@ -103,6 +104,13 @@ public:
     virtual void interrupt() noexcept;
     /// Whether this device holds the lock, as far as this side knows: asks nobody. False by default.
     virtual bool isLocked() const noexcept;
+    /// Asks the device which user holds its lock, without taking it or using the lock id: "timeGet" of the
+    /// "system" object is called as a stranger would call it, which devices refuse while somebody holds the
+    /// lock. Two exchanges, later one.
+    /// @return the user's name, which may be the own one; empty when nobody holds the lock, or when the
+    ///         device allows the call all the same. Always empty by default.
+    /// @throws NetworkError when the connection fails; Error when the device cannot carry out the call.
+    virtual std::optional<std::string> lockHolder();
     /// Whether there is a connection, as far as this side knows: asks nobody, so a connection that the peer
     /// has closed counts until the next call, which connects anew. False by default.
     virtual bool isConnected() const noexcept;

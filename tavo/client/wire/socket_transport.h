@@ -119,6 +119,9 @@ public:
     /// The current limit; empty without one.
     TimeLimit timeLimit() const noexcept override { return deadline_.limit(); }
 
+    /// The socket. Blocking, and bytes that were received from it already are in held().
+    std::intptr_t descriptor() const noexcept override { return socket_; }
+
     /// The system calls so far. Lives as long as the transport, and keeps counting.
     const TransportCounters& counters() const noexcept { return counters_; }
 

@@ -26,4 +26,6 @@ void Transport::setTimeLimit(TimeLimit) {}
 
 TimeLimit Transport::timeLimit() const noexcept { return std::nullopt; }
 
+std::intptr_t Transport::descriptor() const noexcept { return -1; }
+
 } // namespace TAVO

@@ -79,6 +79,10 @@ public:
     /// The current limit. Empty by default.
     virtual TimeLimit timeLimit() const noexcept;
 
+    /// The system's number of the current connection, for programs that wait for it in an event loop; it is
+    /// the transport's to close. -1 while there is no connection. Always -1 by default.
+    virtual std::intptr_t descriptor() const noexcept;
+
 protected:
     Transport() = default;
 };

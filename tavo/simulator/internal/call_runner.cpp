@@ -13,11 +13,6 @@ namespace {
 
 constexpr std::uint8_t strayByte = 0xA5;
 
-void append(std::vector<std::uint8_t>& bytes, std::uint32_t number) {
-    bytes.resize(bytes.size() + sizeof number);
-    TAVOX::storeBigEndian(bytes.data() + bytes.size() - sizeof number, number);
-}
-
 /// The fault that changes the delivery of the answer, if any.
 std::optional<Fault> deliveryFault(const std::vector<Fault>& faults) {
     for (const auto& fault : faults)
@@ -58,25 +53,19 @@ void CallRunner::begin(std::vector<std::uint8_t> request) {
 }
 
 void CallRunner::read(std::span<const std::uint8_t> request) {
-    in_ = TAVOX::InputStream(request.data(), request.size());
-    lockId_ = static_cast<std::uint32_t>(in_.readInt32());
-    wanted_ = static_cast<std::uint32_t>(in_.readInt32());
+    frame_ = server::RequestFrame(request);
+    wanted_ = frame_.callCount();
     if (const auto* forced = fault<faults::DeviceError>())
         wanted_ = std::min(wanted_, forced->results);
 }
 
 bool CallRunner::proceed(Deadline deadline) {
-    CallContext context(appliance_, lockId_, connection_);
+    CallContext context(appliance_, frame_.lockId(), connection_);
     context.delay(delay_);
     const auto formerHolder = appliance_.lock().holder();
     bool inTime = true;
     while (inTime && resultCount_ < wanted_ && !error_) {
-        Call call;
-        call.instanceId = static_cast<std::uint32_t>(in_.readInt32());
-        call.methodId = static_cast<std::uint32_t>(in_.readInt32());
-        const auto size = static_cast<std::uint32_t>(in_.readInt32());
-        call.parameters = {in_.readSpan(size), size};
-        carryOut(call, context);
+        carryOut(frame_.nextCall(), context);
         inTime = std::chrono::steady_clock::now() < deadline;
     }
     delay_ = context.totalDelay();
@@ -90,14 +79,14 @@ Response CallRunner::finish() {
     if (const auto* forced = fault<faults::DeviceError>()) {
         while (resultCount_ < forced->results)
             addResult(nullptr, {0, nullptr});
-        error_ = Error{forced->code, forced->results, forced->message};
+        error_ = server::ErrorFrame{forced->results, forced->code, forced->message};
     }
     if (results_.failed())
         throw std::bad_alloc();
     auto made = response();
     made.delay = delay_;
     made.closesAllConnections = closesAllConnections_;
-    made.lockId = lockTaken_ != 0 ? lockTaken_ : lockId_;
+    made.lockId = lockTaken_ != 0 ? lockTaken_ : frame_.lockId();
     return made;
 }
 
@@ -106,7 +95,7 @@ std::size_t CallRunner::heldBytes() const {
 }
 
 Response CallRunner::refuse() {
-    error_ = Error{device_error::requestTooLarge, 0, "The request is too large"};
+    error_ = server::ErrorFrame{0, device_error::requestTooLarge, "The request is too large"};
     auto made = response();
     made.closesConnection = true;
     return made;
@@ -120,7 +109,7 @@ const faults::ReturnCode* CallRunner::forcedReturn() const {
     return nullptr;
 }
 
-void CallRunner::carryOut(const Call& call, CallContext& context) {
+void CallRunner::carryOut(const server::CallFrame& call, CallContext& context) {
     CallRecord record;
     record.request = request_;
     record.connection = connection_;
@@ -132,7 +121,8 @@ void CallRunner::carryOut(const Call& call, CallContext& context) {
     const auto position = resultCount_;
     const auto fail = [&](std::uint32_t code, const std::string& message) {
         const bool whole = message.size() <= limits::messageBytes;
-        error_ = Error{code, position, whole ? message : message.substr(0, limits::messageBytes) + "..."};
+        error_ = server::ErrorFrame{position, code,
+                                    whole ? message : message.substr(0, limits::messageBytes) + "..."};
         record.error = code;
         record.returnCode = return_code::failure;
         if (code == device_error::execution)
@@ -165,8 +155,8 @@ void CallRunner::carryOut(const Call& call, CallContext& context) {
         log_(std::move(record));
 }
 
-dto::result CallRunner::invoke(const SimulatedObject::Method& method, const Call& call, CallContext& context,
-                               CallRecord& record) {
+dto::result CallRunner::invoke(const SimulatedObject::Method& method, const server::CallFrame& call,
+                               CallContext& context, CallRecord& record) {
     std::shared_ptr<dto::request_packet> request;
     TAVOX::InputStream in(call.parameters.data(), call.parameters.size());
     if (method.row->request) {
@@ -202,35 +192,28 @@ void CallRunner::addResult(const TAVOXTranscode::MethodRow* row, const dto::resu
 }
 
 Response CallRunner::response() const {
-    using Field = faults::Size::Field;
-    const auto announced = [&](Field field, std::uint64_t size) {
-        for (const auto& candidate : faults_)
-            if (const auto* found = std::get_if<faults::Size>(&candidate))
-                if (found->field == field)
-                    return found->bytes;
-        return static_cast<std::uint32_t>(size);
-    };
-
     Response made;
     made.spoilt = deliveryFault(faults_);
     auto& bytes = made.bytes;
-    append(bytes, announced(Field::status, 0));
-    append(bytes, announced(Field::error, error_ ? 12 + error_->message.size() : 0));
-    if (error_) {
-        append(bytes, error_->position);
-        append(bytes, error_->code);
-        append(bytes, static_cast<std::uint32_t>(error_->message.size()));
-        bytes.insert(bytes.end(), error_->message.begin(), error_->message.end());
-    }
     const auto* count = fault<faults::Count>();
-    append(bytes, count ? count->results : resultCount_);
+    server::appendReplyHead(bytes, error_, count ? count->results : resultCount_);
     const auto firstResult = bytes.size();
     for (const auto chunk : results_.chunks())
         bytes.insert(bytes.end(), chunk.begin(), chunk.end());
-    if (resultCount_ > 0) {
-        auto* size = bytes.data() + firstResult;
-        TAVOX::storeBigEndian(size, announced(Field::result, TAVOX::loadBigEndian<std::uint32_t>(size)));
-    }
+    const auto announce = [&](std::size_t offset, std::uint32_t size) {
+        TAVOX::storeBigEndian(bytes.data() + offset, size);
+    };
+    // The first of several for one field holds.
+    for (auto candidate = faults_.rbegin(); candidate != faults_.rend(); ++candidate)
+        if (const auto* size = std::get_if<faults::Size>(&*candidate)) {
+            using Field = faults::Size::Field;
+            if (size->field == Field::status)
+                announce(0, size->bytes);
+            else if (size->field == Field::error)
+                announce(sizeof size->bytes, size->bytes);
+            else if (resultCount_ > 0)
+                announce(firstResult, size->bytes);
+        }
     for (const auto& candidate : faults_)
         if (const auto* found = std::get_if<faults::Stray>(&candidate))
             bytes.insert(bytes.end(), found->bytes, strayByte);

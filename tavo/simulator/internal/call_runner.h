@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include <tavo/client/wire/input_stream.h>
 #include <tavo/client/wire/output_stream.h>
+#include <tavo/server/frames.h>
 #include <tavo/simulator/appliance.h>
 #include <tavo/simulator/fault_script.h>
 #include <tavo/simulator/simulator.h>
@@ -57,24 +57,13 @@ public:
     Response refuse();
 
 private:
-    struct Error {
-        std::uint32_t code = 0;
-        std::uint32_t position = 0;
-        std::string message;
-    };
-    struct Call {
-        std::uint32_t instanceId = 0;
-        std::uint32_t methodId = 0;
-        std::span<const std::uint8_t> parameters;
-    };
-
     void read(std::span<const std::uint8_t> request);
     template <class Kind>
     const Kind* fault() const;
     const faults::ReturnCode* forcedReturn() const;
-    void carryOut(const Call& call, CallContext& context);
-    dto::result invoke(const SimulatedObject::Method& method, const Call& call, CallContext& context,
-                       CallRecord& record);
+    void carryOut(const server::CallFrame& call, CallContext& context);
+    dto::result invoke(const SimulatedObject::Method& method, const server::CallFrame& call,
+                       CallContext& context, CallRecord& record);
     void addResult(const TAVOXTranscode::MethodRow* row, const dto::result& result);
     Response response() const;
 
@@ -86,8 +75,7 @@ private:
     std::size_t mostAnswerBytes_;
 
     std::vector<std::uint8_t> requestBytes_;
-    TAVOX::InputStream in_{nullptr, 0};
-    std::uint32_t lockId_ = 0;
+    server::RequestFrame frame_;
     std::uint32_t lockTaken_ = 0;
     // The number of results to produce.
     std::uint32_t wanted_ = 0;
@@ -96,7 +84,7 @@ private:
 
     TAVOX::OutputStream results_;
     std::uint32_t resultCount_ = 0;
-    std::optional<Error> error_;
+    std::optional<server::ErrorFrame> error_;
 };
 
 } // namespace TAVO::simulator

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -11,8 +10,9 @@
 
 #include <asio/io_context.hpp>
 #include <asio/ip/tcp.hpp>
-#include <asio/steady_timer.hpp>
 
+#include <tavo/server/clients.h>
+#include <tavo/server/listener.h>
 #include <tavo/simulator/internal/call_runner.h>
 
 namespace TAVO::simulator {
@@ -37,17 +37,12 @@ struct RequestHandler {
     virtual std::uint32_t lockInUse() = 0;
 };
 
-/// Bounds on what a server keeps for its clients.
-struct ServerLimits {
-    std::size_t connections = 0;
-    std::size_t heldBytes = 0;
-};
-
 /// Listens from construction to destruction. Serves all connections in one thread.
 class Server {
 public:
     /// @throws std::runtime_error that names host and port if it cannot listen.
-    Server(const std::string& host, std::uint16_t port, const ServerLimits& limits, RequestHandler& handler);
+    Server(const std::string& host, std::uint16_t port, const server::ClientBounds& bounds,
+           RequestHandler& handler);
     /// Closes all connections.
     ~Server();
     Server(const Server&) = delete;
@@ -58,26 +53,13 @@ public:
 private:
     friend class Session;
 
-    void accept();
-    void enter(asio::ip::tcp::socket socket);
-    void closeAll();
+    void enter(server::Socket socket);
     void forget(std::uint64_t connection);
-    void changeHeld(std::size_t before, std::size_t now) { heldBytes_ += now - before; }
-    /// Closes connections until the kept bytes are within the limit, `active` last.
-    void boundHeld(Session& active);
-    /// Closes the longest idle connection that meets the condition and does not hold the lock. Returns false
-    /// if there is none.
-    template <class Condition>
-    bool closeIdlest(Condition asked);
-    bool closeIdlest();
 
-    ServerLimits limits_;
     RequestHandler& handler_;
     asio::io_context context_;
-    asio::ip::tcp::acceptor acceptor_;
-    asio::steady_timer acceptPause_;
-    std::map<std::uint64_t, std::shared_ptr<Session>> sessions_;
-    std::size_t heldBytes_ = 0;
+    server::Clients clients_;
+    server::Listener<asio::ip::tcp> listener_;
     std::uint16_t port_ = 0;
     std::thread thread_;
 };

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include <asio/buffer.hpp>
+#include <asio/ip/tcp.hpp>
 #include <asio/post.hpp>
 #include <asio/write.hpp>
 
@@ -20,7 +21,7 @@ constexpr std::size_t largestPiece = std::size_t{64} * 1024;
 } // namespace
 
 // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): clearing `received_` would cost each connection
-Session::Session(Server& server, asio::ip::tcp::socket socket, std::uint64_t number)
+Session::Session(Server& server, server::Socket socket, std::uint64_t number)
     : server_(server)
     , socket_(std::move(socket))
     , timer_(socket_.get_executor())
@@ -38,15 +39,15 @@ void Session::close() {
     asio::error_code ignored;
     socket_.close(ignored);
     timer_.cancel();
-    server_.changeHeld(std::exchange(heldBytes_, 0), 0);
+    server_.clients_.changeHeld(std::exchange(heldBytes_, 0), 0);
     server_.forget(number_);
 }
 
 bool Session::note() {
     active_ = std::chrono::steady_clock::now();
     const auto held = assembler_.size() + (runner_ ? runner_->heldBytes() : 0) + response_.bytes.size();
-    server_.changeHeld(std::exchange(heldBytes_, held), held);
-    server_.boundHeld(*this);
+    server_.clients_.changeHeld(std::exchange(heldBytes_, held), held);
+    server_.clients_.boundHeld(*this);
     return !closed_;
 }
 
@@ -81,9 +82,9 @@ void Session::take(std::size_t count) {
 
 void Session::serve() {
     const auto state = assembler_.scan();
-    if (state == RequestAssembler::State::incomplete)
+    if (state == server::RequestAssembler::State::incomplete)
         return read();
-    if (state == RequestAssembler::State::tooLarge) {
+    if (state == server::RequestAssembler::State::tooLarge) {
         assembler_ = {};
         response_ = server_.handler_.refuse(number_);
         return answer();
@@ -173,7 +174,7 @@ void Session::dribble(std::size_t sent, std::chrono::microseconds pause) {
 
 void Session::delivered() {
     if (response_.closesAllConnections)
-        return server_.closeAll();
+        return server_.clients_.closeAll();
     if (response_.closesConnection)
         return closeGently();
     response_ = {};

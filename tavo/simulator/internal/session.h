@@ -6,30 +6,24 @@
 #include <cstdint>
 #include <memory>
 
-#include <asio/ip/tcp.hpp>
 #include <asio/steady_timer.hpp>
 
-#include <tavo/simulator/internal/request_assembler.h>
+#include <tavo/server/request_assembler.h>
 #include <tavo/simulator/internal/server.h>
 
 namespace TAVO::simulator {
 
 /// One connection: reads a request, answers it with one send, reads the next.
-class Session : public std::enable_shared_from_this<Session> {
+class Session final : public server::Client, public std::enable_shared_from_this<Session> {
 public:
-    using Time = std::chrono::steady_clock::time_point;
-
-    Session(Server& server, asio::ip::tcp::socket socket, std::uint64_t number);
+    Session(Server& server, server::Socket socket, std::uint64_t number);
 
     void start();
-    void close();
-
+    void close() override;
     /// When bytes last moved, or will move: a delayed answer does not make the client idle.
-    Time active() const { return active_; }
-    /// Bytes of requests and answers kept for the client.
-    std::size_t heldBytes() const { return heldBytes_; }
-    /// The lock id the client used last; 0 for none.
-    std::uint32_t lockId() const { return lockId_; }
+    Time active() const override { return active_; }
+    std::size_t heldBytes() const override { return heldBytes_; }
+    bool isSpared() const override { return lockId_ != 0 && lockId_ == server_.handler_.lockInUse(); }
 
 private:
     template <class Action>
@@ -50,15 +44,16 @@ private:
     void discard();
 
     Server& server_;
-    asio::ip::tcp::socket socket_;
+    server::Socket socket_;
     asio::steady_timer timer_;
     std::uint64_t number_;
     std::array<std::uint8_t, 65536> received_;
-    RequestAssembler assembler_;
+    server::RequestAssembler assembler_;
     std::unique_ptr<CallRunner> runner_;
     Response response_;
     Time active_ = std::chrono::steady_clock::now();
     std::size_t heldBytes_ = 0;
+    /// What the client used last; 0 for none.
     std::uint32_t lockId_ = 0;
     bool closed_ = false;
 };

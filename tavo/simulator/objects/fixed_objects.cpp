@@ -6,8 +6,8 @@
 #include <tavo/client/transcode/system_tables.h>
 #include <tavo/client/transcode/table.h>
 #include <tavo/client/version_number.h>
+#include <tavo/server/limits.h>
 #include <tavo/simulator/appliance.h>
-#include <tavo/simulator/internal/limits.h>
 #include <tavo/simulator/internal/scramble.h>
 
 namespace TAVO::simulator {
@@ -83,7 +83,7 @@ DeviceObject::DeviceObject()
         [this](const CHAPResponseRequest& request, CallContext& call) { return respond(request, call); },
         Access::open);
     on(
-        getMaxPacketSize, [] { return makeRecord<dto::Base::IntegerReply>(limits::parameterBytes); },
+        getMaxPacketSize, [] { return makeRecord<dto::Base::IntegerReply>(server::limits::parameterBytes); },
         Access::open);
 }
 

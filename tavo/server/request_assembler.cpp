@@ -1,11 +1,11 @@
-#include <tavo/simulator/internal/request_assembler.h>
+#include <tavo/server/request_assembler.h>
 
 #include <utility>
 
 #include <tavo/client/wire/byte_order.h>
-#include <tavo/simulator/internal/limits.h>
+#include <tavo/server/limits.h>
 
-namespace TAVO::simulator {
+namespace TAVO::server {
 
 namespace {
 
@@ -62,4 +62,4 @@ std::vector<std::uint8_t> RequestAssembler::take() {
     return request;
 }
 
-} // namespace TAVO::simulator
+} // namespace TAVO::server

@@ -1,6 +1,6 @@
-#include <tavo/simulator/internal/server_socket.h>
+#include <tavo/server/socket_options.h>
 
-namespace TAVO::simulator {
+namespace TAVO::server {
 
 void keepFromStartedPrograms(asio::ip::tcp::socket::native_handle_type socket) {
     const SOCKET handle = socket;
@@ -14,4 +14,4 @@ void takePortForOne(asio::ip::tcp::acceptor& acceptor) {
                  reinterpret_cast<const char*>(&yes), sizeof yes);
 }
 
-} // namespace TAVO::simulator
+} // namespace TAVO::server

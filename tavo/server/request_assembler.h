@@ -4,7 +4,7 @@
 #include <span>
 #include <vector>
 
-namespace TAVO::simulator {
+namespace TAVO::server {
 
 /// Splits a client's bytes into requests. Takes memory only for bytes that arrived, never for announced
 /// sizes.
@@ -29,4 +29,4 @@ private:
     std::uint32_t callsLeft_ = 0;
 };
 
-} // namespace TAVO::simulator
+} // namespace TAVO::server

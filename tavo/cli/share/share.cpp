@@ -1,0 +1,229 @@
+#include <tavo/cli/share/share.h>
+
+#include <csignal>
+#include <utility>
+
+#include <fmt/format.h>
+
+#include <tavo/client/device/device_factory.h>
+#include <tavo/client/wire/error.h>
+
+namespace TAVO::cli {
+
+namespace {
+
+constexpr server::ClientBounds bounds{.connections = 1000, .heldBytes = std::size_t{512} << 20};
+constexpr std::uint32_t locked = 1001;
+constexpr std::uint32_t tooLarge = 1005;
+
+} // namespace
+
+Share::Share(const ShareSettings& settings, const Account& account, DeviceLine::Access access, Tell tell)
+    : settings_(settings)
+    , account_(account)
+    , tell_(std::move(tell))
+    , log_(settings.logPath)
+    , clients_(bounds)
+    , line_(context_, std::move(access), *this)
+    , retry_(context_)
+    , idle_(context_)
+    , signals_(context_)
+    , file_(settings.socketPath.empty() ? nullptr
+                                        : std::make_unique<share_socket::File>(context_, settings.socketPath))
+    , listener_(
+          server::listenOn(context_, settings.listenHost, settings.listenPort),
+          [this](server::Socket socket) { enter(std::move(socket)); },
+          [this] { return clients_.closeIdlest(); }) {
+    if (file_)
+        localListener_ = std::make_unique<LocalListener>(
+            std::move(file_->acceptor()), [this](server::Socket socket) { enter(std::move(socket)); },
+            [this] { return clients_.closeIdlest(); });
+}
+
+Share::~Share() { line_.stop(); }
+
+void Share::run() {
+    line_.open();
+    context_.run();
+    if (openingFailure_)
+        std::rethrow_exception(openingFailure_);
+}
+
+void Share::awaitSignal() {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT})
+        signals_.add(signal);
+    signals_.async_wait([this](const asio::error_code& cancelled, int signal) {
+        if (!cancelled)
+            end(signal);
+    });
+}
+
+void Share::end(int signal) {
+    log_.event("end", {{"signal", signal}});
+    tell_("ending");
+    isEnding_ = true;
+    // A second signal ends the program at once.
+    signals_.clear();
+    listener_.stop();
+    if (localListener_)
+        localListener_->stop();
+    retry_.cancel();
+    idle_.cancel();
+    endWhenIdle();
+}
+
+void Share::endWhenIdle() {
+    if (served_)
+        return line_.hurry();
+    clients_.closeAll();
+    context_.stop();
+}
+
+void Share::enter(server::Socket socket) {
+    if (!clients_.makeRoom())
+        return;
+    idle_.cancel();
+    const auto client = std::make_shared<ShareClient>(static_cast<ShareClient::Owner&>(*this),
+                                                      std::move(socket), ++connections_);
+    clients_.add(client->number(), client);
+    log_.event("connected", {{"client", client->number()}, {"peer", client->peer()}});
+    client->start();
+}
+
+void Share::left(ShareClient& client) {
+    if (const auto turn = client.turn()) {
+        turn->dropTarget();
+        logRequest(client, *turn, false);
+    }
+    if (served_ == &client) {
+        served_ = nullptr;
+        line_.hurry();
+    }
+    clients_.remove(client.number());
+    log_.event("disconnected", {{"client", client.number()}});
+    awaitIdleness();
+}
+
+void Share::serve(ShareClient& client, Plan::Bytes request) {
+    const auto turn =
+        std::make_shared<Turn>(std::move(request), FrontDesk{account_, grants_, descriptions_}, client);
+    client.setTurn(turn);
+    if (turn->needsDevice())
+        return queue(client);
+    logRequest(client, *turn, true);
+    turn->answerAlone();
+}
+
+void Share::refuse(ShareClient& client) {
+    client.closeAfterReply();
+    Plan::Bytes reply;
+    server::appendReplyHead(reply, server::ErrorFrame{0, tooLarge, "The request is too large"}, 0);
+    client.append(reply);
+    client.finish();
+}
+
+void Share::queue(ShareClient& client) {
+    if (line_.isAway() || isEnding_)
+        return client.close();
+    waiting_.push_back(client.weak_from_this());
+    if (line_.isReleased())
+        return line_.open();
+    nextTurn();
+}
+
+void Share::nextTurn() {
+    while (line_.isReady() && !waiting_.empty()) {
+        const auto client = waiting_.front().lock();
+        waiting_.pop_front();
+        if (!client || !client->turn())
+            continue;
+        served_ = client.get();
+        line_.execute(client->turn());
+    }
+}
+
+void Share::holdReply(ShareClient& client, bool held) {
+    if (served_ == &client)
+        line_.hold(held);
+}
+
+void Share::turnEnded(Turn& turn) {
+    if (const auto* client = std::exchange(served_, nullptr))
+        logRequest(*client, turn, true);
+    if (turn.staleDescriptions() || turn.plan().bringsChange())
+        descriptions_.forget();
+    if (isEnding_)
+        return endWhenIdle();
+    nextTurn();
+}
+
+void Share::lineOpened(const DeviceLine::Methods& ofDevice, const DeviceLine::Methods& ofSystem) {
+    descriptions_.setFixedMethods(DeviceFactory::DeviceInstanceID, "device", ofDevice);
+    descriptions_.setFixedMethods(DeviceFactory::SystemInstanceID, "system", ofSystem);
+    descriptions_.forget();
+    failures_ = 0;
+    log_.event("opened");
+    if (!std::exchange(wasOpened_, true)) {
+        awaitSignal();
+        tell_(fmt::format("listening on {}:{}", settings_.listenHost, listener_.endpoint().port()));
+        if (file_)
+            tell_(fmt::format("socket {}", file_->path()));
+    }
+    awaitIdleness();
+    nextTurn();
+}
+
+void Share::lineLost(const std::exception& exception) {
+    if (!wasOpened_) {
+        openingFailure_ = std::current_exception();
+        return context_.stop();
+    }
+    log_.event("lost", {{"reason", exception.what()}});
+    tell_(fmt::format("the device is lost: {}", exception.what()));
+    descriptions_.forget();
+    served_ = nullptr;
+    refuseWaiting(exception);
+    if (isEnding_)
+        return endWhenIdle();
+    if (!line_.isReleased())
+        retryLater();
+}
+
+void Share::refuseWaiting(const std::exception& exception) {
+    const auto* lock = dynamic_cast<const LockError*>(&exception);
+    for (const auto& waiting : std::exchange(waiting_, {}))
+        if (const auto client = waiting.lock(); client && client->turn()) {
+            if (lock)
+                client->turn()->refuse(locked, lock->lockingUser());
+            else
+                client->close();
+        }
+}
+
+void Share::retryLater() {
+    retry_.expires_after(DeviceLine::pauseAfter(failures_++));
+    retry_.async_wait([this](const asio::error_code& cancelled) {
+        if (!cancelled)
+            line_.open();
+    });
+}
+
+void Share::awaitIdleness() {
+    if (!settings_.idle || clients_.count() > 0 || isEnding_)
+        return;
+    idle_.expires_after(*settings_.idle);
+    idle_.async_wait([this](const asio::error_code& cancelled) {
+        if (cancelled || clients_.count() > 0)
+            return;
+        retry_.cancel();
+        line_.release();
+        log_.event("released");
+    });
+}
+
+void Share::logRequest(const ShareClient& client, const Turn& turn, bool wasAnswered) {
+    if (log_.isOpen())
+        log_.request(client, turn, turn.plan().callNames(descriptions_), wasAnswered);
+}
+
+} // namespace TAVO::cli

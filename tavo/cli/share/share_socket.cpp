@@ -1,0 +1,108 @@
+#include <tavo/cli/share/share_socket.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <system_error>
+#include <utility>
+
+#include <fmt/format.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <tavo/cli/failure.h>
+#include <tavo/server/socket_options.h>
+
+namespace TAVO::cli::share_socket {
+
+namespace {
+
+std::string folder() {
+    const char* runtime = std::getenv("XDG_RUNTIME_DIR"); // NOLINT(concurrency-mt-unsafe): nothing changes it
+    return runtime && *runtime == '/' ? std::string(runtime) + "/tavo" : "";
+}
+
+/// As part of a file's name.
+std::string escaped(const std::string& text) {
+    std::string name;
+    for (const char letter : text)
+        if (std::isalnum(static_cast<unsigned char>(letter)) || std::strchr("._-", letter) != nullptr)
+            name += letter;
+        else
+            name += fmt::format("%{:02X}", static_cast<unsigned char>(letter));
+    return name;
+}
+
+std::string systemError() { return std::generic_category().message(errno); }
+
+/// Whether the file, or the folder, is this user's alone.
+bool isOwn(const std::string& path, mode_t kind) {
+    struct stat found {};
+    return ::lstat(path.c_str(), &found) == 0 && (found.st_mode & S_IFMT) == kind &&
+           found.st_uid == ::geteuid() && (found.st_mode & (S_IRWXG | S_IRWXO)) == 0;
+}
+
+void makeFolder() {
+    const auto path = folder();
+    if (::mkdir(path.c_str(), S_IRWXU) != 0 && errno != EEXIST)
+        throw Failure(ExitCode::usage, fmt::format("cannot make the folder {}: {}", path, systemError()));
+    if (!isOwn(path, S_IFDIR))
+        throw Failure(ExitCode::usage, fmt::format("{} is not a folder of this user alone", path));
+}
+
+} // namespace
+
+std::string pathFor(const std::string& host, int port, const std::string& user) {
+    const auto in = folder();
+    if (in.empty())
+        return "";
+    auto path = fmt::format("{}/{}@{}:{}.share", in, escaped(user), escaped(host), port);
+    return path.size() < sizeof(sockaddr_un::sun_path) ? path : "";
+}
+
+Descriptor connect(const std::string& path) {
+    if (path.empty() || !isOwn(folder(), S_IFDIR) || !isOwn(path, S_IFSOCK))
+        return Descriptor();
+    Descriptor made(::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::copy(path.begin(), path.end(), address.sun_path);
+    if (!made.isOpen() ||
+        ::connect(made.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
+        return Descriptor();
+    return made;
+}
+
+File::File(asio::io_context& context, std::string path)
+    : path_(std::move(path))
+    , acceptor_(context) {
+    makeFolder();
+    if (connect(path_).isOpen()) {
+        const auto taken = std::exchange(path_, "");
+        throw Failure(ExitCode::usage, fmt::format("this device is shared already: {}", taken));
+    }
+    // What a share that was killed has left behind.
+    ::unlink(path_.c_str());
+    const auto mask = ::umask(S_IRWXG | S_IRWXO);
+    asio::error_code failure;
+    acceptor_.open({}, failure);
+    if (!failure)
+        acceptor_.bind(path_, failure);
+    ::umask(mask);
+    if (!failure)
+        acceptor_.listen(asio::socket_base::max_listen_connections, failure);
+    if (failure)
+        throw Failure(ExitCode::usage, fmt::format("cannot listen on {}: {}", path_, failure.message()));
+    server::keepFromStartedPrograms(acceptor_.native_handle());
+}
+
+File::~File() {
+    if (!path_.empty())
+        ::unlink(path_.c_str());
+}
+
+} // namespace TAVO::cli::share_socket
