@@ -1,5 +1,6 @@
 #include <tavo/cli/arguments.h>
 
+#include <algorithm>
 #include <map>
 #include <memory>
 #include <sstream>
@@ -8,9 +9,11 @@
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <tavo/cli/command_list.h>
 #include <tavo/cli/failure.h>
+#include <tavo/cli/help.h>
 #include <tavo/cli/option_parser.h>
 #include <tavo/client/version_number.h>
 
@@ -45,11 +48,12 @@ public:
         const auto& group = nodeAbove(command.path);
         auto* app = group.app->add_subcommand(command.path.substr(nameIn(command.path)), command.summary);
         addOptions(*app, bound.options);
-        if (!command.footer.empty())
-            app->footer(command.footer);
         if (bound.object && group.objects)
             group.objects->push_back(bound.object);
-        app->callback([&program = program_, run = std::move(bound.run)] { program.action = run; });
+        app->callback([&program = program_, bound = std::move(bound)] {
+            program.action = bound.run;
+            program.localAction = bound.runLocally;
+        });
     }
 
 private:
@@ -87,41 +91,84 @@ private:
     std::map<std::string, Node> nodes_;
 };
 
-void describe(CLI::App& tool, Program& program) {
+/// @param line whether the words are a line for an open device, which has no options of the connection.
+void describe(CLI::App& tool, Program& program, bool line) {
     tool.fallthrough();
     tool.require_subcommand(1);
-    tool.set_version_flag("--version", versionText());
-    OptionList options;
-    program.describe(options);
-    addOptions(tool, options);
-    tool.footer(
-        "The password comes from the first line of --password-file, else from TAVO_PASSWORD, else from the\n"
-        "terminal. Options may stand before or after the command.\n\n" +
-        exitCodesText());
+    if (!line) {
+        tool.set_version_flag("--version", versionText());
+        OptionList options;
+        program.describe(options);
+        addOptions(tool, options);
+    }
     CommandTree tree(tool, program);
     for (const auto& command : commandList())
         tree.add(command);
 }
 
+/// The path of the command or group that the words name, as far as they have been understood.
+std::string chosenPath(const CLI::App& tool) {
+    std::string path;
+    for (const auto* app = &tool; !app->get_subcommands().empty();) {
+        app = app->get_subcommands().front();
+        path += (path.empty() ? "" : " ") + app->get_name();
+    }
+    return path;
+}
+
+/// What is wrong with words that do not parse.
+std::string problemOf(const CLI::App& tool, const CLI::ParseError& error, const std::string& path) {
+    const bool isCommand = namesBelow(path).empty();
+    for (const auto& word : tool.remaining(true)) {
+        const bool isOption = word.size() > 1 && word.front() == '-';
+        if (isOption)
+            return unknownOptionText(path, word);
+        if (!isCommand)
+            return unknownCommandText(path, word);
+        if (dynamic_cast<const CLI::ExtrasError*>(&error))
+            return fmt::format("'{}' is more than '{}' takes", word, path);
+    }
+    if (!isCommand && dynamic_cast<const CLI::RequiredError*>(&error))
+        return fmt::format("{}: one of {} is missing", path.empty() ? "tavo" : path,
+                           fmt::join(namesBelow(path), ", "));
+    return error.what();
+}
+
+/// @param parse hands the words to the parser.
+template <class Parse>
+Program parseWith(bool line, Parse parse) {
+    Program program;
+    CLI::App tool("", "tavo");
+    describe(tool, program, line);
+    try {
+        parse(tool);
+    } catch (const CLI::CallForHelp&) {
+        program.help = helpText(chosenPath(tool));
+    } catch (const CLI::Success& version) {
+        std::ostringstream text;
+        tool.exit(version, text, text);
+        program.help = text.str();
+    } catch (const CLI::ParseError& error) {
+        const auto path = chosenPath(tool);
+        throw Failure(ExitCode::usage,
+                      fmt::format("{} (see '{}{}{}')", problemOf(tool, error, path),
+                                  line ? "help" : "tavo help", path.empty() ? "" : " ", path));
+    }
+    return program;
+}
+
 } // namespace
 
 Program parseArguments(int argc, const char* const* argv) {
-    Program program;
-    CLI::App tool("Drives a networked hardware-debug appliance", "tavo");
-    describe(tool, program);
-    try {
-        tool.parse(argc, argv);
-    } catch (const CLI::Success& help) {
-        std::ostringstream text;
-        tool.exit(help, text, text);
-        program.help = text.str();
-        return program;
-    } catch (const CLI::ParseError& error) {
-        throw Failure(ExitCode::usage, fmt::format("{} (see --help)", error.what()));
-    }
-    if (program.connection.host.empty() && !program.connection.simulated)
-        throw Failure(ExitCode::usage, "--host or --sim is required (see --help)");
+    auto program = parseWith(false, [&](CLI::App& tool) { tool.parse(argc, argv); });
+    if (program.action && program.connection.host.empty() && !program.connection.simulated)
+        throw Failure(ExitCode::usage, "--host or --sim is required (see 'tavo help')");
     return program;
+}
+
+Program parseLine(std::vector<std::string> words) {
+    std::reverse(words.begin(), words.end());
+    return parseWith(true, [&](CLI::App& tool) { tool.parse(std::move(words)); });
 }
 
 } // namespace TAVO::cli

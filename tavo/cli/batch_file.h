@@ -28,7 +28,9 @@ auto at(const std::string& place, Action action) {
     try {
         return action();
     } catch (const Failure& failure) {
-        throw Failure(failure.code, place + ": " + failure.what());
+        Failure placed(failure.code, place + ": " + failure.what());
+        placed.returned = failure.returned;
+        throw placed;
     }
 }
 

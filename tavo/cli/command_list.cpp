@@ -1,19 +1,24 @@
 #include <tavo/cli/command_list.h>
 
+#include <algorithm>
 #include <iterator>
 
+#include <tavo/cli/command_examples.h>
 #include <tavo/cli/commands/commands.h>
 
 namespace TAVO::cli {
 
 std::vector<Command> commandList() {
     std::vector<Command> all;
-    for (auto* list : {infoCommands, treeCommands, callCommands, batchCommands, relayCommands, timeCommands,
-                       firmwareCommands, headerCommands, jtagCommands, hdtCommands, gpuCommands, i2cCommands,
-                       postCommands, romCommands, serialCommands, lcdCommands, lockCommands, shareCommands}) {
+    for (auto* list : {infoCommands,   treeCommands, callCommands,     batchCommands,  shellCommands,
+                       relayCommands,  timeCommands, firmwareCommands, headerCommands, jtagCommands,
+                       hdtCommands,    gpuCommands,  i2cCommands,      postCommands,   romCommands,
+                       serialCommands, lcdCommands,  lockCommands,     shareCommands,  helpCommands}) {
         auto some = list();
         all.insert(all.end(), std::make_move_iterator(some.begin()), std::make_move_iterator(some.end()));
     }
+    for (auto& command : all)
+        command.examples = examplesOf(command.path);
     return all;
 }
 
@@ -40,6 +45,40 @@ std::vector<CommandGroup> commandGroups() {
         {"lock", "Ask for, hold and give back the lock"},
         {"lcd", "The display of the device", "Full name of the display; required if there are several"},
     };
+}
+
+std::optional<Command> findCommand(const std::string& path) {
+    for (auto& command : commandList())
+        if (command.path == path)
+            return std::move(command);
+    return std::nullopt;
+}
+
+std::optional<CommandGroup> findGroup(const std::string& path) {
+    for (auto& group : commandGroups())
+        if (group.path == path)
+            return std::move(group);
+    return std::nullopt;
+}
+
+std::optional<CommandGroup> groupWithObject(std::string path) {
+    for (; !path.empty(); path.resize(path.rfind(' ') == std::string::npos ? 0 : path.rfind(' ')))
+        if (auto group = findGroup(path); group && !group->object.empty())
+            return group;
+    return std::nullopt;
+}
+
+std::vector<std::string> namesBelow(const std::string& path) {
+    std::vector<std::string> names;
+    const auto prefix = path.empty() ? path : path + ' ';
+    for (const auto& command : commandList())
+        if (command.path.starts_with(prefix)) {
+            const auto name =
+                command.path.substr(prefix.size(), command.path.find(' ', prefix.size()) - prefix.size());
+            if (std::find(names.begin(), names.end(), name) == names.end())
+                names.push_back(name);
+        }
+    return names;
 }
 
 } // namespace TAVO::cli

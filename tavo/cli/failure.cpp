@@ -62,10 +62,14 @@ std::string exitCodesText() {
 }
 
 FailureReport describeFailure(const std::exception& exception) {
+    if (const auto* reported = dynamic_cast<const ReportedFailure*>(&exception))
+        return reported->report;
     const auto code = codeOf(exception);
-    FailureReport report{code, std::string(kindOf(code)), exception.what(), std::nullopt};
+    FailureReport report{code, std::string(kindOf(code)), exception.what(), std::nullopt, std::nullopt};
     if (const auto* error = dynamic_cast<const Error*>(&exception))
         report.facts = error->facts();
+    if (const auto* failure = dynamic_cast<const Failure*>(&exception))
+        report.returned = failure->returned;
     return report;
 }
 

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstdint>
 #include <exception>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include <tavo/client/wire/error_facts.h>
 
@@ -23,6 +25,15 @@ enum class ExitCode : int {
 /// The exit statuses explained, one line each, for help texts.
 std::string exitCodesText();
 
+/// The return code of a method, other than 0.
+struct ReturnedCode {
+    /// Full name.
+    std::string method;
+    std::int32_t code = 0;
+    /// Empty if unknown.
+    std::string meaning;
+};
+
 /// A failure detected by the tool itself.
 class Failure : public std::runtime_error {
 public:
@@ -31,6 +42,8 @@ public:
         , code(exitCode) {}
 
     ExitCode code;
+    /// Set if a method's return code is the failure.
+    std::optional<ReturnedCode> returned = {};
 };
 
 /// What to tell the user about a failure.
@@ -41,6 +54,18 @@ struct FailureReport {
     std::string message;
     /// What else the library knows, if the failure came from it.
     std::optional<ErrorFacts> facts;
+    /// Set if a method's return code is the failure.
+    std::optional<ReturnedCode> returned;
+};
+
+/// A failure of any kind with what to tell of it.
+class ReportedFailure : public std::runtime_error {
+public:
+    explicit ReportedFailure(FailureReport told)
+        : std::runtime_error(told.message)
+        , report(std::move(told)) {}
+
+    FailureReport report;
 };
 
 FailureReport describeFailure(const std::exception& exception);

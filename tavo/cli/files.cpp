@@ -40,4 +40,11 @@ std::string readFile(const std::string& path) {
     return readAll(file.get(), path);
 }
 
+std::vector<std::uint8_t> readImage(const std::string& path) {
+    const auto content = readFile(path);
+    if (content.empty())
+        throw Failure(ExitCode::usage, fmt::format("'{}' is empty", path));
+    return {content.begin(), content.end()};
+}
+
 } // namespace TAVO::cli

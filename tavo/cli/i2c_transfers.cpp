@@ -178,6 +178,13 @@ std::vector<std::uint8_t> readRun(Session& session, const I2cTarget& target,
     return read->take().data;
 }
 
+void writePointer(Session& session, const I2cTarget& target, std::uint32_t number) {
+    const auto write =
+        target.bus.getWriteMethod(addressOf(target), true, true, 0, registerBytes(target, number));
+    session.run({write});
+    requireAcknowledge(target, *write);
+}
+
 void writePages(Session& session, const I2cTarget& target, std::uint32_t first,
                 std::span<const std::uint8_t> bytes, std::uint32_t pageSize, bool verify) {
     PatientBus patience(session, target.bus);

@@ -36,6 +36,10 @@ std::vector<RegisterByte> readInBlocks(Session& session, const I2cTarget& target
 std::vector<std::uint8_t> readRun(Session& session, const I2cTarget& target,
                                   std::optional<std::uint32_t> first, std::uint32_t count);
 
+/// Writes nothing but the number of a register: for devices that then read from there, or that act upon it.
+/// @throws Failure (refused)
+void writePointer(Session& session, const I2cTarget& target, std::uint32_t number);
+
 /// Writes one transfer per page of registers and waits while the device stores each page. Raises the address
 /// retry limit for this and restores it, even after an error.
 /// @param verify reads the registers back and compares.

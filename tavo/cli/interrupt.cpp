@@ -74,7 +74,9 @@ void InterruptWatch::watch() {
     std::unique_lock lock(mutex_);
     while (!changed_.wait_for(lock, step, [this] { return done_; })) {
         const auto now = Clock::now();
-        if (caught != 0 && !endOfGrace)
+        if (caught == 0)
+            endOfGrace.reset();
+        else if (!endOfGrace)
             endOfGrace = now + grace;
         if (!waiting_ || !endOfGrace || now < *endOfGrace)
             continue;
@@ -85,6 +87,8 @@ void InterruptWatch::watch() {
             alsoInterrupt_();
     }
 }
+
+void InterruptWatch::forget() { caught = 0; }
 
 void InterruptWatch::throwIfInterrupted() {
     if (caught != 0)

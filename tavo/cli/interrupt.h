@@ -70,6 +70,8 @@ public:
     static bool waitForInput(int descriptor, Milliseconds time);
     /// @throws Interrupted when a signal came.
     static void throwIfInterrupted();
+    /// As if no signal had come, for a tool that goes on after one.
+    static void forget();
 
     /// What has to be done before a second signal ends the process; it runs in a signal handler.
     class LastWill {

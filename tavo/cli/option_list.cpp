@@ -37,10 +37,10 @@ constexpr double largest = std::numeric_limits<double>::max();
 } // namespace
 
 NumberLimits positive() {
-    return {Interval<double>{std::numeric_limits<double>::min(), largest}, "POSITIVE"};
+    return {Interval<double>{std::numeric_limits<double>::min(), largest}, "POSITIVE", "above 0"};
 }
 
-NumberLimits notNegative() { return {Interval<double>{0, largest}, "NONNEGATIVE"}; }
+NumberLimits notNegative() { return {Interval<double>{0, largest}, "NONNEGATIVE", "0 and above"}; }
 
 bool Option::isRepeated() const {
     const auto isRepeated = []<class Target>(const Target*) { return ValueOf<Target>::repeated; };

@@ -20,6 +20,13 @@ enum class ValueKind {
     duration, ///< a number with ms, s, m or h, in seconds
 };
 
+/// What on the device a value names.
+enum class NameKind {
+    object,
+    relay,
+    method, ///< of an object, "OBJECT.METHOD"
+};
+
 /// Where to store the value. Holds the default until one is given.
 using OptionTarget =
     std::variant<bool*, std::string*, std::int32_t*, std::uint32_t*, double*, std::optional<std::string>*,
@@ -39,6 +46,8 @@ struct NumberLimits {
     std::variant<Interval<std::int32_t>, Interval<std::uint32_t>, Interval<double>> interval;
     /// Replaces both ends in the help.
     std::string name = {};
+    /// Replaces both ends in messages.
+    std::string bounds = {};
 };
 
 template <class Number>
@@ -60,6 +69,8 @@ struct OptionRules {
     /// All valid values, if they can be listed.
     std::vector<std::string> choices = {};
     std::optional<NumberLimits> limits = {};
+    /// Set if the value, or the first of several, is a name on the device.
+    std::optional<NameKind> nameKind = {};
     /// Replaces the type of the value in the help.
     std::string valueName = {};
     /// Replaces the usual heading in the help.

@@ -21,7 +21,7 @@ void Output::show(const Document& document, const Text& text) {
         print(text);
         return;
     }
-    JsonWriter writer(output_);
+    JsonWriter writer(output_, layout_);
     document(writer);
     output_.write("\n");
 }
@@ -32,6 +32,17 @@ void Output::show(const nlohmann::json& document, const Text& text) {
 
 void Output::show(const nlohmann::json& document) {
     show(document, [](TextWriter&) {});
+}
+
+void Output::showNext(const Document& document, const Text& text) {
+    if (json_) {
+        JsonWriter writer(output_, JsonWriter::Layout::line);
+        document(writer);
+        output_.write("\n");
+    } else {
+        print(text);
+    }
+    finish();
 }
 
 void Output::print(const Text& text) {
@@ -69,6 +80,17 @@ void writeFacts(JsonWriter& json, const ErrorFacts& facts) {
     });
 }
 
+void writeFacts(JsonWriter& json, const ReturnedCode& returned) {
+    json.object([&] {
+        json.key("connectionUsable").flag(true);
+        json.key("method").text(returned.method);
+        json.key("origin").text(nameOf(ErrorOrigin::device));
+        json.key("returnCode").number(returned.code);
+        if (!returned.meaning.empty())
+            json.key("returnCodeMeaning").text(returned.meaning);
+    });
+}
+
 } // namespace
 
 void Output::tell(const FailureReport& report) {
@@ -76,6 +98,8 @@ void Output::tell(const FailureReport& report) {
         json.key("code").number(static_cast<int>(report.code));
         if (report.facts)
             writeFacts(json.key("facts"), *report.facts);
+        else if (report.returned)
+            writeFacts(json.key("facts"), *report.returned);
         json.key("kind").text(report.kind);
     });
 }
@@ -86,7 +110,7 @@ void Output::warn(std::string_view message) {
 
 void Output::say(std::string_view kind, std::string_view message, const Document& more) {
     if (json_) {
-        JsonWriter json(errors_);
+        JsonWriter json(errors_, layout_);
         json.object([&] {
             json.key(kind).object([&] {
                 more(json);

@@ -22,6 +22,8 @@ public:
     explicit Output(bool json);
 
     bool isJson() const { return json_; }
+    /// Every JSON document is one line from now on.
+    void useLines() { layout_ = JsonWriter::Layout::line; }
 
     /// Writes the data in one of its two forms. Call it once per run. Neither form may throw half-way: do
     /// what can fail first.
@@ -30,7 +32,10 @@ public:
     void show(const nlohmann::json& document, const Text& text);
     /// The same for a command whose text output is empty.
     void show(const nlohmann::json& document);
-    /// Text for people, written at once.
+    /// Writes one of many results, at once: as a JSON document of one line, or as text. Takes the place of
+    /// show() where results come with time.
+    void showNext(const Document& document, const Text& text);
+    /// Text for people.
     void print(const Text& text);
     /// Writes bytes to standard output unchanged, in either form: help texts, and what a console receives.
     void write(std::string_view bytes) { output_.write(bytes); }
@@ -48,6 +53,7 @@ private:
     void say(std::string_view kind, std::string_view message, const Document& more);
 
     bool json_;
+    JsonWriter::Layout layout_ = JsonWriter::Layout::indented;
     Sink output_;
     Sink errors_;
 };

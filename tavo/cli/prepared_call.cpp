@@ -169,10 +169,12 @@ void writeResult(JsonWriter& json, const PreparedCall& call) {
     else
         json.null();
     json.key("returnCode").number(call.method->returnCode());
+    if (const auto meaning = meaningOfReturnCode(*call.method); !meaning.empty())
+        json.key("returnCodeMeaning").text(meaning);
 }
 
 void writeResult(TextWriter& text, const PreparedCall& call) {
-    text.print("{}: return code {}\n", call.method->getFullName(), call.method->returnCode());
+    text.print("{}: return code {}\n", call.method->getFullName(), returnCodeText(*call.method));
     if (const auto reply = replyOf(call))
         writeFields(text, std::get<ValueView::Record>(reply->data));
 }

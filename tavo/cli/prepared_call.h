@@ -46,8 +46,8 @@ std::vector<const TAVOXTranscode::MethodRow*> callableMethods(const Object_v1_0&
 /// The method with its parameters and results: "get() -> state: u8".
 std::string signatureText(const TAVOXTranscode::MethodRow& row);
 
-/// Writes the members "method", "result" and "returnCode" of an executed call. Without reply data "result" is
-/// null.
+/// Writes the members "method", "result", "returnCode" and, if known, "returnCodeMeaning" of an executed
+/// call. Without reply data "result" is null.
 void writeResult(JsonWriter& json, const PreparedCall& call);
 /// The same as text: a line with method and return code, then a line for each field of the result.
 void writeResult(TextWriter& text, const PreparedCall& call);

@@ -30,6 +30,14 @@ private:
     bool open_ = false;
 };
 
+/// Sends a break over a port that is not open. There is no method for it: a zero byte at half the rate or
+/// less holds the line as long as a break does.
+/// @throws Failure (usage) if the rate is so low that there is no slower one, Failure (refused) if the port
+/// does
+///         not take that one.
+void sendBreak(Session& session, const std::shared_ptr<CommonModules::Com_v1_0>& port,
+               dto::com::OpenRequest settings);
+
 /// Searches for a text in bytes that arrive in pieces.
 class TextWatch {
 public:

@@ -191,18 +191,44 @@ void Session::interruptOpening() {
     stop_->interrupt();
 }
 
-Device& Session::identify(Device_Factory_Structs::TavoDeviceDescriptor& descriptor) {
-    if (options_.simulated)
+bool Session::identify(Device_Factory_Structs::TavoDeviceDescriptor& descriptor) {
+    if (options_.simulated && !simulator_)
         startSimulator();
-    auto transport = indirectConnection();
-    device_ = watch().await([&] {
-        if (!transport)
-            return DeviceFactory::queryDevice(options_.host, port(), descriptor, interruptible());
-        auto device = DeviceFactory::queryDevice(std::move(transport), descriptor, {.timeLimit = timeLimit_});
+    return watch().await([&] {
+        if (device_) {
+            device_->getKey();
+            descriptor.port = port();
+            return device_->checkTavoKey(descriptor.firstKeyFlag, descriptor.secondKeyFlag);
+        }
+        try {
+            auto transport = indirectConnection();
+            device_ =
+                transport
+                    ? DeviceFactory::queryDevice(std::move(transport), descriptor, {.timeLimit = timeLimit_})
+                    : DeviceFactory::queryDevice(options_.host, port(), descriptor, interruptible());
+        } catch (const TAVOKeyError&) {
+            if (options_.secure)
+                throw;
+            device_ = unrecognised();
+            descriptor = {.port = port()};
+            return false;
+        }
         descriptor.port = port();
-        return device;
+        return true;
     });
-    return *device_;
+}
+
+std::shared_ptr<Device> Session::unrecognised() {
+    auto transport = indirectConnection();
+    const auto device = transport ? std::make_shared<TAVOXDevice>(std::move(transport), "", "", false)
+                                  : std::make_shared<TAVOXDevice>(options_.host, port(), "", "", false,
+                                                                  watch().interrupter(), timeLimit_);
+    device->setTimeLimit(timeLimit_);
+    auto object = ObjectFactory::buildObject(device, "device", DeviceFactory::DeviceInstanceID, nullptr);
+    device->setDevice(std::dynamic_pointer_cast<Device_v1_0>(std::move(object)));
+    if (!device->getDevice())
+        throw SpecificationError("device object not found.");
+    return device;
 }
 
 Objects Session::objects() {
@@ -270,11 +296,5 @@ void Session::runAll(const std::vector<std::shared_ptr<Method>>& methods) {
 }
 
 void Session::execute(const std::shared_ptr<Method>& method) { runAll({method}); }
-
-void requireSuccess(const Method& method) {
-    if (method.returnCode() != 0)
-        throw Failure(ExitCode::refused,
-                      fmt::format("{} returned code {}", method.getFullName(), method.returnCode()));
-}
 
 } // namespace TAVO::cli

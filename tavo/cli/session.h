@@ -14,6 +14,7 @@
 #include <tavo/cli/account.h>
 #include <tavo/cli/failure.h>
 #include <tavo/cli/interrupt.h>
+#include <tavo/cli/return_code.h>
 #include <tavo/cli/secret.h>
 #include <tavo/cli/stream_transport.h>
 #include <tavo/client.h>
@@ -58,8 +59,10 @@ public:
 
     /// The device with its lock taken and its tree built.
     Device& device();
-    /// The device without its lock; of its objects only "device" is there.
-    Device& identify(Device_Factory_Structs::TavoDeviceDescriptor& descriptor);
+    /// Opens the device without its lock; of its objects only "device" is there.
+    /// @return whether its key is known; otherwise the descriptor has no flags.
+    /// @throws TAVOKeyError for an unknown key if a known one is required.
+    bool identify(Device_Factory_Structs::TavoDeviceDescriptor& descriptor);
 
     /// Who holds the lock; empty for nobody. Takes it no more than identify() does.
     std::optional<std::string> lockHolder();
@@ -136,6 +139,8 @@ private:
     void exchange(const std::vector<std::shared_ptr<Method>>& methods);
     /// @param only the objects to build, all when empty.
     void open(std::vector<std::string> only);
+    /// The device without its lock, whatever its key.
+    std::shared_ptr<Device> unrecognised();
     OpenOptions interruptible();
     InterruptWatch& watch();
     /// What gives something back to the device is done after a signal too, but not for long.
@@ -151,8 +156,5 @@ private:
     std::optional<InterruptWatch> watch_;
     std::shared_ptr<Device> device_;
 };
-
-/// @throws Failure (refused) when the executed call's return code is not 0.
-void requireSuccess(const Method& method);
 
 } // namespace TAVO::cli

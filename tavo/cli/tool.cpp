@@ -25,7 +25,9 @@ bool seemsToWantJson(int argc, char** argv) {
 
 void execute(const Program& program, Output& output) {
     output.write(program.help);
-    if (program.action) {
+    if (program.localAction) {
+        program.localAction(program.connection, output);
+    } else if (program.action) {
         Session session(program.connection, [&output](std::string_view warning) { output.warn(warning); });
         program.action(session, output);
     }

@@ -40,6 +40,38 @@ TEST(Arguments, AskForAnActionOrForHelp) {
     EXPECT_THAT(help.help, HasSubstr("info"));
 }
 
+TEST(Arguments, NameAnUnknownWordAndWhatMayBeMeant) {
+    EXPECT_EQ(refusalOf({"--sim", "relya"}),
+              "there is no command 'relya'; did you mean 'relay'? (see 'tavo help')");
+    EXPECT_EQ(refusalOf({"--sim", "relay", "gte", "power"}),
+              "there is no command 'relay gte'; did you mean 'relay get'? (see 'tavo help relay')");
+    EXPECT_EQ(refusalOf({"--sim", "detect"}),
+              "there is no command 'detect'; did you mean 'i2c detect'? (see 'tavo help')");
+    EXPECT_EQ(refusalOf({"--sim", "frobnicate"}), "there is no command 'frobnicate' (see 'tavo help')");
+    EXPECT_EQ(refusalOf({"--sim", "i2c", "get", "0x50", "--wrod"}),
+              "there is no option '--wrod'; did you mean '--word'? (see 'tavo help i2c get')");
+    EXPECT_EQ(refusalOf({"--sim", "--hsot=x", "info"}),
+              "there is no option '--hsot'; did you mean '--host'? (see 'tavo help info')");
+    EXPECT_EQ(refusalOf({"--sim", "info", "more"}),
+              "'more' is more than 'info' takes (see 'tavo help info')");
+    EXPECT_EQ(refusalOf({"--sim", "relay"}),
+              "relay: one of list, get, set, toggle is missing (see 'tavo help relay')");
+}
+
+TEST(Arguments, OfHelpNeedNoDevice) {
+    EXPECT_TRUE(parsed({"help"}).localAction);
+    EXPECT_TRUE(parsed({"help", "relay", "get"}).localAction);
+    EXPECT_FALSE(parsed({"help"}).action);
+}
+
+TEST(Arguments, OfALineAreThoseForAnOpenDevice) {
+    EXPECT_TRUE(parseLine({"relay", "get", "power"}).action);
+    EXPECT_TRUE(parseLine({"i2c", "get", "--object", "i2c", "0x50"}).action);
+    EXPECT_THAT(parseLine({"relay", "--help"}).help, HasSubstr("List and switch relays"));
+    for (const auto* option : {"--host=x", "--json", "--sim", "--version"})
+        EXPECT_THROW(parseLine({option, "info"}), Failure) << option;
+}
+
 TEST(Arguments, NeedADevice) { EXPECT_THAT(refusalOf({"info"}), HasSubstr("--host or --sim is required")); }
 
 TEST(Arguments, RefuseTimesThatAreNoNumbers) {

@@ -9,6 +9,7 @@
 
 #include <tavo/cli/arguments.h>
 #include <tavo/cli/command_list.h>
+#include <tavo/cli/values/words.h>
 
 namespace {
 
@@ -110,6 +111,39 @@ TEST(CommandList, GivesTheObjectOfAGroupToAllItsCommands) {
             expected = expected || (!group.object.empty() && command.path.starts_with(group.path + " "));
         EXPECT_EQ(command.bind().object != nullptr, expected) << command.path;
     }
+}
+
+TEST(CommandList, HasExamplesThatParseForEachCommand) {
+    for (const auto& command : commandList()) {
+        EXPECT_GE(command.examples.size(), 1u) << command.path;
+        EXPECT_LE(command.examples.size(), 2u) << command.path;
+        for (const auto& example : command.examples) {
+            const auto words = splitWords(example);
+            std::vector<const char*> pointers;
+            for (const auto& word : words)
+                pointers.push_back(word.c_str());
+            EXPECT_NO_THROW(parseArguments(static_cast<int>(pointers.size()), pointers.data())) << example;
+            EXPECT_THAT(example, HasSubstr(command.path.substr(command.path.rfind(' ') + 1)));
+            EXPECT_THAT(helpOf(command.path), HasSubstr("\n  " + example + "\n"));
+        }
+    }
+}
+
+TEST(CommandList, TellsInALineWhatACommandTakesFromAbove) {
+    EXPECT_THAT(helpOf("i2c get"), HasSubstr("\nFrom above: --object NAME (see 'tavo help i2c'), --json"));
+    EXPECT_THAT(helpOf("hdt trigger get"), HasSubstr("\nFrom above: --object NAME (see 'tavo help hdt'), "));
+    EXPECT_THAT(helpOf("relay get"), HasSubstr("\nFrom above: --json (see 'tavo help'), and the connection"));
+    EXPECT_THAT(helpOf("help"), testing::Not(HasSubstr("From above")));
+}
+
+TEST(CommandList, NamesValuesAsPeopleDo) {
+    EXPECT_THAT(helpOf("i2c dump"), HasSubstr("Usage: tavo i2c dump ADDRESS [OPTION ...]\n"));
+    EXPECT_THAT(helpOf("relay set"), HasSubstr("Usage: tavo relay set NAME on|off [OPTION ...]\n"));
+    EXPECT_THAT(helpOf("i2c set"),
+                HasSubstr("Usage: tavo i2c set ADDRESS REGISTER [VALUES ...] [OPTION ...]\n"));
+    for (const auto& command : commandList())
+        for (const auto* type : {"UINT", "INT:", "FLOAT", "TEXT:", "REQUIRED", "Exit status"})
+            EXPECT_THAT(helpOf(command.path), testing::Not(HasSubstr(type))) << command.path;
 }
 
 struct DimOptions : ObjectOptions {

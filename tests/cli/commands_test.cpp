@@ -1,7 +1,9 @@
 #include <chrono>
+#include <csignal>
 #include <cstdint>
 #include <fstream>
 #include <string>
+#include <thread>
 #include <variant>
 
 #include <gmock/gmock.h>
@@ -37,6 +39,30 @@ TEST_F(ToolTest, InfoNeedsNeitherUserNorLock) {
     EXPECT_EQ(document["firmware"][0]["name"], "fpga");
     EXPECT_EQ(document["boards"][1]["field3"], "SIM-0002");
     EXPECT_THAT(callsOf("device", "lock"), IsEmpty());
+}
+
+TEST(Info, OfADeviceWithAnUnknownKeyShowsEverythingAndSaysSo) {
+    TAVO::simulator::Simulator unknown({.topology = "bare", .serverKey = -1});
+    unknown.start();
+    const Words address{"--host", "127.0.0.1", "--port", std::to_string(unknown.port())};
+    const std::string message = "key not among the known ones, see TAVO_SERVER_KEYS_FILE in README.md";
+    const auto text = runTool(address + Words{"info"});
+    EXPECT_EQ(text.exitCode, 4);
+    EXPECT_THAT(text.output, StartsWith("name       tavo-sim\nversion    2.0.0\nport       " +
+                                        std::to_string(unknown.port()) + "\nkey        unknown\n"));
+    EXPECT_THAT(text.output, HasSubstr("board      mainboard | rev C | SIM-0001 | simulated\n"));
+    EXPECT_EQ(text.errors, "tavo: " + message + "\n");
+
+    const auto json = runTool(address + Words{"info", "--json"});
+    EXPECT_EQ(json.exitCode, 4);
+    EXPECT_EQ(jsonOf(json.output)["keyFlags"], nlohmann::json());
+    EXPECT_EQ(jsonOf(json.output)["firmware"][1]["version"], "2.4.7");
+    EXPECT_EQ(jsonOf(json.errors)["error"]["message"], message);
+
+    const auto secure = runTool(address + Words{"info", "--secure"});
+    EXPECT_EQ(secure.exitCode, 4);
+    EXPECT_THAT(secure.output, IsEmpty());
+    EXPECT_EQ(unknown.lockHolder(), std::nullopt);
 }
 
 TEST_F(ToolTest, TreeShowsTypeVersionAndInstanceIdOfEveryObject) {
@@ -186,8 +212,10 @@ TEST_F(ToolTest, BatchShowsWhatArrivedBeforeADeviceError) {
 TEST_F(ToolTest, BatchWithARefusedCallShowsAllResultsAndFails) {
     const auto run = tool({"batch", "-"}, "power.toggle value=-1\npower.set state=1\n");
     EXPECT_EQ(run.exitCode, 1);
-    EXPECT_EQ(run.output, "1: power.toggle: return code 1\n2: power.set: return code 0\n");
-    EXPECT_EQ(run.errors, "tavo: -:1: power.toggle returned code 1\n");
+    EXPECT_EQ(run.output, "1: power.toggle: return code 1: an argument is out of range or malformed\n"
+                          "2: power.set: return code 0\n");
+    EXPECT_EQ(run.errors,
+              "tavo: -:1: power.toggle returned code 1: an argument is out of range or malformed\n");
 }
 
 TEST_F(ToolTest, BatchWithoutCallsMakesNone) {
@@ -210,6 +238,53 @@ TEST_F(ToolTest, RelaysAreListedReadAndSwitched) {
     EXPECT_EQ(jsonOf(tool({"relay", "list", "--json"}).output).size(), 5u);
 }
 
+TEST_F(ToolTest, RelaysAreFollowedWithALineForEachChange) {
+    for (const bool json : {false, true}) {
+        auto setup = setupOf({"relay", "list", "--follow", "--interval", "0.01"});
+        if (json)
+            setup.arguments.emplace_back("--json");
+        simulator.clearCalls();
+        support::Process process(setup);
+        const auto awaitLooks = [this](std::size_t count) {
+            const auto deadline = std::chrono::steady_clock::now() + support::processPatience;
+            while (callsOf("power", "get").size() < count && std::chrono::steady_clock::now() < deadline)
+                std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        };
+        const auto switchPower = [this](bool on) {
+            return simulator.inspect([on](auto& appliance) {
+                appliance.template get<TAVO::simulator::Relay>("power").set(on);
+                return true;
+            });
+        };
+        awaitLooks(1);
+        switchPower(true);
+        awaitLooks(callsOf("power", "get").size() + 2);
+        switchPower(false);
+        awaitLooks(callsOf("power", "get").size() + 2);
+        process.signal(SIGINT);
+        const auto run = process.wait();
+        EXPECT_EQ(run.signal, SIGINT);
+        EXPECT_EQ(run.output,
+                  json ? "{\"name\": \"bench.drawer.left\", \"on\": false, \"state\": 0}\n"
+                         "{\"name\": \"bench.drawer.right\", \"on\": false, \"state\": 0}\n"
+                         "{\"name\": \"bench.fan\", \"on\": false, \"state\": 0}\n"
+                         "{\"name\": \"bench.lamp\", \"on\": false, \"state\": 0}\n"
+                         "{\"name\": \"power\", \"on\": false, \"state\": 0}\n"
+                         "{\"name\": \"power\", \"on\": true, \"state\": 1}\n"
+                         "{\"name\": \"power\", \"on\": false, \"state\": 0}\n"
+                       : "bench.drawer.left  off\nbench.drawer.right  off\nbench.fan  off\nbench.lamp  off\n"
+                         "power  off\npower  on\npower  off\n");
+        EXPECT_FALSE(simulator.lockHolder());
+    }
+}
+
+TEST_F(ToolTest, FollowingEndsWithItsTime) {
+    const auto run = tool({"relay", "list", "--follow", "--timeout", "0"});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_EQ(run.output, tool({"relay", "list"}).output);
+    EXPECT_EQ(tool({"relay", "list", "--timeout", "1"}).exitCode, 2) << "only with --follow";
+}
+
 TEST_F(ToolTest, RelayArgumentsAreChecked) {
     EXPECT_EQ(tool({"relay", "set", "power", "up"}).exitCode, 2);
     EXPECT_EQ(tool({"relay"}).exitCode, 2);
@@ -218,7 +293,8 @@ TEST_F(ToolTest, RelayArgumentsAreChecked) {
     EXPECT_EQ(cmos.errors, "tavo: 'cmos' is no relay\n");
     const auto refused = tool({"relay", "toggle", "power", "--", "-5"});
     EXPECT_EQ(refused.exitCode, 1);
-    EXPECT_EQ(refused.errors, "tavo: power.toggle returned code 1\n");
+    EXPECT_EQ(refused.errors,
+              "tavo: power.toggle returned code 1: an argument is out of range or malformed\n");
 }
 
 TEST_F(ToolTest, TimeIsSetAndReadAsTheDeviceCounts) {
@@ -237,33 +313,6 @@ TEST_F(ToolTest, TimeSetOfAMomentNeedsAUnit) {
     EXPECT_THAT(run.errors, HasSubstr("--unit"));
     EXPECT_EQ(tool({"time", "set", "never", "--unit", "s"}).exitCode, 2);
     EXPECT_EQ(simulator.connectionCount(), 0u);
-}
-
-TEST_F(ToolTest, FirmwareIsUpdatedAndWatchedUntilItsStatusRests) {
-    const auto file = testing::TempDir() + "tool_image_" + std::to_string(simulator.port());
-    std::ofstream(file) << "new image";
-    const auto run = tool({"firmware", "update", "main", file, "--wait", "--settle", "1.5"});
-    std::remove(file.c_str());
-    EXPECT_EQ(run.exitCode, 0) << run.errors;
-    EXPECT_EQ(run.output, "2 100\n");
-    EXPECT_THAT(run.errors, IsEmpty()) << "no progress display without a terminal";
-    EXPECT_EQ(callsOf("system", "firmwareUpdate").at(0).parameters.find("image")->toString(),
-              "6e657720696d616765");
-    EXPECT_EQ(jsonOf(tool({"firmware", "status", "main", "--json"}).output),
-              nlohmann::json::parse(R"({"name": "main", "first": 2, "second": 100})"));
-}
-
-TEST_F(ToolTest, FirmwareWaitingEndsAtItsTimeout) {
-    const auto run = tool({"firmware", "status", "main", "--wait", "--settle", "60", "--timeout", "0.2"});
-    EXPECT_EQ(run.exitCode, 1);
-    EXPECT_THAT(run.errors, HasSubstr("firmware 'main'"));
-}
-
-TEST_F(ToolTest, FirmwareThatTheDeviceDoesNotKnowIsRefused) {
-    const auto run = tool({"firmware", "status", "nope"});
-    EXPECT_EQ(run.exitCode, 1);
-    EXPECT_EQ(run.errors, "tavo: There is no firmware 'nope'\n");
-    EXPECT_EQ(tool({"firmware", "update", "main", "/"}).exitCode, 2);
 }
 
 } // namespace

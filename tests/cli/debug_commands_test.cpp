@@ -1,5 +1,7 @@
 #include <chrono>
+#include <csignal>
 #include <string>
+#include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -120,7 +122,7 @@ TEST_F(DebugTool, HdtThatIsSwitchedOffRefuses) {
     });
     const auto run = tool({"hdt", "request", "on"});
     EXPECT_EQ(run.exitCode, 1);
-    EXPECT_EQ(run.errors, "tavo: cpu0.hdt.ioDbreqSet returned code 3\n");
+    EXPECT_EQ(run.errors, "tavo: cpu0.hdt.ioDbreqSet returned code 3: the function is switched off\n");
 }
 
 TEST_F(DebugTool, GpuScanShowsBitsAsNumberOrBytes) {
@@ -148,6 +150,31 @@ TEST_F(DebugTool, GpuModeIsReadAndSetOnDebuggerAndMux) {
     EXPECT_EQ(tool({"gpu", "mode", "4"}).exitCode, 1);
     EXPECT_EQ(tool({"gpu", "mode", "--object", "power"}).errors,
               "tavo: 'power' is no gpuDebug or kelvorGpuDebugMux\n");
+}
+
+TEST_F(DebugTool, HeaderStatusIsFollowedWithALineForEachChange) {
+    support::Process process(
+        setupOf({"header", "status", "--object", "cpu0.hdt", "--follow", "--interval", "0.01", "--json"}));
+    EXPECT_EQ(process.firstLine(),
+              R"({"changed": true, "connected": true, "error": false, "name": "HDT", "object": "cpu0.hdt"})");
+    simulator.inspect([](auto& appliance) {
+        appliance.template get<TAVO::simulator::Hdt>("cpu0.hdt").headerStatus().setError();
+    });
+    const auto seen = callsOf("cpu0.hdt", "headerStatusGet").size();
+    const auto deadline = std::chrono::steady_clock::now() + support::processPatience;
+    while (callsOf("cpu0.hdt", "headerStatusGet").size() < seen + 2 &&
+           std::chrono::steady_clock::now() < deadline)
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    process.signal(SIGTERM);
+    EXPECT_EQ(process.wait().output,
+              R"({"changed": true, "connected": true, "error": false, "name": "HDT", "object": "cpu0.hdt"})"
+              "\n"
+              R"({"connections": [{"host": ["HDT"], "target": ["CPU0"]}], "object": "cpu0.hdt"})"
+              "\n"
+              R"({"changed": true, "connected": true, "error": true, "name": "HDT", "object": "cpu0.hdt"})"
+              "\n");
+    EXPECT_EQ(tool({"header", "status", "--object", "cpu0.hdt", "--follow", "--timeout", "0"}).output,
+              "cpu0.hdt  HDT         connected, changed, error\ncpu0.hdt  connections: HDT -- CPU0\n");
 }
 
 TEST_F(DebugTool, HeaderStatusShowsAllHeadersFromOneExchange) {

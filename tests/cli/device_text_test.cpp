@@ -41,6 +41,7 @@ protected:
         std::ofstream(folder / "image", std::ios::binary) << "\x01\x02";
         // A line of a batch cannot name an object with a line end in its name.
         std::ofstream(folder / "batch") << "device.info\n";
+        std::ofstream(folder / "script") << "relay list\n";
     }
     ~DeviceText() override { fs::remove_all(folder); }
 
@@ -52,13 +53,14 @@ protected:
                 {{"tree"}, {"--methods"}},
                 {{"call"}, {device.nameOf("gpuDebug") + ".jtag.headerStatusGet"}},
                 {{"batch"}, {(folder / "batch").string()}},
+                {{"shell"}, {(folder / "script").string()}},
                 {{"relay", "list"}, {}},
                 {{"relay", "get"}, {relay}},
                 {{"relay", "set"}, {relay, "on"}},
                 {{"relay", "toggle"}, {relay}},
                 {{"time", "get"}, {"--unit", "us"}},
                 {{"time", "set"}, {"5"}},
-                {{"firmware", "update"}, {"main", file}},
+                {{"firmware", "update"}, {"main", file, "-y"}},
                 {{"firmware", "status"}, {"main"}},
                 {{"header", "status"}, {}},
                 {{"header", "clear"}, {}},
@@ -80,6 +82,7 @@ protected:
                 {{"i2c", "dump"}, {"0x50", "--range", "0x00-0x01"}},
                 {{"i2c", "get"}, {"0x50", "0", "2"}},
                 {{"i2c", "set"}, {"0x50", "0", "1", "-y", "--verify"}},
+                {{"i2c", "transfer"}, {"w1@0x50", "0", "r2", "-y"}},
                 {{"post", "follow"}, {"--timeout", "0"}},
                 {{"post", "list"}, {}},
                 {{"post", "clear"}, {}},
@@ -122,9 +125,11 @@ protected:
             expectHarmless(withoutReplacement(json.errors), name);
             EXPECT_EQ(text.exitCode, json.exitCode) << name << text.errors << json.errors;
             EXPECT_GE(text.exitCode, 0) << name;
-            for (const auto& document : {json.output, json.errors})
-                if (!document.empty())
-                    jsonOf(document);
+            if (command == Words{"post", "follow"})
+                documentsOf(json.output); // one for each code
+            else if (!json.output.empty())
+                jsonOf(json.output);
+            documentsOf(json.errors); // one for each warning, then that of the failure
         }
     }
 

@@ -183,7 +183,7 @@ TEST_F(I2cCommand, SetWithoutTerminalAndConsentSendsNothing) {
     EXPECT_EQ(run.exitCode, 2);
     EXPECT_EQ(run.errors, "tavo: --yes is required: there is no terminal to ask at\n");
     EXPECT_EQ(simulator.connectionCount(), 0u);
-    for (const auto& wrong : {Words{"0x100"}, Words{"-1"}, Words{"x"}, Words{}})
+    for (const auto& wrong : {Words{"0x100"}, Words{"-1"}, Words{"x"}})
         EXPECT_EQ(i2c(Words{"set", "0x54", "0", "-y"} + wrong).exitCode, 2);
     EXPECT_EQ(i2c({"set", "0x50", "0xff", "1", "2", "-y"}).exitCode, 2);
     EXPECT_THAT(callsOf("i2c", "write"), IsEmpty());
@@ -203,6 +203,79 @@ TEST_F(I2cCommand, SetAsksAtTheTerminal) {
         EXPECT_EQ(callsOf("i2c", "write").size(), 1u);
     }
     EXPECT_EQ(content(0x50)[0xff], 0x5a);
+}
+
+TEST_F(I2cCommand, GetAndSetTakeRegistersOfSixteenBits) {
+    EXPECT_EQ(i2c({"set", "0x54", "0x10", "0x1234", "7", "--word", "--word-address", "-y"}).exitCode, 0);
+    EXPECT_EQ(callsOf("i2c", "write").at(0).parameters.find("data")->toString(), "001034120700");
+    EXPECT_EQ(i2c({"get", "0x54", "0x10", "2", "--word", "--word-address"}).output, "0x1234 0x0007\n");
+    const auto document = jsonOf(i2c({"get", "0x54", "0x10", "--word", "--word-address", "--json"}).output);
+    EXPECT_EQ(document["values"], nlohmann::json({0x1234}));
+    const auto wide = i2c({"set", "0x54", "0", "256", "--word-address", "-y"});
+    EXPECT_EQ(wide.exitCode, 2);
+    EXPECT_THAT(wide.errors, HasSubstr("0x100 exceeds 0xff (--word"));
+}
+
+TEST_F(I2cCommand, SetWithoutValuesWritesTheRegisterNumberAlone) {
+    EXPECT_EQ(i2c({"set", "0x50", "0x80", "-y"}).exitCode, 0);
+    EXPECT_EQ(callsOf("i2c", "write").at(0).parameters.find("data")->toString(), "80");
+    EXPECT_EQ(i2c({"get", "0x50"}).output, "0x53\n") << "what is read next stands there";
+    EXPECT_EQ(i2c({"set", "0x51", "0x80", "-y"}).exitCode, 1);
+    EXPECT_EQ(i2c({"set", "0x50", "0x80"}).exitCode, 2) << "it asks";
+}
+
+TEST_F(I2cCommand, TransferWritesAndReadsInOneCall) {
+    const auto run = i2c({"transfer", "w1@0x50", "0x80", "r4", "-y"});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_EQ(run.output, "0x53 0x49 0x4d 0x2d\n");
+    EXPECT_EQ(callsOf("i2c", "transfer").size(), 1u);
+    EXPECT_EQ(jsonOf(i2c({"transfer", "w1@0x50", "0x80", "r2", "-y", "--json"}).output),
+              nlohmann::json::parse(R"({"object": "i2c", "messages": [
+                  {"address": 80, "written": 1}, {"address": 80, "read": [83, 73]}]})"));
+}
+
+TEST_F(I2cCommand, TransferPutsAStopBehindTheLastMessageOnly) {
+    const auto run =
+        i2c({"transfer", "w4@0x54", "0", "0", "0xa0+", "w1@0x50", "0x81", "r1", "r1@0x54", "-y"});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_THAT(run.output, StartsWith("0x49\n0x"));
+    const auto writes = callsOf("i2c", "write");
+    ASSERT_EQ(writes.size(), 2u);
+    EXPECT_THAT(writes[0].toString(), HasSubstr("first=true second=false"));
+    EXPECT_EQ(writes[0].parameters.find("data")->toString(), "0000a0a1");
+    EXPECT_THAT(callsOf("i2c", "read").at(1).toString(), HasSubstr("first=true second=true"));
+}
+
+TEST_F(I2cCommand, TransferWritesNothingBehindAMessageThatIsNotAcknowledged) {
+    const auto run = i2c({"transfer", "w2@0x51", "0", "1", "w2@0x50", "0", "1", "-y"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.errors, "tavo: i2c: message 1, to address 0x51, was not acknowledged\n");
+    EXPECT_EQ(callsOf("i2c", "write").size(), 1u);
+}
+
+TEST_F(I2cCommand, TransferGivesTheBusBackAfterAFailure) {
+    simulator.failNext(faults::ReturnCode{5}, requestsUntil("i2c", "read",
+                                                            {"i2c", "--object", "i2c", "transfer", "w1@0x50",
+                                                             "0", "r1@0x54", "-y"}));
+    simulator.clearCalls();
+    EXPECT_EQ(i2c({"transfer", "w1@0x50", "0", "r1@0x54", "-y"}).exitCode, 1);
+    const auto writes = callsOf("i2c", "write");
+    ASSERT_EQ(writes.size(), 2u);
+    EXPECT_THAT(writes[1].toString(), HasSubstr("first=false second=true"));
+}
+
+TEST_F(I2cCommand, TransferAsksBeforeItWritesAndChecksItsWords) {
+    EXPECT_EQ(i2c({"transfer", "r1@0x50"}).exitCode, 0) << "to read needs no consent";
+    const auto connections = simulator.connectionCount();
+    EXPECT_THAT(i2c({"transfer", "w1@0x50", "0", "r1"}).errors, HasSubstr("--yes is required"));
+    EXPECT_THAT(i2c({"transfer", "r1"}).errors, HasSubstr("'r1' has no address"));
+    EXPECT_THAT(i2c({"transfer", "x1@0x50"}).errors, HasSubstr("'x1@0x50' begins no message"));
+    EXPECT_THAT(i2c({"transfer", "w2@0x50", "1"}).errors, HasSubstr("'w2@0x50' is followed by 1 of 2 bytes"));
+    EXPECT_THAT(i2c({"transfer", "w1@0x50", "256"}).errors,
+                HasSubstr("'256': byte: Value 256 not in range 0 to 255"));
+    EXPECT_THAT(i2c({"transfer", "r1@0x80"}).errors,
+                HasSubstr("'r1@0x80': address: Value 0x80 not in range 0 to 127"));
+    EXPECT_EQ(simulator.connectionCount(), connections);
 }
 
 } // namespace

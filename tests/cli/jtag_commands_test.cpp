@@ -87,7 +87,7 @@ TEST_F(JtagTool, ScanThatTheDeviceRefusesFails) {
     });
     const auto run = jtag({"scan"});
     EXPECT_EQ(run.exitCode, 1);
-    EXPECT_EQ(run.errors, "tavo: cpu0.jtag.tapStateSet returned code 3\n");
+    EXPECT_EQ(run.errors, "tavo: cpu0.jtag.tapStateSet returned code 3: the function is switched off\n");
 }
 
 TEST_F(LegacyJtagTool, ScanWorksOnOldObjects) {
@@ -129,6 +129,39 @@ TEST_F(JtagTool, ShiftsLeaveInOneExchangeAndShowWhatCameBack) {
     EXPECT_EQ(callsOf("cpu0.jtag", "shiftIR").at(0).request, callsOf("cpu0.jtag", "shiftDR").at(0).request);
 }
 
+TEST_F(JtagTool, ShiftsThroughOneTapPutTheOthersInBypass) {
+    const auto tapShift = [this](const char* tap, const char* bits, const char* instruction,
+                                 const Words& more) {
+        return jtag(Words{"shift", "--tap", tap, "ir", bits, instruction, "dr", "32", "0"} + more);
+    };
+    const auto first = tapShift("0", "8", "02", {"--chain", "8,5,10"});
+    EXPECT_EQ(first.exitCode, 0) << first.errors;
+    EXPECT_EQ(first.output, "numbers, the lowest bit is shifted first\n"
+                            "ir 8  in 0x02  out 0x01\n"
+                            "dr 32  in 0x00000000  out 0x2a45d0c3\n");
+    EXPECT_EQ(callsOf("cpu0.jtag", "shiftIR").at(0).parameters.find("data")->toString(), "02ff7f");
+    EXPECT_EQ(callsOf("cpu0.jtag", "shiftDR").at(0).parameters.find("bits")->toString(), "34");
+    EXPECT_THAT(tapShift("1", "5", "6", {"--chain", "8,5,10"}).output, HasSubstr("out 0x17b1e0c3\n"));
+    EXPECT_THAT(tapShift("2", "10", "159", {}).output, HasSubstr("out 0x0c0de1d5\n")) << "found by a scan";
+    const auto document = jsonOf(tapShift("1", "5", "6", {"--json"}).output);
+    EXPECT_EQ(document["tap"], 1);
+    EXPECT_EQ(document["shifts"][1], nlohmann::json::parse(R"({"register": "dr", "bits": 32,
+        "in": "0x00000000", "out": "0x17b1e0c3", "returnCode": 0})"));
+}
+
+TEST_F(JtagTool, ShiftsThroughOneTapAreCheckedAgainstTheChain) {
+    const Words data{"dr", "32", "0"};
+    EXPECT_THAT(jtag(Words{"shift", "--tap", "0"} + data).errors, HasSubstr("the first shift must be ir"));
+    EXPECT_EQ(jtag(Words{"shift", "--chain", "8,5,10"} + data).exitCode, 2) << "only with --tap";
+    EXPECT_EQ(simulator.connectionCount(), 0u);
+    const auto beyond = jtag(Words{"shift", "--tap", "3", "--chain", "8,5,10"} + data);
+    EXPECT_EQ(beyond.exitCode, 2);
+    EXPECT_EQ(beyond.errors, "tavo: there is no TAP 3: the chain has 3, counted from 0\n");
+    EXPECT_EQ(jtag({"shift", "--tap", "1", "ir", "8", "2"}).errors,
+              "tavo: the instruction register of TAP 1 has 5 bits, not 8\n");
+    EXPECT_EQ(jtag(Words{"shift", "--tap", "1", "--chain", "8,x"} + data).exitCode, 2);
+}
+
 TEST_F(JtagTool, ShiftsInBytesGoInTheirOrder) {
     const auto run =
         jtag({"shift", "--bytes", "ir", "23", "02ff7f", "dr", "34", "0000000000", "dr", "0", ""});
@@ -147,7 +180,8 @@ TEST_F(JtagTool, ShiftsThatTheDeviceRefusesAreShownAndFail) {
     const auto run = jtag({"shift", "ir", "4", "f", "dr", "1000001", "0"});
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_THAT(run.output, HasSubstr("ir 4  in 0xf  out 0x1\n"));
-    EXPECT_EQ(run.errors, "tavo: cpu0.jtag.shiftDR returned code 1\n");
+    EXPECT_EQ(run.errors,
+              "tavo: cpu0.jtag.shiftDR returned code 1: an argument is out of range or malformed\n");
 }
 
 TEST_F(JtagTool, ShiftsAreCheckedBeforeAnythingIsSent) {
@@ -169,7 +203,8 @@ TEST_F(JtagTool, StatesGoByNameAndNumber) {
     EXPECT_EQ(jtag({"state", "1"}).output, "1 Run-Test/Idle\n");
     const auto refused = jtag({"state", "Shift-DR"});
     EXPECT_EQ(refused.exitCode, 1) << "the simulated device only moves to states in which it can stay";
-    EXPECT_EQ(refused.errors, "tavo: cpu0.jtag.tapStateSet returned code 1\n");
+    EXPECT_EQ(refused.errors,
+              "tavo: cpu0.jtag.tapStateSet returned code 1: an argument is out of range or malformed\n");
     EXPECT_EQ(jtag({"state", "nowhere"}).exitCode, 2);
 }
 

@@ -126,6 +126,43 @@ TEST(OptionParser, KeepsNumbersWithinTheirLimits) {
         EXPECT_THAT(refusalOf(list, {option, "nan"}), HasSubstr("Value nan is not a number")) << option;
 }
 
+TEST(OptionParser, NamesTheNumberAndBoundsThatPeopleCanRead) {
+    std::optional<std::uint16_t> port;
+    std::uint32_t address = 0;
+    std::int32_t baud = 0;
+    double settle = 0, wait = 0;
+    OptionList list;
+    list.add("--port", port, "", {.limits = between(1, 65535)});
+    list.add("--address", address, "", {.limits = between(0x08, 0x77)});
+    list.add("--baud", baud, "");
+    list.add("--settle", settle, "", {.limits = positive()});
+    list.add("--wait", wait, "", {.kind = ValueKind::duration, .limits = between(0.5, 7200.0)});
+    EXPECT_EQ(refusalOf(list, {"--port", "99999"}), "--port: Value 99999 not in range 1 to 65535");
+    EXPECT_EQ(refusalOf(list, {"--port", "-1"}), "--port: Value -1 not in range 1 to 65535");
+    EXPECT_EQ(refusalOf(list, {"--address", "0x78"}),
+              "--address: Value 0x78 not in range 8 to 119 (0x8 to 0x77)");
+    EXPECT_EQ(refusalOf(list, {"--baud", "99999999999999999999"}),
+              "--baud: Value 99999999999999999999 not in range -2147483648 to 2147483647");
+    EXPECT_EQ(refusalOf(list, {"--settle", "0"}), "--settle: Value 0 not in range above 0");
+    EXPECT_EQ(refusalOf(list, {"--wait", "3h"}), "--wait: Value 3h not in range 500ms to 2h");
+}
+
+TEST(OptionParser, TakesWholeNumbersOfThreeKindsEverywhere) {
+    std::vector<std::uint32_t> values;
+    std::int32_t row = 0;
+    OptionList list;
+    list.add("values", values, "");
+    list.add("--row", row, "");
+    EXPECT_EQ(refusalOf(list, {"10", "0x10", "010", "--row=-010"}), "");
+    EXPECT_THAT(values, ElementsAre(10, 16, 8));
+    EXPECT_EQ(row, -8);
+    EXPECT_THAT(refusalOf(list, {"08"}),
+                HasSubstr("values: Value 08 is not a number: after a leading 0 it is octal"));
+    EXPECT_THAT(refusalOf(list, {"ten"}), HasSubstr("values: Value ten is not a number"));
+    EXPECT_THAT(refusalOf(list, {"--row", "1.5"}),
+                HasSubstr("--row: Value 1.5 is not a number; whole numbers are"));
+}
+
 TEST(OptionParser, TakesDurationsWithTheirUnits) {
     std::optional<double> timeout;
     OptionList list;

@@ -83,6 +83,17 @@ TEST_F(PostCommand, FollowShowsCodesAsTheyComeUntilTheWantedOne) {
     EXPECT_FALSE(simulator.lockHolder());
 }
 
+TEST_F(PostCommand, FollowAsJsonShowsEachCodeAsItComes) {
+    letPass(1s);
+    support::Process process(setupOf({"post", "follow", "--until", "aa", "--interval", "0.02", "--json"}));
+    EXPECT_EQ(process.firstLine(), R"({"code": 1, "flags": 1, "port": 128, "time": 250000})");
+    letPass(3s);
+    const auto run = process.wait();
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_THAT(run.output, EndsWith("{\"code\": 170, \"flags\": 0, \"port\": 128, \"time\": 3000000}\n"));
+    EXPECT_EQ(linesOf(run.output), codesOfBoot);
+}
+
 TEST_F(PostCommand, FollowTakesAndClearsInOneExchange) {
     letPass(4s);
     EXPECT_EQ(tool({"post", "follow", "--until", "0xAA"}).exitCode, 0);
@@ -97,19 +108,18 @@ TEST_F(PostCommand, FollowFailsWhenTheWantedCodeDoesNotComeInTime) {
     letPass(1s);
     const auto run = tool({"post", "follow", "--until", "AA", "--timeout", "0.2", "--json"});
     EXPECT_EQ(run.exitCode, 1);
-    const auto document = jsonOf(run.output);
-    EXPECT_EQ(document["reached"], false);
-    EXPECT_EQ(document["codes"][0]["code"], 1);
-    EXPECT_EQ(jsonOf(run.errors)["error"]["message"], "POST code AA did not arrive within 0.2 s");
+    const auto codes = documentsOf(run.output);
+    ASSERT_FALSE(codes.empty());
+    EXPECT_EQ(codes[0]["code"], 1);
+    EXPECT_EQ(jsonOf(run.errors)["error"]["message"], "POST code AA did not arrive within 200ms");
 }
 
 TEST_F(PostCommand, FollowWithoutWantedCodeEndsWithTheTime) {
     letPass(4s);
     const auto run = tool({"post", "follow", "--timeout", "0", "--json"});
     EXPECT_EQ(run.exitCode, 0) << run.errors;
-    const auto document = jsonOf(run.output);
-    EXPECT_EQ(document["codes"].size(), 60u);
-    EXPECT_FALSE(document.contains("reached"));
+    EXPECT_EQ(documentsOf(run.output).size(), 60u);
+    EXPECT_EQ(linesOf(run.output), 60) << "a document is a line";
 }
 
 TEST_F(PostCommand, FollowGivesWhatItTookAlsoWhenASignalEndsIt) {
@@ -120,7 +130,7 @@ TEST_F(PostCommand, FollowGivesWhatItTookAlsoWhenASignalEndsIt) {
     process.signal(SIGTERM);
     const auto run = process.wait();
     EXPECT_EQ(run.signal, SIGTERM);
-    EXPECT_EQ(jsonOf(run.output)["codes"].size(), 60u);
+    EXPECT_EQ(documentsOf(run.output).size(), 60u);
     EXPECT_FALSE(simulator.lockHolder());
 }
 

@@ -1,8 +1,11 @@
+#include <chrono>
+#include <csignal>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <set>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -63,6 +66,9 @@ protected:
             return romOf(appliance).write(static_cast<std::int64_t>(offset),
                                           std::vector<std::uint8_t>(bytes.begin(), bytes.end()));
         });
+    }
+    void setEnabled(bool on) {
+        simulator.inspect([&](Appliance& appliance) { romOf(appliance).setEnabled(on); });
     }
     bool enabled() {
         return simulator.inspect([this](Appliance& appliance) { return romOf(appliance).enabled(); });
@@ -125,14 +131,65 @@ TEST_F(RomCommand, LoadEndsWithTheWriteThatIsRefused) {
     const auto file = fileWith("12345");
     const Words arguments{"rom", "load", file, "-y", "--enable"};
     simulator.failNext(faults::ReturnCode{1}, requestsUntil(object, "sramSet", arguments));
-    const auto before = simulator.inspect([this](Appliance& appliance) {
-        romOf(appliance).setEnabled(false);
-        return true;
-    });
-    EXPECT_TRUE(before);
+    setEnabled(false);
     const auto run = tool(arguments);
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_THAT(run.errors, HasSubstr("lpc.lpcRomEmulation.sramSet returned code 1"));
+    EXPECT_FALSE(enabled());
+}
+
+TEST_F(RomCommand, LoadSwitchesAnEnabledRomOffUntilAllIsVerified) {
+    setEnabled(true);
+    const auto run = tool({"rom", "load", fileWith("image"), "-y"});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_EQ(run.output, "5 bytes loaded, verified, enabled\n");
+    std::vector<std::string> order;
+    for (const auto& call : simulator.calls())
+        if (call.object == object &&
+            (call.method.starts_with("sramS") || call.method == "sramGet" || call.method == "enableSet"))
+            order.push_back(call.method + " " +
+                            (call.method == "enableSet" ? call.parameters.toString() : ""));
+    EXPECT_EQ(order, (std::vector<std::string>{"sramSizeGet ", "enableSet enable=false", "sramSet ",
+                                               "sramGet ", "enableSet enable=true"}));
+    EXPECT_TRUE(enabled());
+}
+
+TEST_F(RomCommand, LoadLiveLeavesTheRomEnabled) {
+    setEnabled(true);
+    const auto run = tool({"rom", "load", fileWith("image"), "-y", "--live"});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_THAT(callsOf(object, "enableSet"), IsEmpty());
+    EXPECT_TRUE(enabled());
+}
+
+TEST_F(RomCommand, LoadThatASignalEndsLeavesTheRomOffAndSaysHowFarItCame) {
+    const auto file = fileWith("x");
+    const Words load{"rom", "load", file, "-y"};
+    setEnabled(true);
+    const auto ahead = requestsUntil(object, "sramSet", load) + 1;
+    fileWith(patternOf(romSize));
+    for (std::uint64_t i = 0; i < 20; ++i)
+        simulator.failNext(faults::Silent{}, ahead + i);
+    const auto request = simulator.requestCount() + ahead;
+    support::Process process(setupOf(load));
+    const auto deadline = std::chrono::steady_clock::now() + support::processPatience;
+    while (simulator.requestCount() < request && std::chrono::steady_clock::now() < deadline)
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    process.signal(SIGINT);
+    const auto run = process.wait();
+    EXPECT_EQ(run.signal, SIGINT);
+    EXPECT_EQ(run.errors, "tavo: warning: at least 2097152 of 8388608 bytes were written; the ROM is off\n");
+    EXPECT_FALSE(enabled());
+}
+
+TEST_F(RomCommand, LoadWithADifferenceLeavesTheRomOff) {
+    setEnabled(true);
+    const auto file = fileWith("image");
+    const Words load{"rom", "load", file, "-y"};
+    simulator.failNext(faults::ReturnCode{6}, requestsUntil(object, "sramGet", load));
+    const auto run = tool(load + Words{"--json"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_THAT(run.errors, HasSubstr("at least 5 of 5 bytes were written; the ROM is off"));
     EXPECT_FALSE(enabled());
 }
 
@@ -165,6 +222,29 @@ TEST_F(RomCommand, SaveGivesBackWhatWasLoaded) {
     EXPECT_TRUE(contentOf(pathOf("saved")) == image);
 }
 
+TEST_F(RomCommand, SaveWritesToStandardOutput) {
+    const auto image = patternOf(3 * 1024 * 1024 + 5);
+    fill(0x10, image);
+    const auto run = tool({"rom", "save", "-", "--offset", "0x10", "--length", std::to_string(image.size())});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_TRUE(run.output == image);
+    EXPECT_THAT(run.errors, IsEmpty());
+    auto full = setupOf({"rom", "save", "-"});
+    full.outputFile = "/dev/full";
+    EXPECT_EQ(support::runProcess(full).exitCode, 9);
+}
+
+TEST_F(RomCommand, SaveDoesNotMixTheMemoryWithJsonOrATerminal) {
+    EXPECT_EQ(tool({"rom", "save", "-", "--json"}).exitCode, 2);
+    const support::PseudoTerminal terminal;
+    auto setup = setupOf({"rom", "save", "-"});
+    setup.outputFile = terminal.name();
+    const auto run = support::runProcess(setup);
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_THAT(run.errors, HasSubstr("standard output is a terminal"));
+    EXPECT_EQ(simulator.connectionCount(), 0u);
+}
+
 TEST_F(RomCommand, SaveReplacesTheFileOnlyWhenAllWasRead) {
     const auto file = pathOf("image");
     const Words arguments{"rom", "save", file, "--length", "4"};
@@ -180,7 +260,6 @@ TEST_F(RomCommand, SaveReplacesTheFileOnlyWhenAllWasRead) {
     EXPECT_EQ(tool({"rom", "save", file, "--offset", "1", "--length", std::to_string(romSize)}).exitCode, 2);
     EXPECT_EQ(tool({"rom", "save", pathOf("no/such/folder")}).exitCode, 2);
     EXPECT_EQ(tool({"rom", "save", folder.string()}).exitCode, 2);
-    EXPECT_EQ(tool({"rom", "save", "-"}).exitCode, 2);
     EXPECT_EQ(contentOf(file), "old");
 }
 

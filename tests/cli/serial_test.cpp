@@ -1,9 +1,11 @@
 #include <chrono>
 #include <csignal>
+#include <cstdio>
 #include <fstream>
 #include <optional>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -135,6 +137,56 @@ TEST_F(SerialCommand, IsAConsoleOnATerminalUntilTheKeyThatLeaves) {
     EXPECT_EQ(run.output, "\x03\x1a\x04 all keys\nbye");
     EXPECT_THAT(run.errors, StartsWith("com: Ctrl-] leaves\n"));
     expectAllGivenBack(console.terminal);
+}
+
+TEST_F(SerialCommand, CanBeLeftByAnotherKeySoThatTheUsualOneIsSent) {
+    ConsoleOnTerminal console(setupOf({"serial", "--loopback", "--leave", "^A"}));
+    console.terminal.type("a\x1d"
+                          "b\n");
+    EXPECT_EQ(console.process.firstLine(), "a\x1d"
+                                           "b");
+    console.terminal.type("\x01");
+    const auto run = console.process.wait();
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_THAT(run.errors, StartsWith("com: Ctrl-A leaves\n"));
+    for (const auto* key : {"", "A", "^", "^1", "^AA"})
+        EXPECT_EQ(tool({"serial", "--leave", key}).exitCode, 2) << key;
+}
+
+TEST_F(SerialCommand, SendsABreakAsAZeroByteAtASlowerRate) {
+    EXPECT_EQ(tool({"serial", "--break", "--wait", "0"}).exitCode, 0);
+    const auto opened = callsOf("com", "open");
+    ASSERT_EQ(opened.size(), 2u);
+    EXPECT_THAT(opened[0].toString(), HasSubstr("value1=57600 "));
+    EXPECT_THAT(opened[1].toString(), HasSubstr("value1=115200 "));
+    const auto sent = callsOf("com", "send");
+    ASSERT_EQ(sent.size(), 1u);
+    EXPECT_EQ(sent[0].parameters.find("data")->toString(), "00");
+    EXPECT_FALSE(portIsOpen());
+    const auto slowest = tool({"serial", "--break", "--baud", "300"});
+    EXPECT_EQ(slowest.exitCode, 2);
+    EXPECT_THAT(slowest.errors, HasSubstr("cannot send a break at 300 baud"));
+}
+
+TEST_F(SerialCommand, KeepsALogWithTimes) {
+    const auto path = testing::TempDir() + "tool_serial_log_" + std::to_string(simulator.port());
+    EXPECT_EQ(tool({"serial", "--loopback", "--log", path, "--wait", "0.1"}, "one\r\ntwo\x1b[1m").exitCode,
+              0);
+    EXPECT_EQ(tool({"serial", "--loopback", "--log", path, "--wait", "0.1"}, "three\n").exitCode, 0);
+    std::ifstream log(path);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(log, line);)
+        lines.push_back(line);
+    std::remove(path.c_str());
+    const auto time = "20[0-9-]{8}T[0-9:]{8}[.][0-9]{6}Z ";
+    ASSERT_EQ(lines.size(), 6u);
+    EXPECT_THAT(lines[0], testing::MatchesRegex(time + std::string("> one")));
+    EXPECT_THAT(lines[1], testing::MatchesRegex(time + std::string("< one")));
+    EXPECT_THAT(lines[2], testing::MatchesRegex(time + std::string("> two.x1b.1m")));
+    EXPECT_THAT(lines[3], testing::MatchesRegex(time + std::string("< two.x1b.1m")));
+    EXPECT_THAT(lines[4], testing::EndsWith(" > three"));
+    EXPECT_THAT(lines[5], testing::EndsWith(" < three"));
+    EXPECT_EQ(tool({"serial", "--log", "/no/such/folder/log"}).exitCode, 2);
 }
 
 TEST_F(SerialCommand, GivesTheTerminalBackWhenASignalEndsIt) {

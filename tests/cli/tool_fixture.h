@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -30,6 +31,21 @@ inline nlohmann::json jsonOf(const std::string& text) {
     auto document = nlohmann::json::parse(text, nullptr, false);
     EXPECT_FALSE(document.is_discarded()) << text;
     return document;
+}
+
+/// The same for any number of documents, one behind the other.
+inline std::vector<nlohmann::json> documentsOf(const std::string& text) {
+    std::vector<nlohmann::json> documents;
+    std::istringstream stream(text);
+    while ((stream >> std::ws).good() && stream.peek() != std::istringstream::traits_type::eof()) {
+        try {
+            stream >> documents.emplace_back();
+        } catch (const nlohmann::json::exception&) {
+            ADD_FAILURE() << text;
+            break;
+        }
+    }
+    return documents;
 }
 
 inline support::ProcessSetup toolWith(Words arguments) {

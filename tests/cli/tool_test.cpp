@@ -1,6 +1,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <thread>
 #include <vector>
@@ -14,6 +15,7 @@ namespace tool_test {
 namespace {
 
 namespace faults = TAVO::simulator::faults;
+using TAVO::simulator::Appliance;
 using TAVO::simulator::Fault;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -33,14 +35,25 @@ void expectFailure(const support::ProcessOutcome& text, const support::ProcessOu
     EXPECT_THAT(error["message"].get<std::string>(), HasSubstr(message));
 }
 
-TEST(Tool, HelpNamesTheCommandsAndTheExitCodes) {
+TEST(Tool, HelpNamesTheCommandsAndWhereTheExitCodesAre) {
     const auto run = runTool({"--help"});
     EXPECT_EQ(run.exitCode, 0);
     for (const auto* word : {"info", "tree", "call", "batch", "relay", "time", "firmware", "--password-file",
-                             "TAVO_PASSWORD", "Exit status:\n  0  done\n  1  ", "\n  9  "})
+                             "TAVO_PASSWORD", "tavo help exit-status"})
         EXPECT_THAT(run.output, HasSubstr(word));
     EXPECT_THAT(run.errors, IsEmpty());
     EXPECT_THAT(runTool({"call", "--help"}).output, HasSubstr("OBJECT.METHOD [name=value ...]"));
+}
+
+TEST(Tool, HelpIsACommandToo) {
+    EXPECT_EQ(runTool({"help"}).output, runTool({"--help"}).output);
+    EXPECT_EQ(runTool({"help", "hdt", "trigger"}).output, runTool({"hdt", "trigger", "--help"}).output);
+    const auto status = runTool({"help", "exit-status"});
+    EXPECT_THAT(status.output, StartsWith("Exit status:\n  0  done\n  1  "));
+    EXPECT_THAT(status.output, HasSubstr("\n  9  "));
+    const auto unknown = runTool({"help", "relay", "st"});
+    EXPECT_EQ(unknown.exitCode, 2);
+    EXPECT_EQ(unknown.errors, "tavo: there is no command 'relay st'; did you mean 'relay set'?\n");
 }
 
 TEST(Tool, VersionIsThatOfTheLibrary) { EXPECT_EQ(runTool({"--version"}).output, "tavo 2.0.0\n"); }
@@ -139,6 +152,10 @@ TEST_F(ToolTest, JsonErrorsTellWhatTheLibraryKnows) {
     const auto short_ = factsOf(get);
     EXPECT_EQ(short_["origin"], "library");
     EXPECT_EQ(short_["method"], "power.get");
+    EXPECT_EQ(
+        factsOf({"call", "power.toggle", "value=-1"}),
+        jsonOf(R"({"connectionUsable": true, "method": "power.toggle", "origin": "device", "returnCode": 1,
+                         "returnCodeMeaning": "an argument is out of range or malformed"})"));
     EXPECT_EQ(factsOf({"call", "power.frob"}), nlohmann::json()) << "the tool's own failures have none";
     simulator.stop();
     EXPECT_EQ(factsOf(get), jsonOf(R"({"connectionUsable": false, "origin": "connection"})"));
@@ -150,6 +167,29 @@ TEST_F(ToolTest, ReturnCodesAreShownWithTheResult) {
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_EQ(run.output, "power.get: return code -7\n  state = 0\n");
     EXPECT_EQ(run.errors, "tavo: power.get returned code -7\n");
+}
+
+TEST_F(ToolTest, ReturnCodesOfTheSimulatedModulesAreShownWithTheirMeaning) {
+    const auto ahead = requestsUntil("power", "get", {"call", "power.get"});
+    for (const auto& [code, meaning] : std::map<int, std::string>{
+             {1, "an argument is out of range or malformed"},
+             {2, "the compared bits differ"},
+             {3, "the function is switched off"},
+             {4, "nobody acknowledged"},
+             {5, "it took too long"},
+             {6, "the board has no power, or the port is not open"},
+             {7, "busy: another user has reserved the object, or an update is still running"}}) {
+        const auto number = std::to_string(code);
+        simulator.failNext(faults::ReturnCode{code, 0}, ahead);
+        const auto text = tool({"call", "power.get"});
+        EXPECT_EQ(text.output, "power.get: return code " + number + ": " + meaning + "\n  state = 0\n");
+        EXPECT_EQ(text.errors, "tavo: power.get returned code " + number + ": " + meaning + "\n");
+        simulator.failNext(faults::ReturnCode{code, 0}, ahead);
+        const auto json = tool({"--json", "call", "power.get"});
+        EXPECT_EQ(jsonOf(json.output)["returnCodeMeaning"], meaning);
+        EXPECT_EQ(jsonOf(json.errors)["error"]["facts"]["returnCodeMeaning"], meaning);
+        EXPECT_EQ(jsonOf(json.errors)["error"]["facts"]["returnCode"], code);
+    }
 }
 
 TEST_F(ToolTest, UnknownObjectsAndMethodsAreThree) {
@@ -184,7 +224,7 @@ TEST_F(ToolTest, WrongPasswordAndUnknownKeyAreFour) {
     setup.environment["TAVO_PASSWORD"] = "wrong";
     EXPECT_EQ(support::runProcess(setup).exitCode, 4);
     simulator.inspect([](auto& appliance) { appliance.setKey({1, 2, 3}); });
-    expectFailure(tool({"info"}), tool({"info", "--json"}), 4, "not-authorised",
+    expectFailure(tool({"info", "--secure"}), tool({"info", "--secure", "--json"}), 4, "not-authorised",
                   "Target is not a recognized TAVO server!");
     EXPECT_EQ(tool({"tree", "--secure"}).exitCode, 4);
     EXPECT_EQ(tool({"tree"}).exitCode, 0) << "without --secure nobody asks for the key";
@@ -261,6 +301,10 @@ TEST_F(ToolTest, NeverSucceedsWhenTheOutputCannotBeWritten) {
 }
 
 TEST_F(ToolTest, ASignalDuringAWaitReleasesTheLockAndEndsTheProcess) {
+    simulator.inspect([](Appliance& appliance) {
+        appliance.clock().freeze();
+        appliance.firmware().update("main", {1}, appliance.clock().elapsed());
+    });
     support::Process process(setupOf({"firmware", "status", "main", "--wait", "--settle", "50"}));
     const auto deadline = std::chrono::steady_clock::now() + support::processPatience;
     while (callsOf("system", "firmwareStatus").size() < 2 && std::chrono::steady_clock::now() < deadline)

@@ -14,7 +14,8 @@ struct CallOptions {
     std::vector<std::string> words;
 
     void describe(OptionList& list) {
-        list.add("call", words, "OBJECT.METHOD [name=value ...]", {.required = true});
+        list.add("call", words, "OBJECT.METHOD [name=value ...]",
+                 {.required = true, .nameKind = NameKind::method});
     }
 };
 

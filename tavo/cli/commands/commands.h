@@ -11,6 +11,7 @@ std::vector<Command> infoCommands();
 std::vector<Command> treeCommands();
 std::vector<Command> callCommands();
 std::vector<Command> batchCommands();
+std::vector<Command> shellCommands();
 std::vector<Command> relayCommands();
 std::vector<Command> timeCommands();
 std::vector<Command> firmwareCommands();
@@ -25,5 +26,6 @@ std::vector<Command> serialCommands();
 std::vector<Command> lcdCommands();
 std::vector<Command> lockCommands();
 std::vector<Command> shareCommands();
+std::vector<Command> helpCommands();
 
 } // namespace TAVO::cli

@@ -7,7 +7,9 @@
 #include <vector>
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
+#include <tavo/cli/follow.h>
 #include <tavo/cli/object_choice.h>
 #include <tavo/cli/output.h>
 
@@ -29,6 +31,21 @@ Objects chooseObjects(Session& session, const ObjectOptions& options, std::strin
     if (chosen.empty())
         throw Failure(ExitCode::notFound, fmt::format("no object of the device has a method '{}'", method));
     return chosen;
+}
+
+struct StatusOptions : ObjectOptions {
+    bool follow = false;
+    Pace pace;
+
+    void describe(OptionList& list) {
+        list.add("--follow", follow, "Go on with a line for each change");
+        pace.describe(list, {"--follow"});
+    }
+};
+
+std::string flagsText(const dto::Base::Header& header) {
+    return fmt::format("{}{}{}", header.flag1 != 0 ? "connected" : "not connected",
+                       header.flag2 != 0 ? ", changed" : "", header.flag3 != 0 ? ", error" : "");
 }
 
 void writeNames(JsonWriter& json, const std::vector<std::string>& names) {
@@ -67,8 +84,7 @@ void writeNames(TextWriter& text, const std::vector<std::string>& names) {
 void write(TextWriter& text, const Object_v1_0& object, const Status& status) {
     text.print("{}\n", object.getFullName());
     for (const auto& header : status.headers)
-        text.print("  {:<10}  {}{}{}\n", header.name, header.flag1 != 0 ? "connected" : "not connected",
-                   header.flag2 != 0 ? ", changed" : "", header.flag3 != 0 ? ", error" : "");
+        text.print("  {:<10}  {}\n", header.name, flagsText(header));
     for (const auto& [host, target] : status.connections) {
         text.write("  ");
         writeNames(text, host);
@@ -78,12 +94,54 @@ void write(TextWriter& text, const Object_v1_0& object, const Status& status) {
     }
 }
 
-void showStatus(Session& session, Output& output, const ObjectOptions& options) {
-    const auto objects = chooseObjects(session, options, headerStatusGet.name);
-    std::vector<std::shared_ptr<BoundMethod<Status>>> calls;
+using StatusCalls = std::vector<std::shared_ptr<BoundMethod<Status>>>;
+
+/// Asks all objects, in one exchange.
+StatusCalls askAll(Session& session, const Objects& objects) {
+    StatusCalls calls;
     for (const auto& object : objects)
         calls.push_back(callOf(*object, headerStatusGet));
     session.runAll({calls.begin(), calls.end()});
+    return calls;
+}
+
+/// A line for each header, and one for what the object's cables connect.
+void showChanges(Changes& changes, const std::string& object, const Status& status) {
+    for (const auto& header : status.headers)
+        changes.show(object + '\n' + header.name,
+                     {{"object", object},
+                      {"name", header.name},
+                      {"connected", header.flag1 != 0},
+                      {"changed", header.flag2 != 0},
+                      {"error", header.flag3 != 0}},
+                     fmt::format("{}  {:<10}  {}", object, header.name, flagsText(header)));
+    auto connections = nlohmann::json::array();
+    std::vector<std::string> texts;
+    for (const auto& [host, target] : status.connections) {
+        connections.push_back({{"host", host}, {"target", target}});
+        texts.push_back(fmt::format("{} -- {}", fmt::join(host, ", "), fmt::join(target, ", ")));
+    }
+    changes.show(object, {{"object", object}, {"connections", std::move(connections)}},
+                 fmt::format("{}  connections: {}", object, fmt::join(texts, "; ")));
+}
+
+void followStatus(Session& session, Output& output, const Objects& objects, const Pace& pace) {
+    Changes changes(output);
+    lookRepeatedly(pace, [&] {
+        const auto calls = askAll(session, objects);
+        for (std::size_t i = 0; i < objects.size(); ++i)
+            showChanges(changes, objects[i]->getFullName(), calls[i]->take());
+        return false;
+    });
+}
+
+void showStatus(Session& session, Output& output, const StatusOptions& options) {
+    const auto objects = chooseObjects(session, options, headerStatusGet.name);
+    if (options.follow) {
+        followStatus(session, output, objects, options.pace);
+        return;
+    }
+    const auto calls = askAll(session, objects);
     output.show(
         [&](JsonWriter& json) {
             json.array([&] {

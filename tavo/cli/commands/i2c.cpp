@@ -1,4 +1,4 @@
-#include <tavo/cli/commands/commands.h>
+#include <tavo/cli/commands/i2c.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -9,9 +9,9 @@
 
 #include <fmt/format.h>
 
+#include <tavo/cli/commands/commands.h>
 #include <tavo/cli/consent.h>
 #include <tavo/cli/i2c_transfers.h>
-#include <tavo/cli/object_choice.h>
 #include <tavo/cli/output.h>
 #include <tavo/cli/user_input.h>
 #include <tavo/cli/values/i2c_grid.h>
@@ -21,10 +21,6 @@ namespace TAVO::cli {
 namespace {
 
 using HWDebug::I2c_v1_0;
-
-auto busOf(Session& session, const ObjectOptions& options) {
-    return chooseObject<I2c_v1_0>(session, options.object, "i2c bus");
-}
 
 struct DetectOptions : ObjectOptions {
     std::uint32_t first = 0x08;
@@ -41,7 +37,7 @@ void detect(Session& session, Output& output, const DetectOptions& options) {
     const NumberRange range{options.first, options.last};
     if (range.first > range.last)
         throw Failure(ExitCode::usage, "the first address is greater than the last");
-    const auto bus = busOf(session, options);
+    const auto bus = chooseBus(session, options);
     const auto found = acknowledgingAddresses(session, *bus, range);
     output.show(
         {{"object", bus->getFullName()}, {"first", range.first}, {"last", range.last}, {"found", found}},
@@ -69,19 +65,19 @@ void requireRegisters(const TargetOptions& options, std::uint32_t first, std::si
                                   options.wide ? "" : " (--word-address for 16-bit numbers)"));
 }
 
-/// The values read or written, one number per register.
-template <class Bytes>
+/// The values read or written, one number per register, or null for one that was not acknowledged.
+template <class Values>
 void write(JsonWriter& json, const I2c_v1_0& bus, const TargetOptions& options,
-           std::optional<std::uint32_t> first, const Bytes& bytes, std::optional<bool> verified = {}) {
+           std::optional<std::uint32_t> first, const Values& values, std::optional<bool> verified = {}) {
     json.object([&] {
         json.key("address").number(options.address);
         if (first)
             json.key("first").number(*first);
         json.key("object").text(bus.getFullName());
         json.key("values").array([&] {
-            for (const RegisterByte byte : bytes) {
-                if (byte)
-                    json.number(*byte);
+            for (const std::optional<std::uint32_t> value : values) {
+                if (value)
+                    json.number(*value);
                 else
                     json.null();
             }
@@ -104,7 +100,7 @@ void dump(Session& session, Output& output, const DumpOptions& options) {
     const auto highest = options.highestRegister();
     const auto range = options.range.empty() ? NumberRange{0, highest}
                                              : parseInput([&] { return parseRange(options.range, highest); });
-    const auto bus = busOf(session, options);
+    const auto bus = chooseBus(session, options);
     const auto target = I2cTarget{*bus, options.address, options.wide};
     const auto bytes = options.wide ? readInBlocks(session, target, range) : readEach(session, target, range);
     const auto missing = std::count(bytes.begin(), bytes.end(), std::nullopt);
@@ -120,29 +116,44 @@ void dump(Session& session, Output& output, const DumpOptions& options) {
 
 const NumberLimits registerNumbers = between(0x0000, 0xffff);
 
+constexpr const char* wordHelp = "Values have 16 bits, the low byte first, as SMBus has them";
+
+/// The registers of 16 bits that these bytes are, or of 8.
+std::vector<std::uint32_t> valuesOf(const std::vector<std::uint8_t>& bytes, bool word) {
+    if (!word)
+        return {bytes.begin(), bytes.end()};
+    std::vector<std::uint32_t> values;
+    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2)
+        values.push_back(bytes[i] | std::uint32_t{bytes[i + 1]} << 8);
+    return values;
+}
+
 struct GetOptions : TargetOptions {
     std::optional<std::uint32_t> first;
     std::uint32_t count = 1;
+    bool word = false;
 
     void describe(OptionList& list) {
         TargetOptions::describe(list);
         list.add("register", first, "First register", {.limits = registerNumbers});
-        list.add("count", count, "Number of bytes; default 1", {.limits = between(1, 0x10000)});
+        list.add("count", count, "Number of registers; default 1", {.limits = between(1, 0x10000)});
+        list.add("--word", word, wordHelp);
     }
 };
 
 void get(Session& session, Output& output, const GetOptions& options) {
     if (options.first)
         requireRegisters(options, *options.first, options.count);
-    const auto bus = busOf(session, options);
+    const auto bus = chooseBus(session, options);
     const I2cTarget target{*bus, options.address, options.wide};
-    const auto bytes = readRun(session, target, options.first, options.count);
-    output.show([&](JsonWriter& json) { write(json, *bus, options, options.first, bytes); },
+    const auto values = valuesOf(
+        readRun(session, target, options.first, options.count * (options.word ? 2 : 1)), options.word);
+    output.show([&](JsonWriter& json) { write(json, *bus, options, options.first, values); },
                 [&](TextWriter& text) {
                     const char* separator = "";
-                    for (const auto byte : bytes)
-                        text.print("{}0x{:02x}", std::exchange(separator, " "), byte);
-                    text.write(bytes.empty() ? "0x\n" : "\n");
+                    for (const auto value : values)
+                        text.print("{}0x{:0{}x}", std::exchange(separator, " "), value, options.word ? 4 : 2);
+                    text.write(values.empty() ? "0x\n" : "\n");
                 });
 }
 
@@ -150,14 +161,17 @@ struct SetOptions : TargetOptions {
     std::uint32_t first = 0;
     std::vector<std::uint32_t> values;
     std::uint32_t page = 0;
+    bool word = false;
     bool verify = false;
     bool yes = false;
 
     void describe(OptionList& list) {
         TargetOptions::describe(list);
         list.add("register", first, "First register", {.required = true, .limits = registerNumbers});
-        list.add("values", values, "One byte per register",
-                 {.required = true, .limits = between(0x00, 0xff)});
+        list.add("values", values,
+                 "One byte per register; without any, only the register's number is written",
+                 {.limits = between(0x0000, 0xffff)});
+        list.add("--word", word, wordHelp);
         list.add("--page", page,
                  "Registers the device can store at a time; default 8, or 32 with --word-address",
                  {.limits = between(1, 0x10000)});
@@ -172,20 +186,51 @@ std::uint32_t pageSize(const SetOptions& options) {
     return options.page != 0 ? options.page : smallest;
 }
 
-void set(Session& session, Output& output, const SetOptions& options) {
-    const std::vector<std::uint8_t> bytes(options.values.begin(), options.values.end());
-    requireRegisters(options, options.first, bytes.size());
-    requireConsent(fmt::format("Write {} bytes to I2C address 0x{:02x} from register 0x{:02x} on?",
-                               bytes.size(), options.address, options.first),
+std::vector<std::uint8_t> bytesOf(const SetOptions& options) {
+    std::vector<std::uint8_t> bytes;
+    for (const auto value : options.values) {
+        if (value > 0xff && !options.word)
+            throw Failure(ExitCode::usage,
+                          fmt::format("the value 0x{:x} exceeds 0xff (--word for 16-bit values)", value));
+        bytes.push_back(static_cast<std::uint8_t>(value));
+        if (options.word)
+            bytes.push_back(static_cast<std::uint8_t>(value >> 8));
+    }
+    return bytes;
+}
+
+void requireConsentToSet(const SetOptions& options, std::size_t bytes) {
+    const auto place =
+        fmt::format("to I2C address 0x{:02x} from register 0x{:02x} on", options.address, options.first);
+    requireConsent(options.values.empty()
+                       ? fmt::format("Write only the register number 0x{:02x} to I2C address 0x{:02x}?",
+                                     options.first, options.address)
+                       : fmt::format("Write {} bytes {}?", bytes, place),
                    options.yes);
-    const auto bus = busOf(session, options);
+}
+
+void set(Session& session, Output& output, const SetOptions& options) {
+    const auto bytes = bytesOf(options);
+    requireRegisters(options, options.first, std::max<std::size_t>(options.values.size(), 1));
+    requireConsentToSet(options, bytes.size());
+    const auto bus = chooseBus(session, options);
     const I2cTarget target{*bus, options.address, options.wide};
-    writePages(session, target, options.first, bytes, pageSize(options), options.verify);
-    output.show([&](JsonWriter& json) { write(json, *bus, options, options.first, bytes, options.verify); },
-                [](TextWriter&) {});
+    if (bytes.empty())
+        writePointer(session, target, options.first);
+    else
+        writePages(session, target, options.first, bytes, pageSize(options), options.verify);
+    output.show(
+        [&](JsonWriter& json) {
+            write(json, *bus, options, options.first, options.values, options.verify && !bytes.empty());
+        },
+        [](TextWriter&) {});
 }
 
 } // namespace
+
+std::shared_ptr<I2c_v1_0> chooseBus(Session& session, const ObjectOptions& options) {
+    return chooseObject<I2c_v1_0>(session, options.object, "i2c bus");
+}
 
 std::vector<Command> i2cCommands() {
     return {
@@ -193,6 +238,7 @@ std::vector<Command> i2cCommands() {
         command("i2c dump", "Show the registers of a device", dump),
         command("i2c get", "Read registers, or one byte at the device's current position", get),
         command("i2c set", "Write registers; asks first", set),
+        command("i2c transfer", "Send messages as i2ctransfer does; asks before it writes", transferMessages),
     };
 }
 

@@ -10,7 +10,8 @@ namespace {
 using Info = dto::Device::InfoReply;
 using Descriptor = Device_Factory_Structs::TavoDeviceDescriptor;
 
-void write(JsonWriter& json, const Info& info, const Descriptor& descriptor) {
+/// @param known whether the device has a known key, to which the flags belong.
+void write(JsonWriter& json, const Info& info, const Descriptor& descriptor, bool known) {
     json.key("boards").array([&] {
         for (const auto& board : info.boards)
             json.object([&] {
@@ -27,16 +28,23 @@ void write(JsonWriter& json, const Info& info, const Descriptor& descriptor) {
                 json.key("version").text(Version(part.version).text);
             });
     });
-    json.key("keyFlags").write({descriptor.firstKeyFlag, descriptor.secondKeyFlag});
+    json.key("keyFlags");
+    if (known)
+        json.write({descriptor.firstKeyFlag, descriptor.secondKeyFlag});
+    else
+        json.null();
     json.key("name").text(info.name);
     json.key("port").number(descriptor.port);
     json.key("version").text(Version(info.version).text);
 }
 
-void write(TextWriter& text, const Info& info, const Descriptor& descriptor) {
-    text.print("name       {}\nversion    {}\nport       {}\nkey flags  {:d} {:d}\n", info.name,
-               Version(info.version).text, descriptor.port, descriptor.firstKeyFlag,
-               descriptor.secondKeyFlag);
+void write(TextWriter& text, const Info& info, const Descriptor& descriptor, bool known) {
+    text.print("name       {}\nversion    {}\nport       {}\n", info.name, Version(info.version).text,
+               descriptor.port);
+    if (known)
+        text.print("key flags  {:d} {:d}\n", descriptor.firstKeyFlag, descriptor.secondKeyFlag);
+    else
+        text.print("key        unknown\n");
     for (const auto& part : info.firmware)
         text.print("firmware   {} {}\n", part.name, Version(part.version).text);
     for (const auto& board : info.boards)
@@ -45,10 +53,13 @@ void write(TextWriter& text, const Info& info, const Descriptor& descriptor) {
 
 void showInfo(Session& session, Output& output) {
     Descriptor descriptor;
-    const auto info =
-        session.value(*session.identify(descriptor).getDevice(), TAVOXTranscode::device_v1_0::info);
-    output.show([&](JsonWriter& json) { json.object([&] { write(json, info, descriptor); }); },
-                [&](TextWriter& text) { write(text, info, descriptor); });
+    const bool known = session.identify(descriptor);
+    const auto info = session.value(*session.device().getDevice(), TAVOXTranscode::device_v1_0::info);
+    output.show([&](JsonWriter& json) { json.object([&] { write(json, info, descriptor, known); }); },
+                [&](TextWriter& text) { write(text, info, descriptor, known); });
+    if (!known)
+        throw Failure(ExitCode::notAuthorised,
+                      "key not among the known ones, see TAVO_SERVER_KEYS_FILE in README.md");
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,8 @@
 #include <tavo/cli/object_choice.h>
 #include <tavo/cli/output.h>
 #include <tavo/cli/values/bit_string.h>
+#include <tavo/cli/values/jtag_survey.h>
+#include <tavo/cli/values/tap_place.h>
 
 /// Shared by the `jtag` subcommands, which work with both versions of the "jtag" object.
 namespace TAVO::cli {
@@ -17,11 +20,14 @@ namespace TAVO::cli {
 struct JtagShiftOptions : ObjectOptions {
     std::vector<std::string> shifts;
     bool bytes = false;
+    /// The TAP that the shifts are for; empty for the chain as a whole.
+    std::optional<std::uint32_t> tap;
+    /// Lengths of the instruction registers; empty to find them by a scan.
+    std::string chain;
 
     void describe(OptionList& list);
 };
 
-enum class JtagRegister { instruction, data };
 using ShiftCall = std::shared_ptr<BoundMethod<dto::Jtag::ShiftReply>>;
 
 std::shared_ptr<Object_v1_0> chooseJtag(Session& session, const ObjectOptions& options);
@@ -30,6 +36,10 @@ ShiftCall shiftCall(const Object_v1_0& jtag, JtagRegister target, const BitStrin
 /// The bits that an executed call captured, as many as it shifted.
 BitString capturedBy(const ShiftCall& call);
 std::shared_ptr<Method> moveCall(const Object_v1_0& jtag, std::int32_t state);
+
+/// Resets the chain, examines it, and resets it again, in one exchange.
+/// @throws Failure (refused) if it cannot be examined.
+ChainSurvey survey(Session& session, const Object_v1_0& jtag);
 
 void scanChain(Session& session, Output& output, const ObjectOptions& options);
 void shiftBits(Session& session, Output& output, const JtagShiftOptions& options);

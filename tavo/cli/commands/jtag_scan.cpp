@@ -6,8 +6,6 @@
 
 namespace TAVO::cli {
 
-namespace {
-
 ChainSurvey survey(Session& session, const Object_v1_0& jtag) {
     const auto reset = [&] { return moveCall(jtag, parseTapState("Test-Logic-Reset")); };
     const auto probes = chainProbes();
@@ -22,8 +20,6 @@ ChainSurvey survey(Session& session, const Object_v1_0& jtag) {
         throw Failure(ExitCode::refused, fault.what());
     }
 }
-
-} // namespace
 
 void scanChain(Session& session, Output& output, const ObjectOptions& options) {
     const auto jtag = chooseJtag(session, options);

@@ -1,13 +1,20 @@
 #include <tavo/cli/commands/jtag.h>
 
-#include <charconv>
+#include <cstdint>
+#include <optional>
 #include <stdexcept>
 
 #include <fmt/format.h>
 
+#include <tavo/cli/user_input.h>
+#include <tavo/cli/values/whole_number.h>
+
 namespace TAVO::cli {
 
 namespace {
+
+/// Of all shifts of one command together: 2 MiB each way.
+constexpr std::int64_t mostBits = 16 * 1024 * 1024;
 
 struct Shift {
     JtagRegister target;
@@ -27,25 +34,69 @@ JtagRegister parseTarget(const std::string& word) {
 }
 
 std::size_t parseCount(const std::string& word) {
-    std::uint32_t count = 0;
-    const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), count);
-    if (error != std::errc() || end != word.data() + word.size() || count > 0x7FFFFFFF)
-        refuse(fmt::format("'{}' is not a number of bits", word));
-    return count;
+    try {
+        return static_cast<std::size_t>(parseWholeNumber(word, 0, mostBits));
+    } catch (const std::invalid_argument& error) {
+        refuse(fmt::format("BITS: {}", error.what()));
+    }
 }
 
 std::vector<Shift> parseShifts(const std::vector<std::string>& words, BitNotation notation) {
     if (words.size() % 3 != 0)
         refuse(fmt::format("{} words do not make whole shifts", words.size()));
     std::vector<Shift> shifts;
+    std::size_t bits = 0;
     for (std::size_t word = 0; word < words.size(); word += 3)
         try {
             const auto target = parseTarget(words[word]);
-            shifts.push_back({target, parseBits(parseCount(words[word + 1]), words[word + 2], notation)});
+            const auto count = parseCount(words[word + 1]);
+            bits += count;
+            if (bits > static_cast<std::size_t>(mostBits))
+                refuse(fmt::format("the shifts have more than {} bits together", mostBits));
+            shifts.push_back({target, parseBits(count, words[word + 2], notation)});
         } catch (const std::invalid_argument& error) {
             refuse(error.what());
         }
     return shifts;
+}
+
+/// The lengths of the instruction registers, as given or found.
+std::vector<std::size_t> chainLengths(Session& session, const Object_v1_0& jtag,
+                                      const JtagShiftOptions& options) {
+    if (!options.chain.empty())
+        return parseInput([&] { return parseLengths(options.chain); });
+    const auto found = survey(session, jtag);
+    if (found.splits.size() != 1)
+        throw Failure(ExitCode::refused, "the scan does not tell the lengths of the instruction registers: "
+                                         "--chain gives them, see 'jtag scan'");
+    return found.splits.front();
+}
+
+/// What a shift sends through the whole chain, and what of it concerns the user.
+class Chain {
+public:
+    Chain(Session& session, const Object_v1_0& jtag, const JtagShiftOptions& options) {
+        if (options.tap)
+            place_ = parseInput([&] { return TapPlace(chainLengths(session, jtag, options), *options.tap); });
+    }
+
+    BitString sent(const Shift& shift) const {
+        return place_ ? parseInput([&] { return place_->around(shift.target, shift.bits); }) : shift.bits;
+    }
+    BitString captured(const Shift& shift, const ShiftCall& call) const {
+        const auto all = capturedBy(call);
+        return place_ ? place_->inside(shift.target, all, shift.bits.size()) : all;
+    }
+
+private:
+    std::optional<TapPlace> place_;
+};
+
+/// A scan leaves no TAP in BYPASS.
+void requireInstructionFirst(const std::vector<Shift>& shifts, const JtagShiftOptions& options) {
+    if (options.tap && options.chain.empty() && shifts.front().target == JtagRegister::data)
+        throw Failure(ExitCode::usage, "the first shift must be ir: with --tap and without --chain the chain "
+                                       "is reset, which puts no TAP in BYPASS");
 }
 
 const char* nameOf(JtagRegister target) { return target == JtagRegister::instruction ? "ir" : "dr"; }
@@ -63,22 +114,29 @@ void JtagShiftOptions::describe(OptionList& list) {
              "repeat for more shifts",
              {.required = true, .valueName = "ir|dr BITS HEX"});
     list.add("--bytes", bytes, "HEX and results are bytes in shift order, lowest bit of each first");
+    list.add("--tap", tap, "Shift through this TAP alone, 0 next to TDO: the others are put in BYPASS");
+    list.add("--chain", chain,
+             "Lengths of all instruction registers, that of TAP 0 first; default: found by a scan, which\n"
+             "resets the chain",
+             {.valueName = "LENGTH,...", .needs = {"--tap"}});
 }
 
 void shiftBits(Session& session, Output& output, const JtagShiftOptions& options) {
     const auto notation = options.bytes ? BitNotation::bytes : BitNotation::number;
     const auto shifts = parseShifts(options.shifts, notation);
+    requireInstructionFirst(shifts, options);
     const auto jtag = chooseJtag(session, options);
+    const Chain chain(session, *jtag, options);
     std::vector<ShiftCall> calls;
     calls.reserve(shifts.size());
     for (const auto& shift : shifts)
-        calls.push_back(shiftCall(*jtag, shift.target, shift.bits));
+        calls.push_back(shiftCall(*jtag, shift.target, chain.sent(shift)));
     session.run({calls.begin(), calls.end()});
 
     std::vector<BitString> captured;
     captured.reserve(calls.size());
-    for (const auto& call : calls)
-        captured.push_back(capturedBy(call));
+    for (std::size_t i = 0; i < calls.size(); ++i)
+        captured.push_back(chain.captured(shifts[i], calls[i]));
     output.show(
         [&](JsonWriter& json) {
             json.object([&] {
@@ -94,6 +152,8 @@ void shiftBits(Session& session, Output& output, const JtagShiftOptions& options
                             json.key("returnCode").number(calls[i]->returnCode());
                         });
                 });
+                if (options.tap)
+                    json.key("tap").number(*options.tap);
             });
         },
         [&](TextWriter& text) {

@@ -1,8 +1,6 @@
 #include <tavo/cli/commands/commands.h>
 
-#include <algorithm>
 #include <charconv>
-#include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
@@ -10,9 +8,10 @@
 
 #include <fmt/format.h>
 
-#include <tavo/cli/interrupt.h>
+#include <tavo/cli/follow.h>
 #include <tavo/cli/object_choice.h>
 #include <tavo/cli/output.h>
+#include <tavo/cli/values/duration.h>
 
 namespace TAVO::cli {
 
@@ -21,24 +20,18 @@ namespace {
 namespace lpcPostCode_v1_0 = TAVOXTranscode::lpcPostCode_v1_0;
 using dto::lpcPostCode::FifoEntry;
 using HWDebug::LpcPostCode_v1_0;
-using Clock = std::chrono::steady_clock;
-using Seconds = std::chrono::duration<double>;
 
 std::shared_ptr<LpcPostCode_v1_0> receiverOf(Session& session, const ObjectOptions& options) {
     return chooseObject<LpcPostCode_v1_0>(session, options.object, "POST code receiver");
 }
 
 struct FollowOptions : ObjectOptions {
-    std::optional<double> timeout;
+    Pace pace;
     std::string until;
-    double interval = 0.1;
 
     void describe(OptionList& list) {
-        list.add("--timeout", timeout, "End after this many seconds; default: never",
-                 {.limits = between(0.0, 1e6)});
+        pace.describe(list);
         list.add("--until", until, "End after this code (hexadecimal); a timeout before it is a failure");
-        list.add("--interval", interval, "Seconds between two polls",
-                 {.showsDefault = true, .limits = between(0.001, 1e6)});
     }
 };
 
@@ -59,15 +52,12 @@ void write(TextWriter& text, const FifoEntry& entry) {
                entry.byte1, entry.byte2, entry.byte3);
 }
 
-void write(JsonWriter& json, const std::vector<FifoEntry>& entries) {
-    json.array([&] {
-        for (const auto& entry : entries)
-            json.object([&] {
-                json.key("code").number(entry.byte1);
-                json.key("flags").number(entry.byte3);
-                json.key("port").number(entry.byte2);
-                json.key("time").number(entry.value);
-            });
+void write(JsonWriter& json, const FifoEntry& entry) {
+    json.object([&] {
+        json.key("code").number(entry.byte1);
+        json.key("flags").number(entry.byte3);
+        json.key("port").number(entry.byte2);
+        json.key("time").number(entry.value);
     });
 }
 
@@ -77,92 +67,27 @@ std::vector<FifoEntry> takeEntries(Session& session, const LpcPostCode_v1_0& rec
     return get->take().entries;
 }
 
-/// Takes codes from the device until the wanted code, the timeout or a signal.
-class Follower {
-public:
-    Follower(Session& session, Output& output, const FollowOptions& options)
-        : session_(session)
-        , output_(output)
-        , options_(options)
-        , wanted_(parseCode(options.until))
-        , receiver_(receiverOf(session, options)) {}
-
-    bool hasWanted() const { return wanted_.has_value(); }
-
-    /// Returns whether the wanted code arrived.
-    bool follow() {
-        const auto start = Clock::now();
-        const auto ended = [&] {
-            return options_.timeout && Clock::now() - start >= Seconds(*options_.timeout);
-        };
-        for (;;) {
-            const bool last = ended();
-            if (takeUntilWanted())
-                return true;
-            if (last)
-                return false;
-            InterruptWatch::pause(pauseUntilNext(start));
-        }
+/// Shows the codes that the device holds, takes them from it, and returns whether the wanted one is among
+/// them.
+bool showAndTake(Session& session, Output& output, const LpcPostCode_v1_0& receiver,
+                 std::optional<std::uint8_t> wanted) {
+    bool reached = false;
+    for (const auto& entry : takeEntries(session, receiver)) {
+        output.showNext([&](JsonWriter& json) { write(json, entry); },
+                        [&](TextWriter& text) { write(text, entry); });
+        reached = reached || entry.byte1 == wanted;
     }
-
-    void write(JsonWriter& json, bool reached) const {
-        json.object([&] {
-            cli::write(json.key("codes"), seen_);
-            json.key("object").text(receiver_->getFullName());
-            if (wanted_)
-                json.key("reached").flag(reached);
-        });
-    }
-
-private:
-    std::chrono::milliseconds pauseUntilNext(Clock::time_point start) const {
-        auto pause = Seconds(options_.interval);
-        if (options_.timeout)
-            pause = std::clamp(Seconds(*options_.timeout) - Seconds(Clock::now() - start), Seconds(0), pause);
-        return std::chrono::ceil<std::chrono::milliseconds>(pause);
-    }
-
-    bool takeUntilWanted() {
-        const auto entries = takeEntries(session_, *receiver_);
-        bool reached = false;
-        for (const auto& entry : entries) {
-            if (output_.isJson())
-                seen_.push_back(entry);
-            else
-                output_.print([&](TextWriter& text) { cli::write(text, entry); });
-            reached = reached || entry.byte1 == wanted_;
-        }
-        if (!entries.empty() && !output_.isJson())
-            output_.finish();
-        return reached;
-    }
-
-    Session& session_;
-    Output& output_;
-    const FollowOptions& options_;
-    std::optional<std::uint8_t> wanted_;
-    std::shared_ptr<LpcPostCode_v1_0> receiver_;
-    std::vector<FifoEntry> seen_;
-};
+    return reached;
+}
 
 void follow(Session& session, Output& output, const FollowOptions& options) {
-    Follower follower(session, output, options);
-    bool reached = false;
-    const auto finish = [&] {
-        output.show([&](JsonWriter& json) { follower.write(json, reached); }, [](TextWriter&) {});
-        output.finish();
-    };
-    try {
-        reached = follower.follow();
-    } catch (...) {
-        // The device no longer has these codes: output them now.
-        finish();
-        throw;
-    }
-    finish();
-    if (follower.hasWanted() && !reached)
-        throw Failure(ExitCode::refused, fmt::format("POST code {} did not arrive within {} s", options.until,
-                                                     *options.timeout));
+    const auto wanted = parseCode(options.until);
+    const auto receiver = receiverOf(session, options);
+    const bool reached =
+        lookRepeatedly(options.pace, [&] { return showAndTake(session, output, *receiver, wanted); });
+    if (wanted && !reached)
+        throw Failure(ExitCode::refused, fmt::format("POST code {} did not arrive within {}", options.until,
+                                                     durationText(*options.pace.timeout)));
 }
 
 void list(Session& session, Output& output, const ObjectOptions& options) {
@@ -177,7 +102,10 @@ void list(Session& session, Output& output, const ObjectOptions& options) {
     output.show(
         [&](JsonWriter& json) {
             json.object([&] {
-                write(json.key("codes"), entries);
+                json.key("codes").array([&] {
+                    for (const auto& entry : entries)
+                        write(json, entry);
+                });
                 json.key("last").number(last->value().postCode);
                 json.key("object").text(receiver->getFullName());
                 json.key("status").write({{"value", state.value},

@@ -6,6 +6,9 @@
 #include <utility>
 #include <vector>
 
+#include <fmt/format.h>
+
+#include <tavo/cli/follow.h>
 #include <tavo/cli/output.h>
 #include <tavo/cli/session.h>
 
@@ -22,34 +25,73 @@ nlohmann::json documentOf(const std::string& name, std::uint8_t state) {
     return {{"name", name}, {"state", state}, {"on", state != 0}};
 }
 
-void listRelays(Session& session, Output& output) {
+struct ListOptions {
+    bool follow = false;
+    Pace pace;
+
+    void describe(OptionList& list) {
+        list.add("--follow", follow, "Go on with a line for each change");
+        pace.describe(list, {"--follow"});
+    }
+};
+
+struct RelayState {
+    std::string name;
+    std::uint8_t state = 0;
+};
+
+/// The states of all relays, in one exchange.
+std::vector<RelayState> relayStates(Session& session) {
     using Get = std::shared_ptr<BoundMethod<dto::relay::GetReply>>;
-    std::vector<std::pair<std::shared_ptr<Relay_v1_0>, Get>> relays;
+    std::vector<std::pair<std::string, Get>> relays;
     std::vector<std::shared_ptr<Method>> batch;
     for (const auto& object : session.objects())
         if (const auto relay = std::dynamic_pointer_cast<Relay_v1_0>(object)) {
-            relays.emplace_back(relay, relay->getGetMethod());
+            relays.emplace_back(relay->getFullName(), relay->getGetMethod());
             batch.push_back(relays.back().second);
         }
     if (!batch.empty())
         session.runAll(batch);
+    std::vector<RelayState> states;
+    for (const auto& [name, get] : relays)
+        states.push_back({name, get->value().state});
+    return states;
+}
+
+void followRelays(Session& session, Output& output, const Pace& pace) {
+    Changes changes(output);
+    lookRepeatedly(pace, [&] {
+        for (const auto& [name, state] : relayStates(session))
+            changes.show(name, documentOf(name, state), fmt::format("{}  {}", name, stateText(state)));
+        return false;
+    });
+}
+
+void listRelays(Session& session, Output& output, const ListOptions& options) {
+    if (options.follow) {
+        followRelays(session, output, options.pace);
+        return;
+    }
+    const auto relays = relayStates(session);
     output.show(
         [&](JsonWriter& json) {
             json.array([&] {
-                for (const auto& [relay, get] : relays)
-                    json.write(documentOf(relay->getFullName(), get->value().state));
+                for (const auto& [name, state] : relays)
+                    json.write(documentOf(name, state));
             });
         },
         [&](TextWriter& text) {
-            for (const auto& [relay, get] : relays)
-                text.print("{}  {}\n", relay->getFullName(), stateText(get->value().state));
+            for (const auto& [name, state] : relays)
+                text.print("{}  {}\n", name, stateText(state));
         });
 }
 
 struct RelayOptions {
     std::string name;
 
-    void describe(OptionList& list) { list.add("name", name, "Full name of the relay", {.required = true}); }
+    void describe(OptionList& list) {
+        list.add("name", name, "Full name of the relay", {.required = true, .nameKind = NameKind::relay});
+    }
 };
 
 std::shared_ptr<Relay_v1_0> relayOf(Session& session, const RelayOptions& options) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -11,6 +12,7 @@
 #include <vector>
 
 #include <fmt/format.h>
+#include <unistd.h>
 
 #include <tavo/cli/consent.h>
 #include <tavo/cli/files.h>
@@ -72,7 +74,8 @@ public:
                 fmt::format("{} bytes at offset {} do not fit in the ROM's {} bytes", length, offset, size_));
     }
 
-    void write(std::uint32_t offset, std::span<const std::uint8_t> data) {
+    /// @param[out] written how many bytes the device has taken, also if this throws.
+    void write(std::uint32_t offset, std::span<const std::uint8_t> data, std::uint32_t& written) {
         ProgressBar bar("writing", data.size());
         forExchanges(static_cast<std::uint32_t>(data.size()), bar, [&](const std::vector<Part>& parts) {
             std::vector<std::shared_ptr<Method>> calls;
@@ -83,6 +86,7 @@ public:
                                                        Bytes(chunk.begin(), chunk.end())));
             }
             session_.runAll(calls);
+            written = parts.back().offset + parts.back().length;
         });
     }
 
@@ -130,13 +134,6 @@ private:
     std::uint32_t size_;
 };
 
-Bytes imageOf(const FileOptions& options) {
-    const auto content = readFile(options.file);
-    if (content.empty())
-        throw Failure(ExitCode::usage, fmt::format("'{}' is empty", options.file));
-    return {content.begin(), content.end()};
-}
-
 void compare(RomMemory& memory, const FileOptions& options, const Bytes& image) {
     const auto length = static_cast<std::uint32_t>(image.size());
     memory.read("verifying", options.offset, length, [&](std::uint32_t place, const Bytes& data) {
@@ -162,34 +159,84 @@ nlohmann::json documentOf(const RomMemory& memory, const FileOptions& options, s
 struct LoadOptions : FileOptions {
     bool unverified = false;
     bool enable = false;
+    bool live = false;
     bool yes = false;
 
     void describe(OptionList& list) {
         describeFile(list, "The image; - for standard input");
         list.add("--no-verify", unverified, "Do not read the image back");
         list.add("--enable", enable, "Let the board boot from it afterwards");
+        list.add("--live", live, "Do not disable an enabled ROM while its content changes");
         list.add("-y,--yes", yes, "Do not ask for confirmation");
     }
 };
 
+/// Keeps a board from booting from half an image: the emulation is off from before the first write until all
+/// is well.
+class Loading {
+public:
+    Loading(Session& session, const LoadOptions& options, const Bytes& image)
+        : session_(session)
+        , options_(options)
+        , image_(image)
+        , memory_(session, options)
+        , wasEnabled_(session.value(memory_.rom(), lpcRomEmulation_v1_0::enableGet).enable)
+        , enabled_(wasEnabled_) {
+        memory_.require(options.offset, image.size());
+    }
+
+    const RomMemory& memory() const { return memory_; }
+    bool isEnabled() const { return enabled_; }
+
+    void run() {
+        if (!options_.live)
+            enable(false);
+        memory_.write(options_.offset, image_, written_);
+        if (!options_.unverified)
+            compare(memory_, options_, image_);
+        enable(wasEnabled_ || options_.enable);
+    }
+
+    /// How far it came, for when run() throws.
+    std::string stateText() const {
+        return fmt::format("at least {} of {} bytes were written; the ROM is {}", written_, image_.size(),
+                           enabled_ ? "enabled" : "off");
+    }
+
+private:
+    void enable(bool enabled) {
+        if (enabled != enabled_)
+            session_.execute(memory_.rom(), lpcRomEmulation_v1_0::enableSet, enabled);
+        enabled_ = enabled;
+    }
+
+    Session& session_;
+    const LoadOptions& options_;
+    const Bytes& image_;
+    RomMemory memory_;
+    bool wasEnabled_;
+    bool enabled_;
+    std::uint32_t written_ = 0;
+};
+
 void load(Session& session, Output& output, const LoadOptions& options) {
-    const auto image = imageOf(options);
+    const auto image = readImage(options.file);
     requireConsent(fmt::format("Replace {} bytes at offset {} of the ROM?", image.size(), options.offset),
                    options.yes);
-    RomMemory memory(session, options);
-    memory.require(options.offset, image.size());
-    memory.write(options.offset, image);
-    if (!options.unverified)
-        compare(memory, options, image);
-    if (options.enable)
-        session.execute(memory.rom(), lpcRomEmulation_v1_0::enableSet, true);
+    Loading loading(session, options, image);
+    try {
+        loading.run();
+    } catch (const std::exception&) {
+        output.warn(loading.stateText());
+        throw;
+    }
 
-    auto document = documentOf(memory, options, image.size());
+    auto document = documentOf(loading.memory(), options, image.size());
     document["verified"] = !options.unverified;
-    document["enabled"] = options.enable;
+    document["enabled"] = loading.isEnabled();
     output.show(document, [&](TextWriter& text) {
         text.print("{} bytes loaded{}{}\n", image.size(), options.unverified ? "" : ", verified",
-                   options.enable ? ", enabled" : "");
+                   loading.isEnabled() ? ", enabled" : "");
     });
 }
 
@@ -197,18 +244,33 @@ struct SaveOptions : FileOptions {
     std::optional<std::uint32_t> length;
 
     void describe(OptionList& list) {
-        describeFile(list, "The file; replaced once everything was read");
+        describeFile(list, "The file, replaced once everything was read; - for standard output");
         list.add("--length", length, "Number of bytes; default: the rest of the memory",
                  {.limits = between(std::uint32_t{0}, highest)});
     }
 };
 
+/// @throws Failure (usage) if standard output cannot take the bytes of the memory.
+void requireBinaryOutput(const Output& output) {
+    if (output.isJson())
+        throw Failure(ExitCode::usage, "--json does not work with -: standard output takes the memory");
+    if (::isatty(STDOUT_FILENO) == 1)
+        throw Failure(ExitCode::usage, "standard output is a terminal: name a file, or redirect it");
+}
+
 void save(Session& session, Output& output, const SaveOptions& options) {
     if (options.file == "-")
-        throw Failure(ExitCode::usage, "the memory is saved to a file, not to standard output");
+        requireBinaryOutput(output);
     RomMemory memory(session, options);
     const auto length = options.length.value_or(memory.size() - std::min(options.offset, memory.size()));
     memory.require(options.offset, length);
+    if (options.file == "-") {
+        memory.read("reading", options.offset, length, [&](std::uint32_t, const Bytes& data) {
+            output.write({reinterpret_cast<const char*>(data.data()), data.size()});
+            output.finish();
+        });
+        return;
+    }
     NewFile file(options.file);
     memory.read("reading", options.offset, length,
                 [&](std::uint32_t, const Bytes& data) { file.write(data); });
@@ -222,7 +284,7 @@ struct VerifyOptions : FileOptions {
 };
 
 void verify(Session& session, Output& output, const VerifyOptions& options) {
-    const auto image = imageOf(options);
+    const auto image = readImage(options.file);
     RomMemory memory(session, options);
     memory.require(options.offset, image.size());
     compare(memory, options, image);

@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
+#include <optional>
 #include <string>
 
 #include <fmt/format.h>
@@ -14,6 +15,7 @@
 #include <tavo/cli/output.h>
 #include <tavo/cli/raw_terminal.h>
 #include <tavo/cli/serial_link.h>
+#include <tavo/cli/serial_log.h>
 #include <tavo/cli/values/visible_text.h>
 
 namespace TAVO::cli {
@@ -23,7 +25,6 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using Seconds = std::chrono::duration<double>;
 
-constexpr char leaveKey = 0x1d; // Ctrl-]
 constexpr std::chrono::milliseconds lookInterval(40);
 
 struct SerialOptions {
@@ -38,6 +39,9 @@ struct SerialOptions {
     bool loopback = false;
     double wait = 1;
     std::string until;
+    std::string leaveKey = "^]";
+    bool sendsBreak = false;
+    std::string log;
 
     void describe(OptionList& list) {
         const auto line = "Line";
@@ -51,10 +55,18 @@ struct SerialOptions {
         list.add("--dtrdsr", dtrDsr, "DTR/DSR handshake", {.heading = line});
         list.add("--xonxoff", xonXoff, "XON/XOFF handshake", {.heading = line});
         list.add("--loopback", loopback, "Sent bytes come back", {.heading = line});
-        list.add("--wait", wait, "Seconds to listen after the end of input that is not a terminal",
-                 {.showsDefault = true, .limits = between(0.0, 1e6)});
+        list.add("--wait", wait, "How long to listen after the end of input that is not a terminal",
+                 {.showsDefault = true,
+                  .kind = ValueKind::duration,
+                  .limits = between(0.0, 1e6),
+                  .valueName = "DURATION"});
         list.add("--until", until,
                  "End when this text arrives; unless input is a terminal, a missing text is a failure");
+        list.add("--leave", leaveKey, "Control key that leaves, so that Ctrl-] can be sent",
+                 {.showsDefault = true, .valueName = "^KEY"});
+        list.add("--break", sendsBreak, "Send a break first");
+        list.add("--log", log, "Add what is sent and received to this file, with the time of each line",
+                 {.kind = ValueKind::file});
     }
 
     dto::com::OpenRequest settings() const {
@@ -72,11 +84,21 @@ struct SerialOptions {
     }
 };
 
+/// The character of a control key, such as "^]".
+char parseControlKey(const std::string& text) {
+    const char key = text.size() == 2 && text[0] == '^' ? text[1] : '\0';
+    const bool isLetter = (key >= 'a' && key <= 'z') || (key >= '@' && key <= '_');
+    if (!isLetter)
+        throw Failure(ExitCode::usage, fmt::format("--leave: '{}' is no control key such as ^] or ^A", text));
+    return static_cast<char>(key & 0x1f);
+}
+
 /// The user's input, typed or piped.
 class Input {
 public:
-    Input()
-        : terminal_(::isatty(STDIN_FILENO) == 1) {}
+    explicit Input(char leaveKey)
+        : terminal_(::isatty(STDIN_FILENO) == 1)
+        , leaveKey_(leaveKey) {}
 
     bool isTerminal() const { return terminal_; }
     bool ended() const { return ended_; }
@@ -94,7 +116,7 @@ public:
         if (got < 0 && (errno == EINTR || errno == EAGAIN))
             return {};
         std::string bytes(part.data(), static_cast<std::size_t>(got < 0 ? 0 : got));
-        const auto leave = terminal_ ? bytes.find(leaveKey) : std::string::npos;
+        const auto leave = terminal_ ? bytes.find(leaveKey_) : std::string::npos;
         ended_ = got <= 0 || leave != std::string::npos;
         bytes.resize(std::min(leave, bytes.size()));
         return bytes;
@@ -102,16 +124,19 @@ public:
 
 private:
     bool terminal_;
+    char leaveKey_;
     bool ended_ = false;
 };
 
 class Console {
 public:
-    Console(SerialLink& link, Output& output, const SerialOptions& options)
+    /// @param log may be empty.
+    Console(SerialLink& link, Output& output, const SerialOptions& options, SerialLog* log)
         : link_(link)
         , output_(output)
         , wait_(options.wait)
-        , text_(options.until) {}
+        , text_(options.until)
+        , log_(log) {}
 
     /// Returns whether the wanted text arrived.
     bool run(Input& input) {
@@ -123,6 +148,10 @@ public:
             const bool last = Clock::now() >= end;
             const auto typed = input.take(pause);
             const auto received = link_.exchange(typed);
+            if (log_) {
+                log_->sent(typed);
+                log_->received(received);
+            }
             if (takes(received))
                 return true;
             if (last || (input.ended() && input.isTerminal()))
@@ -150,18 +179,26 @@ private:
     Output& output_;
     Seconds wait_;
     TextWatch text_;
+    SerialLog* log_;
     std::string received_;
 };
 
 void talk(Session& session, Output& output, const SerialOptions& options) {
-    Input input;
+    Input input(parseControlKey(options.leaveKey));
     if (input.isTerminal() && output.isJson())
         throw Failure(ExitCode::usage, "--json does not work with a console on the terminal");
+    std::optional<SerialLog> log;
+    if (!options.log.empty())
+        log.emplace(options.log);
     const auto port = chooseObject<CommonModules::Com_v1_0>(session, options.object, "serial port");
+    if (options.sendsBreak)
+        sendBreak(session, port, options.settings());
     SerialLink link(session, port, options.settings());
+    Console console(link, output, options, log ? &*log : nullptr);
     if (input.isTerminal())
-        std::fputs(fmt::format("{}: Ctrl-] leaves\n", visible(port->getFullName())).c_str(), stderr);
-    Console console(link, output, options);
+        std::fputs(
+            fmt::format("{}: Ctrl-{} leaves\n", visible(port->getFullName()), options.leaveKey[1]).c_str(),
+            stderr);
     const bool reached = console.run(input);
     link.close();
 

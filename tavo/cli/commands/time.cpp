@@ -1,8 +1,9 @@
 #include <tavo/cli/commands/commands.h>
 
-#include <charconv>
+#include <cctype>
 #include <chrono>
 #include <cstdint>
+#include <limits>
 #include <map>
 #include <optional>
 #include <string>
@@ -13,6 +14,7 @@
 #include <tavo/cli/session.h>
 #include <tavo/cli/user_input.h>
 #include <tavo/cli/values/moment.h>
+#include <tavo/cli/values/whole_number.h>
 
 namespace TAVO::cli {
 
@@ -46,13 +48,14 @@ void getTime(Session& session, Output& output, const UnitOptions& options) {
                 [&](TextWriter& text) { text.print("{}{}{}\n", time, moment.empty() ? "" : "  ", moment); });
 }
 
+/// Empty for a moment, which has other characters too.
 std::optional<std::int64_t> parseNumber(const std::string& text) {
-    std::int64_t number = 0;
-    const auto* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, number);
-    if (error != std::errc() || stop != end)
+    using Limits = std::numeric_limits<std::int64_t>;
+    const auto digits = text.substr(text.starts_with('-') ? 1 : 0);
+    if (digits.empty() || digits.find_first_not_of("0123456789abcdefABCDEFxX") != std::string::npos ||
+        std::isdigit(static_cast<unsigned char>(digits.front())) == 0)
         return std::nullopt;
-    return number;
+    return parseInput([&] { return parseWholeNumber(text, Limits::min(), Limits::max()); });
 }
 
 std::int64_t now(ClockUnit unit) {

@@ -1,6 +1,5 @@
 #include <tavo/cli/values/field_text.h>
 
-#include <charconv>
 #include <cstdint>
 #include <limits>
 #include <stdexcept>
@@ -9,6 +8,7 @@
 #include <fmt/format.h>
 
 #include <tavo/cli/values/json_value.h>
+#include <tavo/cli/values/whole_number.h>
 
 namespace TAVO::cli {
 
@@ -43,29 +43,19 @@ const IntegerType* findIntegerType(std::string_view name) {
     throw std::invalid_argument(fmt::format("'{}' must be {}, not '{}'", field.name, wanted, text));
 }
 
-bool parseMagnitude(std::string_view digits, std::uint64_t& magnitude) {
-    int base = 10;
-    if (digits.starts_with("0x") || digits.starts_with("0X")) {
-        digits.remove_prefix(2);
-        base = 16;
-    }
-    const auto* end = digits.data() + digits.size();
-    const auto [stop, error] = std::from_chars(digits.data(), end, magnitude, base);
-    return error == std::errc() && stop == end;
-}
-
 Value parseInteger(const FieldDescription& field, const IntegerType& type, const std::string& text) {
-    std::string_view digits = text;
-    const bool negative = digits.starts_with('-');
-    if (negative)
-        digits.remove_prefix(1);
-    std::uint64_t magnitude = 0;
-    const auto lowestMagnitude = std::uint64_t{0} - static_cast<std::uint64_t>(type.lowest);
-    if (!parseMagnitude(digits, magnitude) || magnitude > (negative ? lowestMagnitude : type.highest))
-        refuse(field, fmt::format("a number from {} to {}", type.lowest, type.highest), text);
+    const auto wanted = fmt::format("a number from {} to {}", type.lowest, type.highest);
+    WholeNumber number;
+    try {
+        number = parseWholeNumber(text);
+    } catch (const std::invalid_argument& error) {
+        throw std::invalid_argument(fmt::format("'{}' must be {}: {}", field.name, wanted, error.what()));
+    }
+    if (!number.isWithin(type.lowest, type.highest))
+        refuse(field, wanted, text);
     if (type.lowest == 0)
-        return Value(magnitude);
-    return Value(static_cast<std::int64_t>(negative ? std::uint64_t{0} - magnitude : magnitude));
+        return Value(number.magnitude);
+    return Value(number.value());
 }
 
 Value parseFlag(const FieldDescription& field, const std::string& text) {

@@ -1,29 +1,17 @@
 #include <tavo/cli/values/i2c_grid.h>
 
 #include <algorithm>
-#include <charconv>
 #include <stdexcept>
-#include <string_view>
 
 #include <fmt/format.h>
+
+#include <tavo/cli/values/whole_number.h>
 
 namespace TAVO::cli {
 
 namespace {
 
 constexpr std::uint32_t columns = 16;
-
-std::optional<std::uint32_t> parseNumber(std::string_view text) {
-    const bool hexadecimal = text.starts_with("0x") || text.starts_with("0X");
-    text.remove_prefix(hexadecimal ? 2 : 0);
-    const int base = hexadecimal ? 16 : text.starts_with('0') ? 8 : 10;
-    std::uint32_t number = 0;
-    const auto* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, number, base);
-    if (error != std::errc() || stop != end)
-        return std::nullopt;
-    return number;
-}
 
 std::string columnNumbers(const char* format) {
     std::string text;
@@ -48,13 +36,24 @@ char asCharacter(std::uint8_t byte) {
 } // namespace
 
 NumberRange parseRange(const std::string& text, std::uint32_t highest) {
-    const auto dash = std::min(text.find('-'), text.size());
-    const auto first = parseNumber(std::string_view(text).substr(0, dash));
-    const auto last = parseNumber(std::string_view(text).substr(std::min(dash + 1, text.size())));
-    if (!first || !last || *first > *last || *last > highest)
+    const auto refuse = [&](const std::string& why) {
         throw std::invalid_argument(
-            fmt::format("'{}' is not a range A-B with numbers up to 0x{:02x}", text, highest));
-    return {*first, *last};
+            fmt::format("'{}' is not a range A-B with numbers up to 0x{:02x}{}", text, highest, why));
+    };
+    const auto dash = std::min(text.find('-'), text.size());
+    const auto numberIn = [&](const std::string& part) {
+        try {
+            return static_cast<std::uint32_t>(parseWholeNumber(part, 0, highest));
+        } catch (const std::invalid_argument& error) {
+            refuse(fmt::format(": {}", error.what()));
+            throw;
+        }
+    };
+    const auto first = numberIn(text.substr(0, dash));
+    const auto last = numberIn(text.substr(std::min(dash + 1, text.size())));
+    if (first > last)
+        refuse(": it ends before it begins");
+    return {first, last};
 }
 
 std::string detectGrid(NumberRange range, const std::vector<std::uint32_t>& found) {

@@ -33,6 +33,8 @@ std::string escapeOf(char32_t codePoint) {
 } // namespace
 
 void JsonWriter::newLine() {
+    if (layout_ == Layout::line)
+        return;
     sink_.write("\n");
     for (int level = 0; level < depth_; ++level)
         sink_.write("  ");
@@ -41,7 +43,7 @@ void JsonWriter::newLine() {
 void JsonWriter::begin() {
     if (!std::exchange(behindKey_, false) && depth_ > 0) {
         if (!first_)
-            sink_.write(",");
+            sink_.write(layout_ == Layout::line ? ", " : ",");
         newLine();
     }
     first_ = false;

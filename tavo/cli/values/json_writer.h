@@ -12,14 +12,17 @@
 
 namespace TAVO::cli {
 
-/// Writes one JSON document piece by piece: two blanks per level, one line per element. Escapes invisible
-/// characters, see isUnseen().
+/// Writes one JSON document piece by piece: two blanks per level, one line per element; or all of it in one
+/// line. Escapes invisible characters, see isUnseen().
 ///
 /// Each value follows a key or stands in an array. Keys must come in alphabetical order and need no escapes.
 class JsonWriter {
 public:
-    explicit JsonWriter(Sink& sink)
-        : sink_(sink) {}
+    enum class Layout { indented, line };
+
+    explicit JsonWriter(Sink& sink, Layout layout = Layout::indented)
+        : sink_(sink)
+        , layout_(layout) {}
 
     /// Writes an object; `fill` writes its members.
     template <class Fill>
@@ -68,6 +71,7 @@ private:
     void unsignedNumber(std::uint64_t value);
 
     Sink& sink_;
+    Layout layout_;
     int depth_ = 0;
     bool first_ = true;
     bool behindKey_ = false;

@@ -1,11 +1,13 @@
 #include <tavo/cli/values/tap_state_name.h>
 
-#include <charconv>
 #include <iterator>
+#include <limits>
 #include <stdexcept>
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
+
+#include <tavo/cli/values/whole_number.h>
 
 namespace TAVO::cli {
 
@@ -37,10 +39,9 @@ std::optional<std::string_view> tapStateName(std::int32_t number) {
 }
 
 std::int32_t parseTapState(std::string_view text) {
-    std::int32_t number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error == std::errc() && end == text.data() + text.size())
-        return number;
+    if (text.find_first_of("0123456789") == (text.starts_with('-') ? 1 : 0))
+        return static_cast<std::int32_t>(parseWholeNumber(text, std::numeric_limits<std::int32_t>::min(),
+                                                          std::numeric_limits<std::int32_t>::max()));
     for (std::size_t state = 0; state < std::size(names); ++state)
         if (essence(text) == essence(names[state]))
             return static_cast<std::int32_t>(state);

@@ -13,8 +13,8 @@ void takeQuoted(std::string_view& rest, std::string& word) {
     const char quote = rest.front();
     rest.remove_prefix(1);
     while (!rest.empty() && rest.front() != quote) {
-        const bool escaped =
-            quote == '"' && rest.size() > 1 && rest.front() == '\\' && (rest[1] == '"' || rest[1] == '\\');
+        const bool escaped = quote == '"' && rest.size() > 1 && rest.front() == '\\' &&
+                             std::string_view("\"\\$`").find(rest[1]) != std::string_view::npos;
         if (escaped)
             rest.remove_prefix(1);
         word += rest.front();
@@ -30,10 +30,15 @@ std::string takeWord(std::string_view& rest) {
     while (!rest.empty() && !isBlank(rest.front())) {
         if (rest.front() == '"' || rest.front() == '\'') {
             takeQuoted(rest, word);
-        } else {
-            word += rest.front();
-            rest.remove_prefix(1);
+            continue;
         }
+        if (rest.front() == '\\') {
+            rest.remove_prefix(1);
+            if (rest.empty())
+                throw std::invalid_argument("a backslash ends the line");
+        }
+        word += rest.front();
+        rest.remove_prefix(1);
     }
     return word;
 }

@@ -25,6 +25,13 @@ TEST(SplitWords, KeepsWordsTogetherBetweenQuotes) {
     EXPECT_THAT(splitWords("'#' x"), ElementsAre("#", "x"));
 }
 
+TEST(SplitWords, TakesWhatFollowsABackslashAsItIs) {
+    EXPECT_THAT(splitWords(R"(two\ words \" \' \\ \a \# )"),
+                ElementsAre("two words", "\"", "'", "\\", "a", "#"));
+    EXPECT_THAT(splitWords(R"("\$ \` \a" '\')"), ElementsAre(R"($ ` \a)", "\\"));
+    EXPECT_THROW(splitWords("a\\"), std::invalid_argument);
+}
+
 TEST(SplitWords, RefusesAQuoteThatIsNotClosed) {
     EXPECT_THROW(splitWords("a 'b"), std::invalid_argument);
     EXPECT_THROW(splitWords("a=\"b\\\""), std::invalid_argument);
