@@ -11,9 +11,10 @@ namespace {
 namespace wire = TAVO::TAVOXTranscode;
 
 constexpr wire::Call<ExchangeRequest, ExchangeReply> exchange{"exchange"};
+constexpr wire::Call<ExchangeRequest, ExchangeReply> longNamedExchange{"exchangeNumberAndAllData"};
 constexpr wire::Call<StoreRequest> store{"store"};
 constexpr wire::Call<FetchRequest, FetchReply> fetch{"fetch"};
-constexpr auto table = wire::tableOf(exchange, store, fetch);
+constexpr auto table = wire::tableOf(exchange, longNamedExchange, store, fetch);
 
 class GaugeFactory : public TAVO::TypeFactory {
 public:
@@ -28,6 +29,11 @@ wire::MethodRows gaugeRows() noexcept { return table; }
 std::shared_ptr<TAVO::BoundMethod<ExchangeReply>> Gauge::getExchangeMethod(std::int32_t number,
                                                                            const Bytes& data) const {
     return make(exchange, number, data);
+}
+
+std::shared_ptr<TAVO::BoundMethod<ExchangeReply>> Gauge::getLongNamedExchangeMethod(std::int32_t number,
+                                                                                    const Bytes& data) const {
+    return make(longNamedExchange, number, data);
 }
 
 std::shared_ptr<TAVO::Method> Gauge::getStoreMethod(Bytes data) const { return make(store, std::move(data)); }

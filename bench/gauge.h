@@ -55,6 +55,9 @@ class Gauge : public TAVO::Proxy<gaugeRows> {
 public:
     std::shared_ptr<TAVO::BoundMethod<ExchangeReply>> getExchangeMethod(std::int32_t number,
                                                                         const Bytes& data) const;
+    /// The same call by a name of 24 letters.
+    std::shared_ptr<TAVO::BoundMethod<ExchangeReply>> getLongNamedExchangeMethod(std::int32_t number,
+                                                                                 const Bytes& data) const;
     std::shared_ptr<TAVO::Method> getStoreMethod(Bytes data) const;
     std::shared_ptr<TAVO::BoundMethod<FetchReply>> getFetchMethod(std::int32_t length) const;
 
