@@ -12,9 +12,10 @@ namespace wire = TAVO::TAVOXTranscode;
 
 constexpr wire::Call<ExchangeRequest, ExchangeReply> exchange{"exchange"};
 constexpr wire::Call<ExchangeRequest, ExchangeReply> longNamedExchange{"exchangeNumberAndAllData"};
+constexpr wire::Call<TurnRequest, TurnReply> turn{"turn"};
 constexpr wire::Call<StoreRequest> store{"store"};
 constexpr wire::Call<FetchRequest, FetchReply> fetch{"fetch"};
-constexpr auto table = wire::tableOf(exchange, longNamedExchange, store, fetch);
+constexpr auto table = wire::tableOf(exchange, longNamedExchange, turn, store, fetch);
 
 class GaugeFactory : public TAVO::TypeFactory {
 public:
@@ -35,6 +36,8 @@ std::shared_ptr<TAVO::BoundMethod<ExchangeReply>> Gauge::getLongNamedExchangeMet
                                                                                     const Bytes& data) const {
     return make(longNamedExchange, number, data);
 }
+
+std::shared_ptr<TAVO::BoundMethod<TurnReply>> Gauge::getTurnMethod(bool on) const { return make(turn, on); }
 
 std::shared_ptr<TAVO::Method> Gauge::getStoreMethod(Bytes data) const { return make(store, std::move(data)); }
 

@@ -10,6 +10,11 @@
 
 namespace bench {
 
+/// With the few digits that a measurement is worth.
+std::string number(double value);
+/// "1.5 ms"
+std::string duration(double seconds);
+
 enum class Verdict { met, missed, withinNoise, information, notMeasured };
 
 /// One row of the table. A value above its target by no more than the noise is not a miss.
