@@ -46,12 +46,12 @@ struct Targets {
 void measureLarge(Run& run, Bench& bench, const Clock& clock, const std::string& setting,
                   const Targets& targets) {
     constexpr auto size = 16 * mebibyte;
-    run.report.addRatio("upload of 16 MiB" + setting, compareUpload(run, bench, clock, size, 60, 1),
+    run.report.addRatio("upload of 16 MiB" + setting, compareUpload(run, bench, clock, size, 150, 1),
                         targets.upload);
     run.report.addRatio("download of 16 MiB, value taken" + setting,
-                        compareDownload(run, bench, clock, size, 60, 1), targets.taken);
+                        compareDownload(run, bench, clock, size, 150, 1), targets.taken);
     run.report.addRatio("download of 16 MiB, looked at in place" + setting,
-                        compareDownload(run, bench, clock, size, 60, 1, Ending::looks), targets.inPlace);
+                        compareDownload(run, bench, clock, size, 150, 1, Ending::looks), targets.inPlace);
     run.report.addRatio("download of 16 MiB, value copied" + setting,
                         compareDownload(run, bench, clock, size, 30, 1, Ending::copies), {});
 }

@@ -127,7 +127,7 @@ void measureCycle(Run& run) {
         std::size_t count;
         std::size_t rounds;
         double target;
-    } cases[] = {{10, 2000, 3}, {1000, 300, 3}, {100000, 12, 6}};
+    } cases[] = {{10, 2000, 3}, {1000, 300, 3}, {100000, 40, 6}};
     for (const auto& [count, rounds, target] : cases) {
         RawCall raw(bench.appliance, "exchange", exchangeParameters(), count);
         const auto pieces = count < 100 ? 20U : 1U;

@@ -99,7 +99,7 @@ void serve(const std::function<void(int)>& tell) {
 
 } // namespace
 
-int main(int argc, char** argv) {
+int main() {
     return bench::peers::compare(
-        {"Cap'n Proto", serve, [](int port) { return std::make_unique<CapnpClient>(port); }}, argc, argv);
+        {"Cap'n Proto", serve, [](int port) { return std::make_unique<CapnpClient>(port); }});
 }

@@ -69,10 +69,9 @@ private:
 /// The raw client and the peer take turns, each with the processor time of itself and its server.
 class Rows {
 public:
-    Rows(const Peer& peer, int processor, double effort)
+    Rows(const Peer& peer, int processor)
         : name_(peer.name)
         , hasList_(peer.hasList)
-        , effort_(effort)
         , appliance_(Appliance::groupSize)
         , rawServer_(appliance_, processor)
         , peerServer_(peer, processor)
@@ -115,9 +114,8 @@ private:
              const Bytes& parameters, std::size_t count, Work work) {
         RawCall rawCall(appliance_, method, parameters, count);
         auto rawWork = [&] { rawCall(raw_); };
-        const auto scaled = static_cast<std::size_t>(static_cast<double>(rounds) * effort_) + 1;
         const auto times = interleavedTimes(
-            scaled, [&] { return timed(rawClock_, pieces, rawWork); },
+            rounds, [&] { return timed(rawClock_, pieces, rawWork); },
             [&] { return timed(peerClock_, pieces, work); });
         fmt::print("| {} | {} | {} x raw | {} | {} | {} |\n", what, name_, number(times.ratio.value),
                    number(times.ratio.noise), duration(times.raw), duration(times.library.value));
@@ -126,7 +124,6 @@ private:
 
     const char* name_;
     bool hasList_;
-    double effort_;
     Appliance appliance_;
     ServerProcess rawServer_;
     PeerServer peerServer_;
@@ -138,11 +135,11 @@ private:
 
 } // namespace
 
-int compare(const Peer& peer, int argc, char** argv) {
+int compare(const Peer& peer) {
     try {
         const auto processor = allowedProcessors().front();
         pinTo(processor);
-        Rows(peer, processor, argc > 1 ? std::stod(argv[1]) : 1).measureAll();
+        Rows(peer, processor).measureAll();
         return 0;
     } catch (const std::exception& failure) {
         fmt::print(stderr, "{}: {}\n", peer.name, failure.what());

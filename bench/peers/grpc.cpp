@@ -130,7 +130,7 @@ void serve(const std::function<void(int)>& tell) {
 
 } // namespace
 
-int main(int argc, char** argv) {
-    return bench::peers::compare({"gRPC", serve, [](int port) { return std::make_unique<GrpcClient>(port); }},
-                                 argc, argv);
+int main() {
+    return bench::peers::compare(
+        {"gRPC", serve, [](int port) { return std::make_unique<GrpcClient>(port); }});
 }

@@ -95,7 +95,6 @@ void serve(const std::function<void(int)>& tell) {
 
 } // namespace
 
-int main(int argc, char** argv) {
-    return bench::peers::compare({"Ice", serve, [](int port) { return std::make_unique<IceClient>(port); }},
-                                 argc, argv);
+int main() {
+    return bench::peers::compare({"Ice", serve, [](int port) { return std::make_unique<IceClient>(port); }});
 }

@@ -56,9 +56,8 @@ void serve(const std::function<void(int)>& tell) {
 
 } // namespace
 
-int main(int argc, char** argv) {
+int main() {
     bench::registerGauge();
     return bench::peers::compare(
-        {"tavo_client", serve, [](int port) { return std::make_unique<LibraryClient>(port); }, false}, argc,
-        argv);
+        {"tavo_client", serve, [](int port) { return std::make_unique<LibraryClient>(port); }, false});
 }

@@ -46,6 +46,6 @@ struct Peer {
 };
 
 /// The main function of a peer: measures it beside a raw client and prints a row for each piece of work.
-int compare(const Peer& peer, int argc, char** argv);
+int compare(const Peer& peer);
 
 } // namespace bench::peers

@@ -129,7 +129,7 @@ void serve(const std::function<void(int)>& tell) {
 
 } // namespace
 
-int main(int argc, char** argv) {
+int main() {
     return bench::peers::compare(
-        {"Thrift", serve, [](int port) { return std::make_unique<ThriftClient>(port); }}, argc, argv);
+        {"Thrift", serve, [](int port) { return std::make_unique<ThriftClient>(port); }});
 }
