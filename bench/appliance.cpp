@@ -36,7 +36,9 @@ Appliance::Appliance(std::size_t gauges)
     for (std::uint32_t i = 0; i < gauges; ++i) {
         const auto id = firstGauge + i;
         auto& gauge = objects_.add(id, "gauge");
-        gauge.method("exchange", support::result(0, joined({u32(42), block(Bytes(16, 0x5A))})));
+        for (const auto* name : {"exchange", "exchangeNumberAndAllData"})
+            gauge.method(name, support::result(0, joined({u32(42), block(Bytes(16, 0x5A))})));
+        gauge.method("turn", support::result(0, Bytes{1}));
         gauge.method("store");
         gauge.method("fetch", [](const Bytes& length) {
             return support::result(0, block(Bytes(numberAt(length.data()), 0x5A)));

@@ -88,6 +88,13 @@ void measureOpening(Run& run);
 void measureRequestSizes(Run& run);
 void measureAllocations(Run& run);
 void measureGrowth(Run& run);
+void measurePrograms(Run& run);
+void measureMemory(Run& run);
+
+/// The pieces of work whose memory is measured, each in a process of its own.
+const std::vector<std::string>& worksAlone();
+/// Does the work on the server at this port and prints the most memory that the process held, in KiB.
+void workAlone(const std::string& work, int port);
 
 /// Repeats one piece of work without a network, for profilers.
 void drive(const std::string& work, std::size_t iterations);

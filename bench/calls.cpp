@@ -100,13 +100,13 @@ void measureBatch(Run& run) {
 namespace {
 
 /// Everything that an application does for a batch: build it, execute it, take its results, free it.
-template <class Execute>
-void runWholeCycle(const Bench& bench, std::size_t count, const Bytes& data, Execute execute) {
+template <class Build, class Execute>
+void runWholeCycle(std::size_t count, Build build, Execute execute) {
     const auto queue = std::make_shared<TAVO::MulticallQueue>();
     std::vector<std::shared_ptr<TAVO::BoundMethod<ExchangeReply>>> methods;
     methods.reserve(count);
     for (std::size_t i = 0; i < count; ++i) {
-        methods.push_back(bench.gauge.getExchangeMethod(exchangeNumber, data));
+        methods.push_back(build());
         queue->add(methods.back());
     }
     execute(queue);
@@ -120,23 +120,38 @@ void measureCycle(Run& run) {
     Bench bench(run.processors.front());
     const auto clock = run.sharedProcessor(bench.server);
     const auto data = exchangeData();
+    const auto shortNamed = [&] { return bench.gauge.getExchangeMethod(exchangeNumber, data); };
+    const auto longNamed = [&] { return bench.gauge.getLongNamedExchangeMethod(exchangeNumber, data); };
+    const auto execute = [&bench](const auto& queue) { bench.device->multicall(queue); };
     const struct {
         std::size_t count;
         std::size_t rounds;
         double target;
-    } cases[] = {{10, 2000, 3}, {1000, 300, 3}, {100000, 6, 6}};
+    } cases[] = {{10, 2000, 3}, {1000, 300, 3}, {100000, 40, 6}};
     for (const auto& [count, rounds, target] : cases) {
         RawCall raw(bench.appliance, "exchange", exchangeParameters(), count);
         const auto pieces = count < 100 ? 20U : 1U;
         const auto comparison = interleaved(
             clock, run.rounds(rounds), pieces, [&] { raw(bench.raw); },
-            [&] {
-                runWholeCycle(bench, count, data,
-                              [&bench](const auto& queue) { bench.device->multicall(queue); });
-            });
+            [&] { runWholeCycle(count, shortNamed, execute); });
         const auto work = "batch of " + std::to_string(count) + ", built, executed, taken and freed";
         run.report.addRatio(work, comparison, target);
+        if (count == 100000) {
+            const auto each = 1e9 / static_cast<double>(count);
+            run.report.add({work + ", each call",
+                            "ns",
+                            Measured{comparison.library.value * each, comparison.library.noise * each},
+                            200,
+                            {},
+                            {},
+                            ""});
+        }
     }
+    const auto named = interleaved(
+        clock, run.rounds(600), 1, [&] { runWholeCycle(batchSize, shortNamed, execute); },
+        [&] { runWholeCycle(batchSize, longNamed, execute); });
+    run.report.add({"batch of 1000, names of 24 letters instead of 8", "x short", named.ratio, 1.03,
+                    named.raw, named.library.value, "raw is the short names"});
 }
 
 void measureBuilding(Run& run) {
@@ -176,9 +191,9 @@ void drive(const std::string& work, std::size_t iterations) {
     if (work == "cycle") {
         const auto data = exchangeData();
         for (std::size_t i = 0; i < iterations; ++i)
-            runWholeCycle(bench, count, data, [&exchange](const auto& queue) {
-                exchange.run(Appliance::lockId, queue->getMethods());
-            });
+            runWholeCycle(
+                count, [&] { return bench.gauge.getExchangeMethod(exchangeNumber, data); },
+                [&exchange](const auto& queue) { exchange.run(Appliance::lockId, queue->getMethods()); });
         return;
     }
     const auto batch = batchOf(*exchangeQueue(bench.gauge, count));

@@ -34,6 +34,17 @@ struct ExchangeReply : TAVO::dto::reply_packet {
     }
 };
 
+/// As small as the calls of a relay.
+struct TurnRequest : TAVO::dto::request_packet {
+    bool on = false;
+    static constexpr auto fields() { return std::tuple{TAVO::dto::Field{"on", &TurnRequest::on}}; }
+};
+
+struct TurnReply : TAVO::dto::reply_packet {
+    std::uint8_t state = 0;
+    static constexpr auto fields() { return std::tuple{TAVO::dto::Field{"state", &TurnReply::state}}; }
+};
+
 struct StoreRequest : TAVO::dto::request_packet {
     Bytes data;
     static constexpr auto fields() { return std::tuple{TAVO::dto::Field{"data", &StoreRequest::data}}; }
@@ -55,6 +66,10 @@ class Gauge : public TAVO::Proxy<gaugeRows> {
 public:
     std::shared_ptr<TAVO::BoundMethod<ExchangeReply>> getExchangeMethod(std::int32_t number,
                                                                         const Bytes& data) const;
+    /// The same call by a name of 24 letters.
+    std::shared_ptr<TAVO::BoundMethod<ExchangeReply>> getLongNamedExchangeMethod(std::int32_t number,
+                                                                                 const Bytes& data) const;
+    std::shared_ptr<TAVO::BoundMethod<TurnReply>> getTurnMethod(bool on) const;
     std::shared_ptr<TAVO::Method> getStoreMethod(Bytes data) const;
     std::shared_ptr<TAVO::BoundMethod<FetchReply>> getFetchMethod(std::int32_t length) const;
 

@@ -69,7 +69,7 @@ void measureManyDevices(Run& run, Bench& bench) {
     }
     std::size_t rawTurn = 0, libraryTurn = 0;
     const auto inTurn = interleaved(
-        run.sharedProcessor(bench.server), run.rounds(1000), 32, [&] { raw(clients[rawTurn++ % count]); },
+        run.sharedProcessor(bench.server), run.rounds(4000), 32, [&] { raw(clients[rawTurn++ % count]); },
         [&] {
             const auto turn = libraryTurn++ % count;
             devices[turn]->call(methods[turn]);

@@ -22,7 +22,8 @@ const std::vector<Measurement> measurements{
     {"cycle", bench::measureCycle},        {"build", bench::measureBuilding},
     {"blobs", bench::measureBlobs},        {"opening", bench::measureOpening},
     {"sizes", bench::measureRequestSizes}, {"allocations", bench::measureAllocations},
-    {"growth", bench::measureGrowth},
+    {"growth", bench::measureGrowth},      {"programs", bench::measurePrograms},
+    {"memory", bench::measureMemory},
 };
 
 std::vector<std::string> names() {
@@ -49,11 +50,23 @@ int main(int argc, char** argv) {
     program
         .add_option("--drive", driven, "Measure nothing; repeat this work without a network, for profilers")
         ->check(CLI::IsMember({"single", "batch", "build", "cycle"}));
+    std::string alone;
+    int port = 0;
+    auto* aloneOption = program
+                            .add_option("--alone", alone,
+                                        "Measure nothing; do this work on the server at --port, and print "
+                                        "the most memory that it took, in KiB")
+                            ->check(CLI::IsMember(bench::worksAlone()));
+    aloneOption->needs(program.add_option("--port", port, "The server of --alone"));
     program.add_option("--iterations", iterations, "How often to repeat the driven work");
     CLI11_PARSE(program, argc, argv);
 
     try {
         bench::registerGauge();
+        if (!alone.empty()) {
+            bench::workAlone(alone, port);
+            return 0;
+        }
         if (!driven.empty()) {
             bench::drive(driven, iterations);
             return 0;

@@ -9,6 +9,16 @@
 
 namespace bench {
 
+std::string number(double value) {
+    return value >= 100 ? fmt::format("{:.0f}", value) : fmt::format("{:.3g}", value);
+}
+
+std::string duration(double seconds) {
+    if (seconds >= 1e-3)
+        return number(seconds * 1e3) + " ms";
+    return seconds >= 1e-6 ? number(seconds * 1e6) + " us" : number(seconds * 1e9) + " ns";
+}
+
 namespace {
 
 const char* textOf(Verdict verdict) {
@@ -25,16 +35,6 @@ const char* textOf(Verdict verdict) {
         break;
     }
     return "not measured";
-}
-
-std::string number(double value) {
-    return value >= 100 ? fmt::format("{:.0f}", value) : fmt::format("{:.3g}", value);
-}
-
-std::string duration(double seconds) {
-    if (seconds >= 1e-3)
-        return number(seconds * 1e3) + " ms";
-    return seconds >= 1e-6 ? number(seconds * 1e6) + " us" : number(seconds * 1e9) + " ns";
 }
 
 /// The columns of a row as text.

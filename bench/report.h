@@ -10,9 +10,14 @@
 
 namespace bench {
 
+/// With the few digits that a measurement is worth.
+std::string number(double value);
+/// "1.5 ms"
+std::string duration(double seconds);
+
 enum class Verdict { met, missed, withinNoise, information, notMeasured };
 
-/// One row of the table. A value above its target by no more than the noise is not a miss.
+/// One row of the table. A value above its target by no more than the noise of its median is not a miss.
 struct Row {
     std::string work;
     std::string unit;

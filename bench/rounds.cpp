@@ -16,11 +16,16 @@ double median(std::vector<double> values) {
 }
 
 Measured summarised(const std::vector<double>& rounds) {
+    if (rounds.empty())
+        return {};
     Measured result{median(rounds), 0};
     std::vector<double> distances;
     for (const auto round : rounds)
         distances.push_back(std::abs(round - result.value));
-    result.noise = median(std::move(distances));
+    // Of rounds that vary as a normal distribution does, from the median distance, which ignores outliers.
+    constexpr double deviation = 1.4826, errorOfMedian = 1.2533;
+    const auto spread = median(std::move(distances)) * deviation;
+    result.noise = 2 * errorOfMedian * spread / std::sqrt(static_cast<double>(rounds.size()));
     return result;
 }
 

@@ -13,7 +13,7 @@ double median(std::vector<double> values);
 /// A value measured in several rounds.
 struct Measured {
     double value = 0; ///< the median
-    double noise = 0; ///< the median distance of the rounds from the median
+    double noise = 0; ///< how far the median may be from that of endless rounds: twice its standard error
 };
 
 Measured summarised(const std::vector<double>& rounds);

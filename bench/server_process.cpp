@@ -95,16 +95,8 @@ Descriptor listenOn(const std::string& address, int& port) {
         pinTo(processor);
         if (prepare)
             prepare();
-        int port = 0;
-        const auto listener = listenOn(address, port);
-        checked(::write(portPipe.number(), &port, sizeof port), "write");
-        while (true) {
-            Descriptor connection(
-                checked(::accept4(listener.number(), nullptr, nullptr, SOCK_CLOEXEC), "accept"));
-            std::thread([&, socket = std::move(connection)]() mutable {
-                serveAndReport(appliance, exchanges, std::move(socket));
-            }).detach();
-        }
+        serveHere(appliance, exchanges, address,
+                  [&](int port) { checked(::write(portPipe.number(), &port, sizeof port), "write"); });
     } catch (const std::exception& failure) {
         std::fprintf(stderr, "server: %s\n", failure.what());
     }
@@ -136,6 +128,20 @@ void pinTo(int processor) {
     CPU_ZERO(&set);
     CPU_SET(processor, &set);
     checked(::sched_setaffinity(0, sizeof set, &set), "sched_setaffinity");
+}
+
+void serveHere(Appliance& appliance, std::atomic<std::uint64_t>& exchanges, const std::string& address,
+               const std::function<void(int)>& tell) {
+    int port = 0;
+    const auto listener = listenOn(address, port);
+    tell(port);
+    while (true) {
+        Descriptor connection(
+            checked(::accept4(listener.number(), nullptr, nullptr, SOCK_CLOEXEC), "accept"));
+        std::thread([&, socket = std::move(connection)]() mutable {
+            serveAndReport(appliance, exchanges, std::move(socket));
+        }).detach();
+    }
 }
 
 ServerProcess::ServerProcess(Appliance& appliance, int processor, const std::string& address,

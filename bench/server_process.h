@@ -16,6 +16,12 @@ namespace bench {
 std::vector<int> allowedProcessors();
 void pinTo(int processor);
 
+/// Serves the appliance in this process, with a thread per connection.
+/// @param exchanges counts the requests that were answered.
+/// @param tell is given the port before anybody connects.
+[[noreturn]] void serveHere(Appliance& appliance, std::atomic<std::uint64_t>& exchanges,
+                            const std::string& address, const std::function<void(int port)>& tell);
+
 /// An appliance on a TCP port, in its own process with a thread per connection. It treats raw clients and the
 /// library alike: reads a request by the length in its head and sends prepared bytes. It ends with this
 /// object, and with the process that made it.

@@ -30,6 +30,12 @@ expect "status of an unknown option" 2 "$status"
 expect "first line of an unknown option" "scripts/test: unknown option '--nonsense'" "$(head -n 1 <<<"$errors")"
 expect "what an unknown option starts" "" "$(cat "$work/output")"
 
+# --- the options of scripts/bench
+status=0
+errors=$(scripts/bench --peers --only batch 2>&1) || status=$?
+expect "status of --peers with another option" 2 "$status"
+expect "what is wrong with it" "scripts/bench: --peers takes no option but --docs: --only batch" "$errors"
+
 # --- the sum of result files
 . scripts/lib/results.sh
 cat >"$work/results/tests-a.xml" <<'END'

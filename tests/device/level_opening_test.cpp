@@ -3,17 +3,14 @@
 #include <memory>
 #include <random>
 #include <string>
-#include <typeinfo>
 #include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include <tavo/client/device/device_factory.h>
-#include <tavo/client/device/device_v1_0.h>
-#include <tavo/client/device/private_v1_0.h>
-#include <tavo/client/device/system_v1_0.h>
-#include <tavo/client/wire/error.h>
+#include <tests/device/drawn_tree.h>
+#include <tests/device/memory_transport.h>
 #include <tests/support/all_types.h>
 #include <tests/support/allocation_meter.h>
 #include <tests/support/appliance_server.h>
@@ -31,63 +28,47 @@ using TAVO::DeviceFactory;
 using TAVO::OpenOptions;
 using Names = std::vector<std::string>;
 
-/// A tree as text: names, classes, ids and the methods' ids.
-std::string drawn(const std::shared_ptr<TAVO::Container>& node) {
-    const auto& shown = *node;
-    std::string drawing = node->getFullName() + " " + typeid(shown).name();
-    if (const auto object = std::dynamic_pointer_cast<TAVO::Object_v1_0>(node)) {
-        drawing += " " + object->knownType() + " " + std::to_string(object->getInstanceID());
-        for (const auto* name : {"type", "version", "members", "get", "set", "odd"})
-            if (object->hasMethod(name))
-                drawing += std::string(" ") + name + "=" + std::to_string(object->getMethodID(name));
-    }
-    drawing += "\n";
-    for (const auto& child : node->getChildren())
-        drawing += drawn(child);
-    return drawing;
+std::string listedIds(const TAVO::Object_v1_0& object) {
+    return opening::idsOf(object, Names{"type", "version", "members", "get", "set", "odd"});
 }
 
 /// What became of an opening: the tree, or the exception.
 std::string outcomeOf(int port, const OpenOptions& options) {
-    try {
-        const auto device = DeviceFactory::buildDevice("127.0.0.1", port, "alice", "secret", false, options);
-        std::string drawing =
-            drawn(device->getDevice()) + drawn(device->getSystem()) + drawn(device->getPrivate());
-        for (const auto& child : device->getChildren())
-            drawing += drawn(child);
-        return drawing;
-    } catch (const TAVO::Error& failure) {
-        return std::string(typeid(failure).name()) + ": " + failure.what();
-    }
+    return opening::outcomeOf(
+        [&] { return DeviceFactory::buildDevice("127.0.0.1", port, "alice", "secret", false, options); },
+        listedIds);
 }
 
 const OpenOptions byLevels{.byLevels = true};
+
+using Members = std::vector<std::pair<std::string, std::uint32_t>>;
+
+void setRootMembers(FakeAppliance& appliance, const Members& members) {
+    Bytes list = u32(static_cast<std::uint32_t>(members.size()));
+    for (const auto& [name, id] : members)
+        list = joined({list, text(name), u32(id)});
+    appliance.object(0).method("rootMembers", result(0, list));
+}
+
+/// "power", "group" of an unknown type, "group.inner", "group.inner.deep".
+void addSmallTree(FakeAppliance& appliance) {
+    support::addFixedObjects(appliance);
+    appliance.add(9, "relay");
+    appliance.add(4, "novelty").member("inner", 12);
+    appliance.add(12, "cmosRelay").member("deep", 13);
+    appliance.add(13, "relay");
+    setRootMembers(appliance, {{"power", 9}, {"group", 4}});
+}
 
 class LevelOpening : public testing::Test {
 protected:
     LevelOpening() { support::registerAllTypes(); }
 
-    void setRootMembers(const std::vector<std::pair<std::string, std::uint32_t>>& members) {
-        Bytes list = u32(static_cast<std::uint32_t>(members.size()));
-        for (const auto& [name, id] : members)
-            list = joined({list, text(name), u32(id)});
-        appliance.object(0).method("rootMembers", result(0, list));
-    }
-    /// "power", "group" of an unknown type, "group.inner", "group.inner.deep".
-    void addSmallTree() {
-        support::addFixedObjects(appliance);
-        appliance.add(9, "relay");
-        appliance.add(4, "novelty").member("inner", 12);
-        appliance.add(12, "cmosRelay").member("deep", 13);
-        appliance.add(13, "relay");
-        setRootMembers({{"power", 9}, {"group", 4}});
-    }
-
     FakeAppliance appliance;
 };
 
 TEST_F(LevelOpening, AsksForEachLevelInTwoExchanges) {
-    addSmallTree();
+    addSmallTree(appliance);
     support::ApplianceServer server(appliance);
     const auto device =
         DeviceFactory::buildDevice("127.0.0.1", server.port(), "alice", "secret", false, byLevels);
@@ -112,7 +93,7 @@ TEST_F(LevelOpening, AsksForEachLevelInTwoExchanges) {
 }
 
 TEST_F(LevelOpening, BuildsTheSameTree) {
-    addSmallTree();
+    addSmallTree(appliance);
     support::ApplianceServer server(appliance);
     const auto usual = outcomeOf(server.port(), {});
     EXPECT_NE(usual.find("group.inner.deep"), std::string::npos) << usual;
@@ -120,7 +101,7 @@ TEST_F(LevelOpening, BuildsTheSameTree) {
 }
 
 TEST_F(LevelOpening, InTwoHalvesDoesTheSame) {
-    addSmallTree();
+    addSmallTree(appliance);
     support::ApplianceServer server(appliance);
     TAVO::Device_Factory_Structs::TavoDeviceDescriptor descriptor;
     const auto device = DeviceFactory::queryDevice("127.0.0.1", server.port(), descriptor, byLevels);
@@ -131,7 +112,7 @@ TEST_F(LevelOpening, InTwoHalvesDoesTheSame) {
 }
 
 TEST_F(LevelOpening, AsksAgainForWhatIsRefusedInABatch) {
-    addSmallTree();
+    addSmallTree(appliance);
     bool batched = true;
     appliance.object(9).method("version", [&](const Bytes&) -> Bytes {
         if (std::exchange(batched, false))
@@ -148,7 +129,7 @@ TEST_F(LevelOpening, MeetsEveryRefusalAsWithoutBatches) {
         for (const std::uint32_t object : {0U, 1U, 2U, 9U, 12U, 13U})
             for (const auto* method : {"methods", "type", "version", "members"}) {
                 appliance = {};
-                addSmallTree();
+                addSmallTree(appliance);
                 appliance.object(object).method(method, [code](const Bytes&) -> Bytes {
                     throw support::DeviceFault{code, "refused"};
                 });
@@ -157,6 +138,54 @@ TEST_F(LevelOpening, MeetsEveryRefusalAsWithoutBatches) {
                 server.awaitNoConnection();
                 EXPECT_EQ(outcomeOf(server.port(), byLevels), usual) << code << " " << object << method;
             }
+}
+
+/// What becomes of an opening of the small tree, over a transport in memory, with this result block for one
+/// call.
+std::string outcomeWith(std::uint32_t object, const std::string& method, const Bytes& block, bool levels) {
+    support::MemoryLine line;
+    addSmallTree(line.appliance);
+    line.appliance.object(object).method(method, block);
+    return opening::outcomeOf(
+        [&] {
+            return DeviceFactory::buildDevice(std::make_unique<support::MemoryTransport>(line), "alice",
+                                              "secret", false, {.byLevels = levels});
+        },
+        listedIds);
+}
+
+/// The block cut everywhere, continued, and with each of its bytes changed.
+std::vector<Bytes> damaged(const Bytes& block) {
+    std::vector<Bytes> all;
+    for (std::size_t length = 0; length < block.size(); ++length)
+        all.emplace_back(block.begin(), block.begin() + static_cast<std::ptrdiff_t>(length));
+    all.push_back(joined({block, Bytes(1, 0)}));
+    all.push_back(joined({block, Bytes(100, 0xFF)}));
+    for (std::size_t place = 0; place < block.size(); ++place)
+        for (const auto value : Bytes{0x00, 0x01, 0x41, 0x7F, 0xFF}) {
+            all.push_back(block);
+            all.back()[place] = value;
+        }
+    return all;
+}
+
+TEST_F(LevelOpening, MeetsEveryDamagedDescriptionAsWithoutBatches) {
+    addSmallTree(appliance);
+    const std::size_t besideBlock = 4 + 4 + 4 + 4; // status, error, count, size
+    std::size_t failures = 0;
+    for (const std::uint32_t object : {0U, 1U, 2U, 4U, 9U, 12U, 13U})
+        for (const auto* method : {"methods", "type", "version", "members", "rootMembers"}) {
+            if (object != 0 && method == std::string("rootMembers"))
+                continue;
+            const auto id = appliance.object(object).methodId(method);
+            const auto reply = appliance.answer(joined({u32(0), u32(1), u32(object), u32(id), u32(0)}));
+            for (const auto& block : damaged({reply.begin() + besideBlock, reply.end()})) {
+                const auto usual = outcomeWith(object, method, block, false);
+                EXPECT_EQ(outcomeWith(object, method, block, true), usual) << object << method;
+                failures += usual.find("Error") != std::string::npos;
+            }
+        }
+    EXPECT_GT(failures, 1000u);
 }
 
 /// Trees of any shape, with objects that are there twice or not at all, that contain each other, list less
@@ -232,7 +261,7 @@ TEST_F(LevelOpening, OfAnyTreeComesToTheSame) {
 }
 
 TEST_F(LevelOpening, OverAConnectionThatEndsFailsAsWithoutBatches) {
-    addSmallTree();
+    addSmallTree(appliance);
     const support::ApplianceServer::Fault cut = [](support::RawConnection& connection, const Bytes& reply) {
         connection.write(Bytes(reply.begin(), reply.begin() + static_cast<std::ptrdiff_t>(reply.size() / 2)));
         connection.close();
@@ -245,7 +274,7 @@ TEST_F(LevelOpening, OverAConnectionThatEndsFailsAsWithoutBatches) {
     EXPECT_NE(usual.find("Connection to device closed unexpectedly."), std::string::npos);
     for (std::size_t exchange = 1; exchange <= 10; ++exchange) {
         appliance = {};
-        addSmallTree();
+        addSmallTree(appliance);
         support::ApplianceServer server(appliance, {{exchange, cut}});
         EXPECT_EQ(outcomeOf(server.port(), byLevels), usual) << exchange;
         server.awaitNoConnection();
@@ -257,12 +286,12 @@ TEST_F(LevelOpening, OverAConnectionThatEndsFailsAsWithoutBatches) {
 
 TEST_F(LevelOpening, OfALargeTreeIsSplit) {
     support::addFixedObjects(appliance);
-    std::vector<std::pair<std::string, std::uint32_t>> roots;
+    Members roots;
     for (std::uint32_t i = 0; i < 2500; ++i) {
         appliance.add(100 + i, "relay");
         roots.emplace_back("r" + std::to_string(i), 100 + i);
     }
-    setRootMembers(roots);
+    setRootMembers(appliance, roots);
     support::ApplianceServer server(appliance);
     const auto device =
         DeviceFactory::buildDevice("127.0.0.1", server.port(), "alice", "secret", false, byLevels);
@@ -279,7 +308,7 @@ TEST_F(LevelOpening, HoldsALongNameOnceForAllThatIsBelowIt) {
         appliance.add(100 + i, "relay");
         group.member("m" + std::to_string(i), 100 + i);
     }
-    setRootMembers({{longName, 50}});
+    setRootMembers(appliance, {{longName, 50}});
     support::ApplianceServer server(appliance);
     const support::AllocationMeter meter;
     const auto device =
@@ -289,7 +318,7 @@ TEST_F(LevelOpening, HoldsALongNameOnceForAllThatIsBelowIt) {
 }
 
 TEST_F(LevelOpening, OfChosenPathsBuildsNothingElse) {
-    addSmallTree();
+    addSmallTree(appliance);
     support::ApplianceServer server(appliance);
     for (const bool levels : {false, true}) {
         const auto device =
@@ -311,7 +340,7 @@ TEST_F(LevelOpening, OfChosenPathsBuildsNothingElse) {
 }
 
 TEST_F(LevelOpening, OfAChosenPathBuildsAllMembersOfObjectsThatHaveAFactory) {
-    addSmallTree();
+    addSmallTree(appliance);
     support::ApplianceServer server(appliance);
     const OpenOptions below{.byLevels = true, .only = {"group.inner.nobody"}};
     {
