@@ -90,6 +90,7 @@ void measureAllocations(Run& run);
 void measureGrowth(Run& run);
 void measurePrograms(Run& run);
 void measureMemory(Run& run);
+void measureShare(Run& run);
 
 /// The pieces of work whose memory is measured, each in a process of its own.
 const std::vector<std::string>& worksAlone();

@@ -23,7 +23,7 @@ const std::vector<Measurement> measurements{
     {"blobs", bench::measureBlobs},        {"opening", bench::measureOpening},
     {"sizes", bench::measureRequestSizes}, {"allocations", bench::measureAllocations},
     {"growth", bench::measureGrowth},      {"programs", bench::measurePrograms},
-    {"memory", bench::measureMemory},
+    {"memory", bench::measureMemory},      {"share", bench::measureShare},
 };
 
 std::vector<std::string> names() {
