@@ -259,6 +259,14 @@ TEST_F(Share, IsAloneForItsDeviceAndUser) {
     EXPECT_FALSE(fs::exists(path));
 }
 
+TEST_F(Share, IsNotTrustedInAFolderOfOthers) {
+    fs::permissions(folder / "tavo", fs::perms::all);
+    const auto before = simulator.connectionCount();
+    EXPECT_EQ(shared({"relay", "list"}).exitCode, 0);
+    EXPECT_EQ(simulator.connectionCount(), before + 1)
+        << "the password went to the device, not to the socket";
+}
+
 TEST_F(Share, RefusesAFolderOfOthers) {
     share->end();
     fs::permissions(folder / "tavo", fs::perms::all);
