@@ -49,7 +49,10 @@ public:
             app->footer(command.footer);
         if (bound.object && group.objects)
             group.objects->push_back(bound.object);
-        app->callback([&program = program_, run = std::move(bound.run)] { program.action = run; });
+        app->callback([&program = program_, bound = std::move(bound)] {
+            program.action = bound.run;
+            program.localAction = bound.runLocally;
+        });
     }
 
 private:
@@ -119,8 +122,6 @@ Program parseArguments(int argc, const char* const* argv) {
     } catch (const CLI::ParseError& error) {
         throw Failure(ExitCode::usage, fmt::format("{} (see --help)", error.what()));
     }
-    if (program.connection.host.empty() && !program.connection.simulated)
-        throw Failure(ExitCode::usage, "--host or --sim is required (see --help)");
     return program;
 }
 

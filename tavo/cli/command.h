@@ -12,16 +12,22 @@ namespace TAVO::cli {
 
 class Output;
 class Session;
+struct ConnectionOptions;
 
 using Action = std::function<void(Session&, Output&)>;
+/// What needs no device; it gets what the arguments say about the connection.
+using LocalAction = std::function<void(const ConnectionOptions&, Output&)>;
 
 /// A command with storage for its options.
 struct BoundCommand {
     OptionList options;
     /// Where to store the --object of its group; null if the command takes none.
     std::string* object = nullptr;
-    /// Runs the command with the current option values. Keeps the storage alive.
+    /// Runs the command with the current option values. Keeps the storage alive. Empty for a command that
+    /// needs no device.
     Action run;
+    /// The same for such a command.
+    LocalAction runLocally = {};
 };
 
 /// One command of the tool. Describing and parsing it runs nothing.
@@ -78,9 +84,31 @@ Command command(std::string path, std::string summary, void (*run)(Session&, Out
     return {std::move(path), std::move(summary), bind, std::move(footer)};
 }
 
+/// A command with options that needs no device.
+template <class Options>
+Command command(std::string path, std::string summary,
+                void (*run)(const ConnectionOptions&, Output&, const Options&)) {
+    const auto bind = [run] {
+        const auto options = std::make_shared<Options>();
+        BoundCommand bound;
+        options->describe(bound.options);
+        bound.runLocally = [options, run](const ConnectionOptions& given, Output& output) {
+            run(given, output, *options);
+        };
+        return bound;
+    };
+    return {std::move(path), std::move(summary), bind};
+}
+
+/// A command without options that needs no device.
+inline Command command(std::string path, std::string summary,
+                       void (*run)(const ConnectionOptions&, Output&)) {
+    return {std::move(path), std::move(summary), [run] { return BoundCommand{{}, nullptr, {}, run}; }};
+}
+
 /// A command without options.
 inline Command command(std::string path, std::string summary, void (*run)(Session&, Output&)) {
-    return {std::move(path), std::move(summary), [run] { return BoundCommand{{}, nullptr, run}; }};
+    return {std::move(path), std::move(summary), [run] { return BoundCommand{{}, nullptr, run, {}}; }};
 }
 
 } // namespace TAVO::cli

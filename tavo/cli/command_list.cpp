@@ -10,7 +10,7 @@ std::vector<Command> commandList() {
     std::vector<Command> all;
     for (auto* list : {infoCommands, treeCommands, callCommands, batchCommands, relayCommands, timeCommands,
                        firmwareCommands, headerCommands, jtagCommands, hdtCommands, gpuCommands, i2cCommands,
-                       postCommands, romCommands, serialCommands, lcdCommands}) {
+                       postCommands, romCommands, serialCommands, lcdCommands, configCommands}) {
         auto some = list();
         all.insert(all.end(), std::make_move_iterator(some.begin()), std::make_move_iterator(some.end()));
     }
@@ -38,6 +38,7 @@ std::vector<CommandGroup> commandGroups() {
         {"rom", "The memory that serves a board's boot ROM",
          "Full name of the ROM emulation; required if there are several"},
         {"lcd", "The display of the device", "Full name of the display; required if there are several"},
+        {"config", "Examine the configuration file"},
     };
 }
 

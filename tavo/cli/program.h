@@ -15,6 +15,8 @@ struct Program {
     std::string help;
     /// Set by the chosen command.
     Action action;
+    /// Set instead by a command that needs no device.
+    LocalAction localAction;
 
     /// Lists the options that every command takes.
     void describe(OptionList& list);

@@ -37,7 +37,7 @@ Session::Session(ConnectionOptions options, std::function<void(std::string_view)
     : options_(std::move(options))
     , warn_(std::move(warn))
     , environmentPassword_(takePasswordOfEnvironment()) {
-    if (const auto seconds = options_.timeout)
+    if (const auto seconds = options_.timeout; seconds && *seconds > 0)
         timeLimit_ = std::chrono::milliseconds(std::max(std::llround(*seconds * 1000), 1LL));
     registerObjects();
 }
@@ -71,8 +71,8 @@ Session::Account Session::account() const {
     }
     if (!options_.user)
         throw Failure(ExitCode::usage, "--user is needed: this command takes the lock of the device");
-    return {*options_.user,
-            findPassword({options_.passwordFile, environmentPassword_}, *options_.user, warn_)};
+    return {*options_.user, findPassword({options_.passwordFile, environmentPassword_, options_.strict},
+                                         *options_.user, warn_)};
 }
 
 void Session::startSimulator() {

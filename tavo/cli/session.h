@@ -31,10 +31,16 @@ struct ConnectionOptions {
     /// The command through which the device is reached.
     std::optional<std::string> via;
     bool secure = false;
+    /// Not secure, whatever the configuration file says.
+    bool notSecure = false;
+    /// Refuses a password file that others may read.
+    bool strict = false;
     bool simulated = false;
     std::string topology = "standard";
-    /// How many seconds the device may leave a call unanswered.
+    /// How many seconds an exchange may take; 0 is any time.
     std::optional<double> timeout;
+    /// Whether the user stated it.
+    bool timeoutIsChosen = false;
 };
 
 using Objects = std::vector<std::shared_ptr<Object_v1_0>>;

@@ -8,6 +8,7 @@
 #include <sys/resource.h>
 
 #include <tavo/cli/arguments.h>
+#include <tavo/cli/config/effective.h>
 #include <tavo/cli/interrupt.h>
 #include <tavo/cli/output.h>
 #include <tavo/cli/session.h>
@@ -24,8 +25,11 @@ bool seemsToWantJson(int argc, char** argv) {
 
 void execute(const Program& program, Output& output) {
     output.write(program.help);
-    if (program.action) {
-        Session session(program.connection, [&output](std::string_view warning) { output.warn(warning); });
+    const auto warn = [&output](std::string_view warning) { output.warn(warning); };
+    if (program.localAction) {
+        program.localAction(program.connection, output);
+    } else if (program.action) {
+        Session session(connectionFor(program.connection, warn), warn);
         program.action(session, output);
     }
 }

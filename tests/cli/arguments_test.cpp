@@ -40,8 +40,6 @@ TEST(Arguments, AskForAnActionOrForHelp) {
     EXPECT_THAT(help.help, HasSubstr("info"));
 }
 
-TEST(Arguments, NeedADevice) { EXPECT_THAT(refusalOf({"info"}), HasSubstr("--host or --sim is required")); }
-
 TEST(Arguments, RefuseTimesThatAreNoNumbers) {
     EXPECT_THAT(refusalOf({"--sim", "--timeout", "nan", "info"}), HasSubstr("--timeout"));
     EXPECT_THAT(refusalOf({"--sim", "post", "follow", "--timeout", "nan"}), HasSubstr("nan is not a number"));

@@ -23,5 +23,6 @@ std::vector<Command> postCommands();
 std::vector<Command> romCommands();
 std::vector<Command> serialCommands();
 std::vector<Command> lcdCommands();
+std::vector<Command> configCommands();
 
 } // namespace TAVO::cli
