@@ -7,11 +7,12 @@
 
 namespace tool_test {
 
-/// The paths of all commands of the tool, such as "relay set".
+/// The paths of all commands of the tool that talk to a device, such as "relay set".
 inline std::set<std::string> commandNames() {
     std::set<std::string> names;
     for (const auto& command : TAVO::cli::commandList())
-        names.insert(command.path);
+        if (command.bind().run)
+            names.insert(command.path);
     return names;
 }
 
