@@ -175,10 +175,10 @@ std::uint32_t pageSize(const SetOptions& options) {
 void set(Session& session, Output& output, const SetOptions& options) {
     const std::vector<std::uint8_t> bytes(options.values.begin(), options.values.end());
     requireRegisters(options, options.first, bytes.size());
-    requireConsent(fmt::format("Write {} bytes to I2C address 0x{:02x} from register 0x{:02x} on?",
-                               bytes.size(), options.address, options.first),
-                   options.yes);
+    const Consent consent(options.yes);
     const auto bus = busOf(session, options);
+    consent.ask(fmt::format("Write {} bytes to I2C address 0x{:02x} from register 0x{:02x} on?", bytes.size(),
+                            options.address, options.first));
     const I2cTarget target{*bus, options.address, options.wide};
     writePages(session, target, options.first, bytes, pageSize(options), options.verify);
     output.show([&](JsonWriter& json) { write(json, *bus, options, options.first, bytes, options.verify); },

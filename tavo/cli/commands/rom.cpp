@@ -174,10 +174,10 @@ struct LoadOptions : FileOptions {
 
 void load(Session& session, Output& output, const LoadOptions& options) {
     const auto image = imageOf(options);
-    requireConsent(fmt::format("Replace {} bytes at offset {} of the ROM?", image.size(), options.offset),
-                   options.yes);
+    const Consent consent(options.yes);
     RomMemory memory(session, options);
     memory.require(options.offset, image.size());
+    consent.ask(fmt::format("Replace {} bytes at offset {} of the ROM?", image.size(), options.offset));
     memory.write(options.offset, image);
     if (!options.unverified)
         compare(memory, options, image);
