@@ -7,7 +7,9 @@
 #include <string_view>
 #include <utility>
 
+#include <tavo/cli/exchange_time.h>
 #include <tavo/cli/password.h>
+#include <tavo/cli/values/duration.h>
 #include <tavo/cli/values/name_list.h>
 #include <tavo/cli/via_transport.h>
 #include <tavo/simulator/simulator.h>
@@ -17,6 +19,7 @@ namespace TAVO::cli {
 namespace {
 
 constexpr const char* simulatorUser = "engineer";
+constexpr std::string_view timedOut = "Call to device timed out.";
 
 void registerObjects() {
     CoreObjects::registerCoreObjects();
@@ -30,6 +33,27 @@ void collect(const std::shared_ptr<Container>& node, Objects& objects) {
     for (const auto& child : node->getChildren())
         collect(child, objects);
 }
+
+/// Gives an exchange more time than the limit while it exists.
+class LongerLimit {
+public:
+    LongerLimit(Device& device, std::chrono::milliseconds more)
+        : device_(device)
+        , before_(device.timeLimit()) {
+        if (before_ && more.count() > 0)
+            device_.setTimeLimit(*before_ + more);
+    }
+    LongerLimit(const LongerLimit&) = delete;
+    LongerLimit& operator=(const LongerLimit&) = delete;
+    ~LongerLimit() {
+        if (device_.timeLimit() != before_)
+            device_.setTimeLimit(before_);
+    }
+
+private:
+    Device& device_;
+    TimeLimit before_;
+};
 
 } // namespace
 
@@ -54,7 +78,8 @@ InterruptWatch& Session::watch() {
 }
 
 OpenOptions Session::interruptible() {
-    return {.timeLimit = timeLimit_, .interrupter = watch().interrupter()};
+    exchangeLimit_ = timeLimit_;
+    return {.timeLimit = timeLimit_, .interrupter = options_.via ? nullptr : watch().interrupter()};
 }
 
 void Session::limitRelease() {
@@ -93,12 +118,48 @@ int Session::port() const {
                                                   : DeviceFactory::DefaultPort);
 }
 
-std::string Session::address() { return fmt::format("{}:{}", options_.host, port()); }
+std::string Session::address() const { return fmt::format("{}:{}", options_.host, port()); }
 
 std::unique_ptr<Transport> Session::tunnel() {
     const auto stop = std::make_shared<ViaTransport::Stop>();
     watch().alsoInterrupt([stop] { stop->interrupt(); });
     return std::make_unique<ViaTransport>(viaCommand(*options_.via, options_.host, port()), stop);
+}
+
+std::unique_ptr<Transport> Session::connect() {
+    auto waiting = std::make_unique<WaitingLine>(fmt::format("waiting for {} ...", address()));
+    std::unique_ptr<Transport> connection;
+    if (options_.via)
+        connection = tunnel();
+    else
+        connection = std::make_unique<SocketTransport>(options_.host, std::to_string(port()),
+                                                       watch().interrupter(), timeLimit_);
+    answers_->connected = true;
+    // The user's command may ask questions first.
+    const bool patient = options_.via && !options_.timeoutIsChosen;
+    return std::make_unique<ObservedTransport>(std::move(connection), answers_, std::move(waiting), patient);
+}
+
+template <class Action>
+auto Session::await(Action action) {
+    try {
+        return watch().await(action);
+    } catch (const NetworkError& error) {
+        if (std::string_view(error.what()) != timedOut)
+            throw;
+        throw withFacts(NetworkError(fmt::format("{} ({})", timedOut, lateText())), error.facts());
+    }
+}
+
+std::string Session::lateText() const {
+    const auto limit = exchangeLimit_.value_or(std::chrono::milliseconds(0));
+    const auto text = durationText(std::chrono::duration<double>(limit).count());
+    if (!answers_->connected)
+        return fmt::format("no connection to {} within {}; --timeout sets the limit", address(), text);
+    if (answers_->begun)
+        return fmt::format("the exchange with {} took longer than {}; --timeout sets the limit", address(),
+                           text);
+    return fmt::format("{} did not answer within {}; --timeout sets the limit", address(), text);
 }
 
 Device& Session::device() {
@@ -113,14 +174,11 @@ void Session::open(std::vector<std::string> only) {
         startSimulator();
     auto options = interruptible();
     options.byLevels = true;
+    isPartial_ = !only.empty();
     options.only = std::move(only);
-    device_ = watch().await([&] {
-        if (!options_.via)
-            return DeviceFactory::buildDevice(options_.host, port(), identity.user, identity.password.text(),
-                                              options_.secure, options);
-        auto transport = tunnel();
-        options.interrupter = nullptr;
-        return DeviceFactory::buildDevice(std::move(transport), identity.user, identity.password.text(),
+    device_ = await([&] {
+        auto connection = connect();
+        return DeviceFactory::buildDevice(std::move(connection), identity.user, identity.password.text(),
                                           options_.secure, options);
     });
 }
@@ -128,13 +186,8 @@ void Session::open(std::vector<std::string> only) {
 Device& Session::identify(Device_Factory_Structs::TavoDeviceDescriptor& descriptor) {
     if (options_.simulated)
         startSimulator();
-    device_ = watch().await([&] {
-        if (!options_.via)
-            return DeviceFactory::queryDevice(options_.host, port(), descriptor, interruptible());
-        auto device = DeviceFactory::queryDevice(tunnel(), descriptor, {.timeLimit = timeLimit_});
-        descriptor.port = port();
-        return device;
-    });
+    device_ = await([&] { return DeviceFactory::queryDevice(connect(), descriptor, interruptible()); });
+    descriptor.port = port();
     return *device_;
 }
 
@@ -149,22 +202,27 @@ Objects Session::objects() {
     return objects;
 }
 
+Objects Session::allObjects() {
+    if (isPartial_) {
+        limitRelease();
+        device_.reset();
+    }
+    return objects();
+}
+
 std::shared_ptr<Object_v1_0> Session::findOnly(const std::string& fullName) {
     if (!device_) {
         open({fullName});
         for (auto& object : objects())
             if (object->getFullName() == fullName)
                 return object;
-        // The failure lists all objects.
-        limitRelease();
-        device_.reset();
     }
     return find(fullName);
 }
 
 std::shared_ptr<Object_v1_0> Session::find(const std::string& fullName) {
     NameList known;
-    for (const auto& object : objects()) {
+    for (const auto& object : allObjects()) {
         const auto name = object->getFullName();
         if (name == fullName)
             return object;
@@ -177,11 +235,13 @@ void Session::exchange(const std::vector<std::shared_ptr<Method>>& methods) {
     const auto queue = std::make_shared<MulticallQueue>();
     for (const auto& method : methods)
         queue->add(method);
+    const LongerLimit limit(*device_, busyTime(methods));
+    exchangeLimit_ = device_->timeLimit();
     device_->multicall(queue);
 }
 
 void Session::run(const std::vector<std::shared_ptr<Method>>& methods) {
-    watch().await([&] { exchange(methods); });
+    await([&] { exchange(methods); });
 }
 
 void Session::release(const std::shared_ptr<Method>& method) {

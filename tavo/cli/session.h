@@ -13,6 +13,7 @@
 
 #include <tavo/cli/failure.h>
 #include <tavo/cli/interrupt.h>
+#include <tavo/cli/observed_transport.h>
 #include <tavo/cli/secret.h>
 #include <tavo/client.h>
 
@@ -63,17 +64,12 @@ public:
 
     /// The three fixed objects, then the root members with theirs below them.
     Objects objects();
+    /// The same, also after findOnly() has built only some of them. Keep no object from before.
+    Objects allObjects();
     /// @throws Failure (not found) that lists the objects that there are.
     std::shared_ptr<Object_v1_0> find(const std::string& fullName);
     /// The same for a command that needs no other object: of the tree only the way to this one is built.
     std::shared_ptr<Object_v1_0> findOnly(const std::string& fullName);
-    /// @param kind what a `Proxy` is called in the message.
-    template <class Proxy>
-    std::shared_ptr<Proxy> findOnly(const std::string& fullName, const char* kind) {
-        if (auto proxy = std::dynamic_pointer_cast<Proxy>(findOnly(fullName)))
-            return proxy;
-        throw Failure(ExitCode::notFound, fmt::format("'{}' is no {}", fullName, kind));
-    }
 
     /// Executes the calls in one exchange. Results that arrived before a failure stay in their Methods.
     /// @throws Interrupted when a signal came; what Device::multicall throws.
@@ -104,7 +100,7 @@ public:
     }
 
     /// What the device is called towards the user: "host:port".
-    std::string address();
+    std::string address() const;
 
 private:
     struct Account {
@@ -115,6 +111,12 @@ private:
     Account account() const;
     /// The connection through the user's command.
     std::unique_ptr<Transport> tunnel();
+    /// That, or the direct one.
+    std::unique_ptr<Transport> connect();
+    /// Runs an action that waits for the device, and says what a time limit means that ends it.
+    template <class Action>
+    auto await(Action action);
+    std::string lateText() const;
     void startSimulator();
     int port() const;
     void exchange(const std::vector<std::shared_ptr<Method>>& methods);
@@ -130,8 +132,13 @@ private:
     std::optional<Secret> environmentPassword_;
     std::unique_ptr<simulator::Simulator> simulator_;
     TimeLimit timeLimit_;
+    /// That of the last exchange, which may have had longer.
+    TimeLimit exchangeLimit_;
     std::optional<InterruptWatch> watch_;
+    std::shared_ptr<Answers> answers_ = std::make_shared<Answers>();
     std::shared_ptr<Device> device_;
+    /// Whether only some of the objects were built.
+    bool isPartial_ = false;
 };
 
 /// @throws Failure (refused) when the executed call's return code is not 0.

@@ -32,6 +32,8 @@ struct ProcessSetup {
     /// A terminal to be opened as the standard input; it becomes the process's own. Without one the process
     /// has none.
     std::optional<std::string> terminal = {};
+    /// Whether that is the standard error as well.
+    bool errorsOnTerminal = false;
 };
 
 struct ProcessOutcome {

@@ -99,7 +99,7 @@ Process::Process(const ProcessSetup& setup) {
         posix_spawn_file_actions_addclose(&actions, 1);
     else
         posix_spawn_file_actions_adddup2(&actions, output[1], 1);
-    posix_spawn_file_actions_adddup2(&actions, errors[1], 2);
+    posix_spawn_file_actions_adddup2(&actions, setup.errorsOnTerminal ? 0 : errors[1], 2);
     // Else a server of the test would go on listening in the process after it was stopped.
     posix_spawn_file_actions_addclosefrom_np(&actions, 3);
 

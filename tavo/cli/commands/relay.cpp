@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include <tavo/cli/object_choice.h>
 #include <tavo/cli/output.h>
 #include <tavo/cli/session.h>
 
@@ -53,7 +54,7 @@ struct RelayOptions {
 };
 
 std::shared_ptr<Relay_v1_0> relayOf(Session& session, const RelayOptions& options) {
-    return session.findOnly<Relay_v1_0>(options.name, "relay");
+    return namedObject<Relay_v1_0>(session, options.name, "relay");
 }
 
 void getRelay(Session& session, Output& output, const RelayOptions& options) {
