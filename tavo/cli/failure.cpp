@@ -52,6 +52,13 @@ std::string_view kindOf(ExitCode code) {
     return "";
 }
 
+std::string hintFor(const std::exception& exception) {
+    if (!isOneOf<TAVOKeyError>(exception))
+        return "";
+    return " (this build knows the keys of " TAVO_SERVER_KEYS_NAME
+           "; to know others, build with -D TAVO_SERVER_KEYS_FILE=...)";
+}
+
 } // namespace
 
 std::string exitCodesText() {
@@ -63,7 +70,8 @@ std::string exitCodesText() {
 
 FailureReport describeFailure(const std::exception& exception) {
     const auto code = codeOf(exception);
-    FailureReport report{code, std::string(kindOf(code)), exception.what(), std::nullopt};
+    FailureReport report{code, std::string(kindOf(code)), exception.what() + hintFor(exception),
+                         std::nullopt};
     if (const auto* error = dynamic_cast<const Error*>(&exception))
         report.facts = error->facts();
     return report;
