@@ -48,6 +48,8 @@ ExitCode attempt(Output& output, Action action) {
         return ExitCode::done;
     } catch (const Interrupted&) {
         throw;
+    } catch (const NobodyReads&) {
+        throw;
     } catch (const std::exception& exception) {
         const auto report = describeFailure(exception);
         output.tell(report);
@@ -60,20 +62,23 @@ ExitCode attempt(Output& output, Action action) {
 int runTool(int argc, char** argv) {
     holdStandardStreams();
     std::setlocale(LC_CTYPE, ""); // NOLINT(concurrency-mt-unsafe): no other thread has been started
-    std::signal(SIGPIPE, SIG_IGN);
+    const bool diesOfPipes = std::signal(SIGPIPE, SIG_IGN) != SIG_IGN;
     withoutCoreFile();
     try {
         Program program;
-        Output early(seemsToWantJson(argc, argv));
+        Output early(seemsToWantJson(argc, argv), diesOfPipes);
         const auto parsed = attempt(early, [&] { program = parseArguments(argc, argv); });
         if (parsed != ExitCode::done)
             return static_cast<int>(parsed);
-        Output output(program.json);
+        Output output(program.json, diesOfPipes);
         const auto outcome = attempt(output, [&] { execute(program, output); });
         const auto written = outcome == ExitCode::done ? attempt(output, [&] { output.finish(); }) : outcome;
         return static_cast<int>(written);
     } catch (const Interrupted& interrupted) {
-        dieOf(interrupted);
+        dieOf(interrupted.signal);
+        return static_cast<int>(ExitCode::protocol);
+    } catch (const NobodyReads&) {
+        dieOf(SIGPIPE);
         return static_cast<int>(ExitCode::protocol);
     }
 }
