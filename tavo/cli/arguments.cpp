@@ -99,7 +99,9 @@ void describe(CLI::App& tool, Program& program) {
     addOptions(tool, options);
     tool.footer(
         "The password comes from the first line of --password-file, else from TAVO_PASSWORD, else from the\n"
-        "terminal. Options may stand before or after the command.\n\n" +
+        "file that the configuration names, else from the terminal. Options may stand before or after the\n"
+        "command. TAVO_HOST, TAVO_PORT and TAVO_USER replace their options; the configuration file is\n"
+        "~/.config/tavo/config.toml, or TAVO_CONFIG.\n\n" +
         exitCodesText());
     CommandTree tree(tool, program);
     for (const auto& command : commandList())

@@ -24,7 +24,7 @@ void Program::describe(OptionList& list) {
              {.heading = heading});
     list.add("--timeout", connection.timeout,
              "Time limit for each exchange with the device, such as 500ms, 10s or 2m; 0 for none;\n"
-             "default: 10s, and more for what is meant to take longer",
+             "default: 10s, and more for what is meant to take longer. Resolving a name has no limit",
              {.kind = ValueKind::duration,
               .limits = between(0.0, 1e6),
               .valueName = "DURATION",
