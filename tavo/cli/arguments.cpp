@@ -100,6 +100,13 @@ void describe(CLI::App& tool, Program& program, bool line) {
         OptionList options;
         program.describe(options);
         addOptions(tool, options);
+        tool.footer(
+            "The password comes from the first line of --password-file, else from TAVO_PASSWORD, else from "
+            "the\n"
+            "file that the configuration names, else from the terminal. Options may stand before or after "
+            "the\n"
+            "command. TAVO_HOST, TAVO_PORT and TAVO_USER replace their options; the configuration file is\n"
+            "~/.config/tavo/config.toml, or TAVO_CONFIG.");
     }
     CommandTree tree(tool, program);
     for (const auto& command : commandList())

@@ -108,4 +108,10 @@ inline Command command(std::string path, std::string summary, void (*run)(Sessio
     return {std::move(path), std::move(summary), [run] { return BoundCommand{{}, nullptr, run, {}}; }};
 }
 
+/// A command without options that needs no device.
+inline Command command(std::string path, std::string summary,
+                       void (*run)(const ConnectionOptions&, Output&)) {
+    return {std::move(path), std::move(summary), [run] { return BoundCommand{{}, nullptr, {}, run}; }};
+}
+
 } // namespace TAVO::cli

@@ -52,6 +52,13 @@ std::string_view kindOf(ExitCode code) {
     return "";
 }
 
+std::string hintFor(const std::exception& exception) {
+    if (!isOneOf<TAVOKeyError>(exception))
+        return "";
+    return " (this build knows the keys of " TAVO_SERVER_KEYS_NAME
+           "; to know others, build with -D TAVO_SERVER_KEYS_FILE=...)";
+}
+
 } // namespace
 
 std::string exitCodesText() {
@@ -65,7 +72,8 @@ FailureReport describeFailure(const std::exception& exception) {
     if (const auto* reported = dynamic_cast<const ReportedFailure*>(&exception))
         return reported->report;
     const auto code = codeOf(exception);
-    FailureReport report{code, std::string(kindOf(code)), exception.what(), std::nullopt, std::nullopt};
+    FailureReport report{code, std::string(kindOf(code)), exception.what() + hintFor(exception), std::nullopt,
+                         std::nullopt};
     if (const auto* error = dynamic_cast<const Error*>(&exception))
         report.facts = error->facts();
     if (const auto* failure = dynamic_cast<const Failure*>(&exception))

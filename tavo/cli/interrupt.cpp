@@ -114,9 +114,9 @@ InterruptWatch::LastWill::LastWill(void (*will)()) { lastWill = will; }
 
 InterruptWatch::LastWill::~LastWill() { lastWill = nullptr; }
 
-void dieOf(const Interrupted& interrupted) {
-    std::signal(interrupted.signal, SIG_DFL);
-    std::raise(interrupted.signal);
+void dieOf(int signal) {
+    std::signal(signal, SIG_DFL);
+    std::raise(signal);
 }
 
 } // namespace TAVO::cli

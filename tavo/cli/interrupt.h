@@ -120,6 +120,6 @@ private:
 };
 
 /// Ends the process by the signal's own effect.
-void dieOf(const Interrupted& interrupted);
+void dieOf(int signal);
 
 } // namespace TAVO::cli

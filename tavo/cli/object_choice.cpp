@@ -4,14 +4,28 @@
 
 namespace TAVO::cli {
 
+std::string candidatesText(Session& session, const std::function<bool(const Object_v1_0&)>& suits) {
+    NameList candidates;
+    for (const auto& object : session.allObjects())
+        if (suits(*object))
+            candidates.add(object->getFullName());
+    return candidates.count() == 0 ? "the device has none" : "there are: " + candidates.text();
+}
+
+std::shared_ptr<Object_v1_0> namedObject(Session& session, const std::string& fullName, const char* kind,
+                                         const std::function<bool(const Object_v1_0&)>& suits) {
+    auto named = session.findOnly(fullName);
+    if (suits(*named))
+        return named;
+    named.reset(); // else the device could not be opened anew
+    throw Failure(ExitCode::notFound,
+                  fmt::format("'{}' is no {}; {}", fullName, kind, candidatesText(session, suits)));
+}
+
 std::shared_ptr<Object_v1_0> chooseObject(Session& session, const std::string& fullName, const char* kind,
                                           const std::function<bool(const Object_v1_0&)>& suits) {
-    if (!fullName.empty()) {
-        auto named = session.findOnly(fullName);
-        if (!suits(*named))
-            throw Failure(ExitCode::notFound, fmt::format("'{}' is no {}", fullName, kind));
-        return named;
-    }
+    if (!fullName.empty())
+        return namedObject(session, fullName, kind, suits);
     std::shared_ptr<Object_v1_0> chosen;
     NameList candidates;
     for (const auto& object : session.objects())

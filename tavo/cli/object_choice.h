@@ -19,15 +19,30 @@ namespace TAVO::cli {
 std::shared_ptr<Object_v1_0> chooseObject(Session& session, const std::string& fullName, const char* kind,
                                           const std::function<bool(const Object_v1_0&)>& suits);
 
+/// The one with that full name, which must not be empty to find any.
+/// @throws Failure (not found) as above.
+std::shared_ptr<Object_v1_0> namedObject(Session& session, const std::string& fullName, const char* kind,
+                                         const std::function<bool(const Object_v1_0&)>& suits);
+
+/// "there are: a, b", or that there are none. Opens the whole device: keep no object of it.
+std::string candidatesText(Session& session, const std::function<bool(const Object_v1_0&)>& suits);
+
+template <class... Proxies>
+bool isOneOf(const Object_v1_0& object) {
+    return (... || (dynamic_cast<const Proxies*>(&object) != nullptr));
+}
+
 /// The same for objects of any of these classes. The result has the class if there is only one.
 template <class Proxy, class... Others>
 auto chooseObject(Session& session, const std::string& fullName, const char* kind) {
-    const auto suits = [](const Object_v1_0& object) {
-        return dynamic_cast<const Proxy*>(&object) || (... || dynamic_cast<const Others*>(&object));
-    };
-    const auto object = chooseObject(session, fullName, kind, suits);
+    const auto object = chooseObject(session, fullName, kind, isOneOf<Proxy, Others...>);
     using Result = std::conditional_t<sizeof...(Others) == 0, Proxy, Object_v1_0>;
     return std::dynamic_pointer_cast<Result>(object);
+}
+
+template <class Proxy>
+std::shared_ptr<Proxy> namedObject(Session& session, const std::string& fullName, const char* kind) {
+    return std::dynamic_pointer_cast<Proxy>(namedObject(session, fullName, kind, isOneOf<Proxy>));
 }
 
 /// Whether the device lists the method and this client knows its records.

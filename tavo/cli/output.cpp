@@ -11,8 +11,9 @@
 
 namespace TAVO::cli {
 
-Output::Output(bool json)
+Output::Output(bool json, bool mayEndQuietly)
     : json_(json)
+    , mayEndQuietly_(mayEndQuietly)
     , output_(STDOUT_FILENO)
     , errors_(STDERR_FILENO) {}
 
@@ -109,6 +110,8 @@ void Output::warn(std::string_view message) {
 }
 
 void Output::say(std::string_view kind, std::string_view message, const Document& more) {
+    // What came before is to stand before it, also where both streams go to one file.
+    output_.flush();
     if (json_) {
         JsonWriter json(errors_, layout_);
         json.object([&] {
@@ -126,6 +129,8 @@ void Output::say(std::string_view kind, std::string_view message, const Document
 
 void Output::finish() {
     output_.flush();
+    if (output_.error() == EPIPE && mayEndQuietly_)
+        throw NobodyReads();
     if (output_.error() != 0)
         throw Failure(ExitCode::protocol, fmt::format("cannot write to standard output: {}",
                                                       std::generic_category().message(output_.error())));

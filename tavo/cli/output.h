@@ -1,5 +1,6 @@
 #pragma once
 
+#include <exception>
 #include <functional>
 #include <string_view>
 
@@ -11,6 +12,12 @@
 
 namespace TAVO::cli {
 
+/// Whoever read standard output has gone, as head does when it has enough: the tool is to end quietly.
+class NobodyReads : public std::exception {
+public:
+    const char* what() const noexcept override { return "nobody reads standard output"; }
+};
+
 /// The tool's output: data goes to standard output as text or as one JSON document, failures go to standard
 /// error. Everything is written as it is produced, so a large result is never held twice.
 class Output {
@@ -19,7 +26,8 @@ public:
     using Text = std::function<void(TextWriter&)>;
 
     /// @param json writes data and failures as JSON.
-    explicit Output(bool json);
+    /// @param mayEndQuietly whether a closed pipe is no failure, but NobodyReads.
+    explicit Output(bool json, bool mayEndQuietly = false);
 
     bool isJson() const { return json_; }
     /// Every JSON document is one line from now on.
@@ -46,7 +54,7 @@ public:
 
     /// Flushes, and checks that everything was written. Call it last, and after output that must appear at
     /// once.
-    /// @throws Failure if standard output could not be written.
+    /// @throws Failure if standard output could not be written; NobodyReads.
     void finish();
 
 private:
@@ -54,6 +62,7 @@ private:
 
     bool json_;
     JsonWriter::Layout layout_ = JsonWriter::Layout::indented;
+    bool mayEndQuietly_;
     Sink output_;
     Sink errors_;
 };

@@ -128,9 +128,23 @@ Secret ask(const std::string& user) {
     }
 }
 
+std::string unreadableText(const std::string& path) {
+    return fmt::format("cannot read '{}': {}", path, std::generic_category().message(errno));
+}
+
 [[noreturn]] void refuseFile(const std::string& path) {
-    throw Failure(ExitCode::usage,
-                  fmt::format("cannot read '{}': {}", path, std::generic_category().message(errno)));
+    throw Failure(ExitCode::usage, unreadableText(path));
+}
+
+/// Empty unless others may access the file.
+std::string openToOthersText(int file, const std::string& path) {
+    struct stat found {};
+    if (::fstat(file, &found) != 0)
+        refuseFile(path);
+    if (!S_ISREG(found.st_mode) || (found.st_mode & (S_IRWXG | S_IRWXO)) == 0)
+        return "";
+    return fmt::format("the password file '{}' is accessible to others: its mode is {:04o}, not 0600", path,
+                       found.st_mode & mode_t{07777});
 }
 
 /// Byte by byte, so that no buffer keeps a copy.
@@ -152,20 +166,28 @@ Secret firstLine(int file, const std::string& path) {
     return line;
 }
 
-Secret passwordIn(const std::string& path, const std::function<void(std::string_view)>& warn) {
+Secret passwordIn(const std::string& path, bool strict, const std::function<void(std::string_view)>& warn) {
     const bool isInput = path == "-";
     const Descriptor opened(isInput ? -1 : ::open(path.c_str(), O_RDONLY | O_CLOEXEC));
     const int file = isInput ? STDIN_FILENO : opened.number();
-    struct stat found {};
-    if (file < 0 || ::fstat(file, &found) != 0)
+    if (file < 0)
         refuseFile(path);
-    if (S_ISREG(found.st_mode) && (found.st_mode & (S_IRWXG | S_IRWXO)) != 0)
-        warn(fmt::format("the password file '{}' is accessible to others: its mode is {:04o}, not 0600", path,
-                         found.st_mode & mode_t{07777}));
+    const auto problem = openToOthersText(file, path);
+    if (!problem.empty() && strict)
+        throw Failure(ExitCode::usage, problem);
+    if (!problem.empty())
+        warn(problem);
     return firstLine(file, path);
 }
 
 } // namespace
+
+PasswordFileProblem problemOfPasswordFile(const std::string& path) {
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (!file.isOpen())
+        return {unreadableText(path), true};
+    return {openToOthersText(file.number(), path), false};
+}
 
 std::optional<Secret> takePasswordOfEnvironment() {
     constexpr const char* name = "TAVO_PASSWORD";
@@ -183,7 +205,7 @@ std::optional<Secret> takePasswordOfEnvironment() {
 Secret findPassword(const PasswordSources& sources, const std::string& user,
                     const std::function<void(std::string_view)>& warn) {
     if (sources.file)
-        return passwordIn(*sources.file, warn);
+        return passwordIn(*sources.file, sources.strict, warn);
     if (sources.environment)
         return sources.environment->copy();
     return ask(user);

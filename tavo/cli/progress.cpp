@@ -4,6 +4,7 @@
 
 #include <unistd.h>
 
+#include <tavo/cli/config/environment.h>
 #include <tavo/cli/values/visible_text.h>
 
 namespace TAVO::cli {
@@ -12,10 +13,12 @@ namespace {
 
 constexpr const char* clearLine = "\r\x1b[K";
 
+bool terminalHasCursor() { return environmentVariable("TERM").value_or("dumb") != "dumb"; }
+
 } // namespace
 
 Progress::Progress()
-    : onTerminal_(::isatty(STDERR_FILENO) == 1) {}
+    : onTerminal_(::isatty(STDERR_FILENO) == 1 && terminalHasCursor()) {}
 
 Progress::~Progress() {
     if (shown_)

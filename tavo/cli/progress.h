@@ -5,8 +5,8 @@
 
 namespace TAVO::cli {
 
-/// A progress line on standard error, for long commands. Shows nothing unless that is a terminal. The
-/// destructor clears the line.
+/// A progress line on standard error, for long commands. Shows nothing unless that is a terminal that
+/// can clear a line. The destructor clears it.
 class Progress {
 public:
     Progress();

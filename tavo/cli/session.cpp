@@ -7,9 +7,11 @@
 #include <string_view>
 #include <utility>
 
+#include <tavo/cli/exchange_time.h>
 #include <tavo/cli/password.h>
 #include <tavo/cli/share/local_transport.h>
 #include <tavo/cli/share/share_socket.h>
+#include <tavo/cli/values/duration.h>
 #include <tavo/cli/values/name_list.h>
 #include <tavo/cli/via_transport.h>
 #include <tavo/simulator/simulator.h>
@@ -19,6 +21,7 @@ namespace TAVO::cli {
 namespace {
 
 constexpr const char* simulatorUser = "engineer";
+constexpr std::string_view timedOut = "Call to device timed out.";
 
 void registerObjects() {
     CoreObjects::registerCoreObjects();
@@ -33,13 +36,34 @@ void collect(const std::shared_ptr<Container>& node, Objects& objects) {
         collect(child, objects);
 }
 
+/// Gives an exchange more time than the limit while it exists.
+class LongerLimit {
+public:
+    LongerLimit(Device& device, std::chrono::milliseconds more)
+        : device_(device)
+        , before_(device.timeLimit()) {
+        if (before_ && more.count() > 0)
+            device_.setTimeLimit(*before_ + more);
+    }
+    LongerLimit(const LongerLimit&) = delete;
+    LongerLimit& operator=(const LongerLimit&) = delete;
+    ~LongerLimit() {
+        if (device_.timeLimit() != before_)
+            device_.setTimeLimit(before_);
+    }
+
+private:
+    Device& device_;
+    TimeLimit before_;
+};
+
 } // namespace
 
 Session::Session(ConnectionOptions options, std::function<void(std::string_view)> warn)
     : options_(std::move(options))
     , warn_(std::move(warn))
     , environmentPassword_(takePasswordOfEnvironment()) {
-    if (const auto seconds = options_.timeout)
+    if (const auto seconds = options_.timeout; seconds && *seconds > 0)
         timeLimit_ = std::chrono::milliseconds(std::max(std::llround(*seconds * 1000), 1LL));
     registerObjects();
 }
@@ -56,7 +80,8 @@ InterruptWatch& Session::watch() {
 }
 
 OpenOptions Session::interruptible() {
-    return {.timeLimit = timeLimit_, .interrupter = watch().interrupter()};
+    exchangeLimit_ = timeLimit_;
+    return {.timeLimit = timeLimit_, .interrupter = options_.via ? nullptr : watch().interrupter()};
 }
 
 void Session::limitRelease() {
@@ -73,8 +98,8 @@ Account Session::account() const {
     }
     if (!options_.user)
         throw Failure(ExitCode::usage, "--user is needed: this command takes the lock of the device");
-    return {*options_.user,
-            findPassword({options_.passwordFile, environmentPassword_}, *options_.user, warn_)};
+    return {*options_.user, findPassword({options_.passwordFile, environmentPassword_, options_.strict},
+                                         *options_.user, warn_)};
 }
 
 void Session::startSimulator() {
@@ -95,11 +120,7 @@ int Session::port() const {
                                                   : DeviceFactory::DefaultPort);
 }
 
-std::string Session::address() { return fmt::format("{}:{}", options_.host, port()); }
-
-std::unique_ptr<Transport> Session::tunnel() {
-    return std::make_unique<ViaTransport>(viaCommand(*options_.via, options_.host, port()), stop_);
-}
+std::string Session::address() const { return fmt::format("{}:{}", options_.host, port()); }
 
 std::string Session::sharePath() const {
     if (options_.simulated || !options_.user)
@@ -114,17 +135,50 @@ std::unique_ptr<Transport> Session::connectToShare() {
     auto connection = share_socket::connect(path);
     if (!connection.isOpen())
         return nullptr;
+    watch().alsoInterrupt([stop = stop_] { stop->interrupt(); });
     return std::make_unique<LocalTransport>(path, std::move(connection), stop_);
 }
 
-std::unique_ptr<Transport> Session::indirectConnection() {
-    auto transport = connectToShare();
-    usesShare_ = transport != nullptr;
-    if (!transport && options_.via)
-        transport = tunnel();
-    if (transport)
-        watch().alsoInterrupt([stop = stop_] { stop->interrupt(); });
-    return transport;
+std::unique_ptr<Transport> Session::connectToDevice() {
+    if (!options_.via)
+        return std::make_unique<SocketTransport>(options_.host, std::to_string(port()), watch().interrupter(),
+                                                 timeLimit_);
+    watch().alsoInterrupt([stop = stop_] { stop->interrupt(); });
+    return std::make_unique<ViaTransport>(viaCommand(*options_.via, options_.host, port()), stop_);
+}
+
+std::unique_ptr<Transport> Session::connect() {
+    auto waiting = std::make_unique<WaitingLine>(fmt::format("waiting for {} ...", address()));
+    auto connection = connectToShare();
+    usesShare_ = connection != nullptr;
+    if (!usesShare_)
+        connection = connectToDevice();
+    answers_->connected = true;
+    // The user's command may ask questions first.
+    const bool patient = !usesShare_ && options_.via && !options_.timeoutIsChosen;
+    return std::make_unique<ObservedTransport>(std::move(connection), answers_, std::move(waiting), patient);
+}
+
+template <class Action>
+auto Session::await(Action action) {
+    try {
+        return watch().await(action);
+    } catch (const NetworkError& error) {
+        if (std::string_view(error.what()) != timedOut)
+            throw;
+        throw withFacts(NetworkError(fmt::format("{} ({})", timedOut, lateText())), error.facts());
+    }
+}
+
+std::string Session::lateText() const {
+    const auto limit = exchangeLimit_.value_or(std::chrono::milliseconds(0));
+    const auto text = durationText(std::chrono::duration<double>(limit).count());
+    if (!answers_->connected)
+        return fmt::format("no connection to {} within {}; --timeout sets the limit", address(), text);
+    if (answers_->begun)
+        return fmt::format("the exchange with {} took longer than {}; --timeout sets the limit", address(),
+                           text);
+    return fmt::format("{} did not answer within {}; --timeout sets the limit", address(), text);
 }
 
 Device& Session::device() {
@@ -133,28 +187,21 @@ Device& Session::device() {
     return *device_;
 }
 
-std::shared_ptr<Device> Session::build(const Account& account, std::vector<std::string> only,
-                                       std::unique_ptr<Transport> transport) {
+OpenOptions Session::openOptions(std::vector<std::string> only) {
     auto options = interruptible();
     options.byLevels = true;
-    options.only = std::move(only);
     // A share gives each of its clients a lock id of its own.
     options.keepHeldLock = !usesShare_;
-    return watch().await([&] {
-        if (!transport)
-            return DeviceFactory::buildDevice(options_.host, port(), account.user, account.password.text(),
-                                              options_.secure, options);
-        options.interrupter = nullptr;
-        return DeviceFactory::buildDevice(std::move(transport), account.user, account.password.text(),
-                                          options_.secure, options);
-    });
+    options.only = std::move(only);
+    return options;
 }
 
-void Session::open(std::vector<std::string> only) {
-    const auto identity = account();
-    if (options_.simulated && !simulator_)
-        startSimulator();
-    device_ = buildWhenUnlocked(identity, only);
+std::shared_ptr<Device> Session::build(const Account& account, const std::vector<std::string>& only) {
+    return await([&] {
+        auto connection = connect();
+        return DeviceFactory::buildDevice(std::move(connection), account.user, account.password.text(),
+                                          options_.secure, openOptions(only));
+    });
 }
 
 std::shared_ptr<Device> Session::buildWhenUnlocked(const Account& account,
@@ -164,7 +211,7 @@ std::shared_ptr<Device> Session::buildWhenUnlocked(const Account& account,
     const auto end = Clock::now() + std::chrono::duration<double>(options_.waitForLock.value_or(0));
     for (;;)
         try {
-            return build(account, only, indirectConnection());
+            return build(account, only);
         } catch (const LockError&) {
             if (Clock::now() >= end)
                 throw;
@@ -172,18 +219,21 @@ std::shared_ptr<Device> Session::buildWhenUnlocked(const Account& account,
         }
 }
 
-std::optional<std::string> Session::lockHolder() {
-    if (!device_) {
-        Device_Factory_Structs::TavoDeviceDescriptor descriptor;
-        identify(descriptor);
-    }
-    return watch().await([&] { return device_->lockHolder(); });
+void Session::open(std::vector<std::string> only) {
+    const auto identity = account();
+    if (options_.simulated && !simulator_)
+        startSimulator();
+    device_ = buildWhenUnlocked(identity, only);
+    isPartial_ = !only.empty();
 }
 
 std::shared_ptr<Device> Session::openApart(const Account& account) {
     if (options_.simulated && !simulator_)
         startSimulator();
-    return build(account, {"device"}, options_.via ? tunnel() : nullptr);
+    return await([&] {
+        return DeviceFactory::buildDevice(connectToDevice(), account.user, account.password.text(),
+                                          options_.secure, openOptions({"device"}));
+    });
 }
 
 void Session::interruptOpening() {
@@ -191,21 +241,25 @@ void Session::interruptOpening() {
     stop_->interrupt();
 }
 
+std::optional<std::string> Session::lockHolder() {
+    if (!device_) {
+        Device_Factory_Structs::TavoDeviceDescriptor descriptor;
+        identify(descriptor);
+    }
+    return await([&] { return device_->lockHolder(); });
+}
+
 bool Session::identify(Device_Factory_Structs::TavoDeviceDescriptor& descriptor) {
     if (options_.simulated && !simulator_)
         startSimulator();
-    return watch().await([&] {
+    return await([&] {
         if (device_) {
             device_->getKey();
             descriptor.port = port();
             return device_->checkTavoKey(descriptor.firstKeyFlag, descriptor.secondKeyFlag);
         }
         try {
-            auto transport = indirectConnection();
-            device_ =
-                transport
-                    ? DeviceFactory::queryDevice(std::move(transport), descriptor, {.timeLimit = timeLimit_})
-                    : DeviceFactory::queryDevice(options_.host, port(), descriptor, interruptible());
+            device_ = DeviceFactory::queryDevice(connect(), descriptor, interruptible());
         } catch (const TAVOKeyError&) {
             if (options_.secure)
                 throw;
@@ -219,10 +273,7 @@ bool Session::identify(Device_Factory_Structs::TavoDeviceDescriptor& descriptor)
 }
 
 std::shared_ptr<Device> Session::unrecognised() {
-    auto transport = indirectConnection();
-    const auto device = transport ? std::make_shared<TAVOXDevice>(std::move(transport), "", "", false)
-                                  : std::make_shared<TAVOXDevice>(options_.host, port(), "", "", false,
-                                                                  watch().interrupter(), timeLimit_);
+    const auto device = std::make_shared<TAVOXDevice>(connect(), "", "", false);
     device->setTimeLimit(timeLimit_);
     auto object = ObjectFactory::buildObject(device, "device", DeviceFactory::DeviceInstanceID, nullptr);
     device->setDevice(std::dynamic_pointer_cast<Device_v1_0>(std::move(object)));
@@ -242,22 +293,27 @@ Objects Session::objects() {
     return objects;
 }
 
+Objects Session::allObjects() {
+    if (isPartial_) {
+        limitRelease();
+        device_.reset();
+    }
+    return objects();
+}
+
 std::shared_ptr<Object_v1_0> Session::findOnly(const std::string& fullName) {
     if (!device_) {
         open({fullName});
         for (auto& object : objects())
             if (object->getFullName() == fullName)
                 return object;
-        // The failure lists all objects.
-        limitRelease();
-        device_.reset();
     }
     return find(fullName);
 }
 
 std::shared_ptr<Object_v1_0> Session::find(const std::string& fullName) {
     NameList known;
-    for (const auto& object : objects()) {
+    for (const auto& object : allObjects()) {
         const auto name = object->getFullName();
         if (name == fullName)
             return object;
@@ -270,11 +326,13 @@ void Session::exchange(const std::vector<std::shared_ptr<Method>>& methods) {
     const auto queue = std::make_shared<MulticallQueue>();
     for (const auto& method : methods)
         queue->add(method);
+    const LongerLimit limit(*device_, busyTime(methods));
+    exchangeLimit_ = device_->timeLimit();
     device_->multicall(queue);
 }
 
 void Session::run(const std::vector<std::shared_ptr<Method>>& methods) {
-    watch().await([&] { exchange(methods); });
+    await([&] { exchange(methods); });
 }
 
 void Session::release(const std::shared_ptr<Method>& method) {

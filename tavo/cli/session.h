@@ -14,6 +14,7 @@
 #include <tavo/cli/account.h>
 #include <tavo/cli/failure.h>
 #include <tavo/cli/interrupt.h>
+#include <tavo/cli/observed_transport.h>
 #include <tavo/cli/return_code.h>
 #include <tavo/cli/secret.h>
 #include <tavo/cli/stream_transport.h>
@@ -34,14 +35,20 @@ struct ConnectionOptions {
     /// The command through which the device is reached.
     std::optional<std::string> via;
     bool secure = false;
+    /// Not secure, whatever the configuration file says.
+    bool notSecure = false;
+    /// Refuses a password file that others may read.
+    bool strict = false;
     bool simulated = false;
     std::string topology = "standard";
     /// Go round a share that runs on this machine.
     bool direct = false;
     /// For how many seconds to wait for a lock that another user holds.
     std::optional<double> waitForLock;
-    /// How many seconds the device may leave a call unanswered.
+    /// How many seconds an exchange may take; 0 is any time.
     std::optional<double> timeout;
+    /// Whether the user stated it.
+    bool timeoutIsChosen = false;
 };
 
 using Objects = std::vector<std::shared_ptr<Object_v1_0>>;
@@ -69,17 +76,12 @@ public:
 
     /// The three fixed objects, then the root members with theirs below them.
     Objects objects();
+    /// The same, also after findOnly() has built only some of them. Keep no object from before.
+    Objects allObjects();
     /// @throws Failure (not found) that lists the objects that there are.
     std::shared_ptr<Object_v1_0> find(const std::string& fullName);
     /// The same for a command that needs no other object: of the tree only the way to this one is built.
     std::shared_ptr<Object_v1_0> findOnly(const std::string& fullName);
-    /// @param kind what a `Proxy` is called in the message.
-    template <class Proxy>
-    std::shared_ptr<Proxy> findOnly(const std::string& fullName, const char* kind) {
-        if (auto proxy = std::dynamic_pointer_cast<Proxy>(findOnly(fullName)))
-            return proxy;
-        throw Failure(ExitCode::notFound, fmt::format("'{}' is no {}", fullName, kind));
-    }
 
     /// Executes the calls in one exchange. Results that arrived before a failure stay in their Methods.
     /// @throws Interrupted when a signal came; what Device::multicall throws.
@@ -110,7 +112,7 @@ public:
     }
 
     /// What the device is called towards the user: "host:port".
-    std::string address();
+    std::string address() const;
 
     /// @throws Failure (usage) without a user or a password.
     Account account() const;
@@ -125,14 +127,18 @@ public:
     const TimeLimit& timeLimit() const { return timeLimit_; }
 
 private:
-    /// The connection through the user's command.
-    std::unique_ptr<Transport> tunnel();
     /// The connection to a share; null where there is none.
     std::unique_ptr<Transport> connectToShare();
-    /// Any connection but the plain one, for which this is null.
-    std::unique_ptr<Transport> indirectConnection();
-    std::shared_ptr<Device> build(const Account& account, std::vector<std::string> only,
-                                  std::unique_ptr<Transport> transport);
+    std::unique_ptr<Transport> connectToDevice();
+    /// The one or the other, observed.
+    std::unique_ptr<Transport> connect();
+    /// Runs an action that waits for the device, and says what a time limit means that ends it.
+    template <class Action>
+    auto await(Action action);
+    std::string lateText() const;
+    /// @param only the objects to build, all when empty.
+    OpenOptions openOptions(std::vector<std::string> only);
+    std::shared_ptr<Device> build(const Account& account, const std::vector<std::string>& only);
     std::shared_ptr<Device> buildWhenUnlocked(const Account& account, const std::vector<std::string>& only);
     void startSimulator();
     int port() const;
@@ -153,8 +159,13 @@ private:
     std::shared_ptr<StreamTransport::Stop> stop_ = std::make_shared<StreamTransport::Stop>();
     bool usesShare_ = false;
     TimeLimit timeLimit_;
+    /// That of the last exchange, which may have had longer.
+    TimeLimit exchangeLimit_;
     std::optional<InterruptWatch> watch_;
+    std::shared_ptr<Answers> answers_ = std::make_shared<Answers>();
     std::shared_ptr<Device> device_;
+    /// Whether only some of the objects were built.
+    bool isPartial_ = false;
 };
 
 } // namespace TAVO::cli

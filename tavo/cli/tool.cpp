@@ -9,6 +9,7 @@
 
 #include <tavo/cli/arguments.h>
 #include <tavo/cli/child_process.h>
+#include <tavo/cli/config/effective.h>
 #include <tavo/cli/interrupt.h>
 #include <tavo/cli/output.h>
 #include <tavo/cli/session.h>
@@ -25,10 +26,11 @@ bool seemsToWantJson(int argc, char** argv) {
 
 void execute(const Program& program, Output& output) {
     output.write(program.help);
+    const auto warn = [&output](std::string_view warning) { output.warn(warning); };
     if (program.localAction) {
         program.localAction(program.connection, output);
     } else if (program.action) {
-        Session session(program.connection, [&output](std::string_view warning) { output.warn(warning); });
+        Session session(connectionFor(program.connection, warn), warn);
         program.action(session, output);
     }
 }
@@ -47,6 +49,8 @@ ExitCode attempt(Output& output, Action action) {
         return ExitCode::done;
     } catch (const Interrupted&) {
         throw;
+    } catch (const NobodyReads&) {
+        throw;
     } catch (const EndWith& end) {
         return static_cast<ExitCode>(end.status);
     } catch (const std::exception& exception) {
@@ -61,20 +65,23 @@ ExitCode attempt(Output& output, Action action) {
 int runTool(int argc, char** argv) {
     holdStandardStreams();
     std::setlocale(LC_CTYPE, ""); // NOLINT(concurrency-mt-unsafe): no other thread has been started
-    std::signal(SIGPIPE, SIG_IGN);
+    const bool diesOfPipes = std::signal(SIGPIPE, SIG_IGN) != SIG_IGN;
     withoutCoreFile();
     try {
         Program program;
-        Output early(seemsToWantJson(argc, argv));
+        Output early(seemsToWantJson(argc, argv), diesOfPipes);
         const auto parsed = attempt(early, [&] { program = parseArguments(argc, argv); });
         if (parsed != ExitCode::done)
             return static_cast<int>(parsed);
-        Output output(program.json);
+        Output output(program.json, diesOfPipes);
         const auto outcome = attempt(output, [&] { execute(program, output); });
         const auto written = outcome == ExitCode::done ? attempt(output, [&] { output.finish(); }) : outcome;
         return static_cast<int>(written);
     } catch (const Interrupted& interrupted) {
-        dieOf(interrupted);
+        dieOf(interrupted.signal);
+        return static_cast<int>(ExitCode::protocol);
+    } catch (const NobodyReads&) {
+        dieOf(SIGPIPE);
         return static_cast<int>(ExitCode::protocol);
     }
 }

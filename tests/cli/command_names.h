@@ -7,7 +7,7 @@
 
 namespace tool_test {
 
-/// The paths of all commands of the tool that use a device, such as "relay set".
+/// The paths of all commands of the tool that talk to a device, such as "relay set".
 inline std::set<std::string> commandNames() {
     std::set<std::string> names;
     for (const auto& command : TAVO::cli::commandList())

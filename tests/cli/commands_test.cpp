@@ -290,7 +290,9 @@ TEST_F(ToolTest, RelayArgumentsAreChecked) {
     EXPECT_EQ(tool({"relay"}).exitCode, 2);
     const auto cmos = tool({"relay", "get", "cmos"});
     EXPECT_EQ(cmos.exitCode, 3);
-    EXPECT_EQ(cmos.errors, "tavo: 'cmos' is no relay\n");
+    EXPECT_EQ(cmos.errors,
+              "tavo: 'cmos' is no relay; there are: bench.drawer.left, bench.drawer.right, bench.fan, "
+              "bench.lamp, power\n");
     const auto refused = tool({"relay", "toggle", "power", "--", "-5"});
     EXPECT_EQ(refused.exitCode, 1);
     EXPECT_EQ(refused.errors,

@@ -111,7 +111,7 @@ TEST_F(LegacyDebugTool, OldHdtShowsWhatItHas) {
     EXPECT_EQ(tool({"hdt", "snapshot", "clear", "--object", "hdt"}).exitCode, 0);
     const auto mask = tool({"hdt", "mask", "--object", "hdt"});
     EXPECT_EQ(mask.exitCode, 3);
-    EXPECT_EQ(mask.errors, "tavo: 'hdt' is no hdt above version 1.0\n");
+    EXPECT_EQ(mask.errors, "tavo: 'hdt' is no hdt above version 1.0; the device has none\n");
     EXPECT_EQ(tool({"hdt", "status"}).errors,
               "tavo: which hdt? --object NAME chooses one of: cpu.hdt, hdt\n");
 }
@@ -149,7 +149,7 @@ TEST_F(DebugTool, GpuModeIsReadAndSetOnDebuggerAndMux) {
     EXPECT_EQ(tool({"gpu", "mode"}).output, "3\n");
     EXPECT_EQ(tool({"gpu", "mode", "4"}).exitCode, 1);
     EXPECT_EQ(tool({"gpu", "mode", "--object", "power"}).errors,
-              "tavo: 'power' is no gpuDebug or kelvorGpuDebugMux\n");
+              "tavo: 'power' is no gpuDebug or kelvorGpuDebugMux; there are: gpu0, gpuMux\n");
 }
 
 TEST_F(DebugTool, HeaderStatusIsFollowedWithALineForEachChange) {
@@ -213,7 +213,10 @@ TEST_F(DebugTool, HeaderErrorsAreShown) {
 TEST_F(DebugTool, HeaderStatusNeedsAnObjectThatHasIt) {
     const auto run = tool({"header", "status", "--object", "power"});
     EXPECT_EQ(run.exitCode, 3);
-    EXPECT_EQ(run.errors, "tavo: power has no method 'headerStatusGet'\n");
+    EXPECT_EQ(
+        run.errors,
+        "tavo: power has no method 'headerStatusGet'; of objects that have it there are: cpu0, cpu0.hdt, "
+        "cpu0.jtag, csJtag.jtag, gpu0, gpu0.gpuScan, gpu0.i2c, gpu0.jtag, i2c\n");
     const auto bare = runTool({"--sim", "--topology", "bare", "header", "clear"});
     EXPECT_EQ(bare.exitCode, 3);
     EXPECT_EQ(bare.errors, "tavo: no object of the device has a method 'headerStatusClear'\n");

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cctype>
 #include <chrono>
 #include <cstdint>
 #include <set>
@@ -190,7 +191,7 @@ TEST_F(I2cCommand, SetWithoutTerminalAndConsentSendsNothing) {
 }
 
 TEST_F(I2cCommand, SetAsksAtTheTerminal) {
-    for (const auto* answer : {"y\n", "n\n", "\n", "\x04"}) {
+    for (const auto* answer : {"y\n", "Y\n", "yes\n", "Yes\n", "YES\n", "n\n", "yep\n", "\n", "\x04"}) {
         support::PseudoTerminal terminal;
         auto setup = setupOf({"i2c", "--object", "i2c", "set", "0x50", "0xff", "0x5a"});
         setup.terminal = terminal.name();
@@ -198,9 +199,10 @@ TEST_F(I2cCommand, SetAsksAtTheTerminal) {
         const auto run = support::runProcess(setup);
         EXPECT_THAT(run.errors,
                     StartsWith("Write 1 bytes to I2C address 0x50 from register 0xff on? [y/N] "));
-        const bool yes = *answer == 'y';
+        const bool yes = std::tolower(*answer) == 'y' && std::string(answer) != "yep\n";
         EXPECT_EQ(run.exitCode, yes ? 0 : 2) << answer;
-        EXPECT_EQ(callsOf("i2c", "write").size(), 1u);
+        EXPECT_EQ(callsOf("i2c", "write").size(), yes ? 1u : 0u);
+        simulator.clearCalls();
     }
     EXPECT_EQ(content(0x50)[0xff], 0x5a);
 }

@@ -9,6 +9,7 @@
 namespace tool_test {
 namespace {
 
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
@@ -101,7 +102,8 @@ TEST_F(JtagTool, TheObjectMustBeNamedWhereSeveralFit) {
     EXPECT_EQ(run.exitCode, 3);
     EXPECT_EQ(run.errors,
               "tavo: which jtag? --object NAME chooses one of: cpu0.jtag, csJtag.jtag, gpu0.jtag\n");
-    EXPECT_EQ(tool({"jtag", "scan", "--object", "cpu0"}).errors, "tavo: 'cpu0' is no jtag\n");
+    EXPECT_EQ(tool({"jtag", "scan", "--object", "cpu0"}).errors,
+              "tavo: 'cpu0' is no jtag; there are: cpu0.jtag, csJtag.jtag, gpu0.jtag\n");
     EXPECT_EQ(tool({"jtag", "scan", "--object", "nowhere"}).exitCode, 3);
 }
 
@@ -180,6 +182,7 @@ TEST_F(JtagTool, ShiftsThatTheDeviceRefusesAreShownAndFail) {
     const auto run = jtag({"shift", "ir", "4", "f", "dr", "1000001", "0"});
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_THAT(run.output, HasSubstr("ir 4  in 0xf  out 0x1\n"));
+    EXPECT_THAT(run.output, EndsWith("00  return code 1\n")) << "what is refused captures nothing";
     EXPECT_EQ(run.errors,
               "tavo: cpu0.jtag.shiftDR returned code 1: an argument is out of range or malformed\n");
 }
@@ -194,6 +197,14 @@ TEST_F(JtagTool, ShiftsAreCheckedBeforeAnythingIsSent) {
     EXPECT_EQ(simulator.connectionCount(), 0u);
     EXPECT_EQ(jtag({"shift", "ir", "8", "100"}).errors,
               "tavo: 0x100 has more than 8 bits; each shift is ir|dr BITS HEX\n");
+}
+
+TEST_F(JtagTool, ShiftsAreBounded) {
+    EXPECT_EQ(jtag({"shift", "ir", "16777217", "0"}).errors,
+              "tavo: BITS: Value 16777217 not in range 0 to 16777216; each shift is ir|dr BITS HEX\n");
+    EXPECT_EQ(jtag({"shift", "ir", "16777216", "0", "dr", "1", "0"}).errors,
+              "tavo: the shifts have more than 16777216 bits together; each shift is ir|dr BITS HEX\n");
+    EXPECT_EQ(simulator.connectionCount(), 0u);
 }
 
 TEST_F(JtagTool, StatesGoByNameAndNumber) {

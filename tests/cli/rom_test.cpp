@@ -111,6 +111,31 @@ TEST_F(RomCommand, LoadPutsTheImageWhereItIsToldAndLeavesTheRest) {
     EXPECT_TRUE(enabled());
 }
 
+TEST_F(RomCommand, LoadAsksOnlyAboutAnImageThatFits) {
+    support::PseudoTerminal terminal;
+    auto setup = setupOf({"rom", "load", fileWith("12345"), "--offset", std::to_string(romSize - 4)});
+    setup.terminal = terminal.name();
+    const auto run = support::runProcess(setup);
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.errors, "tavo: 5 bytes at offset 8388604 do not fit in the ROM's 8388608 bytes\n");
+}
+
+TEST_F(RomCommand, ProgressHasCursorCodesOnlyOnATerminalThatKnowsThem) {
+    const auto file = fileWith("12345");
+    for (const auto* type : {"dumb", "", "xterm"}) {
+        support::PseudoTerminal terminal;
+        auto setup = setupOf({"rom", "load", file, "-y"});
+        setup.terminal = terminal.name();
+        setup.errorsOnTerminal = true;
+        setup.environment["TERM"] = type;
+        EXPECT_EQ(support::runProcess(setup).exitCode, 0);
+        terminal.type("end\n");
+        EXPECT_EQ(terminal.waitFor("end").find('\x1b') != std::string::npos, type == std::string("xterm"))
+            << type;
+    }
+    EXPECT_EQ(tool({"rom", "load", file, "-y"}).errors, "");
+}
+
 TEST_F(RomCommand, LoadRefusesAnImageThatDoesNotFitBeforeAnyOfItIsSent) {
     const auto run = tool({"rom", "load", fileWith("12345"), "--offset", std::to_string(romSize - 4), "-y"});
     EXPECT_EQ(run.exitCode, 2);

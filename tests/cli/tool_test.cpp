@@ -292,11 +292,53 @@ TEST_F(ToolTest, NeverSucceedsWhenTheOutputCannotBeWritten) {
 
         auto unread = setupOf(arguments);
         unread.outputUnread = true;
-        EXPECT_EQ(support::runProcess(unread).exitCode, 9);
+        const auto quiet = support::runProcess(unread);
+        EXPECT_EQ(quiet.signal, SIGPIPE) << "as other tools end when head has enough";
+        EXPECT_THAT(quiet.errors, IsEmpty());
     }
     auto help = toolWith({"--help"});
     help.outputFile = "/dev/full";
     EXPECT_EQ(support::runProcess(help).exitCode, 9);
+    EXPECT_FALSE(simulator.lockHolder());
+}
+
+/// The tool's run by a shell, for what a shell does with its streams.
+support::ProcessOutcome inShell(const support::ProcessSetup& tool, const std::string& before,
+                                const std::string& after) {
+    auto setup = tool;
+    setup.program = "/bin/sh";
+    setup.arguments = {"-c", before + " \"$0\" \"$@\" " + after, tool.program};
+    setup.arguments.insert(setup.arguments.end(), tool.arguments.begin(), tool.arguments.end());
+    return support::runProcess(setup);
+}
+
+TEST_F(ToolTest, ResultsStandBeforeTheErrorInOneLog) {
+    simulator.failNext(faults::ReturnCode{-7, 0}, requestsUntil("power", "get", {"call", "power.get"}));
+    EXPECT_EQ(inShell(setupOf({"call", "power.get"}), "", "2>&1").output,
+              "power.get: return code -7\n  state = 0\ntavo: power.get returned code -7\n");
+}
+
+TEST_F(ToolTest, AClosedPipeIsAFailureWhereItsSignalIsIgnored) {
+    const auto run = inShell(setupOf({"tree"}), "trap '' PIPE; { sleep 0.3;", "; echo $? >&2; } | true");
+    EXPECT_THAT(run.errors, HasSubstr("cannot write to standard output: Broken pipe\n9\n"));
+}
+
+TEST_F(ToolTest, KeyThatIsNotKnownIsToldWithTheFileOfThoseThatAre) {
+    simulator.inspect([](auto& appliance) { appliance.setKey({1, 2, 3}); });
+    for (const auto& arguments : {Words{"info"}, Words{"--secure", "tree"}})
+        EXPECT_THAT(
+            tool(arguments).errors,
+            testing::ContainsRegex("\\(this build knows the keys of .*[.]txt; to know others, build with "
+                                   "-D TAVO_SERVER_KEYS_FILE=[.]{3}\\)\n"));
+}
+
+TEST_F(ToolTest, AnObjectOfAnotherKindIsToldWithThoseThatFit) {
+    EXPECT_EQ(tool({"relay", "get", "bench"}).errors,
+              "tavo: 'bench' is no relay; there are: bench.drawer.left, bench.drawer.right, bench.fan, "
+              "bench.lamp, power\n");
+    EXPECT_EQ(tool({"relay", "get", ""}).exitCode, 3);
+    EXPECT_EQ(tool({"rom", "save", "/dev/null", "--object", "power"}).errors,
+              "tavo: 'power' is no ROM emulation; the device has none\n");
     EXPECT_FALSE(simulator.lockHolder());
 }
 

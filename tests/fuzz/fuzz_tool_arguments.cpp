@@ -24,11 +24,13 @@ std::vector<std::string> argumentsIn(fuzz::View input) {
 }
 
 void checkProgram(const TAVO::cli::Program& program) {
-    require((program.action != nullptr) != !program.help.empty(), "arguments ask for an action or for help");
+    const int asked =
+        (program.action ? 1 : 0) + (program.localAction ? 1 : 0) + (program.help.empty() ? 0 : 1);
+    require(asked == 1, "arguments ask for an action or for help");
     if (!program.action)
         return;
     const auto& connection = program.connection;
-    require(connection.simulated == connection.host.empty(), "there is one device to work on");
+    require(!connection.simulated || connection.host.empty(), "there is at most one device to work on");
     require(!connection.port || *connection.port > 0, "a port is one that can be connected to");
 }
 

@@ -68,6 +68,7 @@ int runTool(const attack::Verb& verb, bool json, std::uint16_t port) {
         pointers.push_back(word.data());
     setInput(verb.input);
     setenv("TAVO_PASSWORD", "tavo", 1);
+    setenv("TAVO_CONFIG", "/dev/null", 1);
     return TAVO::cli::runTool(static_cast<int>(pointers.size()), pointers.data());
 }
 

@@ -265,6 +265,17 @@ void addTopologies(Seeds& seeds) {
 }
 
 /// For each verb one of the last replies, each spoilt in another way.
+void addConfigs(Seeds& seeds) {
+    const auto document = contentOf("docs/tool-devices.md");
+    const auto begin = document.find("```toml\n") + 8;
+    seeds.add("fuzz_config", document.substr(begin, document.find("```", begin) - begin));
+    for (const auto* line :
+         {"host = \"[::1]:7000\"", "port = 0x1900", "password-file = \"~/p\"", "secure = false",
+          "timeout = \"500ms\"", "timeout = 2.5", "via = 'ssh gate -W %h:%p'", "group = [\"a\", \"b\"]",
+          "password = \"secret\"", "[lab2.x]", "user = \"\\u00fc\""})
+        seeds.add("fuzz_config", std::string("[lab1]\n") + line + "\n");
+}
+
 void addToolReplies(Seeds& seeds) {
     const auto count = attack::verbs("").size();
     for (std::size_t verb = 0; verb < count; ++verb) {
@@ -293,6 +304,7 @@ int main(int argc, char** argv) {
         addServerKeys(seeds);
         addArguments(seeds);
         addTopologies(seeds);
+        addConfigs(seeds);
         addToolReplies(seeds);
     } catch (const std::exception& error) {
         std::cerr << "tavo_fuzz_seeds: " << error.what() << "\n";

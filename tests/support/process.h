@@ -20,7 +20,8 @@ struct ProcessSetup {
     std::vector<std::string> arguments;
     /// What can be read from the standard input.
     std::string input = {};
-    /// Added to the environment of the tests, which is passed on without TAVO_PASSWORD and with LC_ALL=C.
+    /// Added to the environment of the tests, which is passed on with LC_ALL=C, and of the variables
+    /// that begin with TAVO_ with nothing but TAVO_CONFIG, an empty file.
     std::map<std::string, std::string> environment = {};
     /// Opened as the standard output instead of a pipe.
     std::optional<std::string> outputFile = {};
@@ -31,6 +32,8 @@ struct ProcessSetup {
     /// A terminal to be opened as the standard input; it becomes the process's own. Without one the process
     /// has none.
     std::optional<std::string> terminal = {};
+    /// Whether that is the standard error as well.
+    bool errorsOnTerminal = false;
 };
 
 struct ProcessOutcome {

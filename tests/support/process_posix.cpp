@@ -29,11 +29,13 @@ void check(bool good, const char* what) {
 std::vector<std::string> environmentOf(const ProcessSetup& setup) {
     auto changed = setup.environment;
     changed.try_emplace("LC_ALL", "C");
+    // An empty file, for the tool; that of the user is not for tests.
+    changed.try_emplace("TAVO_CONFIG", "/dev/null");
     std::vector<std::string> variables;
     for (char** variable = environ; *variable != nullptr; ++variable) {
         const std::string_view text = *variable;
         const auto name = std::string(text.substr(0, text.find('=')));
-        if (name != "TAVO_PASSWORD" && !changed.contains(name))
+        if (!name.starts_with("TAVO_") && !changed.contains(name))
             variables.emplace_back(text);
     }
     for (const auto& [name, value] : changed)
@@ -97,7 +99,7 @@ Process::Process(const ProcessSetup& setup) {
         posix_spawn_file_actions_addclose(&actions, 1);
     else
         posix_spawn_file_actions_adddup2(&actions, output[1], 1);
-    posix_spawn_file_actions_adddup2(&actions, errors[1], 2);
+    posix_spawn_file_actions_adddup2(&actions, setup.errorsOnTerminal ? 0 : errors[1], 2);
     // Else a server of the test would go on listening in the process after it was stopped.
     posix_spawn_file_actions_addclosefrom_np(&actions, 3);
 

@@ -27,5 +27,6 @@ std::vector<Command> lcdCommands();
 std::vector<Command> lockCommands();
 std::vector<Command> shareCommands();
 std::vector<Command> helpCommands();
+std::vector<Command> configCommands();
 
 } // namespace TAVO::cli

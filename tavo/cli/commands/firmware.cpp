@@ -159,11 +159,11 @@ void showStatus(Session& session, Output& output, const StatusOptions& options) 
 
 void update(Session& session, Output& output, const UpdateOptions& options) {
     const auto image = readImage(options.file);
-    requireConsent(fmt::format("Replace the firmware '{}' by the {} bytes of '{}'?", options.name,
-                               image.size(), options.file),
-                   options.yes);
+    const Consent consent(options.yes);
     {
         const auto& system = *session.device().getSystem();
+        consent.ask(fmt::format("Replace the firmware '{}' by the {} bytes of '{}'?", options.name,
+                                image.size(), options.file));
         Progress progress;
         progress.show(fmt::format("firmware {}: sending {} bytes", options.name, image.size()));
         session.execute(system, system_v1_0::firmwareUpdate, options.name, image);

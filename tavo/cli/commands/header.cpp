@@ -22,11 +22,19 @@ using Status = dto::Base::HeaderStatusGetReply;
 
 /// The named object, or all objects that offer the method.
 Objects chooseObjects(Session& session, const ObjectOptions& options, std::string_view method) {
-    if (!options.object.empty())
-        return {session.findOnly(options.object)};
+    const auto suits = [method](const Object_v1_0& object) { return offers(object, method); };
+    if (!options.object.empty()) {
+        auto named = session.findOnly(options.object);
+        if (suits(*named))
+            return {named};
+        named.reset(); // else the device could not be opened anew
+        throw Failure(ExitCode::notFound,
+                      fmt::format("{} has no method '{}'; of objects that have it {}", options.object, method,
+                                  candidatesText(session, suits)));
+    }
     Objects chosen;
     for (const auto& object : session.objects())
-        if (offers(*object, method))
+        if (suits(*object))
             chosen.push_back(object);
     if (chosen.empty())
         throw Failure(ExitCode::notFound, fmt::format("no object of the device has a method '{}'", method));

@@ -199,21 +199,20 @@ std::vector<std::uint8_t> bytesOf(const SetOptions& options) {
     return bytes;
 }
 
-void requireConsentToSet(const SetOptions& options, std::size_t bytes) {
-    const auto place =
-        fmt::format("to I2C address 0x{:02x} from register 0x{:02x} on", options.address, options.first);
-    requireConsent(options.values.empty()
-                       ? fmt::format("Write only the register number 0x{:02x} to I2C address 0x{:02x}?",
-                                     options.first, options.address)
-                       : fmt::format("Write {} bytes {}?", bytes, place),
-                   options.yes);
+std::string questionOf(const SetOptions& options, std::size_t bytes) {
+    if (options.values.empty())
+        return fmt::format("Write only the register number 0x{:02x} to I2C address 0x{:02x}?", options.first,
+                           options.address);
+    return fmt::format("Write {} bytes to I2C address 0x{:02x} from register 0x{:02x} on?", bytes,
+                       options.address, options.first);
 }
 
 void set(Session& session, Output& output, const SetOptions& options) {
     const auto bytes = bytesOf(options);
     requireRegisters(options, options.first, std::max<std::size_t>(options.values.size(), 1));
-    requireConsentToSet(options, bytes.size());
+    const Consent consent(options.yes);
     const auto bus = chooseBus(session, options);
+    consent.ask(questionOf(options, bytes.size()));
     const I2cTarget target{*bus, options.address, options.wide};
     if (bytes.empty())
         writePointer(session, target, options.first);

@@ -124,14 +124,13 @@ private:
     const I2cMessage* open_ = nullptr;
 };
 
-void requireConsentToWrites(const Messages& messages, bool given) {
-    const auto writes = [](const I2cMessage& message) { return !message.reads; };
+bool writes(const I2cMessage& message) { return !message.reads; }
+
+/// For messages of which at least one writes.
+std::string questionOf(const Messages& messages) {
     const auto first = std::find_if(messages.begin(), messages.end(), writes);
-    if (first != messages.end())
-        requireConsent(fmt::format("Write {} bytes to I2C address 0x{:02x}{}?", first->data.size(),
-                                   first->address,
-                                   std::any_of(first + 1, messages.end(), writes) ? ", and more" : ""),
-                       given);
+    return fmt::format("Write {} bytes to I2C address 0x{:02x}{}?", first->data.size(), first->address,
+                       std::any_of(first + 1, messages.end(), writes) ? ", and more" : "");
 }
 
 } // namespace
@@ -147,8 +146,11 @@ void I2cTransferOptions::describe(OptionList& list) {
 
 void transferMessages(Session& session, Output& output, const I2cTransferOptions& options) {
     const auto messages = parseInput([&] { return parseI2cMessages(options.words); });
-    requireConsentToWrites(messages, options.yes);
+    const bool needsConsent = std::any_of(messages.begin(), messages.end(), writes);
+    const Consent consent(options.yes || !needsConsent);
     const auto bus = chooseBus(session, options);
+    if (needsConsent)
+        consent.ask(questionOf(messages));
     const auto read = Transfer(session, *bus, messages).run();
     auto document = nlohmann::json::array();
     for (std::size_t i = 0; i < messages.size(); ++i) {

@@ -106,6 +106,12 @@ std::string shown(const BitString& bits, BitNotation notation) {
     return text.empty() ? "-" : text;
 }
 
+/// A refused shift has captured nothing, whatever came with its return code.
+std::string outcome(const Method& call, const BitString& captured, BitNotation notation) {
+    return call.returnCode() == 0 ? "out " + shown(captured, notation)
+                                  : fmt::format("return code {}", call.returnCode());
+}
+
 } // namespace
 
 void JtagShiftOptions::describe(OptionList& list) {
@@ -147,7 +153,11 @@ void shiftBits(Session& session, Output& output, const JtagShiftOptions& options
                         json.object([&] {
                             json.key("bits").number(shifts[i].bits.size());
                             json.key("in").text(bitsText(shifts[i].bits, notation));
-                            json.key("out").text(bitsText(captured[i], notation));
+                            json.key("out");
+                            if (calls[i]->returnCode() == 0)
+                                json.text(bitsText(captured[i], notation));
+                            else
+                                json.null();
                             json.key("register").text(nameOf(shifts[i].target));
                             json.key("returnCode").number(calls[i]->returnCode());
                         });
@@ -160,8 +170,8 @@ void shiftBits(Session& session, Output& output, const JtagShiftOptions& options
             text.write(options.bytes ? "bytes in the order of shifting\n"
                                      : "numbers, the lowest bit is shifted first\n");
             for (std::size_t i = 0; i < calls.size(); ++i)
-                text.print("{} {}  in {}  out {}\n", nameOf(shifts[i].target), shifts[i].bits.size(),
-                           shown(shifts[i].bits, notation), shown(captured[i], notation));
+                text.print("{} {}  in {}  {}\n", nameOf(shifts[i].target), shifts[i].bits.size(),
+                           shown(shifts[i].bits, notation), outcome(*calls[i], captured[i], notation));
         });
     for (const auto& call : calls)
         requireSuccess(*call);

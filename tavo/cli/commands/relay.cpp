@@ -9,6 +9,7 @@
 #include <fmt/format.h>
 
 #include <tavo/cli/follow.h>
+#include <tavo/cli/object_choice.h>
 #include <tavo/cli/output.h>
 #include <tavo/cli/session.h>
 
@@ -95,7 +96,7 @@ struct RelayOptions {
 };
 
 std::shared_ptr<Relay_v1_0> relayOf(Session& session, const RelayOptions& options) {
-    return session.findOnly<Relay_v1_0>(options.name, "relay");
+    return namedObject<Relay_v1_0>(session, options.name, "relay");
 }
 
 void getRelay(Session& session, Output& output, const RelayOptions& options) {

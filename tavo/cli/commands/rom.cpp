@@ -221,9 +221,9 @@ private:
 
 void load(Session& session, Output& output, const LoadOptions& options) {
     const auto image = readImage(options.file);
-    requireConsent(fmt::format("Replace {} bytes at offset {} of the ROM?", image.size(), options.offset),
-                   options.yes);
+    const Consent consent(options.yes);
     Loading loading(session, options, image);
+    consent.ask(fmt::format("Replace {} bytes at offset {} of the ROM?", image.size(), options.offset));
     try {
         loading.run();
     } catch (const std::exception&) {

@@ -39,14 +39,16 @@ std::optional<std::string_view> tapStateName(std::int32_t number) {
 }
 
 std::int32_t parseTapState(std::string_view text) {
-    if (text.find_first_of("0123456789") == (text.starts_with('-') ? 1 : 0))
-        return static_cast<std::int32_t>(parseWholeNumber(text, std::numeric_limits<std::int32_t>::min(),
-                                                          std::numeric_limits<std::int32_t>::max()));
     for (std::size_t state = 0; state < std::size(names); ++state)
         if (essence(text) == essence(names[state]))
             return static_cast<std::int32_t>(state);
-    throw std::invalid_argument(
-        fmt::format("'{}' is not a TAP state; the states are: {}", text, fmt::join(names, ", ")));
+    try {
+        return static_cast<std::int32_t>(parseWholeNumber(text, std::numeric_limits<std::int32_t>::min(),
+                                                          std::numeric_limits<std::int32_t>::max()));
+    } catch (const std::invalid_argument& error) {
+        throw std::invalid_argument(fmt::format("'{}' is not a TAP state ({}); the states are: {}", text,
+                                                error.what(), fmt::join(names, ", ")));
+    }
 }
 
 std::string tapStateText(std::int32_t number) {

@@ -36,6 +36,7 @@ void describe(CLI::App& app, Arguments& arguments) {
     options.port = TAVO::DeviceFactory::DefaultPort;
     app.add_option("--host", options.host, "Address to listen on")->capture_default_str();
     app.add_option("--port", options.port, "Port to listen on; 0 lets the system choose one")
+        ->check(CLI::Range(0, 65535))
         ->capture_default_str();
     app.add_option("--topology", options.topology,
                    "Objects of the appliance: the name of a topology, or a file")
@@ -52,7 +53,7 @@ void describe(CLI::App& app, Arguments& arguments) {
         ->type_name("FILE");
     app.add_option("--connections", options.mostConnections,
                    "Most open connections; one more closes the longest idle one")
-        ->check(CLI::PositiveNumber)
+        ->check(CLI::Range(1, 1'000'000))
         ->capture_default_str();
     app.add_option("--key", options.serverKey, "Known server key to answer with; -1 for an unknown one")
         ->type_name("INDEX")

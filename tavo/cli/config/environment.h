@@ -1,0 +1,11 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace TAVO::cli {
+
+/// The variable's value, unless it is not set or empty. Call it while nothing changes the environment.
+std::optional<std::string> environmentVariable(const char* name);
+
+} // namespace TAVO::cli
