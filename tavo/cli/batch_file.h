@@ -28,9 +28,7 @@ auto at(const std::string& place, Action action) {
     try {
         return action();
     } catch (const Failure& failure) {
-        Failure placed(failure.code, place + ": " + failure.what());
-        placed.returned = failure.returned;
-        throw placed;
+        throw Failure(failure.code, place + ": " + failure.what(), failure.returned);
     }
 }
 

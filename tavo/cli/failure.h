@@ -37,13 +37,15 @@ struct ReturnedCode {
 /// A failure detected by the tool itself.
 class Failure : public std::runtime_error {
 public:
-    Failure(ExitCode exitCode, const std::string& message)
+    Failure(ExitCode exitCode, const std::string& message,
+            std::optional<ReturnedCode> returnedCode = std::nullopt)
         : std::runtime_error(message)
-        , code(exitCode) {}
+        , code(exitCode)
+        , returned(std::move(returnedCode)) {}
 
     ExitCode code;
     /// Set if a method's return code is the failure.
-    std::optional<ReturnedCode> returned = {};
+    std::optional<ReturnedCode> returned;
 };
 
 /// What to tell the user about a failure.

@@ -46,11 +46,9 @@ std::string returnCodeText(const Method& method) {
 void requireSuccess(const Method& method) {
     if (method.returnCode() == return_code::done)
         return;
-    Failure failure(ExitCode::refused,
-                    fmt::format("{} returned code {}", method.getFullName(), returnCodeText(method)));
-    failure.returned =
-        ReturnedCode{method.getFullName(), method.returnCode(), std::string(meaningOfReturnCode(method))};
-    throw failure;
+    throw Failure(
+        ExitCode::refused, fmt::format("{} returned code {}", method.getFullName(), returnCodeText(method)),
+        ReturnedCode{method.getFullName(), method.returnCode(), std::string(meaningOfReturnCode(method))});
 }
 
 } // namespace TAVO::cli
