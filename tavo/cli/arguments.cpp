@@ -167,10 +167,7 @@ Program parseWith(bool line, Parse parse) {
 } // namespace
 
 Program parseArguments(int argc, const char* const* argv) {
-    auto program = parseWith(false, [&](CLI::App& tool) { tool.parse(argc, argv); });
-    if (program.action && program.connection.host.empty() && !program.connection.simulated)
-        throw Failure(ExitCode::usage, "--host or --sim is required (see 'tavo help')");
-    return program;
+    return parseWith(false, [&](CLI::App& tool) { tool.parse(argc, argv); });
 }
 
 Program parseLine(std::vector<std::string> words) {

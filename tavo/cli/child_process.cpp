@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 #include <spawn.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <tavo/cli/failure.h>
 #include <tavo/cli/interrupt.h>
@@ -42,6 +43,11 @@ pid_t start(const std::vector<std::string>& words) {
     return process;
 }
 
+/// Whether the terminal has sent the signal to the program too.
+bool comesFromTheTerminal(int signal) {
+    return (signal == SIGINT || signal == SIGQUIT) && ::tcgetpgrp(STDIN_FILENO) == ::getpgrp();
+}
+
 /// Its status once it has ended.
 std::optional<int> ended(pid_t process) {
     int status = 0;
@@ -54,6 +60,8 @@ std::optional<int> ended(pid_t process) {
 
 int runProgram(const std::vector<std::string>& words) {
     constexpr InterruptWatch::Milliseconds step(10);
+    // If they are ignored, the system does not keep the status.
+    std::signal(SIGCHLD, SIG_DFL);
     const auto process = start(words);
     for (;;) {
         if (const auto status = ended(process))
@@ -61,7 +69,8 @@ int runProgram(const std::vector<std::string>& words) {
         try {
             InterruptWatch::pause(step);
         } catch (const Interrupted& interrupted) {
-            ::kill(process, interrupted.signal);
+            if (!comesFromTheTerminal(interrupted.signal))
+                ::kill(process, interrupted.signal);
             int status = 0;
             while (::waitpid(process, &status, 0) < 0 && errno == EINTR)
                 ;

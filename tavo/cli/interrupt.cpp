@@ -95,6 +95,12 @@ void InterruptWatch::throwIfInterrupted() {
         throw Interrupted(caught);
 }
 
+int InterruptWatch::takeSignal() {
+    const int signal = caught;
+    caught = 0;
+    return signal;
+}
+
 bool InterruptWatch::waitForInput(int descriptor, Milliseconds time) {
     // In steps, for a signal may come to another thread or just before the wait.
     const auto end = Clock::now() + time;

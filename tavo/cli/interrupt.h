@@ -70,6 +70,8 @@ public:
     static bool waitForInput(int descriptor, Milliseconds time);
     /// @throws Interrupted when a signal came.
     static void throwIfInterrupted();
+    /// The signal that came, for those who act upon it themselves; 0 for none. It counts as handled.
+    static int takeSignal();
     /// As if no signal had come, for a tool that goes on after one.
     static void forget();
 

@@ -125,7 +125,7 @@ std::string Session::address() const { return fmt::format("{}:{}", options_.host
 std::string Session::sharePath() const {
     if (options_.simulated || !options_.user)
         return "";
-    return share_socket::pathFor(options_.host, port(), *options_.user);
+    return share_socket::pathFor(options_.host, port(), *options_.user, options_.via.value_or(""));
 }
 
 std::unique_ptr<Transport> Session::connectToShare() {
@@ -243,6 +243,8 @@ void Session::interruptOpening() {
 
 std::optional<std::string> Session::lockHolder() {
     if (!device_) {
+        // A share would tell its own user.
+        options_.direct = true;
         Device_Factory_Structs::TavoDeviceDescriptor descriptor;
         identify(descriptor);
     }

@@ -123,6 +123,8 @@ public:
     std::shared_ptr<Device> openApart(const Account& account);
     /// Ends the opening that waits.
     void interruptOpening();
+    /// From now on, signals interrupt what waits for the device.
+    void watchSignals() { watch(); }
     /// The limit of each exchange, as the user gave it.
     const TimeLimit& timeLimit() const { return timeLimit_; }
 

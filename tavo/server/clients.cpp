@@ -25,10 +25,11 @@ void Clients::add(std::uint64_t number, std::shared_ptr<Client> client) {
     clients_.emplace(number, std::move(client));
 }
 
-void Clients::closeAll() {
+void Clients::closeAllBut(const Client* kept) {
     const auto clients = clients_;
     for (const auto& [number, client] : clients)
-        client->close();
+        if (client.get() != kept)
+            client->close();
 }
 
 void Clients::boundHeld(Client& active) {

@@ -42,7 +42,8 @@ public:
     /// Returns whether it was there.
     bool remove(std::uint64_t number) { return clients_.erase(number) > 0; }
     std::size_t count() const { return clients_.size(); }
-    void closeAll();
+    void closeAll() { closeAllBut(nullptr); }
+    void closeAllBut(const Client* kept);
     /// Closes the longest idle connection. Returns false if none can be closed.
     bool closeIdlest();
 

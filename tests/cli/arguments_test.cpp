@@ -72,8 +72,6 @@ TEST(Arguments, OfALineAreThoseForAnOpenDevice) {
         EXPECT_THROW(parseLine({option, "info"}), Failure) << option;
 }
 
-TEST(Arguments, NeedADevice) { EXPECT_THAT(refusalOf({"info"}), HasSubstr("--host or --sim is required")); }
-
 TEST(Arguments, RefuseTimesThatAreNoNumbers) {
     EXPECT_THAT(refusalOf({"--sim", "--timeout", "nan", "info"}), HasSubstr("--timeout"));
     EXPECT_THAT(refusalOf({"--sim", "post", "follow", "--timeout", "nan"}), HasSubstr("nan is not a number"));

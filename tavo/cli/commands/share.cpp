@@ -37,6 +37,15 @@ std::chrono::milliseconds millisecondsOf(double seconds) {
     return std::chrono::milliseconds(std::llround(seconds * 1000));
 }
 
+/// A share goes on for its clients when the one who started it has gone.
+void tellIfAnybodyReads(Output& output, const std::string& line) {
+    try {
+        output.write(line + "\n");
+        output.finish();
+    } catch (const std::exception&) { // nobody can be told
+    }
+}
+
 void share(Session& session, Output& output, const ShareOptions& options) {
     const auto address = parseListenAddress(options.listen);
     const auto account = session.account();
@@ -48,11 +57,10 @@ void share(Session& session, Output& output, const ShareOptions& options) {
     access.interrupt = [&session] { session.interruptOpening(); };
     if (const auto limit = session.timeLimit())
         access.patience = *limit;
-    Share running(settings, account, access, [&output](const std::string& line) {
-        output.write(line + "\n");
-        output.finish();
-    });
-    running.run();
+    session.watchSignals();
+    Share(settings, account, access, [&output](const std::string& line) {
+        tellIfAnybodyReads(output, line);
+    }).run();
 }
 
 } // namespace

@@ -73,12 +73,16 @@ void DeviceLine::inThread(Work work) {
     if (thread_.joinable())
         thread_.join();
     state_ = State::working;
+    isThreadDone_ = false;
     thread_ = quietThread([this, work = std::move(work), guard = asio::make_work_guard(context_)]() mutable {
         asio::post(context_, work());
+        isThreadDone_ = true;
     });
 }
 
 void DeviceLine::open() {
+    if (state_ != State::released && state_ != State::lost)
+        return;
     const bool isNew = !device_;
     isOpening_ = true;
     inThread([this, isNew]() -> std::function<void()> {
@@ -114,22 +118,29 @@ void DeviceLine::release() {
     isOpening_ = false;
     inThread([this, device = std::exchange(device_, nullptr)]() mutable -> std::function<void()> {
         device.reset();
-        return [this] { state_ = State::released; };
+        return [this] {
+            state_ = State::released;
+            owner_.lineReleased();
+        };
     });
 }
 
 void DeviceLine::stop() {
+    constexpr Milliseconds step(20);
     if (!thread_.joinable())
         return;
-    if (isOpening_)
+    // Again and again, for an interrupt between two exchanges is lost.
+    while (isOpening_ && !isThreadDone_) {
         access_.interrupt();
+        std::this_thread::sleep_for(step);
+    }
     thread_.join();
 }
 
 void DeviceLine::attach() {
     const auto descriptor = static_cast<int>(device_->transport().descriptor());
     ++attachment_;
-    held_ = isReading_ = false;
+    held_ = isReading_ = isWriting_ = false;
     socket_.assign(protocolOf(descriptor), descriptor);
     socket_.non_blocking(true);
     state_ = State::ready;
@@ -165,12 +176,19 @@ void DeviceLine::read() {
 void DeviceLine::take(std::size_t count) {
     if (!turn_)
         return lose(NetworkError("Unexpected data recieved from device."));
+    isFeeding_ = true;
+    std::string problem;
     try {
         if (scanner_.feed({received_.data(), count}, *turn_) < count)
-            return lose(NetworkError("Unexpected data recieved from device."));
+            problem = "Unexpected data recieved from device.";
     } catch (const std::exception& failure) {
-        return lose(Error(failure.what()));
+        problem = failure.what();
     }
+    isFeeding_ = false;
+    if (problem.empty() && scanner_.isComplete() && isWriting_)
+        problem = "the device answered before it had the whole request";
+    if (!problem.empty())
+        return lose(NetworkError(problem));
     if (scanner_.isComplete())
         return endTurn();
     if (!held_)
@@ -180,6 +198,7 @@ void DeviceLine::take(std::size_t count) {
 void DeviceLine::execute(std::shared_ptr<Turn> turn) {
     turn_ = std::move(turn);
     scanner_ = {};
+    isHurried_ = false;
     state_ = State::executing;
     write(turn_->plan().requestForDevice(device_->lockId()));
 }
@@ -189,19 +208,22 @@ void DeviceLine::write(std::span<const std::uint8_t> rest) {
     rest = rest.subspan(socket_.write_some(asio::buffer(rest.data(), rest.size()), blocked));
     if (rest.empty())
         return;
+    isWriting_ = true;
     asio::async_write(
         socket_, asio::buffer(rest.data(), rest.size()),
         [this, attached = attachment_, turn = turn_](const asio::error_code& failure, std::size_t) {
-            if (attached == attachment_ && failure)
+            if (attached != attachment_)
+                return;
+            isWriting_ = false;
+            if (failure)
                 lose(NetworkError("Error transmitting message call to device."));
         });
 }
 
 // A client waits for its reply as long as it likes. Once it has gone, the device has some time to finish.
 void DeviceLine::hurry() {
-    if (!turn_)
+    if (!turn_ || std::exchange(isHurried_, true))
         return;
-    hold(false);
     limit_.expires_after(access_.patience);
     limit_.async_wait([this, attached = attachment_, turn = turn_](const asio::error_code& cancelled) {
         if (!cancelled && attached == attachment_ && turn == turn_)
@@ -211,7 +233,8 @@ void DeviceLine::hurry() {
 
 void DeviceLine::hold(bool held) {
     held_ = held;
-    if (!held && state_ == State::executing)
+    // While received_ is taken apart it must not be overwritten; what takes it apart reads on.
+    if (!held && state_ == State::executing && !isFeeding_)
         read();
 }
 

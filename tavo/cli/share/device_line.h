@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <functional>
@@ -35,6 +36,8 @@ public:
         virtual void lineOpened(const Methods& ofDevice, const Methods& ofSystem) = 0;
         /// The connection is lost, or could not be made. @param exception why.
         virtual void lineLost(const std::exception& exception) = 0;
+        /// The lock is given back, and the connection closed.
+        virtual void lineReleased() = 0;
         /// The reply to that turn is complete.
         virtual void turnEnded(Turn& turn) = 0;
     };
@@ -53,16 +56,19 @@ public:
     DeviceLine& operator=(const DeviceLine&) = delete;
     ~DeviceLine();
 
+    bool isExecuting() const { return state_ == State::executing; }
     bool isReady() const { return state_ == State::ready; }
     bool isReleased() const { return state_ == State::released; }
     /// Whether the connection is lost, and not yet there again.
     bool isAway() const { return state_ == State::lost || (state_ == State::working && device_ != nullptr); }
 
-    /// Opens the device, or, where it was lost, takes its lock again. Tells the owner.
+    /// Opens the device, or, where it was lost, takes its lock again. Tells the owner. Does nothing in other
+    /// states.
     void open();
     /// Executes the calls for the device; one at a time, while isReady().
     void execute(std::shared_ptr<Turn> turn);
-    /// The client of the turn that is executed has gone.
+    /// The client of the turn that is executed has gone, or waits no longer for more than this reply: the
+    /// device has `patience` to finish it.
     void hurry();
     /// Stops, or goes on, taking in the reply that arrives.
     void hold(bool held);
@@ -71,7 +77,7 @@ public:
     /// Ends what the thread does, and waits for it.
     void stop();
 
-    /// Seconds until open() should be tried again, after it has failed so often in a row.
+    /// How long until open() should be tried again, after it has failed so often in a row.
     static Milliseconds pauseAfter(unsigned failures);
 
 private:
@@ -99,6 +105,10 @@ private:
     std::shared_ptr<Turn> turn_;
     server::ReplyScanner scanner_;
     bool isOpening_ = false;
+    std::atomic<bool> isThreadDone_ = false;
+    bool isFeeding_ = false;
+    bool isWriting_ = false;
+    bool isHurried_ = false;
     bool held_ = false;
     bool isReading_ = false;
     asio::steady_timer limit_;

@@ -12,6 +12,7 @@ namespace {
 
 // A request may hold millions of calls: no more of them are answered, or kept in mind, than this.
 constexpr std::size_t mostAnswers = 4096;
+constexpr std::uint32_t mostCallsOfStrangers = 65536;
 constexpr std::size_t mostAnswerBytes = std::size_t{4} << 20;
 
 namespace device_error {
@@ -49,6 +50,8 @@ Plan::Plan(Bytes request, FrontDesk desk)
     server::RequestFrame frame(request_);
     clientLockId_ = frame.lockId();
     isAuthorised_ = desk.grants.holds(clientLockId_);
+    if (!isAuthorised_ && frame.callCount() > mostCallsOfStrangers)
+        fail(device_error::tooLarge, "The request is too large");
     server::CallFrame former;
     auto meaning = CallMeaning::work;
     for (std::uint32_t index = 0; index < frame.callCount() && !error_; ++index) {
@@ -194,10 +197,12 @@ std::span<const std::uint8_t> Plan::requestForDevice(std::uint32_t lockId) {
 
 std::vector<std::string> Plan::callNames(const Descriptions& descriptions) const {
     constexpr std::size_t mostNames = 32;
+    constexpr std::uint32_t mostCalls = 4096;
     std::vector<std::string> names;
     server::RequestFrame frame(request_);
     server::CallFrame former;
-    for (std::uint32_t index = 0; index < frame.callCount() && names.size() < mostNames; ++index) {
+    const auto count = std::min(frame.callCount(), mostCalls);
+    for (std::uint32_t index = 0; index < count && names.size() < mostNames; ++index) {
         const auto call = frame.nextCall();
         const bool isRepeated =
             index > 0 && call.instanceId == former.instanceId && call.methodId == former.methodId;

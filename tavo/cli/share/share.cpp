@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include <tavo/cli/interrupt.h>
 #include <tavo/client/device/device_factory.h>
 #include <tavo/client/wire/error.h>
 
@@ -13,6 +14,12 @@ namespace TAVO::cli {
 namespace {
 
 constexpr server::ClientBounds bounds{.connections = 1000, .heldBytes = std::size_t{512} << 20};
+bool isIgnored(int signal) {
+    struct sigaction action {};
+    ::sigaction(signal, nullptr, &action);
+    return action.sa_handler == SIG_IGN;
+}
+
 constexpr std::uint32_t locked = 1001;
 constexpr std::uint32_t tooLarge = 1005;
 
@@ -27,6 +34,7 @@ Share::Share(const ShareSettings& settings, const Account& account, DeviceLine::
     , line_(context_, std::move(access), *this)
     , retry_(context_)
     , idle_(context_)
+    , watch_(context_)
     , signals_(context_)
     , file_(settings.socketPath.empty() ? nullptr
                                         : std::make_unique<share_socket::File>(context_, settings.socketPath))
@@ -51,7 +59,8 @@ void Share::run() {
 
 void Share::awaitSignal() {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT})
-        signals_.add(signal);
+        if (!isIgnored(signal))
+            signals_.add(signal);
     signals_.async_wait([this](const asio::error_code& cancelled, int signal) {
         if (!cancelled)
             end(signal);
@@ -69,14 +78,29 @@ void Share::end(int signal) {
         localListener_->stop();
     retry_.cancel();
     idle_.cancel();
-    endWhenIdle();
+    line_.hurry();
+    if (served_)
+        served_->closeAfterReply();
+    clients_.closeAllBut(served_);
+    stopWhenDone();
 }
 
-void Share::endWhenIdle() {
-    if (served_)
-        return line_.hurry();
-    clients_.closeAll();
-    context_.stop();
+void Share::stopWhenDone() {
+    if (isEnding_ && !line_.isExecuting() && clients_.count() == 0)
+        context_.stop();
+}
+
+// Nothing is read from a client while it is served, so its end would not be noticed.
+void Share::watchServed() {
+    constexpr std::chrono::seconds pause(1);
+    watch_.expires_after(pause);
+    watch_.async_wait([this](const asio::error_code& cancelled) {
+        if (cancelled)
+            return;
+        if (served_ && served_->hasEndedSending())
+            line_.hurry();
+        watchServed();
+    });
 }
 
 void Share::enter(server::Socket socket) {
@@ -97,11 +121,13 @@ void Share::left(ShareClient& client) {
     }
     if (served_ == &client) {
         served_ = nullptr;
+        line_.hold(false);
         line_.hurry();
     }
     clients_.remove(client.number());
     log_.event("disconnected", {{"client", client.number()}});
     awaitIdleness();
+    stopWhenDone();
 }
 
 void Share::serve(ShareClient& client, Plan::Bytes request) {
@@ -152,9 +178,16 @@ void Share::turnEnded(Turn& turn) {
         logRequest(*client, turn, true);
     if (turn.staleDescriptions() || turn.plan().bringsChange())
         descriptions_.forget();
-    if (isEnding_)
-        return endWhenIdle();
+    awaitIdleness();
+    stopWhenDone();
     nextTurn();
+}
+
+void Share::lineReleased() {
+    descriptions_.forget();
+    log_.event("released");
+    if (!waiting_.empty())
+        line_.open();
 }
 
 void Share::lineOpened(const DeviceLine::Methods& ofDevice, const DeviceLine::Methods& ofSystem) {
@@ -165,9 +198,13 @@ void Share::lineOpened(const DeviceLine::Methods& ofDevice, const DeviceLine::Me
     log_.event("opened");
     if (!std::exchange(wasOpened_, true)) {
         awaitSignal();
-        tell_(fmt::format("listening on {}:{}", settings_.listenHost, listener_.endpoint().port()));
+        watchServed();
+        auto told = fmt::format("listening on {}:{}", settings_.listenHost, listener_.endpoint().port());
         if (file_)
-            tell_(fmt::format("socket {}", file_->path()));
+            told += fmt::format("\nsocket {}", file_->path());
+        tell_(told);
+        if (const int signal = InterruptWatch::takeSignal(); signal != 0)
+            return end(signal);
     }
     awaitIdleness();
     nextTurn();
@@ -183,9 +220,8 @@ void Share::lineLost(const std::exception& exception) {
     descriptions_.forget();
     served_ = nullptr;
     refuseWaiting(exception);
-    if (isEnding_)
-        return endWhenIdle();
-    if (!line_.isReleased())
+    stopWhenDone();
+    if (!line_.isReleased() && !isEnding_)
         retryLater();
 }
 
@@ -193,8 +229,8 @@ void Share::refuseWaiting(const std::exception& exception) {
     const auto* lock = dynamic_cast<const LockError*>(&exception);
     for (const auto& waiting : std::exchange(waiting_, {}))
         if (const auto client = waiting.lock(); client && client->turn()) {
-            if (lock)
-                client->turn()->refuse(locked, lock->lockingUser());
+            if (const auto turn = client->turn(); lock)
+                turn->refuse(locked, lock->lockingUser());
             else
                 client->close();
         }
@@ -209,7 +245,7 @@ void Share::retryLater() {
 }
 
 void Share::awaitIdleness() {
-    if (!settings_.idle || clients_.count() > 0 || isEnding_)
+    if (!settings_.idle || clients_.count() > 0 || isEnding_ || line_.isReleased())
         return;
     idle_.expires_after(*settings_.idle);
     idle_.async_wait([this](const asio::error_code& cancelled) {
@@ -217,7 +253,6 @@ void Share::awaitIdleness() {
             return;
         retry_.cancel();
         line_.release();
-        log_.event("released");
     });
 }
 

@@ -54,10 +54,12 @@ private:
     void refuse(ShareClient& client) override;
     void holdReply(ShareClient& client, bool held) override;
     void left(ShareClient& client) override;
+    bool othersWait() const override { return !waiting_.empty() || isEnding_; }
     server::Clients& clients() override { return clients_; }
 
     void lineOpened(const DeviceLine::Methods& ofDevice, const DeviceLine::Methods& ofSystem) override;
     void lineLost(const std::exception& exception) override;
+    void lineReleased() override;
     void turnEnded(Turn& turn) override;
 
     void enter(server::Socket socket);
@@ -68,7 +70,8 @@ private:
     void awaitIdleness();
     void awaitSignal();
     void end(int signal);
-    void endWhenIdle();
+    void stopWhenDone();
+    void watchServed();
     void logRequest(const ShareClient& client, const Turn& turn, bool wasAnswered);
 
     ShareSettings settings_;
@@ -88,6 +91,7 @@ private:
     unsigned failures_ = 0;
     asio::steady_timer retry_;
     asio::steady_timer idle_;
+    asio::steady_timer watch_;
     asio::signal_set signals_;
     bool isEnding_ = false;
     std::unique_ptr<share_socket::File> file_;

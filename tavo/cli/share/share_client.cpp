@@ -8,6 +8,7 @@
 #include <asio/ip/tcp.hpp>
 #include <asio/post.hpp>
 #include <fmt/format.h>
+#include <poll.h>
 #include <sys/socket.h>
 
 namespace TAVO::cli {
@@ -17,7 +18,7 @@ namespace {
 // How much of a reply waits for a client before the device has to.
 constexpr std::size_t window = std::size_t{1} << 20;
 // How long the device, and the others, wait for a client that takes nothing.
-constexpr std::chrono::seconds patienceOfLine{2};
+constexpr std::chrono::seconds patienceOfLine{5};
 // How long a reply that holds up nobody is kept for a client that takes nothing of it.
 constexpr std::chrono::seconds patience{30};
 
@@ -71,6 +72,30 @@ void ShareClient::close() {
 }
 
 void ShareClient::closeAfterReply() { closesAfterReply_ = true; }
+
+bool ShareClient::hasEndedSending() {
+    pollfd watched{socket_.native_handle(), POLLRDHUP, 0};
+    return ::poll(&watched, 1, 0) > 0;
+}
+
+// Input that is left unread would reset the connection before the client has the reply.
+void ShareClient::closeGently() {
+    asio::error_code ignored;
+    socket_.shutdown(asio::socket_base::shutdown_send, ignored);
+    limitStall();
+    discard();
+}
+
+void ShareClient::discard() {
+    socket_.async_read_some(asio::buffer(received_),
+                            [self = shared_from_this()](const asio::error_code& failure, std::size_t) {
+                                if (self->closed_)
+                                    return;
+                                if (failure)
+                                    return self->close();
+                                self->discard();
+                            });
+}
 
 bool ShareClient::note() {
     active_ = std::chrono::steady_clock::now();
@@ -149,11 +174,16 @@ void ShareClient::setHolding(bool holding) {
     owner_.holdReply(*this, holding);
 }
 
-// Starts anew at every piece that the client takes.
+// While the device waits, small pieces do not count: the client must make room.
 void ShareClient::limitStall() {
-    stall_.expires_after(isHolding_ ? patienceOfLine : patience);
-    stall_.async_wait([self = shared_from_this()](const asio::error_code& cancelled) {
-        if (!cancelled && self->isWriting_)
+    const bool isUrgent = isHolding_ || closesAfterReply_;
+    stall_.expires_after(isUrgent ? patienceOfLine : patience);
+    stall_.async_wait([self = shared_from_this(), isUrgent](const asio::error_code& cancelled) {
+        if (cancelled || self->closed_)
+            return;
+        if (self->isHolding_ && !self->owner_.othersWait())
+            self->limitStall();
+        else if (self->isWriting_ || isUrgent)
             self->close();
     });
 }
@@ -190,7 +220,8 @@ bool ShareClient::refill() {
 
 void ShareClient::awaitRoom() {
     isWriting_ = true;
-    limitStall();
+    if (!isHolding_)
+        limitStall();
     socket_.async_wait(asio::socket_base::wait_write,
                        [self = shared_from_this()](const asio::error_code& failure) {
                            self->isWriting_ = false;
@@ -206,7 +237,7 @@ void ShareClient::replied() {
     stall_.cancel();
     isReplyWhole_ = false;
     if (closesAfterReply_)
-        return close();
+        return closeGently();
     if (!note())
         return;
     if (assembler_.size() == 0)

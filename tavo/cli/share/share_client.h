@@ -32,6 +32,8 @@ public:
         /// The client takes its reply too slowly to go on, or goes on taking it.
         virtual void holdReply(ShareClient& client, bool held) = 0;
         virtual void left(ShareClient& client) = 0;
+        /// Whether other clients wait for the device.
+        virtual bool othersWait() const = 0;
         virtual server::Clients& clients() = 0;
     };
 
@@ -40,6 +42,8 @@ public:
     void start();
     /// Closes the connection when all that was appended has been sent.
     void closeAfterReply();
+    /// Whether the client has closed the connection, or its sending side.
+    bool hasEndedSending();
     std::uint64_t number() const { return number_; }
     /// Who is at the other end: "127.0.0.1:40000", or "process 4711" on this machine.
     const std::string& peer() const { return peer_; }
@@ -66,6 +70,8 @@ private:
     /// Takes up what waits to be written. Returns false if nothing does.
     bool refill();
     void awaitRoom();
+    void closeGently();
+    void discard();
     void replied();
     void setHolding(bool holding);
     void limitStall();

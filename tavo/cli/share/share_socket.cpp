@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <system_error>
@@ -37,6 +38,14 @@ std::string escaped(const std::string& text) {
     return name;
 }
 
+/// Differs for different texts, and is the same in every build (FNV-1a).
+std::uint64_t fingerprint(const std::string& text) {
+    std::uint64_t hash = 0xcbf29ce484222325u;
+    for (const char letter : text)
+        hash = (hash ^ static_cast<unsigned char>(letter)) * 0x100000001b3u;
+    return hash;
+}
+
 std::string systemError() { return std::generic_category().message(errno); }
 
 /// Whether the file, or the folder, is this user's alone.
@@ -56,11 +65,12 @@ void makeFolder() {
 
 } // namespace
 
-std::string pathFor(const std::string& host, int port, const std::string& user) {
+std::string pathFor(const std::string& host, int port, const std::string& user, const std::string& via) {
     const auto in = folder();
     if (in.empty())
         return "";
-    auto path = fmt::format("{}/{}@{}:{}.share", in, escaped(user), escaped(host), port);
+    const auto through = via.empty() ? "" : fmt::format("~{:016x}", fingerprint(via));
+    auto path = fmt::format("{}/{}@{}:{}{}.share", in, escaped(user), escaped(host), port, through);
     return path.size() < sizeof(sockaddr_un::sun_path) ? path : "";
 }
 

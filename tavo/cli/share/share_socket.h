@@ -13,7 +13,9 @@ namespace TAVO::cli::share_socket {
 
 /// Where the share for that device and user is, if there is one: a file in the folder "tavo" of
 /// $XDG_RUNTIME_DIR. Empty without such a folder, and where the name is too long for a socket.
-std::string pathFor(const std::string& host, int port, const std::string& user);
+/// @param via the command that leads to the device; empty for none. The same host may be another device
+///        through another command.
+std::string pathFor(const std::string& host, int port, const std::string& user, const std::string& via);
 
 /// Connects to a share of this user. The descriptor is closed when there is none.
 Descriptor connect(const std::string& path);

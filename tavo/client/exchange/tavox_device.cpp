@@ -223,7 +223,7 @@ void TAVOXDevice::lock(const std::string& user, const std::string& password) {
 }
 
 void TAVOXDevice::lock() {
-    if (keepsHeldLock_ && lock_.id == 0)
+    if (keepsHeldLock_ && (lock_.id == 0 || lock_.lent))
         lock_.lent = userHoldsLock();
     const auto method = requireDeviceObject().make(device_v1_0::lock, lock_.user, lock_.password);
     callWithPassword(method);
