@@ -53,17 +53,14 @@ TEST_F(ShareTroubles, AHalfSentRequestIsNeverForwarded) {
 }
 
 TEST_F(ShareTroubles, GarbageEndsTheConnection) {
-    {
+    const auto refusal =
+        joined({u32(0), block(joined({u32(0), u32(1005), text("The request is too large")})), u32(0)});
+    for (const auto& garbage : {joined({u32(0), u32(1), u32(0), u32(3), u32(0xFFFFFFFF)}),
+                                bytesOf("GET / HTTP/1.1\r\nHost: lab\r\n\r\n")}) {
         RawClient client(share->port());
-        client.send(joined({u32(0), u32(1), u32(0), u32(3), u32(0xFFFFFFFF)}));
-        const auto refusal =
-            joined({u32(0), block(joined({u32(0), u32(1005), text("The request is too large")})), u32(0)});
+        client.send(garbage);
         EXPECT_EQ(client.receiveToEnd(), refusal);
     }
-    RawClient client(share->port());
-    client.send(bytesOf("GET / HTTP/1.1\r\nHost: lab\r\n\r\n"));
-    client.finishSending();
-    EXPECT_EQ(client.receiveToEnd().size(), 44u) << "a refusal of the share's own";
     expectToServeOthers();
 }
 
