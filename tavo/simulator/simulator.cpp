@@ -143,9 +143,9 @@ void Simulator::start() {
         return;
     const auto known = port();
     const auto& options = state_->options;
-    state_->server =
-        std::make_unique<Server>(options.host, known != 0 ? known : options.port,
-                                 server::ClientBounds{options.mostConnections, options.mostHeldBytes}, *state_);
+    state_->server = std::make_unique<Server>(
+        options.host, known != 0 ? known : options.port,
+        server::ClientBounds{options.mostConnections, options.mostHeldBytes}, *state_);
     const auto guard = lockAppliance();
     state_->port = state_->server->port();
 }
