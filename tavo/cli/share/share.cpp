@@ -80,7 +80,7 @@ void Share::end(int signal) {
     idle_.cancel();
     line_.hurry();
     if (served_)
-        served_->closeAfterReply();
+        served_->closeAfterReply(false);
     clients_.closeAllBut(served_);
     stopWhenDone();
 }
@@ -141,7 +141,7 @@ void Share::serve(ShareClient& client, Plan::Bytes request) {
 }
 
 void Share::refuse(ShareClient& client) {
-    client.closeAfterReply();
+    client.closeAfterReply(true);
     Plan::Bytes reply;
     server::appendReplyHead(reply, server::ErrorFrame{0, tooLarge, "The request is too large"}, 0);
     client.append(reply);

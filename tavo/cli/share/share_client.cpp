@@ -71,7 +71,10 @@ void ShareClient::close() {
     owner_.left(*this);
 }
 
-void ShareClient::closeAfterReply() { closesAfterReply_ = true; }
+void ShareClient::closeAfterReply(bool gently) {
+    closesAfterReply_ = true;
+    closesGently_ = gently;
+}
 
 bool ShareClient::hasEndedSending() {
     pollfd watched{socket_.native_handle(), POLLRDHUP, 0};
@@ -237,7 +240,7 @@ void ShareClient::replied() {
     stall_.cancel();
     isReplyWhole_ = false;
     if (closesAfterReply_)
-        return closeGently();
+        return closesGently_ ? closeGently() : close();
     if (!note())
         return;
     if (assembler_.size() == 0)

@@ -40,8 +40,9 @@ public:
     ShareClient(Owner& owner, server::Socket socket, std::uint64_t number);
 
     void start();
-    /// Closes the connection when all that was appended has been sent.
-    void closeAfterReply();
+    /// Closes the connection when the reply has been sent. @param gently waits until the client, which may
+    /// still be sending, has read it.
+    void closeAfterReply(bool gently);
     /// Whether the client has closed the connection, or its sending side.
     bool hasEndedSending();
     std::uint64_t number() const { return number_; }
@@ -95,6 +96,7 @@ private:
     bool isReplyWhole_ = false;
     bool isHolding_ = false;
     bool closesAfterReply_ = false;
+    bool closesGently_ = false;
     bool closed_ = false;
     Time active_ = std::chrono::steady_clock::now();
     std::size_t heldBytes_ = 0;
