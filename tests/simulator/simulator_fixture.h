@@ -14,6 +14,7 @@
 #include <tavo/simulator/simulator.h>
 #include <tests/simulator/raw_client.h>
 #include <tests/support/all_types.h>
+#include <tests/support/soon.h>
 
 /// A simulator on a free port, and the client library at its other end.
 class SimulatorFixture : public ::testing::Test {
@@ -81,13 +82,7 @@ protected:
 
     template <class Condition>
     static bool soon(Condition condition) {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-        while (!condition()) {
-            if (std::chrono::steady_clock::now() > deadline)
-                return false;
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        }
-        return true;
+        return support::soon(condition);
     }
 
     TAVO::simulator::Simulator simulator;

@@ -39,7 +39,6 @@ public:
     std::uint32_t errorCode() const { return errorCode_; }
     /// Whether what the device told about a change of itself makes its descriptions worthless.
     bool staleDescriptions() const { return stale_; }
-    bool hasTarget() const { return target_ != nullptr; }
 
     /// The client has gone; what the device still sends is read and dropped.
     void dropTarget() { target_ = nullptr; }

@@ -16,6 +16,7 @@
 #include <tests/cli/tool_fixture.h>
 #include <tests/simulator/raw_client.h>
 #include <tests/support/all_types.h>
+#include <tests/support/soon.h>
 
 namespace tool_test {
 
@@ -112,13 +113,7 @@ protected:
 
     template <class Condition>
     static bool soon(Condition condition) {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-        while (!condition()) {
-            if (std::chrono::steady_clock::now() > deadline)
-                return false;
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        }
-        return true;
+        return support::soon(condition);
     }
 
     std::filesystem::path folder;
