@@ -44,6 +44,7 @@
 #include <tavo/client/hwdebug/lpc.h>
 #include <tavo/client/hwdebug/lpc_post_code.h>
 #include <tavo/client/hwdebug/lpc_rom_emulation.h>
+#include <tavo/client/hwdebug/tap_state.h>
 #include <tavo/client/object/bound_method.h>
 #include <tavo/client/object/container.h>
 #include <tavo/client/object/device.h>

@@ -48,7 +48,7 @@ const Floors floors{
     {"tavo/client/device/"},
     {"tavo/client/hwdebug/", "tavo/client/commonmodules/"},
     {"tavo/client.h"},
-    {"tavo/server/"},
+    {"tavo/server/", "tavo/jtag/"},
     {"tavo/simulator/"},
     {"tavo/cli/values/"},
     {"tavo/cli/commands/", "tavo/cli/"},

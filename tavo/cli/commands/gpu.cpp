@@ -11,7 +11,7 @@
 
 #include <tavo/cli/object_choice.h>
 #include <tavo/cli/output.h>
-#include <tavo/cli/values/bit_string.h>
+#include <tavo/cli/values/bit_notation.h>
 
 namespace TAVO::cli {
 

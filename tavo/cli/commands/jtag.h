@@ -10,7 +10,7 @@
 
 #include <tavo/cli/object_choice.h>
 #include <tavo/cli/output.h>
-#include <tavo/cli/values/bit_string.h>
+#include <tavo/cli/values/bit_notation.h>
 #include <tavo/cli/values/jtag_survey.h>
 #include <tavo/cli/values/tap_place.h>
 

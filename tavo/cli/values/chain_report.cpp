@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include <tavo/cli/values/bit_notation.h>
+
 namespace TAVO::cli {
 
 namespace {

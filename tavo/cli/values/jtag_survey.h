@@ -7,10 +7,12 @@
 #include <string>
 #include <vector>
 
-#include <tavo/cli/values/bit_string.h>
+#include <tavo/jtag/bit_string.h>
 
 /// Examines an unknown JTAG chain (IEEE 1149.1) without loading any instruction but BYPASS.
 namespace TAVO::cli {
+
+using jtag::BitString;
 
 /// The parts of an IDCODE.
 struct Idcode {

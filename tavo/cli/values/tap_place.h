@@ -4,12 +4,14 @@
 #include <string_view>
 #include <vector>
 
-#include <tavo/cli/values/bit_string.h>
+#include <tavo/jtag/bit_string.h>
+#include <tavo/jtag/step.h>
 
 namespace TAVO::cli {
 
-/// Whether a shift goes through the instruction registers or the data registers of a chain.
-enum class JtagRegister { instruction, data };
+using jtag::BitString;
+
+using JtagRegister = jtag::Register;
 
 /// One TAP of a chain in which all others are in BYPASS. Adds what they need to a shift, and takes away what
 /// they gave.

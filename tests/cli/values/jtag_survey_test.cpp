@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <tavo/cli/failure.h>
+#include <tavo/cli/values/bit_notation.h>
 #include <tavo/cli/values/chain_report.h>
 #include <tavo/cli/values/jtag_survey.h>
 #include <tests/support/failure_text.h>

@@ -1,8 +1,7 @@
-#include <tavo/cli/values/bit_string.h>
+#include <tavo/cli/values/bit_notation.h>
 
 #include <algorithm>
 #include <stdexcept>
-#include <utility>
 
 #include <fmt/format.h>
 
@@ -37,37 +36,6 @@ std::vector<std::uint8_t> bytesInOrder(std::size_t size, std::string_view text) 
 }
 
 } // namespace
-
-BitString::BitString(std::size_t size, bool level)
-    : BitString(size, std::vector<std::uint8_t>(BitString::bytesFor(size), level ? 0xFF : 0x00)) {}
-
-BitString::BitString(std::size_t size, std::vector<std::uint8_t> bytes)
-    : size_(size)
-    , bytes_(std::move(bytes)) {
-    bytes_.resize(BitString::bytesFor(size));
-    if (size % 8 != 0)
-        bytes_.back() = static_cast<std::uint8_t>(bytes_.back() & ((1u << size % 8) - 1));
-}
-
-void BitString::set(std::size_t bit, bool level) {
-    const auto mask = 1u << bit % 8;
-    auto& byte = bytes_[bit / 8];
-    byte = static_cast<std::uint8_t>(level ? byte | mask : byte & ~mask);
-}
-
-bool BitString::isAll(std::size_t first, std::size_t end, bool level) const {
-    for (auto bit = first; bit < end; ++bit)
-        if (at(bit) != level)
-            return false;
-    return true;
-}
-
-std::uint32_t BitString::number(std::size_t first, std::size_t count) const {
-    std::uint32_t number = 0;
-    for (std::size_t bit = 0; bit < count; ++bit)
-        number |= std::uint32_t{at(first + bit)} << bit;
-    return number;
-}
 
 BitString parseBits(std::size_t size, std::string_view text, BitNotation notation) {
     auto bytes = notation == BitNotation::number ? bytesOfNumber(size, text) : bytesInOrder(size, text);

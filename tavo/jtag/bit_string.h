@@ -2,11 +2,9 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
-#include <string_view>
 #include <vector>
 
-namespace TAVO::cli {
+namespace TAVO::jtag {
 
 /// Bits in shift order, packed as on the wire: bit i is bit i%8 of byte i/8. Unused bits of the last byte are
 /// 0.
@@ -30,6 +28,13 @@ public:
     /// The `count` bits from `first` on as a number, lowest bit first. At most 32 bits.
     std::uint32_t number(std::size_t first, std::size_t count) const;
 
+    /// Adds one bit behind the last.
+    void append(bool level);
+    /// Adds all bits of `more` behind the last.
+    void append(const BitString& more);
+    /// The `count` bits from `first` on; missing bits are 0.
+    BitString part(std::size_t first, std::size_t count) const;
+
     bool operator==(const BitString&) const = default;
 
 private:
@@ -37,16 +42,4 @@ private:
     std::vector<std::uint8_t> bytes_;
 };
 
-/// How a bit string is written: as a hexadecimal number, lowest bit shifted first, or as bytes in shift
-/// order, lowest bit of each first.
-enum class BitNotation { number, bytes };
-
-/// Parses `size` bits. A number may start with 0x and is padded with zeros; bytes are pairs of digits, as
-/// many as the bits need.
-/// @throws std::invalid_argument for anything else, and if `text` does not fit in `size` bits.
-BitString parseBits(std::size_t size, std::string_view text, BitNotation notation);
-
-/// A number as 0x and all digits, bytes as pairs of digits; empty for no bits.
-std::string bitsText(const BitString& bits, BitNotation notation);
-
-} // namespace TAVO::cli
+} // namespace TAVO::jtag

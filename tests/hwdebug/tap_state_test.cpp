@@ -1,10 +1,12 @@
+#include <vector>
+
 #include <gtest/gtest.h>
 
-#include <tavo/simulator/models/tap_state.h>
+#include <tavo/client/hwdebug/tap_state.h>
 
 namespace {
 
-using namespace TAVO::simulator;
+using namespace TAVO::HWDebug;
 using enum TapState;
 
 constexpr int stateCount = 16;
