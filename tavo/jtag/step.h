@@ -43,7 +43,8 @@ struct Move {
     bool operator==(const Move&) const = default;
 };
 
-/// Stays in the resting state with TCK running, or standing still.
+/// Stays in the resting state with TCK running, or standing still. A running TCK finds TMS low: it leaves
+/// Test-Logic-Reset.
 struct Idle {
     std::chrono::microseconds duration{0};
     bool isClocked = true;
@@ -66,12 +67,13 @@ struct PinClock {
     bool operator==(const PinClock&) const = default;
 };
 
-/// Lets go of the pins, TCK while it is high. Scans can follow in Run-Test/Idle.
+/// Makes TCK high, lets go of it, TMS and TDI, so that scans can follow. Where nothing was made by pins it
+/// does nothing.
 struct ReleasePins {
     bool operator==(const ReleasePins&) const = default;
 };
 
-/// Reads TDO without a clock, by its pin.
+/// Reads TDO as the next PinClock would, which may follow: TCK is low from here on.
 struct ReadTdo {
     bool operator==(const ReadTdo&) const = default;
 };
