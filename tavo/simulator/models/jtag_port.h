@@ -13,11 +13,14 @@ namespace TAVO::simulator {
 
 /// The appliance's end of a JTAG connector: shifts, state moves and single pins, all on the same chain.
 ///
-/// Bit strings have bit i in bit i%8 of byte i/8; bit 0 is shifted first. While the board has no power the
-/// chain stays in Test-Logic-Reset and TDO reads 1.
+/// Bit strings have bit i in bit i%8 of byte i/8; bit 0 is shifted first. While the board has no power or
+/// TRST is low, the chain stays in Test-Logic-Reset and TDO reads 1.
 class TAVO_SIMULATOR_API JtagPort {
 public:
-    static constexpr std::int32_t mostBits = 1'000'000;
+    /// Of an expectation, which stays until the next one.
+    static constexpr std::int32_t mostExpectedBits = 1 << 24;
+    /// Of a call that repeats or retries, all rounds together, so that it ends in good time.
+    static constexpr std::int64_t mostClocks = 5'000'000;
     static constexpr std::int32_t slowest = 1'000;
     static constexpr std::int32_t fastest = 50'000'000;
     static constexpr std::int32_t defaultFrequency = 1'000'000;
@@ -72,6 +75,7 @@ public:
     /// The chain, reset by any loss of power.
     JtagChain& chain();
 
+    /// A shift has any length, unless options make it repeat: see mostClocks.
     Outcome shift(Register target, std::int32_t bits, std::span<const std::uint8_t> data);
     std::int32_t state();
     /// Moves to a resting state. Returns a return_code.
@@ -102,7 +106,10 @@ public:
 
 private:
     bool level(Pin pin) const;
-    bool follow(TapState target);
+    /// Whether clocks reach the chain and move it: it has power and is not held in reset.
+    bool moves();
+    void clockTo(TapState target);
+    void idle(std::int32_t clocks);
     std::vector<std::uint8_t> shiftOnce(Register target, std::int32_t bits,
                                         std::span<const std::uint8_t> data);
 
