@@ -52,17 +52,48 @@ JtagChain& JtagPort::chain() {
 
 bool JtagPort::moves() {
     chain();
-    return board_->powered() && level(Pin::trst);
+    if (!board_->powered())
+        return false;
+    const bool trst = level(Pin::trst);
+    if (std::exchange(trst_, trst) != trst && observer_)
+        observer_->trst(chain_.state(), trst);
+    if (!trst)
+        chain_.reset();
+    return trst;
+}
+
+void JtagPort::tellClock(bool tms, bool tdi) {
+    if (observer_)
+        observer_->clock(chain_.state(), tms, tdi, chain_.tdo());
+}
+
+void JtagPort::tellEnd() {
+    if (observer_)
+        observer_->callEnded();
+}
+
+void JtagPort::clock(bool tms) {
+    tellClock(tms, true);
+    chain_.clock(tms, true);
 }
 
 void JtagPort::clockTo(TapState target) {
     for (const bool tms : shortestPath(chain_.state(), target))
-        chain_.clock(tms, true);
+        clock(tms);
 }
 
 void JtagPort::idle(std::int32_t clocks) {
     for (; clocks > 0; --clocks)
-        chain_.clock(false, true);
+        clock(false);
+}
+
+PackedBits JtagPort::shiftBits(std::span<const std::uint8_t> data, std::size_t bits) {
+    const auto state = chain_.state();
+    auto captured = chain_.shift(data, bits);
+    if (observer_)
+        for (std::size_t bit = 0; bit < bits; ++bit)
+            observer_->clock(state, bit + 1 == bits, bitOf(data, bit), captured.at(bit));
+    return captured;
 }
 
 std::vector<std::uint8_t> JtagPort::shiftOnce(Register target, std::int32_t bits,
@@ -79,7 +110,7 @@ std::vector<std::uint8_t> JtagPort::shiftOnce(Register target, std::int32_t bits
     }
     if (bits > 0) {
         clockTo(target == Register::instruction ? TapState::shiftIr : TapState::shiftDr);
-        captured = chain_.shift(data, static_cast<std::size_t>(bits));
+        captured = shiftBits(data, static_cast<std::size_t>(bits));
     }
     clockTo(termination);
     if (termination == TapState::runTestIdle)
@@ -107,6 +138,7 @@ JtagPort::Outcome JtagPort::shift(Register target, std::int32_t bits, std::span<
         bool met = false;
         for (auto attempt = rounds(options.retry); !met && attempt > 0; --attempt) {
             outcome.captured = shiftOnce(target, bits, data);
+            tellEnd();
             met = !compared || matches(options.expectation, outcome.captured);
         }
         if (!met) {
@@ -126,6 +158,7 @@ std::int32_t JtagPort::moveTo(std::int32_t state) {
         return return_code::badArgument;
     if (moves())
         clockTo(static_cast<TapState>(state));
+    tellEnd();
     return return_code::done;
 }
 
@@ -135,6 +168,7 @@ std::int32_t JtagPort::sleep(bool clocked) {
     // One clock is enough: with TMS 0 it leaves Test-Logic-Reset, and the other resting states never change.
     if (clocked && moves())
         idle(1);
+    tellEnd();
     return return_code::done;
 }
 
@@ -164,13 +198,15 @@ std::int32_t JtagPort::setPin(Pin pin, Drive drive) {
         return return_code::disabled;
     const bool before = level(pin);
     pins_[static_cast<std::size_t>(pin)] = drive;
-    if (!board_->powered())
-        return return_code::done;
-    auto& wired = chain();
-    if (!level(Pin::trst))
-        wired.reset();
-    else if (pin == Pin::tck && level(Pin::tck) != before)
-        before ? wired.fall() : wired.rise(level(Pin::tms), level(Pin::tdi));
+    if (moves() && pin == Pin::tck && level(Pin::tck) != before) {
+        if (before) {
+            chain_.fall();
+        } else {
+            tellClock(level(Pin::tms), level(Pin::tdi));
+            chain_.rise(level(Pin::tms), level(Pin::tdi));
+        }
+    }
+    tellEnd();
     return return_code::done;
 }
 

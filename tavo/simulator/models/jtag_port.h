@@ -3,11 +3,13 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include <tavo/simulator/export.h>
 #include <tavo/simulator/models/board.h>
 #include <tavo/simulator/models/jtag_chain.h>
+#include <tavo/simulator/models/tap_observer.h>
 
 namespace TAVO::simulator {
 
@@ -97,6 +99,9 @@ public:
     std::int32_t setPin(Pin pin, Drive drive);
     bool tdo();
 
+    /// Sets who is told what arrives at the chain from now on; null for nobody.
+    void setObserver(std::shared_ptr<TapObserver> observer) { observer_ = std::move(observer); }
+
     bool enabled() const noexcept { return enabled_; }
     void setEnabled(bool enabled) noexcept { enabled_ = enabled; }
 
@@ -106,8 +111,13 @@ public:
 
 private:
     bool level(Pin pin) const;
-    /// Whether clocks reach the chain and move it: it has power and is not held in reset.
+    /// Brings power and TRST to the chain. Returns whether clocks move it: it has power and is not held in
+    /// reset.
     bool moves();
+    void clock(bool tms);
+    void tellClock(bool tms, bool tdi);
+    void tellEnd();
+    PackedBits shiftBits(std::span<const std::uint8_t> data, std::size_t bits);
     void clockTo(TapState target);
     void idle(std::int32_t clocks);
     std::vector<std::uint8_t> shiftOnce(Register target, std::int32_t bits,
@@ -118,6 +128,9 @@ private:
     std::uint32_t powerOnCount_ = 0;
     ShiftOptions options_[2];
     Drive pins_[4];
+    std::shared_ptr<TapObserver> observer_;
+    // As the observer knows it.
+    bool trst_ = true;
     std::uint32_t divider_ = fastest / defaultFrequency;
     bool enabled_ = true;
 };
