@@ -4,7 +4,8 @@
 standard_symbols='^_Z(GV|GVZ|Z)?(T[ISV])?N?K?(St|Sa|Ss|9__gnu_cxx|4asio)'
 
 # write_symbols LIBRARY PACKAGE VERSION: prints the symbols file. A name that was there before keeps the version that
-# debian/PACKAGE.symbols gives it. Weak functions come from templates, which another compiler may inline.
+# debian/PACKAGE.symbols gives it. Weak functions come from templates, which another compiler may inline. VERSION ends in
+# ~, because what is missing is told only in a later version than the one that it came with.
 write_symbols() {
     local library=$1 package=$2 version=$3 soname
     soname=$(objdump -p "$library" | awk '$1 == "SONAME" { print $2 }')
