@@ -17,6 +17,7 @@ seconds_for_a_block=60
 # Sockets have short paths, so not below the build.
 place=$(mktemp -d)
 group=
+trap 'rm -rf "$place"' EXIT
 finish() {
     end_group
     stop_simulator
@@ -43,30 +44,34 @@ mistake() {
     mistakes=$((mistakes + 1))
 }
 
-# --- the world of the page: alice's home, devices with any name that the pages use, and a gateway
-mkdir -p "$place"/{bin,here,home/.config/tavo,runtime}
-chmod 700 "$place/runtime"
-ln -s "$tool" "$place/bin/tavo"
-ln -s "$simulator" "$place/bin/tavo-sim"
-printf '%s:tavo\n' alice bob engineer >"$place/accounts"
-start_simulator "$simulator" --quiet --accounts "$place/accounts"
-trap finish EXIT
-cat >"$place/devices.toml" <<TOML
+# begin_world: alice's home, devices with any name that the pages use, and a gateway; at the first block that runs.
+begin_world() {
+    mkdir -p "$place"/{bin,here,home/.config/tavo,runtime}
+    chmod 700 "$place/runtime"
+    ln -s "$tool" "$place/bin/tavo"
+    ln -s "$simulator" "$place/bin/tavo-sim"
+    printf '%s:tavo\n' alice bob engineer >"$place/accounts"
+    start_simulator "$simulator" --quiet --accounts "$place/accounts"
+    trap finish EXIT # start_simulator has its own
+    cat >"$place/devices.toml" <<TOML
 [defaults]
 host = "lab-tavo"
 user = "alice"
 TOML
-for device in lab-tavo lab1 lab2 appliance; do
-    printf '[%s]\nhost = "127.0.0.1"\nport = %s\n' "$device" "$simulator_port" >>"$place/devices.toml"
-done
-# Only one of them: the programs of one user would give back each other's lock.
-sed -i 's/^\[lab1\]$/&\ngroup = "rack-a"/' "$place/devices.toml"
-# ssh GATEWAY -W HOST:PORT
-cat >"$place/bin/ssh" <<SSH
+    for device in lab-tavo lab1 lab2 appliance; do
+        printf '[%s]\nhost = "127.0.0.1"\nport = %s\n' "$device" "$simulator_port" >>"$place/devices.toml"
+    done
+    # Only one of them: the programs of one user would give back each other's lock.
+    sed -i 's/^\[lab1\]$/&\ngroup = "rack-a"/' "$place/devices.toml"
+    # ssh GATEWAY -W HOST:PORT
+    cat >"$place/bin/ssh" <<SSH
 #!/bin/sh
 [ "\$2" = -W ] && exec socat STDIO TCP:127.0.0.1:$simulator_port
 SSH
-chmod +x "$place/bin/ssh"
+    chmod +x "$place/bin/ssh"
+    # A board without power is not worth a page.
+    with_devices tavo relay set power on
+}
 
 # with_devices COMMAND ...: the environment of alice.
 with_devices() {
@@ -74,16 +79,13 @@ with_devices() {
         "TAVO_CONFIG=$place/devices.toml" TAVO_PASSWORD=tavo LC_ALL=C TERM=dumb "$@"
 }
 
-# A board without power is not worth a page.
-with_devices tavo relay set power on
-
 # --- the blocks
 # differs EXPECTED ACTUAL: says how the lines differ, with what changes from run to run made equal. A line of ... in
 # EXPECTED stands for any lines.
 differs() {
     local file
     for file in "$@"; do
-        sed -i -e "s|$place/home|/home/alice|g" -e 's/127\.0\.0\.1:[0-9]\+/127.0.0.1:PORT/g' -e 's/ *$//' "$file"
+        sed -e "s|$place/home|/home/alice|g" -e 's/127\.0\.0\.1:[0-9]\+/127.0.0.1:PORT/g' -e 's/ *$//' "$file" >"$file.same"
     done
     if awk 'FNR == NR { expected[++n] = $0; next }
         { actual[++m] = $0 }
@@ -99,17 +101,17 @@ differs() {
             }
             return other <= m && expected[place] == actual[other] && fits(place + 1, other + 1)
         }
-        END { exit !fits(1, 1) }' "$1" "$2"; then
+        END { exit !fits(1, 1) }' "$1.same" "$2.same"; then
         return 1
     fi
-    diff -u --label shown "$1" --label printed "$2" || true
+    diff -u --label shown "$1.same" --label printed "$2.same" || true
 }
 
 # prepare: makes of the block's text the script $place/script, which leaves each command's output and status in
 # $place/N.out and $place/N.status; what the page shows goes to $place/N.shown. Sets commands.
 prepare() {
     local line number=0 more=
-    rm -f "$place"/*.{out,status,shown} "$place/script"
+    rm -f "$place"/*.{out,status,shown,same} "$place/script"
     if [ "$language" = sh ]; then
         commands=1
         : >"$place/1.shown"
@@ -166,6 +168,7 @@ shown_so_far() {
 
 run_block() {
     local number wanted status difference
+    [ -n "$simulator_pid" ] || begin_world
     prepare
     start
     if [ -n "$goes_on" ]; then
@@ -221,6 +224,7 @@ mark() {
 # Takes the block that has been read.
 take_block() {
     if [ -n "$is_file" ]; then
+        mkdir -p "$place/home/.config/tavo"
         printf '%s' "$text" >"$place/home/.config/tavo/config.toml"
     elif [ "$language" = sh ] || [[ $text == '$ '* ]]; then
         [ -z "$unknown" ] || mistake "$unknown"

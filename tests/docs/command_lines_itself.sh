@@ -43,8 +43,9 @@ $ tavo relay get nothing
 
 <!-- goes on -->
 ```
-$ echo begun; sleep 1000
-begun
+$ echo one; sleep 1; echo two; sleep 1000
+one
+two
 ```
 
 ```
