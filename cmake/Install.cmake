@@ -66,3 +66,9 @@ foreach(library IN LISTS libraries)
   configure_file(cmake/${library}.pc.in "${PROJECT_BINARY_DIR}/package/${library}.pc" @ONLY)
   install(FILES "${PROJECT_BINARY_DIR}/package/${library}.pc" DESTINATION "${TAVO_INSTALL_PKGCONFIGDIR}")
 endforeach()
+
+# A service of each user, for systemd; nothing enables it.
+if(TARGET tavo AND CMAKE_SYSTEM_NAME STREQUAL "Linux")
+  configure_file(tavo/cli/tavo-share@.service.in "${PROJECT_BINARY_DIR}/package/tavo-share@.service" @ONLY)
+  install(FILES "${PROJECT_BINARY_DIR}/package/tavo-share@.service" DESTINATION lib/systemd/user)
+endif()
