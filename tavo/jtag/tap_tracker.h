@@ -55,6 +55,8 @@ public:
 
     /// How much waits to be handed out, in bits.
     std::size_t heldBits() const { return heldBits_ + steps_.size() * bitsOfStep; }
+    /// Whether clocks are made by pins.
+    bool usesPins() const { return usesPins_; }
     /// Whether the client waits for a level that the port has to tell.
     bool awaitsPort() const { return awaitsPort_; }
     /// Hands out what came since the last call; the results are wanted before anything else is run.
