@@ -337,15 +337,19 @@ void Session::run(const std::vector<std::shared_ptr<Method>>& methods) {
     await([&] { exchange(methods); });
 }
 
-void Session::release(const std::shared_ptr<Method>& method) {
+void Session::release(const std::vector<std::shared_ptr<Method>>& methods) {
     limitRelease();
     try {
-        exchange({method});
+        exchange(methods);
     } catch (...) {
         device_->setTimeLimit(timeLimit_);
         throw;
     }
     device_->setTimeLimit(timeLimit_);
+}
+
+void Session::release(const std::shared_ptr<Method>& method) {
+    release(std::vector{method});
     requireSuccess(*method);
 }
 
