@@ -337,16 +337,19 @@ void Session::run(const std::vector<std::shared_ptr<Method>>& methods) {
     await([&] { exchange(methods); });
 }
 
-void Session::release(const std::shared_ptr<Method>& method) {
+void Session::release(const std::shared_ptr<Method>& method) { releaseAll({method}); }
+
+void Session::releaseAll(const std::vector<std::shared_ptr<Method>>& methods) {
     limitRelease();
     try {
-        exchange({method});
+        exchange(methods);
     } catch (...) {
         device_->setTimeLimit(timeLimit_);
         throw;
     }
     device_->setTimeLimit(timeLimit_);
-    requireSuccess(*method);
+    for (const auto& method : methods)
+        requireSuccess(*method);
 }
 
 void Session::runAll(const std::vector<std::shared_ptr<Method>>& methods) {
