@@ -337,7 +337,9 @@ void Session::run(const std::vector<std::shared_ptr<Method>>& methods) {
     await([&] { exchange(methods); });
 }
 
-void Session::release(const std::vector<std::shared_ptr<Method>>& methods) {
+void Session::release(const std::shared_ptr<Method>& method) { releaseAll({method}); }
+
+void Session::releaseAll(const std::vector<std::shared_ptr<Method>>& methods) {
     limitRelease();
     try {
         exchange(methods);
@@ -346,11 +348,8 @@ void Session::release(const std::vector<std::shared_ptr<Method>>& methods) {
         throw;
     }
     device_->setTimeLimit(timeLimit_);
-}
-
-void Session::release(const std::shared_ptr<Method>& method) {
-    release(std::vector{method});
-    requireSuccess(*method);
+    for (const auto& method : methods)
+        requireSuccess(*method);
 }
 
 void Session::runAll(const std::vector<std::shared_ptr<Method>>& methods) {

@@ -104,8 +104,8 @@ public:
     }
     /// The same for a call that gives something back to the device: also after a signal.
     void release(const std::shared_ptr<Method>& method);
-    /// The same for several in one exchange; their success is not looked at.
-    void release(const std::vector<std::shared_ptr<Method>>& methods);
+    /// The same for several, in one exchange.
+    void releaseAll(const std::vector<std::shared_ptr<Method>>& methods);
     /// Executes one call, insists on its success and takes its result.
     template <class Result>
     Result value(const std::shared_ptr<BoundMethod<Result>>& method) {

@@ -28,6 +28,18 @@ struct JtagShiftOptions : ObjectOptions {
     void describe(OptionList& list);
 };
 
+struct JtagSvfOptions : ObjectOptions {
+    std::string file;
+    std::string stopAt = "check";
+    std::optional<std::int32_t> retry;
+    bool noCheck = false;
+    bool dryRun = false;
+    bool stats = false;
+
+    bool isLocal() const { return dryRun; }
+    void describe(OptionList& list);
+};
+
 using ShiftCall = std::shared_ptr<BoundMethod<dto::Jtag::ShiftReply>>;
 
 struct JtagServeOptions : ObjectOptions {
@@ -52,6 +64,9 @@ ChainSurvey survey(Session& session, const Object_v1_0& jtag);
 void scanChain(Session& session, Output& output, const ObjectOptions& options);
 void shiftBits(Session& session, Output& output, const JtagShiftOptions& options);
 void serveJtag(Session& session, Output& output, const JtagServeOptions& options);
+void playSvf(Session& session, Output& output, const JtagSvfOptions& options);
+/// Tells what a file does.
+void measureSvf(Output& output, const JtagSvfOptions& options);
 void showJtagOptions(Session& session, Output& output, const ObjectOptions& options);
 
 } // namespace TAVO::cli

@@ -7,12 +7,11 @@
 
 #include <fmt/format.h>
 
+#include <tavo/cli/borrowed_port.h>
 #include <tavo/cli/door/device_guard.h>
 #include <tavo/cli/door/door.h>
 #include <tavo/cli/jtag_serve/remote_bitbang.h>
 #include <tavo/cli/jtag_serve/xvc.h>
-#include <tavo/cli/session.h>
-#include <tavo/jtag/port.h>
 
 namespace TAVO::cli {
 
@@ -22,15 +21,6 @@ using jtag::Steps;
 
 /// A client of remote_bitbang stops working when it cannot send, however long the device is busy.
 constexpr Visitor::Bounds bounds{.received = std::size_t{64} << 20, .unsent = std::size_t{1} << 20};
-
-jtag::Executor executorOf(Session& session) {
-    return {[&session](const jtag::Methods& methods) { session.run(methods); }, requireSuccess};
-}
-
-/// The same after a signal.
-jtag::Executor lastExecutorOf(Session& session) {
-    return {[&session](const jtag::Methods& methods) { session.release(methods); }, requireSuccess};
-}
 
 std::size_t levelsOf(const jtag::Step& step) {
     if (const auto* shift = std::get_if<jtag::Shift>(&step))
@@ -136,24 +126,16 @@ void serveJtag(Session& session, Output& output, const JtagServeOptions& options
     const auto address = parseListenAddress(options.bitbang + options.xvc);
     const auto object = chooseJtag(session, options);
     Door door(address, bounds);
-    jtag::Port port(object, executorOf(session));
-    const auto giveBack = [&] { port.restore(lastExecutorOf(session)); };
-    try {
-        GuardedPort guarded(port, output);
-        tellIfAnybodyReads(output, door.place());
-        serveClients(guarded, door, options);
-    } catch (const Interrupted&) {
-        InterruptWatch::forget();
-    } catch (...) {
+    BorrowedPort borrowed(session, output, object);
+    borrowed.use([&](jtag::Port& port) {
         try {
-            giveBack();
-        } catch (const std::exception& failure) {
-            output.warn(
-                fmt::format("the options of {} are not restored: {}", object->getFullName(), failure.what()));
+            GuardedPort guarded(port, output);
+            tellIfAnybodyReads(output, door.place());
+            serveClients(guarded, door, options);
+        } catch (const Interrupted&) {
+            InterruptWatch::forget();
         }
-        throw;
-    }
-    giveBack();
+    });
 }
 
 } // namespace TAVO::cli
