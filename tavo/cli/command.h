@@ -45,6 +45,8 @@ struct Command {
     std::string footer = {};
     /// Lines that a user might type. commandList() sets them.
     std::vector<std::string> examples = {};
+    /// For programs only: neither help nor completion tell of it.
+    bool isHidden = false;
 };
 
 /// Commands whose paths share a prefix, and the option they have in common.

@@ -53,6 +53,12 @@ struct ConnectionOptions {
 
 using Objects = std::vector<std::shared_ptr<Object_v1_0>>;
 
+/// The types that the tool knows.
+void registerObjects();
+
+/// Adds an object and those below it.
+void collect(const std::shared_ptr<Container>& node, Objects& objects);
+
 /// One device for the time of one command. It is opened when it is first needed and released at the end.
 class Session {
 public:

@@ -28,5 +28,6 @@ std::vector<Command> lockCommands();
 std::vector<Command> shareCommands();
 std::vector<Command> helpCommands();
 std::vector<Command> configCommands();
+std::vector<Command> completionCommands();
 
 } // namespace TAVO::cli

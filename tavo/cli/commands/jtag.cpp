@@ -128,6 +128,7 @@ std::vector<Command> jtagCommands() {
         command("jtag state", "Show or change the state of the TAP controllers", moveOrShowState),
         command("jtag pins", "Show the levels of the pins", showPins),
         command("jtag frequency", "Show or set the TCK frequency", setOrShowFrequency),
+        command("jtag serve", "Be a JTAG cable for programs that speak remote_bitbang or XVC", serveJtag),
         command("jtag options", "Show the shift options", showJtagOptions),
     };
 }

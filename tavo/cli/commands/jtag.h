@@ -42,6 +42,14 @@ struct JtagSvfOptions : ObjectOptions {
 
 using ShiftCall = std::shared_ptr<BoundMethod<dto::Jtag::ShiftReply>>;
 
+struct JtagServeOptions : ObjectOptions {
+    std::string bitbang;
+    std::string xvc;
+    bool once = false;
+
+    void describe(OptionList& list);
+};
+
 std::shared_ptr<Object_v1_0> chooseJtag(Session& session, const ObjectOptions& options);
 
 ShiftCall shiftCall(const Object_v1_0& jtag, JtagRegister target, const BitString& bits);
@@ -55,6 +63,7 @@ ChainSurvey survey(Session& session, const Object_v1_0& jtag);
 
 void scanChain(Session& session, Output& output, const ObjectOptions& options);
 void shiftBits(Session& session, Output& output, const JtagShiftOptions& options);
+void serveJtag(Session& session, Output& output, const JtagServeOptions& options);
 void playSvf(Session& session, Output& output, const JtagSvfOptions& options);
 /// Tells what a file does.
 void measureSvf(Output& output, const JtagSvfOptions& options);

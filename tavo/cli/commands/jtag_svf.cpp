@@ -8,6 +8,7 @@
 
 #include <fmt/format.h>
 
+#include <tavo/cli/borrowed_port.h>
 #include <tavo/cli/files.h>
 #include <tavo/cli/progress_bar.h>
 #include <tavo/cli/values/visible_text.h>
@@ -56,49 +57,6 @@ void write(TextWriter& text, const svf::Totals& totals) {
     text.print("statements  {}\nscans       {}, checked {}\nbits        {}\nwaits       {:.6f} s\n",
                totals.statements, totals.scans, totals.checkedScans, totals.bits, secondsOf(totals.waits));
 }
-
-/// A port of the session's device, which is given back as it was found.
-class BorrowedPort {
-public:
-    BorrowedPort(Session& session, const std::shared_ptr<Object_v1_0>& jtag)
-        : session_(session)
-        , port_(jtag, {[this](const jtag::Methods& methods) {
-                           ++exchanges_;
-                           session_.run(methods);
-                       },
-                       requireSuccess}) {}
-
-    /// What happens to the port; an action that fails gives it back too.
-    template <class Action>
-    void use(Action action) {
-        try {
-            action(port_);
-        } catch (...) {
-            try {
-                restore();
-            } catch (const std::exception&) {
-                // The failure of the action says more.
-            }
-            throw;
-        }
-        restore();
-    }
-
-    std::size_t exchanges() const { return exchanges_; }
-
-private:
-    void restore() {
-        port_.restore({[this](const jtag::Methods& methods) {
-                           ++exchanges_;
-                           session_.releaseAll(methods);
-                       },
-                       requireSuccess});
-    }
-
-    Session& session_;
-    std::size_t exchanges_ = 0;
-    jtag::Port port_;
-};
 
 /// A FREQUENCY is the most that TCK may have: where the device has no such frequency, a lower one that is set
 /// will do.
@@ -150,7 +108,7 @@ void playSvf(Session& session, Output& output, const JtagSvfOptions& options) {
     measured(text, options);
 
     const auto jtag = chooseJtag(session, options);
-    BorrowedPort borrowed(session, jtag);
+    BorrowedPort borrowed(session, output, jtag);
     std::optional<svf::Player> player;
     std::int32_t frequency = 0;
     const auto start = std::chrono::steady_clock::now();
