@@ -74,7 +74,9 @@ protected:
             [&](Appliance& appliance) { return look(appliance.get<Jtag>(name_).port()); });
     }
     std::uint32_t user() {
-        return look([](auto& port) { return port.chain().taps().at(0).user(); });
+        return look([](auto& port) {
+            return static_cast<std::uint32_t>(port.chain().taps().at(0).content(0x20).number());
+        });
     }
 
     const std::string name_ = GetParam() == "legacy" ? "cpu.jtag" : "cpu0.jtag";
