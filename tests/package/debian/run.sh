@@ -7,6 +7,7 @@ sources=$(realpath "$2")
 cd "$(dirname "$0")/../../.."
 bare=$PWD/build/bare-debian-12.tar
 root=$(mktemp -d /var/tmp/tavo-package.XXXXXX)
+chmod 755 "$root" # apt fetches as a user of its own
 
 finish() {
     ! mountpoint -q "$root/proc" || umount "$root/proc"
