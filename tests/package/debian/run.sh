@@ -29,6 +29,8 @@ make_bare() {
     fi
     echo "A bare Debian 12, once"
     debootstrap --variant=minbase bookworm "$root" "$mirror" >"$packages/debootstrap.log"
+    # apt fetches as a user of its own.
+    chmod 755 "$root"
     archives | sed 's/^/deb /' >"$root/etc/apt/sources.list"
     # How this machine reaches them.
     for folder in /etc/apt/apt.conf.d /etc/ssl/certs /usr/local/share/ca-certificates; do
@@ -50,6 +52,7 @@ inside() {
 
 if [ -e "$bare" ]; then
     tar -C "$root" -xf "$bare"
+    chmod 755 "$root"
     inside apt-get -qq update
 else
     make_bare
@@ -80,7 +83,7 @@ fi
 
 echo "Purged"
 # shellcheck disable=SC2086
-inside dpkg -L $names | sort -u >"$packages/installed-files"
+inside dpkg -L $names | grep -v -x '/\.' | sort -u >"$packages/installed-files"
 # shellcheck disable=SC2086
 inside apt-get -qq -y purge $names >"$packages/purge.log" 2>&1
 left=$(
@@ -91,7 +94,7 @@ left=$(
         fi
     done <"$packages/installed-files"
     rm -r "$root/packages"
-    find "$root" -xdev \( -path "$root/tmp" -o -path "$root/var/tmp" \) -prune -o -name '*tavo*' -print
+    find "$root" -xdev -mindepth 1 \( -path "$root/tmp" -o -path "$root/var/tmp" \) -prune -o -name '*tavo*' -print
     inside dpkg -l | grep -F -w -e "$names" || true
 )
 if [ -n "$left" ]; then
