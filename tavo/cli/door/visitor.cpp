@@ -98,14 +98,13 @@ void Visitor::send(std::span<const std::uint8_t> bytes) {
 
 void Visitor::finish() {
     std::unique_lock lock(mutex_);
-    const auto end = Clock::now() + patienceAtEnd;
     await(
-        lock, [this] { return !isUnsent() || isClosed_; }, end);
+        lock, [this] { return !isUnsent() || isClosed_; }, Clock::now() + patienceAtEnd);
     // A connection that is closed with something unread is reset, and the client may miss the last answer.
     isDropping_ = true;
     asio::post(socket_.get_executor(), [self = shared_from_this()] { self->shutDown(); });
     await(
-        lock, [this] { return isClosed_; }, end);
+        lock, [this] { return isClosed_; }, Clock::now() + patienceForClose);
     lock.unlock();
     close();
 }
