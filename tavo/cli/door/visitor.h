@@ -43,7 +43,7 @@ public:
     /// Sends. Waits while too much is unsent; does nothing when the client has gone.
     /// @throws Interrupted when a signal came.
     void send(std::span<const std::uint8_t> bytes);
-    /// Closes the connection when all is sent and the client has closed its side, or after `patienceAtEnd`.
+    /// Closes the connection when all is sent, for which a client has `patienceAtEnd`, and read.
     /// @throws Interrupted when a signal came.
     void finish();
     /// Closes the connection at once.
