@@ -24,6 +24,7 @@ std::vector<std::string> examplesOf(const std::string& path) {
         {"hosts", {"tavo hosts", "tavo hosts rack2"}},
         {"config show", {"tavo config show", "tavo --host lab1 config show"}},
         {"config check", {"tavo config check"}},
+        {"doctor", {"tavo --host lab-tavo --user alice doctor", "tavo --sim --json doctor"}},
         {"completion", {"tavo completion bash", "tavo completion fish"}},
         {"help", {"tavo help i2c transfer", "tavo help exit-status"}},
         {"relay list",

@@ -170,8 +170,8 @@ Completions completionsForTool(const std::vector<std::string>& words, const std:
                                const NamesOfKind& names) {
     const ToolOptions tool;
     auto completions = Line(words, names, tool.list).completions(begun);
-    const bool isFirst = words.empty() && begun.starts_with('-');
-    if (isFirst)
+    const bool startsWithOption = words.empty() && begun.starts_with('-') && endOfName(begun) == begun.size();
+    if (startsWithOption)
         completions.words.emplace_back("--version");
     return completions;
 }

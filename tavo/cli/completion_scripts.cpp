@@ -104,7 +104,7 @@ function __tavo_complete
     if test "$answer[1]" = files
         set -l option (string match -r -- '^--[^=]+=' "$typed")
         for file in (__fish_complete_path (string replace -r -- '^--[^=]+=' '' "$typed"))
-            echo -- $option$file
+            echo -- "$option"$file
         end
     end
     string join \n -- $answer[2..-1]
