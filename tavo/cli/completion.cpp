@@ -100,7 +100,7 @@ private:
 
     Completions plainWords(const std::string& begun) const {
         if (auto below = namesBelow(path_); !below.empty())
-            return {std::move(below)};
+            return arguments_.empty() ? Completions{std::move(below)} : Completions();
         std::size_t position = 0;
         for (const auto& option : bound_.options)
             if (option.isArgument() && (position++ == arguments_.size() || option.isRepeated()))

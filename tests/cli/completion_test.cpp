@@ -47,6 +47,7 @@ TEST(Completion, OffersCommandsLevelByLevel) {
     EXPECT_THAT(after({}).words, IsSupersetOf({"relay", "i2c", "info", "help"}));
     EXPECT_THAT(after({"relay"}).words, ElementsAre("list", "get", "set", "toggle"));
     EXPECT_THAT(after({"hdt", "trigger"}).words, ElementsAre("get", "set"));
+    EXPECT_THAT(after({"relay", "nonsense"}).words, IsEmpty());
     EXPECT_THAT(after({"hdt", "--object", "x", "trigger"}).words, ElementsAre("get", "set"));
 }
 
