@@ -34,6 +34,7 @@ struct JtagServeOptions : ObjectOptions {
     std::string bitbang;
     std::string xvc;
     bool once = false;
+    std::string vcd;
 
     void describe(OptionList& list);
 };

@@ -2,6 +2,7 @@
 
 #include <limits>
 #include <memory>
+#include <optional>
 #include <utility>
 #include <variant>
 
@@ -9,6 +10,7 @@
 
 #include <tavo/cli/door/device_guard.h>
 #include <tavo/cli/door/door.h>
+#include <tavo/cli/jtag_serve/clock_dump.h>
 #include <tavo/cli/jtag_serve/remote_bitbang.h>
 #include <tavo/cli/jtag_serve/xvc.h>
 #include <tavo/cli/session.h>
@@ -98,8 +100,12 @@ private:
     DeviceGuard guard_;
 };
 
-void serveClients(GuardedPort& port, Door& door, const JtagServeOptions& options) {
-    const auto access = port.access();
+void serveClients(GuardedPort& port, Door& door, ClockDump* dump, const JtagServeOptions& options) {
+    auto access = port.access();
+    if (dump) {
+        access.clocked = [dump](bool tms, bool tdi, bool tdo) { dump->clock(tms, tdi, tdo); };
+        access.trstSet = [dump](bool level) { dump->setTrst(level); };
+    }
     const auto greet = [&](Conversation::Send send) -> std::unique_ptr<Conversation> {
         if (options.xvc.empty())
             return std::make_unique<RemoteBitbang>(port.state(), access, std::move(send));
@@ -107,6 +113,8 @@ void serveClients(GuardedPort& port, Door& door, const JtagServeOptions& options
     };
     do {
         door.serve(greet);
+        if (dump)
+            dump->flush();
         port.throwIfFailed();
     } while (!options.once);
 }
@@ -127,6 +135,8 @@ void JtagServeOptions::describe(OptionList& list) {
              {.valueName = "[ADDRESS:]PORT"});
     list.add("--xvc", xvc, "Listen for a client of Xilinx Virtual Cable 1.0; port 0 takes a free one",
              {.valueName = "[ADDRESS:]PORT"});
+    list.add("--vcd", vcd, "Write what the clients clock to this file, as a value change dump",
+             {.kind = ValueKind::file});
     list.add("--once", once, "End when the first client has gone");
 }
 
@@ -135,13 +145,16 @@ void serveJtag(Session& session, Output& output, const JtagServeOptions& options
         throw Failure(ExitCode::usage, "either --bitbang or --xvc is needed, and not both");
     const auto address = parseListenAddress(options.bitbang + options.xvc);
     const auto object = chooseJtag(session, options);
+    std::optional<ClockDump> dump;
+    if (!options.vcd.empty())
+        dump.emplace(options.vcd, object->getFullName());
     Door door(address, bounds);
     jtag::Port port(object, executorOf(session));
     const auto giveBack = [&] { port.restore(lastExecutorOf(session)); };
     try {
         GuardedPort guarded(port, output);
         tellIfAnybodyReads(output, door.place());
-        serveClients(guarded, door, options);
+        serveClients(guarded, door, dump ? &*dump : nullptr, options);
     } catch (const Interrupted&) {
         InterruptWatch::forget();
     } catch (...) {
@@ -154,6 +167,8 @@ void serveJtag(Session& session, Output& output, const JtagServeOptions& options
         throw;
     }
     giveBack();
+    if (dump)
+        dump->flush();
 }
 
 } // namespace TAVO::cli

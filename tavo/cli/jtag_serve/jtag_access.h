@@ -17,8 +17,10 @@ struct JtagAccess {
     /// Asks for at most that frequency of TCK. Returns the one that is set.
     std::function<std::int32_t(std::int32_t hertz)> setFrequency;
     jtag::TapTracker::TimeOf timeOf;
-    /// Is told each clock of the client, with the levels of TMS and TDI, and its TRST. May be empty.
     std::function<void(const std::string&)> warn;
+    /// Are told the clocks of the client, when TDO is known, and the levels of TRST. Both may be empty.
+    std::function<void(bool tms, bool tdi, bool tdo)> clocked = {};
+    std::function<void(bool level)> trstSet = {};
 };
 
 } // namespace TAVO::cli

@@ -115,13 +115,12 @@ bool Xvc::takeShift() {
     for (std::size_t bit = 0; bit < bits; ++bit)
         tracker_.clock(tms.at(bit), tdi.at(bit), isRead);
     isChanged_ = true;
-    if (isRead) {
-        send_(exchange().bytes());
-    } else {
-        send_(jtag::BitString(bits, true).bytes());
-        if (tracker_.heldBits() >= mostHeld)
-            exchange();
-    }
+    const auto tdo = isRead ? exchange() : jtag::BitString(bits, true);
+    send_(tdo.bytes());
+    if (!isRead && tracker_.heldBits() >= mostHeld)
+        exchange();
+    for (std::size_t bit = 0; access_.clocked && bit < bits; ++bit)
+        access_.clocked(tms.at(bit), tdi.at(bit), tdo.at(bit));
     return true;
 }
 
