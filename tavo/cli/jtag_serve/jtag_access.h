@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -9,6 +10,9 @@
 #include <tavo/jtag/tap_tracker.h>
 
 namespace TAVO::cli {
+
+/// How many bits of clocks are kept that nobody waits for.
+inline constexpr std::size_t mostHeldBits = 512 * 1024;
 
 /// What the protocols of cables need of a JTAG port, and of whoever started the server.
 struct JtagAccess {

@@ -7,13 +7,6 @@
 
 namespace TAVO::cli {
 
-namespace {
-
-/// Handed on even if nobody waits for an answer, in bits.
-constexpr std::size_t mostHeld = 512 * 1024;
-
-} // namespace
-
 RemoteBitbang::RemoteBitbang(jtag::TapState state, const JtagAccess& access, Send send)
     : access_(access)
     , send_(std::move(send))
@@ -23,7 +16,7 @@ bool RemoteBitbang::receive(std::span<const std::uint8_t> bytes) {
     for (const auto byte : bytes) {
         if (!take(static_cast<char>(byte)))
             return false;
-        if (tracker_.heldBits() >= mostHeld || asked_.size() >= mostHeld)
+        if (tracker_.heldBits() >= mostHeldBits || asked_.size() >= mostHeldBits)
             exchange();
     }
     return true;
