@@ -46,6 +46,7 @@ struct JtagServeOptions : ObjectOptions {
     std::string bitbang;
     std::string xvc;
     bool once = false;
+    std::string vcd;
 
     void describe(OptionList& list);
 };

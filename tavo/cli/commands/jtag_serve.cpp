@@ -2,6 +2,7 @@
 
 #include <limits>
 #include <memory>
+#include <optional>
 #include <utility>
 #include <variant>
 
@@ -10,6 +11,7 @@
 #include <tavo/cli/borrowed_port.h>
 #include <tavo/cli/door/device_guard.h>
 #include <tavo/cli/door/door.h>
+#include <tavo/cli/jtag_serve/clock_dump.h>
 #include <tavo/cli/jtag_serve/remote_bitbang.h>
 #include <tavo/cli/jtag_serve/xvc.h>
 
@@ -88,8 +90,12 @@ private:
     DeviceGuard guard_;
 };
 
-void serveClients(GuardedPort& port, Door& door, const JtagServeOptions& options) {
-    const auto access = port.access();
+void serveClients(GuardedPort& port, Door& door, ClockDump* dump, const JtagServeOptions& options) {
+    auto access = port.access();
+    if (dump) {
+        access.clocked = [dump](bool tms, bool tdi, bool tdo) { dump->clock(tms, tdi, tdo); };
+        access.trstSet = [dump](bool level) { dump->setTrst(level); };
+    }
     const auto greet = [&](Conversation::Send send) -> std::unique_ptr<Conversation> {
         if (options.xvc.empty())
             return std::make_unique<RemoteBitbang>(port.state(), access, std::move(send));
@@ -97,6 +103,8 @@ void serveClients(GuardedPort& port, Door& door, const JtagServeOptions& options
     };
     do {
         door.serve(greet);
+        if (dump)
+            dump->flush();
         port.throwIfFailed();
     } while (!options.once);
 }
@@ -117,6 +125,8 @@ void JtagServeOptions::describe(OptionList& list) {
              {.valueName = "[ADDRESS:]PORT"});
     list.add("--xvc", xvc, "Listen for a client of Xilinx Virtual Cable 1.0; port 0 takes a free one",
              {.valueName = "[ADDRESS:]PORT"});
+    list.add("--vcd", vcd, "Write what the clients clock to this file, as a value change dump",
+             {.kind = ValueKind::file});
     list.add("--once", once, "End when the first client has gone");
 }
 
@@ -125,17 +135,22 @@ void serveJtag(Session& session, Output& output, const JtagServeOptions& options
         throw Failure(ExitCode::usage, "either --bitbang or --xvc is needed, and not both");
     const auto address = parseListenAddress(options.bitbang + options.xvc);
     const auto object = chooseJtag(session, options);
+    std::optional<ClockDump> dump;
+    if (!options.vcd.empty())
+        dump.emplace(options.vcd, object->getFullName());
     Door door(address, bounds);
     BorrowedPort borrowed(session, output, object);
     borrowed.use([&](jtag::Port& port) {
         try {
             GuardedPort guarded(port, output);
             tellIfAnybodyReads(output, door.place());
-            serveClients(guarded, door, options);
+            serveClients(guarded, door, dump ? &*dump : nullptr, options);
         } catch (const Interrupted&) {
             InterruptWatch::forget();
         }
     });
+    if (dump)
+        dump->flush();
 }
 
 } // namespace TAVO::cli

@@ -7,13 +7,6 @@
 
 namespace TAVO::cli {
 
-namespace {
-
-/// Handed on even if nobody waits for an answer, in bits.
-constexpr std::size_t mostHeld = 512 * 1024;
-
-} // namespace
-
 RemoteBitbang::RemoteBitbang(jtag::TapState state, const JtagAccess& access, Send send)
     : access_(access)
     , send_(std::move(send))
@@ -23,7 +16,7 @@ bool RemoteBitbang::receive(std::span<const std::uint8_t> bytes) {
     for (const auto byte : bytes) {
         if (!take(static_cast<char>(byte)))
             return false;
-        if (tracker_.heldBits() >= mostHeld || repeats_.size() >= mostHeld)
+        if (tracker_.heldBits() >= mostHeldBits || asked_.size() >= mostHeldBits)
             exchange();
     }
     return true;
@@ -76,9 +69,15 @@ void RemoteBitbang::setPins(unsigned levels) {
 
 void RemoteBitbang::clock(bool isRead) {
     hasRisen_ = false;
+    isRead |= access_.clocked != nullptr;
     tracker_.clock(risenTms_, risenTdi_, isRead);
     if (isRead)
-        repeats_.push_back(std::exchange(reads_, 0));
+        expect(true);
+}
+
+void RemoteBitbang::expect(bool isClock) {
+    dueAnswers_ += reads_;
+    asked_.push_back({std::exchange(reads_, 0), isClock, risenTms_, risenTdi_});
 }
 
 void RemoteBitbang::setResets(unsigned levels) {
@@ -88,7 +87,12 @@ void RemoteBitbang::setResets(unsigned levels) {
         warnOnce('s', "the client asserts SRST, which is no pin of a jtag object: ignored");
     settle();
     isChanged_ = true;
-    tracker_.setTrst((levels & trst) == 0);
+    const bool level = (levels & trst) == 0;
+    tracker_.setTrst(level);
+    if (access_.trstSet) {
+        exchange();
+        access_.trstSet(level);
+    }
 }
 
 void RemoteBitbang::read() {
@@ -99,7 +103,8 @@ void RemoteBitbang::read() {
         ++reads_;
     } else if (expectsAnswers()) {
         tracker_.readTdo();
-        repeats_.push_back(1);
+        ++reads_;
+        expect(false);
     } else {
         answer(1, true);
     }
@@ -113,10 +118,10 @@ void RemoteBitbang::answer(std::size_t count, bool level) {
 std::optional<Conversation::Milliseconds> RemoteBitbang::pause(Milliseconds silence) {
     if (hasRisen_ && reads_ > 0)
         clock(true);
-    const bool waitsLong = silence >= patience;
-    if (waitsLong || tracker_.usesPins())
+    const bool isDue = silence >= patience || (reads_ > 0 && tracker_.usesPins());
+    if (isDue)
         settle();
-    if (waitsLong || expectsAnswers())
+    if (isDue || expectsAnswers())
         exchange();
     return isChanged_ || reads_ > 0 ? std::optional(patience) : std::nullopt;
 }
@@ -127,21 +132,24 @@ void RemoteBitbang::settle() {
         clock(true);
     } else if (reads_ > 0) {
         tracker_.readTdo();
-        repeats_.push_back(std::exchange(reads_, 0));
+        expect(false);
     }
 }
 
 void RemoteBitbang::exchange() {
     isChanged_ = hasRisen_;
     const auto taken = tracker_.take();
-    const auto repeats = std::exchange(repeats_, {});
+    const auto asked = std::exchange(asked_, {});
+    dueAnswers_ = 0;
     const auto results = taken.steps.empty() ? std::vector<jtag::BitString>() : access_.run(taken.steps);
     const auto levels = wantedLevels(taken.wanted, results);
     std::vector<std::uint8_t> text;
-    for (std::size_t place = 0; place < repeats.size(); ++place)
-        text.insert(text.end(), repeats[place], levels.at(place) ? '1' : '0');
-    if (!repeats.empty())
-        lastLevel_ = levels.at(repeats.size() - 1);
+    for (std::size_t place = 0; place < asked.size(); ++place) {
+        lastLevel_ = levels.at(place);
+        text.insert(text.end(), asked[place].answers, lastLevel_ ? '1' : '0');
+        if (asked[place].isClock && access_.clocked)
+            access_.clocked(asked[place].tms, asked[place].tdi, lastLevel_);
+    }
     send_(text);
 }
 

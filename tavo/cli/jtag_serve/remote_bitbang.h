@@ -25,6 +25,14 @@ public:
     static constexpr Milliseconds patience{20};
 
 private:
+    /// A level that the tracker was asked for.
+    struct Asked {
+        /// How often it is to be answered.
+        std::uint32_t answers;
+        /// Whether it is that of a clock; if so, its TMS and TDI.
+        bool isClock, tms, tdi;
+    };
+
     bool take(char command);
     void setPins(unsigned levels);
     void setResets(unsigned levels);
@@ -33,7 +41,8 @@ private:
     /// Hands the clock on that TCK has risen for.
     void clock(bool isRead);
     bool isShifting() const;
-    bool expectsAnswers() const { return !repeats_.empty(); }
+    bool expectsAnswers() const { return dueAnswers_ > 0; }
+    void expect(bool isClock);
     /// Asks the tracker for what the client waits for, though TCK may not change before the answer.
     void settle();
     void exchange();
@@ -52,8 +61,8 @@ private:
     bool risenTdi_ = false;
     /// How often TDO was asked for since TCK fell last.
     std::uint32_t reads_ = 0;
-    /// How often each level is to be answered that the tracker was asked for.
-    std::vector<std::uint32_t> repeats_;
+    std::vector<Asked> asked_;
+    std::size_t dueAnswers_ = 0;
     /// TDO at the rising edge that the last exchange told of last.
     bool lastLevel_ = true;
     /// Something came since the last exchange.

@@ -16,8 +16,6 @@ constexpr std::string_view setTck = "settck:";
 constexpr std::string_view shift = "shift:";
 constexpr std::size_t sizeOfNumber = 4;
 constexpr std::size_t mostBits = Xvc::announced * 8;
-/// Made even if no register shifts, in bits.
-constexpr std::size_t mostHeld = 512 * 1024;
 constexpr std::uint64_t nanosecondsOfSecond = 1'000'000'000;
 
 std::vector<std::uint8_t> bytesOf(std::string_view text) { return {text.begin(), text.end()}; }
@@ -115,13 +113,12 @@ bool Xvc::takeShift() {
     for (std::size_t bit = 0; bit < bits; ++bit)
         tracker_.clock(tms.at(bit), tdi.at(bit), isRead);
     isChanged_ = true;
-    if (isRead) {
-        send_(exchange().bytes());
-    } else {
-        send_(jtag::BitString(bits, true).bytes());
-        if (tracker_.heldBits() >= mostHeld)
-            exchange();
-    }
+    const auto tdo = isRead ? exchange() : jtag::BitString(bits, true);
+    send_(tdo.bytes());
+    if (!isRead && tracker_.heldBits() >= mostHeldBits)
+        exchange();
+    for (std::size_t bit = 0; access_.clocked && bit < bits; ++bit)
+        access_.clocked(tms.at(bit), tdi.at(bit), tdo.at(bit));
     return true;
 }
 

@@ -113,6 +113,26 @@ TEST(RemoteBitbang, AnswersAClientThatWaitsAtEachBit) {
     EXPECT_EQ(cable.chain.events, expected.chain.events);
 }
 
+TEST(RemoteBitbang, TellsWhatWasClocked) {
+    for (const auto asks : {Asks::never, Asks::low, Asks::both}) {
+        BitbangCable cable;
+        std::string tms;
+        std::string tdi;
+        std::string tdo;
+        cable.access.clocked = [&](bool tmsLevel, bool tdiLevel, bool tdoLevel) {
+            tms += tmsLevel ? '1' : '0';
+            tdi += tdiLevel ? '1' : '0';
+            tdo += tdoLevel ? '1' : '0';
+        };
+        cable.type(walkText(asks), 60, RemoteBitbang::patience);
+        cable.conversation.end();
+        EXPECT_EQ(tms, walkTms);
+        EXPECT_EQ(tdi, walkTdi);
+        EXPECT_EQ(tdo, bitbangWalk(Asks::low).answers);
+        EXPECT_EQ(cable.answers, bitbangWalk(asks).answers);
+    }
+}
+
 TEST(RemoteBitbang, WaitsForTheClockOnlyUntilPinsAreUsed) {
     BitbangCable cable;
     cable.type("0426040404"

@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
+#include <fstream>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -162,6 +164,22 @@ TEST_F(JtagServe, TellsOfADeviceThatFailsAndAnswersItsClient) {
     EXPECT_EQ(end.exitCode, 1);
     EXPECT_THAT(end.errors, HasSubstr("the device fails, TDO is high from now on"));
     EXPECT_FALSE(simulator.lockHolder());
+}
+
+TEST_F(JtagServe, WritesWhatIsClockedToAFile) {
+    const auto file = (folder / "clocks.vcd").string();
+    const auto cable = serve("--bitbang", {"--vcd", file});
+    RawClient client(cable->port());
+    expectIdcode(client);
+    EXPECT_EQ(cable->end().exitCode, 0);
+    const std::string dump{std::istreambuf_iterator<char>(std::ifstream(file).rdbuf()), {}};
+    EXPECT_THAT(dump, HasSubstr("cpu0.jtag"));
+    // Ten clocks to Shift-DR and 32 in it take two steps each.
+    EXPECT_THAT(dump, HasSubstr("\n#82\n"));
+
+    const auto refused = tool({"jtag", "serve", "--object", object, "--xvc", "0", "--vcd", folder.string()});
+    EXPECT_EQ(refused.exitCode, 2);
+    EXPECT_THAT(refused.errors, HasSubstr(folder.string()));
 }
 
 TEST_F(JtagServe, GivesBackWhatItFound) {

@@ -80,6 +80,23 @@ TEST(Xvc, AnswersTheSameWhereverTheInputIsCut) {
         }
 }
 
+TEST(Xvc, TellsWhatWasClocked) {
+    XvcCable cable;
+    ChainModel straight;
+    std::string told;
+    std::string expected;
+    cable.access.clocked = [&](bool tms, bool tdi, bool tdo) {
+        told += {tms ? '1' : '0', tdi ? '1' : '0', tdo ? '1' : '0', ' '};
+    };
+    for (const auto& [tms, tdi] : xvcWalk) {
+        cable.type(shiftText(tms, tdi));
+        for (std::size_t clock = 0; clock < tms.size(); ++clock)
+            expected += {tms[clock], tdi[clock],
+                         straight.clock(tms[clock] == '1', tdi[clock] == '1') ? '1' : '0', ' '};
+    }
+    EXPECT_EQ(told, expected);
+}
+
 TEST(Xvc, MakesOneExchangeAtMostForAShift) {
     XvcCable cable;
     cable.type(shiftText("0100", "0000"));
