@@ -35,8 +35,7 @@ struct OpenWish {
 class Connection {
 public:
     /// @param interrupter can end the opening.
-    static std::shared_ptr<Connection> open(const OpenWish& wish,
-                                            std::shared_ptr<Interrupter> interrupter);
+    static std::shared_ptr<Connection> open(const OpenWish& wish, std::shared_ptr<Interrupter> interrupter);
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
     /// Closes the device, with a ResourceWarning if nobody has.

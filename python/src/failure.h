@@ -13,7 +13,8 @@ namespace TAVO::python {
 
 namespace py = pybind11;
 
-/// What is known of a failed call, independent of Python: exceptions made from it can be raised again and again.
+/// What is known of a failed call, independent of Python: exceptions made from it can be raised again and
+/// again.
 struct Failure {
     /// The name of the exception's class in Python.
     std::string kind;

@@ -111,12 +111,16 @@ void addCalls(py::module_& module) {
         .def("child", &Node::child)
         .def("children", &Node::children)
         .def("table", &Node::table)
-        .def("has_method", [](const Node& self, const std::string& name) { return self.object()->hasMethod(name); })
+        .def("has_method",
+             [](const Node& self, const std::string& name) { return self.object()->hasMethod(name); })
         .def_property_readonly("connection", &Node::connection)
         .def_property_readonly("name", [](const Node& self) { return textOf(self.object()->getName()); })
-        .def_property_readonly("full_name", [](const Node& self) { return textOf(self.object()->getFullName()); })
-        .def_property_readonly("known_type", [](const Node& self) { return textOf(self.object()->knownType()); })
-        .def_property_readonly("instance_id", [](const Node& self) { return self.object()->getInstanceID(); });
+        .def_property_readonly("full_name",
+                               [](const Node& self) { return textOf(self.object()->getFullName()); })
+        .def_property_readonly("known_type",
+                               [](const Node& self) { return textOf(self.object()->knownType()); })
+        .def_property_readonly("instance_id",
+                               [](const Node& self) { return self.object()->getInstanceID(); });
 
     py::class_<Call, std::shared_ptr<Call>>(module, "Call")
         .def_property_readonly("code", &Call::code)

@@ -27,7 +27,8 @@ public:
     std::vector<std::string> children() const;
     const std::shared_ptr<Connection>& connection() const { return connection_; }
     const std::shared_ptr<Object_v1_0>& object() const { return object_; }
-    /// Type and version of the table that its methods are in; "base" for a type that the library does not know.
+    /// Type and version of the table that its methods are in; "base" for a type that the library does not
+    /// know.
     std::pair<std::string, std::string> table() const;
 
     /// A call that has not been sent.

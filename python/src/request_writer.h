@@ -10,8 +10,8 @@
 
 namespace TAVO::python {
 
-/// Takes the arguments of a call as the bytes of its request. Long blocks stay where they are, in the memory of
-/// their Python objects, until the record reads them.
+/// Takes the arguments of a call as the bytes of its request. Long blocks stay where they are, in the memory
+/// of their Python objects, until the record reads them.
 class RequestWriter {
 public:
     RequestWriter() = default;

@@ -172,7 +172,8 @@ void addSimulator(py::module_& module) {
              })
         .def("relay",
              [](PythonSimulator& self, const std::string& name) {
-                 return self.at<simulator::Relay>(name, [](simulator::Relay& relay) { return relay.state(); });
+                 return self.at<simulator::Relay>(name,
+                                                  [](simulator::Relay& relay) { return relay.state(); });
              })
         .def("set_relay",
              [](PythonSimulator& self, const std::string& name, bool state) {
@@ -181,14 +182,13 @@ void addSimulator(py::module_& module) {
         .def("post_codes", postCodes)
         .def("write_post_code",
              [](PythonSimulator& self, const std::string& name, std::uint8_t code) {
-                 self.at<simulator::LpcPostCode>(name, [&](simulator::LpcPostCode& receiver) {
-                     receiver.postCodes().write(code);
-                 });
+                 self.at<simulator::LpcPostCode>(
+                     name, [&](simulator::LpcPostCode& receiver) { receiver.postCodes().write(code); });
              })
         .def("eeprom",
              [](PythonSimulator& self, const std::string& bus, std::uint8_t address) {
-                 return toBytes(self.atEeprom(bus, address,
-                                              [](simulator::Eeprom& eeprom) { return eeprom.content(); }));
+                 return toBytes(
+                     self.atEeprom(bus, address, [](simulator::Eeprom& eeprom) { return eeprom.content(); }));
              })
         .def("set_eeprom",
              [](PythonSimulator& self, const std::string& bus, std::uint8_t address,
@@ -196,8 +196,7 @@ void addSimulator(py::module_& module) {
                  const auto bytes = bytesIn(content);
                  self.atEeprom(bus, address, [&](simulator::Eeprom& eeprom) { eeprom.setContent(bytes); });
              })
-        .def("type_at_console", [](PythonSimulator& self, const std::string& name,
-                                   const py::buffer& typed) {
+        .def("type_at_console", [](PythonSimulator& self, const std::string& name, const py::buffer& typed) {
             const auto bytes = bytesIn(typed);
             self.at<simulator::Com>(name, [&](simulator::Com& com) {
                 for (const auto byte : bytes)

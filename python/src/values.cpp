@@ -52,8 +52,7 @@ struct Converter {
 } // namespace
 
 py::object textOf(std::string_view text) {
-    return stolen(
-        PyUnicode_DecodeUTF8(text.data(), static_cast<Py_ssize_t>(text.size()), "surrogateescape"));
+    return stolen(PyUnicode_DecodeUTF8(text.data(), static_cast<Py_ssize_t>(text.size()), "surrogateescape"));
 }
 
 py::object toPython(const ValueView& view, const FieldType& type) {

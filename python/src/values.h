@@ -13,8 +13,8 @@
 
 namespace TAVO::python {
 
-/// The content of a view as Python has it: texts as str, blocks as bytes, lists as tuples, records as instances
-/// of the class in their type.
+/// The content of a view as Python has it: texts as str, blocks as bytes, lists as tuples, records as
+/// instances of the class in their type.
 py::object toPython(const ValueView& view, const FieldType& type);
 
 /// Bytes that need not be UTF-8, with surrogates in place of those that are not.

@@ -132,14 +132,15 @@ class AwaitedObject(Remote):
     __module_of_classes__: ClassVar[str] = "tavo.aio"
 
     def __init__(self, node: _core.Node, worker: _Worker) -> None:
-        super().__init__(node, self._make_call)
+        super().__init__(node, functools.partial(_await_call, node, worker))
         self._worker = worker
-
-    def _make_call(self, spec: Any, arguments: tuple[Any, ...]) -> Any:
-        return self._worker.run(functools.partial(self._node.call, spec, arguments))
 
     def _member(self, node: _core.Node) -> Any:
         return _awaited_object_for(node, self._worker)
+
+
+def _await_call(node: _core.Node, worker: _Worker, spec: Any, arguments: tuple[Any, ...]) -> Any:
+    return worker.run(functools.partial(node.call, spec, arguments))
 
 
 def _awaited_object_for(node: _core.Node, worker: _Worker) -> Any:

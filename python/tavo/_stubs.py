@@ -34,6 +34,8 @@ def _record(owner: str, name: str, fields: list[tuple[str, str]]) -> list[str]:
             lines += _record(owner, record, _fields_in(inner))
         members.append(f"        {field}: " + _types.annotation_of(words, False, f"{owner}.{record}"))
     lines.append(f"    class {name}(Record):")
+    names = "".join(f'"{field}", ' for field, _ in fields)
+    lines.append(f"        __match_args__ = ({names.rstrip() if len(fields) == 1 else names[:-2]})")
     lines += members
     return lines
 

@@ -52,7 +52,7 @@ def test_signature_and_documentation(tavo_device: tavo.Device) -> None:
     method = tavo_device.cpu0.jtag.shiftDR
     assert list(inspect.signature(method).parameters) == ["bits", "data"]
     assert method.__name__ == "shiftDR"
-    assert "bits: i32" in inspect.getdoc(method)
+    assert "bits: i32" in (inspect.getdoc(method) or "")
     assert str(inspect.signature(tavo.Relay.set)) == "(self, state: 'bool') -> 'None'"
 
 

@@ -221,8 +221,8 @@ void SocketTransport::prepareToSend() {
 std::size_t SocketTransport::sendSome(std::span<const std::span<const std::uint8_t>> runs) {
     while (true) {
         ++counters_.sends;
-        const auto sent =
-            waitsInSteps() ? sockets::sendWithoutWaiting(socket_, runs) : sockets::sendGathered(socket_, runs);
+        const auto sent = waitsInSteps() ? sockets::sendWithoutWaiting(socket_, runs)
+                                         : sockets::sendGathered(socket_, runs);
         if (sent.error != 0) {
             if (isInterrupted())
                 endInterrupted();
