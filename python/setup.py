@@ -42,6 +42,7 @@ class BuildModule(build_ext):
             "TAVO_BUILD_TESTS": "OFF",
             "TAVO_BUILD_EXAMPLES": "OFF",
             "TAVO_INSTALL": "OFF",
+            "TAVO_JOIN_LIBRARIES": "ON",
             "TAVO_PYTHON_SOURCES": str(HERE),
         }
         generator = ["-G", "Ninja"] if shutil.which("ninja") else []

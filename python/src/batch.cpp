@@ -6,7 +6,7 @@
 
 namespace TAVO::python {
 
-Call::Call(std::shared_ptr<Node> node, std::shared_ptr<MethodSpec> spec, std::shared_ptr<Method> method)
+Call::Call(std::shared_ptr<Node> node, std::shared_ptr<RemoteMethod> spec, std::shared_ptr<Method> method)
     : node_(std::move(node))
     , spec_(std::move(spec))
     , method_(std::move(method)) {}
@@ -55,8 +55,8 @@ void Batch::requireUnsent() const {
         Failure::ofThisSide("the batch has ended").raise();
 }
 
-std::shared_ptr<Call> Batch::add(const std::shared_ptr<Node>& node, const std::shared_ptr<MethodSpec>& method,
-                                 const py::tuple& arguments) {
+std::shared_ptr<Call> Batch::add(const std::shared_ptr<Node>& node,
+                                 const std::shared_ptr<RemoteMethod>& method, const py::tuple& arguments) {
     requireUnsent();
     if (node->connection() != connection_)
         throw std::invalid_argument("the batch is of another device than " + node->object()->getFullName());

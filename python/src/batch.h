@@ -12,7 +12,7 @@ namespace TAVO::python {
 /// A call of a batch.
 class Call {
 public:
-    Call(std::shared_ptr<Node> node, std::shared_ptr<MethodSpec> spec, std::shared_ptr<Method> method);
+    Call(std::shared_ptr<Node> node, std::shared_ptr<RemoteMethod> spec, std::shared_ptr<Method> method);
 
     const std::shared_ptr<Method>& method() const { return method_; }
     /// The batch has ended: empty if this call has been executed.
@@ -29,7 +29,7 @@ private:
     std::optional<Failure> failure() const;
 
     std::shared_ptr<Node> node_; ///< the method refers to its object
-    std::shared_ptr<MethodSpec> spec_;
+    std::shared_ptr<RemoteMethod> spec_;
     std::shared_ptr<Method> method_;
     bool ended_ = false;
     std::optional<Failure> batchFailure_;
@@ -41,7 +41,7 @@ class Batch {
 public:
     explicit Batch(std::shared_ptr<Connection> connection);
 
-    std::shared_ptr<Call> add(const std::shared_ptr<Node>& node, const std::shared_ptr<MethodSpec>& method,
+    std::shared_ptr<Call> add(const std::shared_ptr<Node>& node, const std::shared_ptr<RemoteMethod>& method,
                               const py::tuple& arguments);
     std::size_t size() const { return calls_.size(); }
     /// Executes all calls, once. Nothing is sent if there are none.

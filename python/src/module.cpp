@@ -91,14 +91,14 @@ void addConnection(py::module_& module) {
 }
 
 void addCalls(py::module_& module) {
-    py::class_<MethodSpec, std::shared_ptr<MethodSpec>>(module, "MethodSpec")
-        .def_readonly("name", &MethodSpec::name)
-        .def_property_readonly("request", [](const MethodSpec& self) { return fieldsOf(self.request); })
+    py::class_<RemoteMethod, std::shared_ptr<RemoteMethod>>(module, "RemoteMethod")
+        .def_readonly("name", &RemoteMethod::name)
+        .def_property_readonly("request", [](const RemoteMethod& self) { return fieldsOf(self.request); })
         .def_property_readonly("reply",
-                               [](const MethodSpec& self) -> py::object {
+                               [](const RemoteMethod& self) -> py::object {
                                    return self.reply ? py::object(fieldsOf(*self.reply)) : py::none();
                                })
-        .def("make_classes", [](MethodSpec& self, const std::string& name, const py::object& make) {
+        .def("make_classes", [](RemoteMethod& self, const std::string& name, const py::object& make) {
             if (!self.reply)
                 return py::object(py::none());
             self.reply->makeClasses(name, make);

@@ -76,7 +76,7 @@ std::pair<std::string, std::string> Node::table() const {
     return {std::string(best->type), std::string(best->version)};
 }
 
-std::shared_ptr<Method> Node::prepare(const MethodSpec& method, const py::tuple& arguments) const {
+std::shared_ptr<Method> Node::prepare(const RemoteMethod& method, const py::tuple& arguments) const {
     if (arguments.size() != method.request.parts.size()) {
         PyErr_Format(PyExc_TypeError, "%s takes %zu arguments, not %zu", method.name.c_str(),
                      method.request.parts.size(), arguments.size());
@@ -92,7 +92,7 @@ std::shared_ptr<Method> Node::prepare(const MethodSpec& method, const py::tuple&
     }
 }
 
-py::object Node::call(const MethodSpec& method, const py::tuple& arguments) const {
+py::object Node::call(const RemoteMethod& method, const py::tuple& arguments) const {
     const auto prepared = prepare(method, arguments);
     connection_->run([&](Device& device) { device.call(prepared); });
     if (prepared->returnCode() != 0)
@@ -100,7 +100,7 @@ py::object Node::call(const MethodSpec& method, const py::tuple& arguments) cons
     return replyOf(*prepared, method);
 }
 
-py::object replyOf(const Method& executed, const MethodSpec& method) {
+py::object replyOf(const Method& executed, const RemoteMethod& method) {
     const auto outcome = executed.getResult();
     if (!method.reply || !outcome.reply)
         return py::none();

@@ -9,7 +9,7 @@
 #include <tavo/client/object/object.h>
 
 #include "connection.h"
-#include "method_spec.h"
+#include "remote_method.h"
 
 namespace TAVO::python {
 
@@ -32,9 +32,9 @@ public:
     std::pair<std::string, std::string> table() const;
 
     /// A call that has not been sent.
-    std::shared_ptr<Method> prepare(const MethodSpec& method, const py::tuple& arguments) const;
+    std::shared_ptr<Method> prepare(const RemoteMethod& method, const py::tuple& arguments) const;
     /// Calls the method; returns what Python has for its reply.
-    py::object call(const MethodSpec& method, const py::tuple& arguments) const;
+    py::object call(const RemoteMethod& method, const py::tuple& arguments) const;
 
 private:
     std::shared_ptr<Connection> connection_;
@@ -42,6 +42,6 @@ private:
 };
 
 /// What Python has for the reply of an executed call with return code 0.
-py::object replyOf(const Method& executed, const MethodSpec& method);
+py::object replyOf(const Method& executed, const RemoteMethod& method);
 
 } // namespace TAVO::python

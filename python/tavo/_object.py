@@ -30,7 +30,7 @@ class Remote:
         raise NotImplementedError
 
     def __getattr__(self, name: str) -> Any:
-        if not name.startswith("__"):
+        if not name.startswith("_"):
             node = self._node.child(name)
             if node is not None:
                 member = self._member(node)

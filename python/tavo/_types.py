@@ -15,7 +15,7 @@ if TYPE_CHECKING:
 #: The fixed objects of a device, whose plain names would be misleading.
 _CLASS_NAMES = {"base": "Object", "device": "DeviceObject", "system": "SystemObject", "private": "PrivateObject"}
 #: The name of the type and the version, to its methods.
-TABLES: dict[tuple[str, str], list[_core.MethodSpec]] = {
+TABLES: dict[tuple[str, str], list[_core.RemoteMethod]] = {
     (kind, version): methods for kind, version, methods in _core.tables()
 }
 
@@ -66,7 +66,7 @@ def reply_name(method: str) -> str:
     return method[:1].upper() + method[1:] + "Reply"
 
 
-def documentation(kind: str, spec: _core.MethodSpec) -> str:
+def documentation(kind: str, spec: _core.RemoteMethod) -> str:
     """What help() shows of a method."""
     lines = [f'The method "{spec.name}" of {"every object" if kind == "base" else f"a {kind} object"}.']
     if spec.request:
@@ -125,7 +125,7 @@ def _members(kind: str, version: str) -> dict[str, Any]:
     return members
 
 
-def _functions(kind: str, owner: str, specs: Iterable[_core.MethodSpec]) -> dict[str, Any]:
+def _functions(kind: str, owner: str, specs: Iterable[_core.RemoteMethod]) -> dict[str, Any]:
     source = []
     scope: dict[str, Any] = {}
     for number, spec in enumerate(specs):

@@ -199,6 +199,14 @@ def test_records_are_made_of_their_fields(arguments: Any, named: Any) -> None:
         tavo.Relay.GetReply(*arguments, **named)
 
 
+def test_devices_and_objects_are_not_copied(tavo_device: tavo.Device) -> None:
+    for thing in (tavo_device, tavo_device.power, tavo_device.batch()):
+        with pytest.raises(TypeError):
+            pickle.dumps(thing)
+        with pytest.raises(AttributeError):
+            type(thing).__new__(type(thing))._something
+
+
 def test_closed_devices_say_so(tavo_device: tavo.Device) -> None:
     power = tavo_device.power
     assert not tavo_device.closed and tavo_device.locked and tavo_device.connected

@@ -1,10 +1,10 @@
-#include "method_spec.h"
+#include "remote_method.h"
 
 #include <tavo/client/object/method_tables.h>
 
 namespace TAVO::python {
 
-MethodSpec::MethodSpec(const TAVOXTranscode::MethodRow& methodRow)
+RemoteMethod::RemoteMethod(const TAVOXTranscode::MethodRow& methodRow)
     : name(methodRow.name)
     , row(&methodRow) {
     request = FieldType::ofRecord(row->request ? row->request->fields() : std::vector<FieldDescription>());
@@ -17,7 +17,7 @@ py::list tables() {
     for (const auto& table : objectTables()) {
         py::list methods;
         for (const auto& row : table.rows)
-            methods.append(std::make_shared<MethodSpec>(row));
+            methods.append(std::make_shared<RemoteMethod>(row));
         all.append(py::make_tuple(std::string(table.type), std::string(table.version), methods));
     }
     return all;

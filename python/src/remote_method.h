@@ -11,8 +11,8 @@
 namespace TAVO::python {
 
 /// A method of a remote type, with what calling it from Python needs.
-struct MethodSpec {
-    explicit MethodSpec(const TAVOXTranscode::MethodRow& methodRow);
+struct RemoteMethod {
+    explicit RemoteMethod(const TAVOXTranscode::MethodRow& methodRow);
 
     std::string name;
     const TAVOXTranscode::MethodRow* row;
@@ -21,7 +21,7 @@ struct MethodSpec {
     std::optional<FieldType> reply;
 };
 
-/// The methods of all types: a list of (type, version, [MethodSpec]).
+/// The methods of all types: a list of (type, version, [RemoteMethod]).
 py::list tables();
 
 } // namespace TAVO::python
