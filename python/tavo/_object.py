@@ -30,12 +30,13 @@ class Remote:
         raise NotImplementedError
 
     def __getattr__(self, name: str) -> Any:
-        if not name.startswith("_"):
-            node = self._node.child(name)
-            if node is not None:
-                member = self._member(node)
-                self.__dict__[name] = member
-                return member
+        if name.startswith("_"):
+            raise AttributeError(f"{type(self).__name__} has no attribute {name!r}", name=name, obj=self)
+        node = self._node.child(name)
+        if node is not None:
+            member = self._member(node)
+            self.__dict__[name] = member
+            return member
         raise AttributeError(f"{self._node.full_name} has no method or member {name!r}", name=name, obj=self)
 
     def __getitem__(self, path: str) -> Any:
