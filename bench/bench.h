@@ -91,6 +91,8 @@ void measureGrowth(Run& run);
 void measurePrograms(Run& run);
 void measureMemory(Run& run);
 void measureShare(Run& run);
+/// Beside OpenOCD's player.
+void measureSvf(Run& run);
 
 /// The pieces of work whose memory is measured, each in a process of its own.
 const std::vector<std::string>& worksAlone();

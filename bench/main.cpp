@@ -18,12 +18,19 @@ namespace {
 using Measurement = std::pair<std::string, std::function<void(bench::Run&)>>;
 
 const std::vector<Measurement> measurements{
-    {"single", bench::measureSingleCall},  {"batch", bench::measureBatch},
-    {"cycle", bench::measureCycle},        {"build", bench::measureBuilding},
-    {"blobs", bench::measureBlobs},        {"opening", bench::measureOpening},
-    {"sizes", bench::measureRequestSizes}, {"allocations", bench::measureAllocations},
-    {"growth", bench::measureGrowth},      {"programs", bench::measurePrograms},
-    {"memory", bench::measureMemory},      {"share", bench::measureShare},
+    {"single", bench::measureSingleCall},
+    {"batch", bench::measureBatch},
+    {"cycle", bench::measureCycle},
+    {"build", bench::measureBuilding},
+    {"blobs", bench::measureBlobs},
+    {"opening", bench::measureOpening},
+    {"sizes", bench::measureRequestSizes},
+    {"allocations", bench::measureAllocations},
+    {"growth", bench::measureGrowth},
+    {"programs", bench::measurePrograms},
+    {"memory", bench::measureMemory},
+    {"share", bench::measureShare},
+    {"svf", bench::measureSvf},
 };
 
 std::vector<std::string> names() {

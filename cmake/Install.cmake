@@ -12,6 +12,12 @@ if(TARGET tavo_simulator)
   set(has_simulator ON)
 endif()
 
+set(has_c OFF)
+if(TARGET tavo_c)
+  list(APPEND libraries tavo_c)
+  set(has_c ON)
+endif()
+
 install(TARGETS ${libraries} EXPORT tavo_clientTargets
   RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}"
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
@@ -49,11 +55,20 @@ tavo_pkgconfig_folder("${CMAKE_INSTALL_LIBDIR}" pkgconfig_libdir)
 tavo_pkgconfig_folder("${CMAKE_INSTALL_INCLUDEDIR}" pkgconfig_includedir)
 set(client_private_libraries "")
 set(simulator_private_libraries "-pthread")
+# For the C compiler, which does not know what C++ needs; the flags of tavo_client.pc are for C++ alone.
+set(c_private_libraries "-ltavo_client -lstdc++ -lm")
 if(WIN32)
   set(client_private_libraries "-lws2_32")
+  string(APPEND c_private_libraries " -lws2_32 -pthread")
   set(simulator_private_libraries "-lmswsock -pthread")
 endif()
 foreach(library IN LISTS libraries)
   configure_file(cmake/${library}.pc.in "${PROJECT_BINARY_DIR}/package/${library}.pc" @ONLY)
   install(FILES "${PROJECT_BINARY_DIR}/package/${library}.pc" DESTINATION "${TAVO_INSTALL_PKGCONFIGDIR}")
 endforeach()
+
+# A service of each user, for systemd; nothing enables it.
+if(TARGET tavo AND CMAKE_SYSTEM_NAME STREQUAL "Linux")
+  configure_file(tavo/cli/tavo-share@.service.in "${PROJECT_BINARY_DIR}/package/tavo-share@.service" @ONLY)
+  install(FILES "${PROJECT_BINARY_DIR}/package/tavo-share@.service" DESTINATION lib/systemd/user)
+endif()

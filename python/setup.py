@@ -38,6 +38,7 @@ class BuildModule(build_ext):
             "CMAKE_BUILD_TYPE": "Release",
             "Python3_EXECUTABLE": sys.executable,
             "TAVO_BUILD_PYTHON": "ON",
+            "TAVO_BUILD_C": "OFF",
             "TAVO_BUILD_CLI": "OFF",
             "TAVO_BUILD_TESTS": "OFF",
             "TAVO_BUILD_EXAMPLES": "OFF",

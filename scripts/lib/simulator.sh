@@ -25,7 +25,7 @@ start_simulator() {
     trap stop_simulator EXIT
     "$@" --port 0 >"$simulator_output" 2>&1 </dev/null &
     simulator_pid=$!
-    await_port "The simulator" "$simulator_pid" "$simulator_output" 's/^.*[^0-9.]\([0-9]\{1,5\}\)[^0-9]*$/\1/p' || return 1
+    await_port "The simulator" "$simulator_pid" "$simulator_output" 's/^listening on .*:\([0-9]\{1,5\}\)$/\1/p' || return 1
     simulator_port=$port
 }
 

@@ -52,7 +52,8 @@ public:
             group.objects->push_back(bound.object);
         app->callback([&program = program_, bound = std::move(bound)] {
             program.action = bound.run;
-            program.localAction = bound.runLocally;
+            if (!bound.isLocal || bound.isLocal())
+                program.localAction = bound.runLocally;
         });
     }
 

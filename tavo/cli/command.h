@@ -29,6 +29,8 @@ struct BoundCommand {
     Action run;
     /// The same for such a command.
     LocalAction runLocally = {};
+    /// Whether the option values call for `runLocally`, where there are both. Empty for always.
+    std::function<bool()> isLocal = {};
 };
 
 /// One command of the tool. Describing and parsing it runs nothing.
@@ -43,6 +45,8 @@ struct Command {
     std::string footer = {};
     /// Lines that a user might type. commandList() sets them.
     std::vector<std::string> examples = {};
+    /// For programs only: neither help nor completion tell of it.
+    bool isHidden = false;
 };
 
 /// Commands whose paths share a prefix, and the option they have in common.
@@ -98,6 +102,26 @@ Command command(std::string path, std::string summary,
         bound.runLocally = [options, run](const ConnectionOptions& given, Output& output) {
             run(given, output, *options);
         };
+        return bound;
+    };
+    return {std::move(path), std::move(summary), bind};
+}
+
+/// A command with options of which some do without a device: Options::isLocal() tells.
+template <class Options>
+Command command(std::string path, std::string summary, void (*run)(Session&, Output&, const Options&),
+                void (*runLocally)(Output&, const Options&)) {
+    const auto bind = [run, runLocally] {
+        const auto options = std::make_shared<Options>();
+        BoundCommand bound;
+        options->describe(bound.options);
+        if constexpr (std::derived_from<Options, ObjectOptions>)
+            bound.object = &options->object;
+        bound.run = [options, run](Session& session, Output& output) { run(session, output, *options); };
+        bound.runLocally = [options, runLocally](const ConnectionOptions&, Output& output) {
+            runLocally(output, *options);
+        };
+        bound.isLocal = [options] { return options->isLocal(); };
         return bound;
     };
     return {std::move(path), std::move(summary), bind};

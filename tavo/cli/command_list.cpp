@@ -11,10 +11,10 @@ namespace TAVO::cli {
 std::vector<Command> commandList() {
     std::vector<Command> all;
     for (auto* list :
-         {infoCommands,  treeCommands,     callCommands,   batchCommands,  shellCommands, relayCommands,
-          timeCommands,  firmwareCommands, headerCommands, jtagCommands,   hdtCommands,   gpuCommands,
-          i2cCommands,   postCommands,     romCommands,    serialCommands, lcdCommands,   lockCommands,
-          shareCommands, configCommands,   helpCommands}) {
+         {infoCommands,  treeCommands,     callCommands,   batchCommands,      shellCommands, relayCommands,
+          timeCommands,  firmwareCommands, headerCommands, jtagCommands,       hdtCommands,   gpuCommands,
+          i2cCommands,   postCommands,     romCommands,    serialCommands,     lcdCommands,   lockCommands,
+          shareCommands, configCommands,   doctorCommands, completionCommands, helpCommands}) {
         auto some = list();
         all.insert(all.end(), std::make_move_iterator(some.begin()), std::make_move_iterator(some.end()));
     }
@@ -74,7 +74,7 @@ std::vector<std::string> namesBelow(const std::string& path) {
     std::vector<std::string> names;
     const auto prefix = path.empty() ? path : path + ' ';
     for (const auto& command : commandList())
-        if (command.path.starts_with(prefix)) {
+        if (command.path.starts_with(prefix) && !command.isHidden) {
             const auto name =
                 command.path.substr(prefix.size(), command.path.find(' ', prefix.size()) - prefix.size());
             if (std::find(names.begin(), names.end(), name) == names.end())

@@ -23,7 +23,7 @@ std::optional<CommandGroup> findGroup(const std::string& path);
 std::optional<CommandGroup> groupWithObject(std::string path);
 
 /// The names of the commands and groups directly below a group, in the order of the list; at the top if the
-/// path is empty. None below a command.
+/// path is empty. None below a command. Without those that are hidden.
 std::vector<std::string> namesBelow(const std::string& path);
 
 } // namespace TAVO::cli

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -15,12 +16,21 @@ struct Completions {
     bool files = false;
 };
 
-/// Tells names of the open device.
+/// Tells names.
 /// @param begun how the wanted names begin; may be ignored.
-using NamesOnDevice = std::function<std::vector<std::string>(NameKind kind, const std::string& begun)>;
+using NamesOfKind = std::function<std::vector<std::string>(NameKind kind, const std::string& begun)>;
 
 /// What can follow these words of a line for an open device and begins with `begun`, or more than that.
 Completions completionsFor(const std::vector<std::string>& words, const std::string& begun,
-                           const NamesOnDevice& names);
+                           const NamesOfKind& names);
+
+/// The same for a line of the tool, with the options of the connection.
+Completions completionsForTool(const std::vector<std::string>& words, const std::string& begun,
+                               const NamesOfKind& names);
+
+/// The options that stand beside every command, as far as the line has them: names and values.
+using GivenOptions = std::map<std::string, std::string>;
+
+GivenOptions optionsOfTool(const std::vector<std::string>& words);
 
 } // namespace TAVO::cli

@@ -61,10 +61,17 @@ std::string hintFor(const std::exception& exception) {
 
 } // namespace
 
+std::vector<ExitCodeMeaning> exitCodeMeanings() {
+    std::vector<ExitCodeMeaning> meanings;
+    for (const auto& explanation : explanations)
+        meanings.push_back({explanation.code, std::string(explanation.text)});
+    return meanings;
+}
+
 std::string exitCodesText() {
     std::string text = "Exit status:\n";
-    for (const auto& explanation : explanations)
-        text += fmt::format("  {}  {}\n", static_cast<int>(explanation.code), explanation.text);
+    for (const auto& [code, meaning] : exitCodeMeanings())
+        text += fmt::format("  {}  {}\n", static_cast<int>(code), meaning);
     return text;
 }
 

@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include <tavo/client/wire/error_facts.h>
 
@@ -21,6 +22,13 @@ enum class ExitCode : int {
     network = 5,       ///< no connection, or the connection broke
     protocol = 9,      ///< tool and device disagree, or any other failure
 };
+
+struct ExitCodeMeaning {
+    ExitCode code;
+    std::string text;
+};
+
+std::vector<ExitCodeMeaning> exitCodeMeanings();
 
 /// The exit statuses explained, one line each, for help texts.
 std::string exitCodesText();

@@ -1,7 +1,6 @@
 #include <tavo/cli/help.h>
 
 #include <algorithm>
-#include <cctype>
 #include <optional>
 #include <sstream>
 
@@ -10,6 +9,7 @@
 
 #include <tavo/cli/command_list.h>
 #include <tavo/cli/failure.h>
+#include <tavo/cli/option_text.h>
 #include <tavo/cli/program.h>
 #include <tavo/cli/values/nearest.h>
 
@@ -26,60 +26,6 @@ std::string summaryOf(const std::string& path) {
         return command->summary;
     const auto group = findGroup(path);
     return group ? group->summary : "";
-}
-
-std::string upperCase(std::string text) {
-    for (auto& c : text)
-        c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    return text;
-}
-
-/// What the value is called: "FILE", "on|off", "NUMBER".
-std::string valueText(const Option& option) {
-    if (!option.rules.valueName.empty())
-        return option.rules.valueName;
-    if (!option.rules.choices.empty())
-        return fmt::format("{}", fmt::join(option.rules.choices, "|"));
-    if (option.isArgument())
-        return upperCase(option.names);
-    switch (option.kind()) {
-    case ValueKind::flag:
-        return "";
-    case ValueKind::file:
-        return "FILE";
-    case ValueKind::integer:
-    case ValueKind::number:
-        return "NUMBER";
-    case ValueKind::duration:
-        return "DURATION";
-    case ValueKind::text:
-        break;
-    }
-    return "NAME";
-}
-
-template <class Value>
-std::string defaultText(const Value* value) {
-    if constexpr (std::is_arithmetic_v<Value> || std::is_same_v<Value, std::string>)
-        return fmt::format("{}", *value);
-    else
-        return "";
-}
-
-/// The numbers that an option takes, and its default.
-std::string limitsText(const Option& option) {
-    std::vector<std::string> parts;
-    if (option.rules.limits)
-        std::visit(
-            [&]<class Number>(const Interval<Number>& interval) {
-                if constexpr (std::is_integral_v<Number>)
-                    parts.push_back(fmt::format("{} to {}", interval.lowest, interval.highest));
-            },
-            option.rules.limits->interval);
-    if (option.rules.showsDefault)
-        parts.push_back("default " +
-                        std::visit([](const auto* value) { return defaultText(value); }, option.target));
-    return parts.empty() ? "" : fmt::format(" ({})", fmt::join(parts, ", "));
 }
 
 /// A line of a list: what it is about, and what to say of it, both in their columns.
@@ -141,11 +87,6 @@ std::string optionsText(const OptionList& options, const std::string& first) {
         text += optionsText(heading, options,
                             [&](const Option& option) { return option.rules.heading == heading; });
     return text;
-}
-
-std::string usageOf(const Option& argument) {
-    const auto text = valueText(argument) + (argument.isRepeated() ? " ..." : "");
-    return argument.rules.required ? text : "[" + text + "]";
 }
 
 std::string subcommandsText(const std::string& path) {

@@ -24,8 +24,11 @@ void remember(int signal) {
 
 } // namespace
 
+std::atomic<bool> InterruptWatch::there_ = false;
+
 InterruptWatch::InterruptWatch() {
     caught = 0;
+    there_ = true;
     struct sigaction action {};
     action.sa_handler = remember;
     sigemptyset(&action.sa_mask);
@@ -54,6 +57,7 @@ InterruptWatch::~InterruptWatch() {
     thread_.join();
     for (std::size_t i = 0; i < signals_.size(); ++i)
         ::sigaction(signals_[i], &before_[i], nullptr);
+    there_ = false;
 }
 
 void InterruptWatch::alsoInterrupt(std::function<void()> action) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <csignal>
@@ -39,6 +40,8 @@ public:
     InterruptWatch(const InterruptWatch&) = delete;
     InterruptWatch& operator=(const InterruptWatch&) = delete;
     ~InterruptWatch();
+
+    static bool isThere() { return there_; }
 
     /// To be handed to the device's factory.
     const std::shared_ptr<Interrupter>& interrupter() const { return interrupter_; }
@@ -108,6 +111,7 @@ private:
     void setWaiting(bool waiting);
     void watch();
 
+    static std::atomic<bool> there_;
     std::shared_ptr<Interrupter> interrupter_ = std::make_shared<Interrupter>();
     static constexpr std::array signals_ = {SIGINT, SIGTERM, SIGHUP, SIGQUIT};
     std::array<struct sigaction, signals_.size()> before_{};

@@ -20,11 +20,15 @@ enum class ValueKind {
     duration, ///< a number with ms, s, m or h, in seconds
 };
 
-/// What on the device a value names.
+/// What a value names.
 enum class NameKind {
-    object,
-    relay,
-    method, ///< of an object, "OBJECT.METHOD"
+    object,   ///< on the device
+    relay,    ///< on the device
+    method,   ///< of an object on the device, "OBJECT.METHOD"
+    device,   ///< of the configuration file
+    group,    ///< of devices, in the configuration file
+    topology, ///< of the simulator
+    command,  ///< of the tool, or a group of commands; each value is one word of its path
 };
 
 /// Where to store the value. Holds the default until one is given.
@@ -69,7 +73,7 @@ struct OptionRules {
     /// All valid values, if they can be listed.
     std::vector<std::string> choices = {};
     std::optional<NumberLimits> limits = {};
-    /// Set if the value, or the first of several, is a name on the device.
+    /// Set if the value, or the first of several, is such a name.
     std::optional<NameKind> nameKind = {};
     /// Replaces the type of the value in the help.
     std::string valueName = {};

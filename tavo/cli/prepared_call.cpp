@@ -2,9 +2,7 @@
 
 #include <algorithm>
 #include <optional>
-#include <set>
 #include <stdexcept>
-#include <string_view>
 #include <utility>
 
 #include <fmt/format.h>
@@ -96,12 +94,6 @@ dto::Params makeParams(const std::string& fullName, const MethodRow& row,
     return {std::move(request)};
 }
 
-/// Whether this row describes a method of the object.
-bool describes(const MethodRow& row, const Object_v1_0& object) {
-    const auto [encoder, decoder] = object.findFunctions(row.name);
-    return row.encoder == encoder && row.decoder == decoder && object.hasMethod(std::string(row.name));
-}
-
 /// The reply of an executed call, if it has one.
 std::optional<ValueView> replyOf(const PreparedCall& call) {
     const auto reply = call.method->getResult().reply;
@@ -141,17 +133,6 @@ PreparedCall prepareCall(const std::shared_ptr<Object_v1_0>& object, const CallW
     const auto& row = findMethod(*object, words.method);
     const auto params = makeParams(words.object + "." + words.method, row, words.assignments);
     return {object, std::make_shared<Method>(words.method, *object, params), &row};
-}
-
-std::vector<const MethodRow*> callableMethods(const Object_v1_0& object) {
-    std::vector<const MethodRow*> rows;
-    // Types that share a method have a row each.
-    std::set<std::string_view> seen;
-    for (const auto& table : objectTables())
-        for (const auto& row : table.rows)
-            if (describes(row, object) && seen.insert(row.name).second)
-                rows.push_back(&row);
-    return rows;
 }
 
 std::string signatureText(const MethodRow& row) {

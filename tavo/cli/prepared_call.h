@@ -9,6 +9,7 @@
 #include <tavo/cli/values/json_writer.h>
 #include <tavo/cli/values/text_writer.h>
 #include <tavo/client.h>
+#include <tavo/json/callable_methods.h>
 
 namespace TAVO::cli {
 
@@ -40,8 +41,7 @@ PreparedCall prepareCall(Session& session, const CallWords& words);
 /// The same, with the object already found.
 PreparedCall prepareCall(const std::shared_ptr<Object_v1_0>& object, const CallWords& words);
 
-/// The methods that both the device and this client know, in published order.
-std::vector<const TAVOXTranscode::MethodRow*> callableMethods(const Object_v1_0& object);
+using json::callableMethods;
 
 /// The method with its parameters and results: "get() -> state: u8".
 std::string signatureText(const TAVOXTranscode::MethodRow& row);

@@ -7,7 +7,7 @@ void Program::describe(OptionList& list) {
     list.add("--json", json, "Print data and failures as JSON");
     list.add("--host", connection.host,
              "The device: a name of the configuration file, or HOST, HOST:PORT, [IPV6] or [IPV6]:PORT",
-             {.valueName = "DEVICE", .heading = heading});
+             {.nameKind = NameKind::device, .valueName = "DEVICE", .heading = heading});
     list.add("--port", connection.port, "Its port; default 6123, or 6124 with --secure",
              {.limits = between(1, 65535), .heading = heading});
     list.add("--user", connection.user, "User who takes the lock", {.heading = heading});
@@ -40,7 +40,12 @@ void Program::describe(OptionList& list) {
     list.add("--sim", connection.simulated, "Use a simulated device inside the tool",
              {.heading = heading, .excludes = {"--host", "--port", "--via"}});
     list.add("--topology", connection.topology, "Topology of the simulated device",
-             {.showsDefault = true, .heading = heading, .needs = {"--sim"}});
+             {.showsDefault = true,
+              .kind = ValueKind::file,
+              .nameKind = NameKind::topology,
+              .valueName = "NAME",
+              .heading = heading,
+              .needs = {"--sim"}});
 }
 
 } // namespace TAVO::cli

@@ -23,19 +23,6 @@ namespace {
 constexpr const char* simulatorUser = "engineer";
 constexpr std::string_view timedOut = "Call to device timed out.";
 
-void registerObjects() {
-    CoreObjects::registerCoreObjects();
-    HWDebug::HwdObjects::registerCoreObjects();
-    CommonModules::CommonModulesObjects::registerCoreObjects();
-}
-
-void collect(const std::shared_ptr<Container>& node, Objects& objects) {
-    if (auto object = std::dynamic_pointer_cast<Object_v1_0>(node))
-        objects.push_back(std::move(object));
-    for (const auto& child : node->getChildren())
-        collect(child, objects);
-}
-
 /// Gives an exchange more time than the limit while it exists.
 class LongerLimit {
 public:
@@ -58,6 +45,19 @@ private:
 };
 
 } // namespace
+
+void registerObjects() {
+    CoreObjects::registerCoreObjects();
+    HWDebug::HwdObjects::registerCoreObjects();
+    CommonModules::CommonModulesObjects::registerCoreObjects();
+}
+
+void collect(const std::shared_ptr<Container>& node, Objects& objects) {
+    if (auto object = std::dynamic_pointer_cast<Object_v1_0>(node))
+        objects.push_back(std::move(object));
+    for (const auto& child : node->getChildren())
+        collect(child, objects);
+}
 
 Session::Session(ConnectionOptions options, std::function<void(std::string_view)> warn)
     : options_(std::move(options))
@@ -337,16 +337,19 @@ void Session::run(const std::vector<std::shared_ptr<Method>>& methods) {
     await([&] { exchange(methods); });
 }
 
-void Session::release(const std::shared_ptr<Method>& method) {
+void Session::release(const std::shared_ptr<Method>& method) { releaseAll({method}); }
+
+void Session::releaseAll(const std::vector<std::shared_ptr<Method>>& methods) {
     limitRelease();
     try {
-        exchange({method});
+        exchange(methods);
     } catch (...) {
         device_->setTimeLimit(timeLimit_);
         throw;
     }
     device_->setTimeLimit(timeLimit_);
-    requireSuccess(*method);
+    for (const auto& method : methods)
+        requireSuccess(*method);
 }
 
 void Session::runAll(const std::vector<std::shared_ptr<Method>>& methods) {

@@ -53,6 +53,12 @@ struct ConnectionOptions {
 
 using Objects = std::vector<std::shared_ptr<Object_v1_0>>;
 
+/// The types that the tool knows.
+void registerObjects();
+
+/// Adds an object and those below it.
+void collect(const std::shared_ptr<Container>& node, Objects& objects);
+
 /// One device for the time of one command. It is opened when it is first needed and released at the end.
 class Session {
 public:
@@ -98,6 +104,8 @@ public:
     }
     /// The same for a call that gives something back to the device: also after a signal.
     void release(const std::shared_ptr<Method>& method);
+    /// The same for several, in one exchange.
+    void releaseAll(const std::vector<std::shared_ptr<Method>>& methods);
     /// Executes one call, insists on its success and takes its result.
     template <class Result>
     Result value(const std::shared_ptr<BoundMethod<Result>>& method) {

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <tavo/simulator/appliance.h>
 #include <tavo/simulator/objects/jtag.h>
 #include <tests/cli/tool_fixture.h>
 
@@ -179,7 +180,14 @@ TEST_F(JtagTool, ShiftsInBytesGoInTheirOrder) {
 }
 
 TEST_F(JtagTool, ShiftsThatTheDeviceRefusesAreShownAndFail) {
-    const auto run = jtag({"shift", "ir", "4", "f", "dr", "1000001", "0"});
+    // Repeated so often, 6000 bits are more clocks than a call may take.
+    simulator.inspect([](auto& appliance) {
+        auto& port = appliance.template get<TAVO::simulator::Jtag>("cpu0.jtag").port();
+        auto options = port.options(TAVO::simulator::JtagPort::Register::data);
+        options.repeat = {1000, true};
+        port.setOptions(TAVO::simulator::JtagPort::Register::data, options);
+    });
+    const auto run = jtag({"shift", "ir", "4", "f", "dr", "6000", "0"});
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_THAT(run.output, HasSubstr("ir 4  in 0xf  out 0x1\n"));
     EXPECT_THAT(run.output, EndsWith("00  return code 1\n")) << "what is refused captures nothing";

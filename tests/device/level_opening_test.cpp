@@ -284,6 +284,20 @@ TEST_F(LevelOpening, OverAConnectionThatEndsFailsAsWithoutBatches) {
     }
 }
 
+TEST_F(LevelOpening, AnErrorWithTooManyResultsEndsItAtOnce) {
+    addSmallTree(appliance);
+    const support::ApplianceServer::Fault excess = [](support::RawConnection& connection, const Bytes&) {
+        connection.write(joined({u32(0), support::deviceError(1002, "no such object"), u32(1000)}));
+    };
+    for (const std::size_t exchange : {std::size_t{5}, std::size_t{6}}) {
+        support::ApplianceServer server(appliance, {{exchange, excess}});
+        const auto outcome = outcomeOf(server.port(), byLevels);
+        EXPECT_NE(outcome.find("Error"), std::string::npos) << outcome;
+        server.awaitNoConnection();
+        EXPECT_EQ(server.exchanges(), exchange + 2) << "besides the unlocking";
+    }
+}
+
 TEST_F(LevelOpening, OfALargeTreeIsSplit) {
     support::addFixedObjects(appliance);
     Members roots;

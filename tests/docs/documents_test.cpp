@@ -65,7 +65,7 @@ Paper read(const fs::path& document) {
 
 std::vector<Block> programsOf(const fs::path& document) {
     auto blocks = read(document).blocks;
-    std::erase_if(blocks, [](const Block& block) { return block.language != "cpp"; });
+    std::erase_if(blocks, [](const Block& block) { return block.language != "cpp" && block.language != "c"; });
     return blocks;
 }
 
@@ -105,8 +105,9 @@ const std::vector<Lines>& compiledSources() {
     static const auto sources = [] {
         std::vector<Lines> all;
         for (const auto* folder : {"examples", "tests"})
-            for (const auto& file : filesBelow(root / folder, ".cpp"))
-                all.push_back(linesOf(file));
+            for (const auto* extension : {".cpp", ".c"})
+                for (const auto& file : filesBelow(root / folder, extension))
+                    all.push_back(linesOf(file));
         return all;
     }();
     return sources;

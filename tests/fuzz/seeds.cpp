@@ -237,6 +237,23 @@ void addServerKeys(Seeds& seeds) {
     seeds.add("fuzz_server_keys", keys + std::string(1, '\0') + "\n");
 }
 
+void addSvf(Seeds& seeds) {
+    for (const std::string text : {
+             "! remark\nTRST OFF;\r\nENDIR IDLE; ENDDR DRPAUSE;\nFREQUENCY 1.00E+06 HZ;\nFREQUENCY;\n",
+             "HIR 3 TDI (7);\nTIR 0;\nHDR 1 TDI (0) TDO (1) MASK (1);\nSIR 8 TDI (FE) SMASK (FF);\n",
+             "SDR 32 TDI (0000\n0000) TDO (F362D093) MASK (0FFFFFFF); // remark\nSDR 32 TDO (1);\nSDR 33 TDI "
+             "(1);",
+             "RUNTEST 100 TCK;\nRUNTEST DRPAUSE 5 TCK 1.0E-3 SEC MAXIMUM 2.5 SEC ENDSTATE IDLE;\n",
+             "RUNTEST RESET 20 TCK 1E-3 SEC;RUNTEST .2 SEC ENDSTATE IRPAUSE;",
+             "STATE RESET; STATE DRPAUSE; STATE DREXIT2 DRSHIFT DREXIT1 DRUPDATE IDLE; STATE IDLE IDLE;",
+             "TRST ON; TRST Z; TRST ABSENT; STATE IDLE;",
+             "PIOMAP (IN A OUT B);\nPIO (HL);\n",
+             "sdr 4 tdi (5) tdo (a);;sdr 4;runtest 1 sck;",
+             "\xef\xbb\xbfSTATE IDLE;\r\n\x1a",
+         })
+        seeds.add("fuzz_svf", text);
+}
+
 /// The words of the tool's command lines in its document.
 void addArguments(Seeds& seeds) {
     std::istringstream document(contentOf("docs/tool.md"));
@@ -302,6 +319,7 @@ int main(int argc, char** argv) {
         addRequests(seeds);
         addBatches(seeds);
         addServerKeys(seeds);
+        addSvf(seeds);
         addArguments(seeds);
         addTopologies(seeds);
         addConfigs(seeds);

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <tavo/simulator/objects/i2c.h>
+#include <tavo/simulator/objects/jtag.h>
 #include <tavo/simulator/objects/relay.h>
 #include <tavo/simulator/topology.h>
 #include <tests/simulator/simulator_fixture.h>
@@ -201,6 +202,126 @@ TEST(TopologyFile, ComplaintsAboutOptionsSayWhich) {
               "objects[0]: devices[0]: 'content' must be an even number of hexadecimal digits");
     EXPECT_EQ(about("i2c", R"({"devices": [{"address": 1, "kind": "spd"}, {"address": 1, "kind": "spd"}]})"),
               "objects[0]: devices[1]: I2C address 1 cannot be given to a device");
+}
+
+TEST(TopologyFile, DescribesTheTapsOfAChain) {
+    const TopologyFile file(R"({
+        "name": "n", "objects": [{"name": "cs", "type": "csJtag", "members": [
+            {"name": "jtag", "type": "jtag", "version": "1.1", "options": {"taps": [
+                {"name": "near", "irLength": 6, "idcode": "0x0362D093", "irCapture": "0x35", "registers": [
+                    {"instruction": 2, "length": 68, "capture": "0xA0123456789abcdeF", "keeps": true},
+                    {"instruction": "0x3e", "length": 1000000}]},
+                {"irLength": 3, "idcode": 4294967295, "idcodeInstruction": "0x4"},
+                {"irLength": 64}]}}]}]})");
+    Simulator simulator({.topology = file.path.string()});
+    simulator.inspect([](Appliance& appliance) {
+        auto& taps = appliance.get<Jtag>("cs.jtag").port().chain().taps();
+        ASSERT_EQ(taps.size(), 3u);
+        EXPECT_EQ(taps[0].description().name, "near");
+        EXPECT_EQ(taps[0].description().irLength, 6u);
+        EXPECT_EQ(taps[0].description().irCapture, 0x35u);
+        EXPECT_EQ(taps[0].description().idcode, 0x0362D093u);
+        EXPECT_EQ(taps[0].instruction(), 0x09u);
+        EXPECT_EQ(taps[0].content(2).bytes(),
+                  (std::vector<std::uint8_t>{0xEF, 0xCD, 0xAB, 0x89, 0x67, 0x45, 0x23, 0x01, 0x0A}));
+        EXPECT_TRUE(taps[0].description().registers[0].keeps);
+        EXPECT_EQ(taps[0].content(0x3E), PackedBits(1'000'000));
+        EXPECT_FALSE(taps[0].description().registers[1].keeps);
+        EXPECT_EQ(taps[1].description().name, "");
+        EXPECT_EQ(taps[1].description().idcode, 0xFFFFFFFFu);
+        EXPECT_EQ(taps[1].instruction(), 0x4u);
+        EXPECT_EQ(taps[1].description().irCapture, 1u);
+        EXPECT_EQ(taps[2].description().idcode, std::nullopt);
+        EXPECT_EQ(taps[2].instruction(), ~std::uint64_t{0});
+    });
+}
+
+TEST(TopologyFile, ComplaintsAboutTapsSayWhich) {
+    const auto about = [](const std::string& taps) {
+        const auto text =
+            complaintAbout(R"({"name": "n", "objects": [{"name": "a", "type": "jtag", "options": {"taps": )" +
+                           taps + "}}]}");
+        const std::string place = "objects[0]: ";
+        EXPECT_TRUE(text.starts_with(place)) << text;
+        return text.substr(std::min(place.size(), text.size()));
+    };
+    const auto aboutTap = [&](const std::string& entries) {
+        return about(R"([{"irLength": 8}, {"irLength": 6, )" + entries + "}]");
+    };
+    const auto aboutRegister = [&](const std::string& entries) {
+        return aboutTap(R"("idcode": 1, "registers": [{"instruction": 2, "length": 8}, {)" + entries + "}]");
+    };
+    EXPECT_EQ(about("7"), "'taps' is 7: expected a list");
+    EXPECT_EQ(about("[7]"), "taps[0]: expected {...}");
+    EXPECT_EQ(about("[{}]"), "taps[0]: 'irLength' is missing: expected a number from 2 to 64");
+    EXPECT_EQ(about(R"([{"irLength": 1}])"), "taps[0]: 'irLength' is 1: expected a number from 2 to 64");
+    EXPECT_EQ(about(R"([{"irLength": 65}])"), "taps[0]: 'irLength' is 65: expected a number from 2 to 64");
+    EXPECT_EQ(about(R"([{"irLength": 6.0}])"), "taps[0]: 'irLength' is 6.0: expected a number from 2 to 64");
+    EXPECT_EQ(aboutTap(R"("colour": 1)"), "taps[1]: 'colour' is not known here");
+    EXPECT_EQ(aboutTap(R"("name": 1)"), "taps[1]: 'name' is 1: expected text");
+    const std::string number32 = R"(: expected a number of at most 32 bits, such as 5 or "0x05")";
+    for (const auto* wrong : {"true", "1.5", "-1", R"("")", R"("0x")", R"("12")", R"("0xg")", R"("0x1 ")",
+                              "4294967297", R"("0x100000001")", R"("0x30000000000000000000000000001")"})
+        EXPECT_EQ(aboutTap(R"("idcode": )" + std::string(wrong)),
+                  "taps[1]: 'idcode' is " + std::string(wrong) + number32);
+    EXPECT_EQ(aboutTap(R"("idcode": "0x2")"),
+              R"(taps[1]: 'idcode' is "0x2": expected an odd number: bit 0 of an identification is 1)");
+    EXPECT_EQ(aboutTap(R"("idcodeInstruction": 9)"),
+              "taps[1]: 'idcodeInstruction' is there without 'idcode'");
+    EXPECT_EQ(
+        aboutTap(R"("idcode": 1, "idcodeInstruction": 64)"),
+        R"(taps[1]: 'idcodeInstruction' is 64: expected a number of at most 6 bits, such as 5 or "0x05")");
+    EXPECT_EQ(about(R"([{"irLength": 3, "idcode": 1}])"),
+              "taps[0]: 'idcodeInstruction' is missing: expected a number of 3 bits");
+    EXPECT_EQ(aboutTap(R"("irCapture": "0x3")"),
+              R"(taps[1]: 'irCapture' is "0x3": expected a number whose lowest two bits are 01)");
+    EXPECT_EQ(aboutTap(R"("registers": {})"), "taps[1]: 'registers' is {}: expected a list");
+    EXPECT_EQ(aboutRegister(R"("length": 8)"),
+              "taps[1]: registers[1]: 'instruction' is missing: expected a number of 6 bits");
+    EXPECT_EQ(aboutRegister(R"("instruction": "0x3f", "length": 8)"),
+              R"(taps[1]: registers[1]: 'instruction' is "0x3f": expected another instruction than BYPASS, )"
+              "which is all ones");
+    for (const auto* taken : {"2", "9"})
+        EXPECT_EQ(aboutRegister(R"("length": 8, "instruction": )" + std::string(taken)),
+                  "taps[1]: registers[1]: 'instruction' is " + std::string(taken) +
+                      ": expected an instruction that selects no other register of the TAP");
+    EXPECT_EQ(aboutRegister(R"("instruction": 3)"),
+              "taps[1]: registers[1]: 'length' is missing: expected a number from 1 to 1000000");
+    EXPECT_EQ(aboutRegister(R"("instruction": 3, "length": 0)"),
+              "taps[1]: registers[1]: 'length' is 0: expected a number from 1 to 1000000");
+    EXPECT_EQ(aboutRegister(R"("instruction": 3, "length": 1, "capture": 2)"),
+              "taps[1]: registers[1]: 'capture' is 2: expected a number of at most 1 bit, such as 5 or "
+              R"("0x05")");
+    EXPECT_EQ(aboutRegister(R"("instruction": 3, "length": 8, "keeps": 1)"),
+              "taps[1]: registers[1]: 'keeps' is 1: expected true or false");
+    EXPECT_EQ(aboutRegister(R"("instruction": 3, "length": 8, "keep": true)"),
+              "taps[1]: registers[1]: 'keep' is not known here");
+    std::string large;
+    for (int instruction = 0; instruction < 17; ++instruction)
+        large += R"({"length": 1000000, "instruction": )" + std::to_string(instruction) + "},";
+    large.back() = ']';
+    EXPECT_EQ(about(R"([{"irLength": 5, "registers": [)" + large + "}]"),
+              "'taps' has registers of 17000000 bits: expected at most 16000000");
+}
+
+TEST(TopologyFile, ExamplesOfChainsAnswerWithTheirIdentifications) {
+    const struct {
+        const char* name;
+        std::vector<std::uint8_t> idcodes;
+    } cases[] = {
+        {"fpga", {0x93, 0xD0, 0x62, 0x03}},
+        {"chain", {0x93, 0xD0, 0x62, 0x03, 0xC3, 0xE0, 0xB1, 0x17, 0xD5, 0xE1, 0x0D, 0x0C}},
+    };
+    for (const auto& [name, idcodes] : cases) {
+        Opened opened(std::string(TAVO_SOURCE_DIR "/examples/topologies/") + name + ".json");
+        const auto device = opened.open();
+        device->call(Opened::object<CommonModules::Relay_v1_0>(device, "power")->getSetMethod(true));
+        const auto jtag = Opened::object<TAVO::HWDebug::Jtag_v1_1>(device, "jtag");
+        const auto shift = jtag->getShiftDRMethod(static_cast<int>(idcodes.size()) * 8,
+                                                  std::vector<std::uint8_t>(idcodes.size()));
+        device->call(shift);
+        EXPECT_EQ(shift->value().data, idcodes) << name;
+    }
 }
 
 TEST(TopologyFile, ThatIsNotThereIsNamed) {

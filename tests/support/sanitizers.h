@@ -12,6 +12,16 @@ inline constexpr bool sanitizerTakesMemory =
 inline constexpr bool sanitizerTakesMemory = false;
 #endif
 
+/// Whether the thread sanitizer watches: Clang's has operators new and delete of its own, which refuse
+/// nothing.
+#if defined(__SANITIZE_THREAD__)
+inline constexpr bool sanitizerTakesAllocations = true;
+#elif defined(__has_feature)
+inline constexpr bool sanitizerTakesAllocations = __has_feature(thread_sanitizer);
+#else
+inline constexpr bool sanitizerTakesAllocations = false;
+#endif
+
 /// Whether Clang's undefined behaviour sanitizer watches: its checks of types open a pipe to find out what
 /// memory can be read, and report falsely where no descriptor is left.
 #if defined(__has_feature)

@@ -28,5 +28,7 @@ std::vector<Command> lockCommands();
 std::vector<Command> shareCommands();
 std::vector<Command> helpCommands();
 std::vector<Command> configCommands();
+std::vector<Command> doctorCommands();
+std::vector<Command> completionCommands();
 
 } // namespace TAVO::cli

@@ -20,7 +20,9 @@ namespace {
 struct GroupOptions {
     std::string group;
 
-    void describe(OptionList& list) { list.add("group", group, "Only the devices of this group"); }
+    void describe(OptionList& list) {
+        list.add("group", group, "Only the devices of this group", {.nameKind = NameKind::group});
+    }
 };
 
 bool contains(const std::vector<std::string>& names, const std::string& name) {

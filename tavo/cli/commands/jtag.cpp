@@ -124,9 +124,11 @@ std::vector<Command> jtagCommands() {
     return {
         command("jtag scan", "Reset the chain and find its TAPs, instruction lengths and IDCODEs", scanChain),
         command("jtag shift", "Shift bits through the registers, all shifts in one exchange", shiftBits),
+        command("jtag svf", "Play an SVF file", playSvf, measureSvf),
         command("jtag state", "Show or change the state of the TAP controllers", moveOrShowState),
         command("jtag pins", "Show the levels of the pins", showPins),
         command("jtag frequency", "Show or set the TCK frequency", setOrShowFrequency),
+        command("jtag serve", "Be a JTAG cable for programs that speak remote_bitbang or XVC", serveJtag),
         command("jtag options", "Show the shift options", showJtagOptions),
     };
 }

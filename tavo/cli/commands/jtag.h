@@ -28,7 +28,27 @@ struct JtagShiftOptions : ObjectOptions {
     void describe(OptionList& list);
 };
 
+struct JtagSvfOptions : ObjectOptions {
+    std::string file;
+    std::string stopAt = "check";
+    std::optional<std::int32_t> retry;
+    bool noCheck = false;
+    bool dryRun = false;
+    bool stats = false;
+
+    bool isLocal() const { return dryRun; }
+    void describe(OptionList& list);
+};
+
 using ShiftCall = std::shared_ptr<BoundMethod<dto::Jtag::ShiftReply>>;
+
+struct JtagServeOptions : ObjectOptions {
+    std::string bitbang;
+    std::string xvc;
+    bool once = false;
+
+    void describe(OptionList& list);
+};
 
 std::shared_ptr<Object_v1_0> chooseJtag(Session& session, const ObjectOptions& options);
 
@@ -43,6 +63,10 @@ ChainSurvey survey(Session& session, const Object_v1_0& jtag);
 
 void scanChain(Session& session, Output& output, const ObjectOptions& options);
 void shiftBits(Session& session, Output& output, const JtagShiftOptions& options);
+void serveJtag(Session& session, Output& output, const JtagServeOptions& options);
+void playSvf(Session& session, Output& output, const JtagSvfOptions& options);
+/// Tells what a file does.
+void measureSvf(Output& output, const JtagSvfOptions& options);
 void showJtagOptions(Session& session, Output& output, const ObjectOptions& options);
 
 } // namespace TAVO::cli

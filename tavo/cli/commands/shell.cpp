@@ -12,11 +12,11 @@
 #include <unistd.h>
 
 #include <tavo/cli/arguments.h>
+#include <tavo/cli/completed_names.h>
 #include <tavo/cli/files.h>
 #include <tavo/cli/interrupt.h>
 #include <tavo/cli/line_editor.h>
 #include <tavo/cli/output.h>
-#include <tavo/cli/prepared_call.h>
 #include <tavo/cli/user_input.h>
 #include <tavo/cli/values/words.h>
 
@@ -31,25 +31,6 @@ struct ShellOptions {
         list.add("file", file, "A script; default: standard input", {.kind = ValueKind::file});
     }
 };
-
-std::vector<std::string> namesOn(Session& session, NameKind kind, const std::string& begun) {
-    std::vector<std::string> names;
-    for (const auto& object : session.objects()) {
-        const auto name = object->getFullName();
-        if (kind == NameKind::object) {
-            names.push_back(name);
-        } else if (kind == NameKind::relay) {
-            if (dynamic_cast<const CommonModules::Relay_v1_0*>(object.get()))
-                names.push_back(name);
-        } else if (begun.starts_with(name + '.')) {
-            for (const auto* row : callableMethods(*object))
-                names.push_back(fmt::format("{}.{}", name, row->name));
-        } else {
-            names.push_back(name + '.');
-        }
-    }
-    return names;
-}
 
 /// Runs lines on one device.
 class Shell {
@@ -72,7 +53,7 @@ public:
             source_ = std::make_unique<LineEditor>(
                 "tavo> ", [this](const std::vector<std::string>& words, const std::string& begun) {
                     const auto names = [this](NameKind kind, const std::string& wanted) {
-                        return namesOn(session_, kind, wanted);
+                        return completedNames(kind, wanted, [this] { return session_.objects(); });
                     };
                     return completionsFor(words, begun, names);
                 });

@@ -243,6 +243,7 @@ void DeviceLine::endTurn() {
     state_ = State::ready;
     held_ = false;
     const auto turn = std::exchange(turn_, nullptr);
+    owner_.turnAnswered(*turn);
     turn->complete();
     read();
     owner_.turnEnded(*turn);

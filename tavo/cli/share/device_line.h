@@ -38,6 +38,8 @@ public:
         virtual void lineLost(const std::exception& exception) = 0;
         /// The lock is given back, and the connection closed.
         virtual void lineReleased() = 0;
+        /// All of the reply to that turn has come; its client gets the end of it next.
+        virtual void turnAnswered(const Turn& turn) = 0;
         /// The reply to that turn is complete.
         virtual void turnEnded(Turn& turn) = 0;
     };

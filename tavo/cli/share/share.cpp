@@ -133,9 +133,10 @@ void Share::left(ShareClient& client) {
 void Share::serve(ShareClient& client, Plan::Bytes request) {
     const auto turn =
         std::make_shared<Turn>(std::move(request), FrontDesk{account_, grants_, descriptions_}, client);
-    client.setTurn(turn);
-    if (turn->needsDevice())
+    if (turn->needsDevice()) {
+        client.setTurn(turn);
         return queue(client);
+    }
     logRequest(client, *turn, true);
     turn->answerAlone();
 }
@@ -173,9 +174,12 @@ void Share::holdReply(ShareClient& client, bool held) {
         line_.hold(held);
 }
 
-void Share::turnEnded(Turn& turn) {
+void Share::turnAnswered(const Turn& turn) {
     if (const auto* client = std::exchange(served_, nullptr))
         logRequest(*client, turn, true);
+}
+
+void Share::turnEnded(Turn& turn) {
     if (turn.staleDescriptions() || turn.plan().bringsChange())
         descriptions_.forget();
     awaitIdleness();

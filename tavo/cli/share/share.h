@@ -60,6 +60,7 @@ private:
     void lineOpened(const DeviceLine::Methods& ofDevice, const DeviceLine::Methods& ofSystem) override;
     void lineLost(const std::exception& exception) override;
     void lineReleased() override;
+    void turnAnswered(const Turn& turn) override;
     void turnEnded(Turn& turn) override;
 
     void enter(server::Socket socket);

@@ -9,7 +9,9 @@
 #include <system_error>
 #include <utility>
 
+#include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/file.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -63,6 +65,32 @@ void makeFolder() {
         throw Failure(ExitCode::usage, fmt::format("{} is not a folder of this user alone", path));
 }
 
+std::pair<std::uintmax_t, std::uintmax_t> identityOf(const std::string& path) {
+    struct stat found {};
+    return ::lstat(path.c_str(), &found) == 0
+               ? std::pair<std::uintmax_t, std::uintmax_t>(found.st_dev, found.st_ino)
+               : std::pair<std::uintmax_t, std::uintmax_t>();
+}
+
+/// Of several shares that start or end at once, one at a time looks for the file and changes it.
+class FolderLock {
+public:
+    FolderLock() {
+        const auto path = folder() + "/lock";
+        file_ =
+            Descriptor(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR));
+        int locked = -1;
+        while (file_.isOpen() && (locked = ::flock(file_.number(), LOCK_EX)) != 0 && errno == EINTR) {
+        }
+        if (locked != 0)
+            throw Failure(ExitCode::usage, fmt::format("cannot lock {}: {}", path, systemError()));
+    }
+
+private:
+    /// Closing it unlocks it.
+    Descriptor file_;
+};
+
 } // namespace
 
 std::string pathFor(const std::string& host, int port, const std::string& user, const std::string& via) {
@@ -91,12 +119,16 @@ File::File(asio::io_context& context, std::string path)
     : path_(std::move(path))
     , acceptor_(context) {
     makeFolder();
-    if (connect(path_).isOpen()) {
-        const auto taken = std::exchange(path_, "");
-        throw Failure(ExitCode::usage, fmt::format("this device is shared already: {}", taken));
-    }
+    const FolderLock alone;
+    if (connect(path_).isOpen())
+        throw Failure(ExitCode::usage, fmt::format("this device is shared already: {}", path_));
     // What a share that was killed has left behind.
     ::unlink(path_.c_str());
+    listen();
+    identity_ = identityOf(path_);
+}
+
+void File::listen() {
     const auto mask = ::umask(S_IXUSR | S_IRWXG | S_IRWXO);
     asio::error_code failure;
     acceptor_.open({}, failure);
@@ -111,8 +143,13 @@ File::File(asio::io_context& context, std::string path)
 }
 
 File::~File() {
-    if (!path_.empty())
-        ::unlink(path_.c_str());
+    try {
+        const FolderLock alone;
+        if (identityOf(path_) == identity_)
+            ::unlink(path_.c_str());
+    } catch (const Failure&) {
+        // The next share replaces the file.
+    }
 }
 
 } // namespace TAVO::cli::share_socket

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <optional>
+#include <cstdint>
 #include <string>
+#include <utility>
 
 #include <asio/io_context.hpp>
 #include <asio/local/stream_protocol.hpp>
@@ -34,7 +35,11 @@ public:
     asio::local::stream_protocol::acceptor& acceptor() { return acceptor_; }
 
 private:
+    void listen();
+
     std::string path_;
+    /// Device and inode of the file.
+    std::pair<std::uintmax_t, std::uintmax_t> identity_;
     asio::local::stream_protocol::acceptor acceptor_;
 };
 

@@ -74,20 +74,18 @@ Value parseBytes(const FieldDescription& field, const std::string& text) {
     }
 }
 
-// Far deeper than any record. Bounds the recursion of everything that follows.
-constexpr int deepestLevel = 64;
-
 Value parseJson(const FieldDescription& field, const std::string& text) {
-    const auto refuseDepth = [&](int depth, nlohmann::json::parse_event_t, const nlohmann::json&) {
-        if (depth > deepestLevel)
-            throw std::invalid_argument(fmt::format("'{}' is nested too deeply", field.name));
-        return true;
-    };
-    const auto document = nlohmann::json::parse(text, refuseDepth, false);
-    if (document.is_discarded())
-        refuse(field, fmt::format("a {} in JSON", field.type), text);
+    const auto document = [&] {
+        try {
+            return json::parseDocument(text);
+        } catch (const json::NotJson&) {
+            refuse(field, fmt::format("a {} in JSON", field.type), text);
+        } catch (const std::invalid_argument& error) {
+            throw std::invalid_argument(fmt::format("'{}' {}", field.name, error.what()));
+        }
+    }();
     try {
-        return fromJson(document);
+        return fromJson(document.root());
     } catch (const std::invalid_argument& error) {
         throw std::invalid_argument(fmt::format("'{}': {}", field.name, error.what()));
     }

@@ -4,10 +4,12 @@
 #include <cstddef>
 #include <string_view>
 
+#include <tavo/json/destination.h>
+
 namespace TAVO::cli {
 
 /// Buffered output to a descriptor. Remembers the first error.
-class Sink {
+class Sink final : public json::Destination {
 public:
     explicit Sink(int descriptor)
         : descriptor_(descriptor) {}
@@ -15,7 +17,7 @@ public:
     Sink& operator=(const Sink&) = delete;
     ~Sink() { flush(); }
 
-    void write(std::string_view bytes);
+    void write(std::string_view bytes) override;
     /// Writes out the buffer.
     void flush();
     /// The errno of the first error, 0 if there was none. Nothing is written after an error.

@@ -1,44 +1,8 @@
 #include <tavo/cli/values/value_output.h>
 
-#include <algorithm>
-#include <numeric>
-#include <vector>
-
 namespace TAVO::cli {
 
 namespace {
-
-/// The indices of a record's fields in alphabetical order.
-std::vector<std::size_t> byName(const ValueView::Record& record) {
-    std::vector<std::size_t> order(record.fields.size());
-    std::iota(order.begin(), order.end(), std::size_t{0});
-    std::sort(order.begin(), order.end(), [&](std::size_t left, std::size_t right) {
-        return record.fields[left].name < record.fields[right].name;
-    });
-    return order;
-}
-
-struct JsonForm {
-    JsonWriter& json;
-
-    void operator()(bool value) const { json.flag(value); }
-    void operator()(std::int64_t value) const { json.number(value); }
-    void operator()(std::uint64_t value) const { json.number(value); }
-    void operator()(std::string_view value) const { json.exactText(value); }
-    void operator()(ValueView::Bytes value) const { json.bytes(value); }
-    void operator()(const ValueView::List& value) const {
-        json.array([&] {
-            for (std::size_t i = 0; i < value.size; ++i)
-                writeValue(json, value[i]);
-        });
-    }
-    void operator()(const ValueView::Record& value) const {
-        json.object([&] {
-            for (const auto field : byName(value))
-                writeValue(json.key(value.fields[field].name), value[field]);
-        });
-    }
-};
 
 bool isRecord(const ValueView& value) { return std::holds_alternative<ValueView::Record>(value.data); }
 
@@ -77,8 +41,6 @@ struct TextForm {
 };
 
 } // namespace
-
-void writeValue(JsonWriter& json, const ValueView& value) { std::visit(JsonForm{json}, value.data); }
 
 void writeValue(TextWriter& text, const ValueView& value) { std::visit(TextForm{text}, value.data); }
 

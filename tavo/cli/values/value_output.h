@@ -3,12 +3,12 @@
 #include <tavo/cli/values/json_writer.h>
 #include <tavo/cli/values/text_writer.h>
 #include <tavo/client/transcode/value_view.h>
+#include <tavo/json/value_output.h>
 
 /// Writes the values of any record without copying them.
 namespace TAVO::cli {
 
-/// Writes JSON that fromJson() reads back: an object for a record, its members in alphabetical order.
-void writeValue(JsonWriter& json, const ValueView& value);
+using json::writeValue;
 
 /// On one line: `name=value` pairs, byte blocks as hexadecimal digits, texts in quotes, lists in brackets,
 /// nested records in braces.

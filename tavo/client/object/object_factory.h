@@ -96,6 +96,7 @@ protected:
 
 private:
     friend class DeviceFactory;
+    friend class LevelFetch;
 
     static constexpr unsigned mostObjects = 10'000;
 

@@ -1,6 +1,7 @@
 #include <csignal>
 #include <cstdio>
 #include <iostream>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,7 @@
 #include <tavo/client/version_number.h>
 #include <tavo/simulator/main/accounts_file.h>
 #include <tavo/simulator/main/file_mode.h>
+#include <tavo/simulator/main/tap_log_file.h>
 #include <tavo/simulator/simulator.h>
 #include <tavo/simulator/topology.h>
 
@@ -26,6 +28,7 @@ struct Arguments {
     simulator::Options options;
     std::vector<std::string> faults;
     std::string accounts;
+    std::optional<std::string> tapLog;
     bool listTopologies = false;
     bool log = false;
     bool quiet = false;
@@ -60,6 +63,10 @@ void describe(CLI::App& app, Arguments& arguments) {
         ->check(CLI::Range(-1, 3))
         ->capture_default_str();
     auto* log = app.add_flag("--log", arguments.log, "Log every call to standard error");
+    app.add_option("--tap-log", arguments.tapLog,
+                   "Write what arrives at the pins of every jtag to a file, in lines, or as a value change\n"
+                   "dump if its name ends in .vcd")
+        ->type_name("FILE");
     app.add_flag("--quiet", arguments.quiet, "Print only the line with the port")->excludes(log);
     app.set_version_flag("--version", "tavo-sim " + TAVO::ClientLibraryVersion);
     app.footer("\n" + simulator::FaultScript::grammar() +
@@ -104,7 +111,7 @@ std::string lineOf(const simulator::CallRecord& record) {
     return line;
 }
 
-int serve(simulator::Simulator& appliance, const Arguments& arguments) {
+void serve(simulator::Simulator& appliance, const Arguments& arguments) {
     asio::io_context context;
     asio::signal_set end(context, SIGINT, SIGTERM);
     end.async_wait([](const asio::error_code&, int) {});
@@ -121,7 +128,6 @@ int serve(simulator::Simulator& appliance, const Arguments& arguments) {
     if (!arguments.quiet)
         fmt::print(stderr, "stopped after {} requests on {} connections\n", appliance.requestCount(),
                    appliance.connectionCount());
-    return 0;
 }
 
 } // namespace
@@ -143,9 +149,14 @@ int main(int argc, char** argv) {
     }
     try {
         addAccounts(arguments);
+        std::optional<TapLogFile> tapLog;
         simulator::Simulator appliance(arguments.options);
         appliance.setFaults(faultScript(arguments));
-        return serve(appliance, arguments);
+        if (arguments.tapLog)
+            appliance.inspect(
+                [&](simulator::Appliance& followed) { tapLog.emplace(*arguments.tapLog, followed); });
+        serve(appliance, arguments);
+        return tapLog && !tapLog->close() ? 1 : 0;
     } catch (const std::invalid_argument& error) {
         std::cerr << "tavo-sim: " << error.what() << '\n';
         return usageError;

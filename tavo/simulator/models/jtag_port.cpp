@@ -9,10 +9,8 @@ namespace TAVO::simulator {
 namespace {
 
 constexpr std::int32_t mostCount = 1000;
-// Limit for one call, all repeats and retries together, so that it ends in good time.
-constexpr std::int64_t mostClocks = 5'000'000;
 
-std::size_t bytesFor(std::int32_t bits) { return (static_cast<std::size_t>(bits) + 7) / 8; }
+std::size_t bytesFor(std::int32_t bits) { return PackedBits::bytesFor(static_cast<std::size_t>(bits)); }
 
 bool isResting(std::int32_t state) {
     return state >= 0 && state <= static_cast<std::int32_t>(TapState::updateIr) &&
@@ -22,7 +20,7 @@ bool isResting(std::int32_t state) {
 bool accepted(std::int32_t count) { return count >= 0 && count <= mostCount; }
 
 bool accepted(const JtagPort::Expectation& expectation) {
-    if (expectation.bits < 0 || expectation.bits > JtagPort::mostBits)
+    if (expectation.bits < 0 || expectation.bits > JtagPort::mostExpectedBits)
         return false;
     const auto bytes = bytesFor(expectation.bits);
     return expectation.expected.size() == bytes && expectation.mask.size() == bytes;
@@ -52,61 +50,95 @@ JtagChain& JtagPort::chain() {
     return chain_;
 }
 
-bool JtagPort::follow(TapState target) {
+bool JtagPort::moves() {
+    chain();
     if (!board_->powered())
         return false;
-    for (const bool tms : shortestPath(chain().state(), target))
-        chain_.clock(tms, true);
-    return true;
+    const bool trst = level(Pin::trst);
+    if (std::exchange(trst_, trst) != trst && observer_)
+        observer_->trst(chain_.state(), trst);
+    if (!trst)
+        chain_.reset();
+    return trst;
+}
+
+void JtagPort::tellClock(bool tms, bool tdi) {
+    if (observer_)
+        observer_->clock(chain_.state(), tms, tdi, chain_.tdo());
+}
+
+void JtagPort::tellEnd() {
+    if (observer_)
+        observer_->callEnded();
+}
+
+void JtagPort::clock(bool tms) {
+    tellClock(tms, true);
+    chain_.clock(tms, true);
+}
+
+void JtagPort::clockTo(TapState target) {
+    for (const bool tms : shortestPath(chain_.state(), target))
+        clock(tms);
+}
+
+void JtagPort::idle(std::int32_t clocks) {
+    for (; clocks > 0; --clocks)
+        clock(false);
+}
+
+PackedBits JtagPort::shiftBits(std::span<const std::uint8_t> data, std::size_t bits) {
+    const auto state = chain_.state();
+    auto captured = chain_.shift(data, bits);
+    if (observer_)
+        for (std::size_t bit = 0; bit < bits; ++bit)
+            observer_->clock(state, bit + 1 == bits, bitOf(data, bit), captured.at(bit));
+    return captured;
 }
 
 std::vector<std::uint8_t> JtagPort::shiftOnce(Register target, std::int32_t bits,
                                               std::span<const std::uint8_t> data) {
     const auto& options = this->options(target);
     const auto termination = static_cast<TapState>(options.terminationState);
-    std::vector<std::uint8_t> captured(bytesFor(bits));
-    const auto capture = [&](std::int32_t bit, bool level) {
-        captured[static_cast<std::size_t>(bit) / 8] |= static_cast<std::uint8_t>(unsigned{level} << bit % 8);
-    };
-    if (!board_->powered()) {
-        for (std::int32_t bit = 0; bit < bits; ++bit)
-            capture(bit, true);
-        return captured;
-    }
+    if (!moves())
+        return PackedBits(static_cast<std::size_t>(bits), true).takeBytes();
 
+    PackedBits captured;
     if (options.preTck > 0) {
-        follow(TapState::runTestIdle);
-        for (std::int32_t clock = 0; clock < options.preTck; ++clock)
-            chain_.clock(false, true);
+        clockTo(TapState::runTestIdle);
+        idle(options.preTck);
     }
     if (bits > 0) {
-        follow(target == Register::instruction ? TapState::shiftIr : TapState::shiftDr);
-        for (std::int32_t bit = 0; bit < bits; ++bit)
-            capture(bit, chain_.clock(bit + 1 == bits, bitOf(data, static_cast<std::size_t>(bit))));
+        clockTo(target == Register::instruction ? TapState::shiftIr : TapState::shiftDr);
+        captured = shiftBits(data, static_cast<std::size_t>(bits));
     }
-    follow(termination);
+    clockTo(termination);
     if (termination == TapState::runTestIdle)
-        for (std::int32_t clock = 0; clock < options.postTck; ++clock)
-            chain_.clock(false, true);
-    return captured;
+        idle(options.postTck);
+    return captured.takeBytes();
 }
 
 JtagPort::Outcome JtagPort::shift(Register target, std::int32_t bits, std::span<const std::uint8_t> data) {
     if (!enabled_)
         return {return_code::disabled, {}};
-    if (bits < 0 || bits > mostBits || data.size() != bytesFor(bits))
+    if (bits < 0 || data.size() != bytesFor(bits))
         return {return_code::badArgument, {}};
     const auto& options = this->options(target);
     const bool compared = bits > 0 && options.expectation.bits == bits;
     const auto rounds = [](const Count& more) { return 1 + (more.enable ? std::int64_t{more.count} : 0); };
-    const auto clocks = std::int64_t{bits} + options.preTck + options.postTck;
-    if (clocks * rounds(options.repeat) * (compared ? rounds(options.retry) : 1) > mostClocks)
+    // Registers take time too, to be captured and updated.
+    const auto length = chain().scanLength(target == Register::instruction);
+    const auto clocks =
+        std::int64_t{bits} + options.preTck + options.postTck + static_cast<std::int64_t>(length);
+    const auto most = rounds(options.repeat) * (compared ? rounds(options.retry) : 1);
+    if (most > 1 && most * clocks > mostClocks)
         return {return_code::badArgument, {}};
     Outcome outcome;
     for (auto round = rounds(options.repeat); round > 0; --round) {
         bool met = false;
         for (auto attempt = rounds(options.retry); !met && attempt > 0; --attempt) {
             outcome.captured = shiftOnce(target, bits, data);
+            tellEnd();
             met = !compared || matches(options.expectation, outcome.captured);
         }
         if (!met) {
@@ -124,7 +156,9 @@ std::int32_t JtagPort::moveTo(std::int32_t state) {
         return return_code::disabled;
     if (!isResting(state))
         return return_code::badArgument;
-    follow(static_cast<TapState>(state));
+    if (moves())
+        clockTo(static_cast<TapState>(state));
+    tellEnd();
     return return_code::done;
 }
 
@@ -132,8 +166,9 @@ std::int32_t JtagPort::sleep(bool clocked) {
     if (!enabled_)
         return return_code::disabled;
     // One clock is enough: with TMS 0 it leaves Test-Logic-Reset, and the other resting states never change.
-    if (clocked && board_->powered())
-        chain().clock(false, true);
+    if (clocked && moves())
+        idle(1);
+    tellEnd();
     return return_code::done;
 }
 
@@ -163,13 +198,15 @@ std::int32_t JtagPort::setPin(Pin pin, Drive drive) {
         return return_code::disabled;
     const bool before = level(pin);
     pins_[static_cast<std::size_t>(pin)] = drive;
-    if (!board_->powered())
-        return return_code::done;
-    auto& wired = chain();
-    if (!level(Pin::trst))
-        wired.reset();
-    else if (pin == Pin::tck && level(Pin::tck) != before)
-        before ? wired.fall() : wired.rise(level(Pin::tms), level(Pin::tdi));
+    if (moves() && pin == Pin::tck && level(Pin::tck) != before) {
+        if (before) {
+            chain_.fall();
+        } else {
+            tellClock(level(Pin::tms), level(Pin::tdi));
+            chain_.rise(level(Pin::tms), level(Pin::tdi));
+        }
+    }
+    tellEnd();
     return return_code::done;
 }
 

@@ -3,21 +3,26 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include <tavo/simulator/export.h>
 #include <tavo/simulator/models/board.h>
 #include <tavo/simulator/models/jtag_chain.h>
+#include <tavo/simulator/models/tap_observer.h>
 
 namespace TAVO::simulator {
 
 /// The appliance's end of a JTAG connector: shifts, state moves and single pins, all on the same chain.
 ///
-/// Bit strings have bit i in bit i%8 of byte i/8; bit 0 is shifted first. While the board has no power the
-/// chain stays in Test-Logic-Reset and TDO reads 1.
+/// Bit strings have bit i in bit i%8 of byte i/8; bit 0 is shifted first. While the board has no power or
+/// TRST is low, the chain stays in Test-Logic-Reset and TDO reads 1.
 class TAVO_SIMULATOR_API JtagPort {
 public:
-    static constexpr std::int32_t mostBits = 1'000'000;
+    /// Of an expectation, which stays until the next one.
+    static constexpr std::int32_t mostExpectedBits = 1 << 24;
+    /// Of a call that repeats or retries, all rounds together, so that it ends in good time.
+    static constexpr std::int64_t mostClocks = 5'000'000;
     static constexpr std::int32_t slowest = 1'000;
     static constexpr std::int32_t fastest = 50'000'000;
     static constexpr std::int32_t defaultFrequency = 1'000'000;
@@ -72,6 +77,7 @@ public:
     /// The chain, reset by any loss of power.
     JtagChain& chain();
 
+    /// A shift has any length, unless options make it repeat: see mostClocks.
     Outcome shift(Register target, std::int32_t bits, std::span<const std::uint8_t> data);
     std::int32_t state();
     /// Moves to a resting state. Returns a return_code.
@@ -93,6 +99,9 @@ public:
     std::int32_t setPin(Pin pin, Drive drive);
     bool tdo();
 
+    /// Sets who is told what arrives at the chain from now on; null for nobody.
+    void setObserver(std::shared_ptr<TapObserver> observer) { observer_ = std::move(observer); }
+
     bool enabled() const noexcept { return enabled_; }
     void setEnabled(bool enabled) noexcept { enabled_ = enabled; }
 
@@ -102,7 +111,15 @@ public:
 
 private:
     bool level(Pin pin) const;
-    bool follow(TapState target);
+    /// Brings power and TRST to the chain. Returns whether clocks move it: it has power and is not held in
+    /// reset.
+    bool moves();
+    void clock(bool tms);
+    void tellClock(bool tms, bool tdi);
+    void tellEnd();
+    PackedBits shiftBits(std::span<const std::uint8_t> data, std::size_t bits);
+    void clockTo(TapState target);
+    void idle(std::int32_t clocks);
     std::vector<std::uint8_t> shiftOnce(Register target, std::int32_t bits,
                                         std::span<const std::uint8_t> data);
 
@@ -111,6 +128,9 @@ private:
     std::uint32_t powerOnCount_ = 0;
     ShiftOptions options_[2];
     Drive pins_[4];
+    std::shared_ptr<TapObserver> observer_;
+    // As the observer knows it.
+    bool trst_ = true;
     std::uint32_t divider_ = fastest / defaultFrequency;
     bool enabled_ = true;
 };

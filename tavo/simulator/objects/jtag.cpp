@@ -18,13 +18,22 @@ namespace jtag_v1_1 = TAVOXTranscode::jtag_v1_1;
 using namespace dto::Jtag;
 using Register = JtagPort::Register;
 
+/// SAMPLE with cells that capture an alternating pattern starting with 1, and a 32-bit register.
+std::vector<TapRegister> boundaryAndUser(std::uint64_t sample, std::size_t cells, std::uint64_t user) {
+    constexpr std::uint64_t alternating = 0x5555'5555'5555'5555;
+    return {
+        {.instruction = sample, .length = cells, .capture = PackedBits::ofNumber(cells, alternating)},
+        {.instruction = user, .length = 32, .keeps = true},
+    };
+}
+
 } // namespace
 
 std::vector<TapDescription> standardTaps() {
     return {
-        {"cpu", 8, 0x2A45D0C3, 0x02, 0x01, 24, 0x20},
-        {"chipset", 5, 0x17B1E0C3, 0x06, 0x02, 12, 0x0A},
-        {"cpld", 10, 0x0C0DE1D5, 0x159, 0x055, 16, 0x203},
+        {"cpu", 8, 0x2A45D0C3, 0x02, 0b01, boundaryAndUser(0x01, 24, 0x20)},
+        {"chipset", 5, 0x17B1E0C3, 0x06, 0b01, boundaryAndUser(0x02, 12, 0x0A)},
+        {"cpld", 10, 0x0C0DE1D5, 0x159, 0b01, boundaryAndUser(0x055, 16, 0x203)},
     };
 }
 

@@ -66,6 +66,13 @@ protected:
     std::unique_ptr<ShareProcess> start(const Words& options = {}) const {
         return std::make_unique<ShareProcess>(setupWith(Words{"share"} + options));
     }
+    /// The socket that the tool finds.
+    std::filesystem::path socketFile() const {
+        for (const auto& file : std::filesystem::directory_iterator(folder / "tavo"))
+            if (file.path().extension() == ".share")
+                return file.path();
+        return {};
+    }
     /// The tool, which finds the share by itself.
     support::ProcessOutcome shared(const Words& arguments) const {
         return support::runProcess(setupWith(arguments));

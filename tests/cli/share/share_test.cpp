@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <csignal>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -257,7 +258,7 @@ TEST_F(Share, IsAloneForItsDeviceAndUser) {
     const auto second = shared({"share"});
     EXPECT_EQ(second.exitCode, 2);
     EXPECT_THAT(second.errors, HasSubstr("this device is shared already: "));
-    const auto path = fs::directory_iterator(folder / "tavo")->path();
+    const auto path = socketFile();
     EXPECT_EQ(fs::status(path).permissions(), fs::perms::owner_read | fs::perms::owner_write);
     EXPECT_EQ(fs::status(folder / "tavo").permissions(), fs::perms::owner_all);
     share->process().signal(SIGKILL);
@@ -268,6 +269,25 @@ TEST_F(Share, IsAloneForItsDeviceAndUser) {
     EXPECT_EQ(shared({"relay", "get", "power"}).output, "off\n");
     share->end();
     EXPECT_FALSE(fs::exists(path));
+}
+
+TEST_F(Share, OfSeveralThatStartAtOnceOneGetsTheDevice) {
+    share->end();
+    for (int round = 0; round < 5; ++round) {
+        std::vector<std::unique_ptr<Process>> racing;
+        for (int i = 0; i < 4; ++i)
+            racing.push_back(std::make_unique<Process>(setupWith({"share"})));
+        const auto winners = std::count_if(racing.begin(), racing.end(), [](const auto& one) {
+            return one->firstLine().starts_with("listening");
+        });
+        EXPECT_EQ(winners, 1);
+        EXPECT_EQ(shared({"relay", "get", "power"}).output, "off\n");
+        for (const auto& one : racing)
+            one->signal(SIGTERM);
+        for (const auto& one : racing)
+            one->wait();
+        EXPECT_EQ(socketFile(), "");
+    }
 }
 
 TEST_F(Share, IsNotTrustedInAFolderOfOthers) {

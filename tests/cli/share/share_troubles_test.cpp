@@ -298,5 +298,25 @@ TEST_F(ShareTroubles, TheLogTellsWhoCalledWhatAndWhenAndHowLong) {
     EXPECT_THAT(events, testing::IsSupersetOf({"opened", "connected", "request", "disconnected", "end"}));
 }
 
+TEST_F(ShareTroubles, TheLogTellsTheLastRequestToo) {
+    share->end();
+    share = start({"--log", (folder / "log.jsonl").string()});
+    const auto device = open();
+    const auto wait = device->getSystem()->getUWaitMethod(300000);
+    auto call = std::async(std::launch::async, [&] { device->call(wait); });
+    ASSERT_TRUE(soon([&] { return !callsOf("system", "uwait").empty(); }));
+    share->end();
+    call.get();
+    std::ifstream in(folder / "log.jsonl");
+    int told = 0;
+    for (std::string line; std::getline(in, line);)
+        if (const auto entry = jsonOf(line);
+            entry["event"] == "request" && entry["calls"] == nlohmann::json{"system.uwait"}) {
+            ++told;
+            EXPECT_FALSE(entry.contains("lost"));
+        }
+    EXPECT_EQ(told, 1);
+}
+
 } // namespace
 } // namespace tool_test

@@ -16,8 +16,17 @@ using Pin = JtagPort::Pin;
 constexpr std::uint32_t nearId = 0x2A45D0C3;
 constexpr std::uint32_t farId = 0x17B1E0C3;
 
+constexpr std::uint64_t nearUser = 0x20;
+
 std::vector<TapDescription> twoTaps() {
-    return {{"near", 8, nearId, 0x02, 0x01, 5, 0x20}, {"far", 5, farId, 0x06, 0x02, 7, 0x0A}};
+    const auto boundary = [](std::uint64_t sample, std::size_t cells) {
+        return TapRegister{sample, cells, PackedBits::ofNumber(cells, 0x55)};
+    };
+    const auto user = [](std::uint64_t instruction) {
+        return TapRegister{.instruction = instruction, .length = 32, .keeps = true};
+    };
+    return {{"near", 8, nearId, 0x02, 0b01, {boundary(0x01, 5), user(nearUser)}},
+            {"far", 5, farId, 0x06, 0b01, {boundary(0x02, 7), user(0x0A)}}};
 }
 
 struct JtagPortTest : testing::Test, tests::HandClock {
@@ -35,6 +44,7 @@ struct JtagPortTest : testing::Test, tests::HandClock {
         how(options);
         ASSERT_EQ(port.setOptions(target, options), return_code::done);
     }
+    PackedBits& user() { return port.chain().taps()[0].content(nearUser); }
     void drive(Pin pin, bool level) { ASSERT_EQ(port.setPin(pin, {true, level}), return_code::done); }
     bool pulse(bool tms, bool tdi) {
         drive(Pin::tms, tms);
@@ -80,9 +90,9 @@ TEST_F(JtagPortTest, TheUserRegisterKeepsWhatIsWritten) {
     // Near: USER (0x20); far: BYPASS (0x1F), one bit, behind the 32 of the near one.
     shifted(instruction, 13, {0x20, 0x1F});
     shifted(data, 33, {0x78, 0x56, 0x34, 0x12, 0x00});
-    EXPECT_EQ(port.chain().taps()[0].user(), 0x12345678u);
+    EXPECT_EQ(user().number(), 0x12345678u);
     EXPECT_EQ(shifted(data, 33, {0, 0, 0, 0, 0}), (Bytes{0x78, 0x56, 0x34, 0x12, 0x00}));
-    EXPECT_EQ(port.chain().taps()[0].user(), 0u);
+    EXPECT_EQ(user().number(), 0u);
 }
 
 TEST_F(JtagPortTest, SampleCapturesTheBoundaryCells) {
@@ -135,6 +145,40 @@ TEST_F(JtagPortTest, TrstLowResetsAtOnceAndHolds) {
     EXPECT_EQ(shifted(data, 32, {0, 0, 0, 0}), (Bytes{0xC3, 0xD0, 0x45, 0x2A}));
 }
 
+TEST_F(JtagPortTest, NothingShiftsWhileTrstIsLow) {
+    shifted(instruction, 13, {0xFF, 0x1F});
+    drive(Pin::trst, false);
+    EXPECT_EQ(shifted(instruction, 13, {0x20, 0x0A}), (Bytes{0xFF, 0x1F}));
+    EXPECT_EQ(port.moveTo(1), return_code::done);
+    EXPECT_EQ(port.sleep(true), return_code::done);
+    EXPECT_EQ(port.state(), 0);
+    drive(Pin::trst, true);
+    EXPECT_EQ(shifted(data, 32, {0, 0, 0, 0}), (Bytes{0xC3, 0xD0, 0x45, 0x2A}));
+}
+
+TEST_F(JtagPortTest, ATapWithoutAnIdentificationIsInBypassAfterReset) {
+    JtagPort bare(board, {{.name = "bare", .irLength = 4, .irCapture = 0b1101}, twoTaps()[1]});
+    EXPECT_EQ(bare.shift(instruction, 9, Bytes{0, 0}).captured, (Bytes{0x1D, 0}));
+    bare.moveTo(0);
+    EXPECT_EQ(bare.shift(data, 33, Bytes(5)).captured, (Bytes{0x86, 0xC1, 0x63, 0x2F, 0x00}));
+}
+
+TEST_F(JtagPortTest, AnInstructionRegisterHasUpTo64Bits) {
+    const std::uint64_t wide = 0x8000'0001'0000'0002;
+    JtagPort port64(
+        board,
+        {{.name = "wide", .irLength = 64, .registers = {{wide, 72, PackedBits::ofNumber(72, 0xAB), true}}}});
+    EXPECT_EQ(port64.shift(instruction, 64, Bytes{2, 0, 0, 0, 1, 0, 0, 0x80}).captured,
+              (Bytes{1, 0, 0, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(port64.chain().taps()[0].instruction(), wide);
+    const Bytes written{9, 8, 7, 6, 5, 4, 3, 2, 1};
+    EXPECT_EQ(port64.shift(data, 72, written).captured, (Bytes{0xAB, 0, 0, 0, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(port64.shift(data, 72, written).captured, written);
+    for (const unsigned length : {0u, 1u, 65u})
+        EXPECT_THROW(Tap({.irLength = length}), std::invalid_argument) << length;
+    EXPECT_THROW(Tap({.irLength = 4, .registers = {{.instruction = 2}}}), std::invalid_argument);
+}
+
 TEST_F(JtagPortTest, AnExpectationComparesUnderItsMask) {
     port.moveTo(0);
     change(data, [](auto& options) {
@@ -158,7 +202,7 @@ TEST_F(JtagPortTest, ARetryShiftsAgainUntilTheBitsAreTheExpectedOnes) {
         options.retry = {1, true};
     });
     EXPECT_EQ(port.shift(data, 33, Bytes{0x01, 0, 0, 0, 0}).code, return_code::done);
-    port.chain().taps()[0].setUser(0);
+    user() = PackedBits(32);
     change(data, [](auto& options) { options.retry.enable = false; });
     EXPECT_EQ(port.shift(data, 33, Bytes{0x01, 0, 0, 0, 0}).code, return_code::mismatch);
 }
@@ -173,9 +217,38 @@ TEST_F(JtagPortTest, WrongCountsAndLengthsAreRefused) {
     EXPECT_EQ(port.shift(data, -1, {}).code, return_code::badArgument);
     EXPECT_EQ(port.shift(data, 9, Bytes(1)).code, return_code::badArgument);
     EXPECT_EQ(port.shift(data, 8, Bytes(2)).code, return_code::badArgument);
-    EXPECT_EQ(port.shift(data, JtagPort::mostBits + 1, Bytes(125'001)).code, return_code::badArgument);
-    change(data, [](auto& options) { options.repeat = {1000, true}; });
-    EXPECT_EQ(port.shift(data, JtagPort::mostBits, Bytes(125'000)).code, return_code::badArgument);
+}
+
+TEST_F(JtagPortTest, AShiftIsAsLongAsItsDataUnlessItRepeats) {
+    constexpr std::int32_t bits = 6'000'000;
+    const Bytes long_(bits / 8, 0xA5);
+    shifted(instruction, 13, {0xFF, 0x1F});
+    const auto captured = shifted(data, bits, long_);
+    // Two bits later than it went in.
+    EXPECT_EQ(captured[0], 0x94);
+    EXPECT_EQ(captured, [] {
+        Bytes expected(bits / 8, 0x96);
+        expected[0] = 0x94;
+        return expected;
+    }());
+    change(data, [](auto& options) { options.repeat = {1, true}; });
+    EXPECT_EQ(port.shift(data, bits, long_).code, return_code::badArgument);
+    change(data, [](auto& options) {
+        options.repeat.enable = false;
+        options.retry = {1, true};
+    });
+    EXPECT_EQ(port.shift(data, bits, long_).code, return_code::done) << "nothing is compared";
+    change(data, [&](auto& options) { options.expectation = {bits, long_, long_}; });
+    EXPECT_EQ(port.shift(data, bits, long_).code, return_code::badArgument);
+}
+
+TEST_F(JtagPortTest, AnExpectationIsBounded) {
+    JtagPort::ShiftOptions options;
+    const auto bytes = static_cast<std::size_t>(JtagPort::mostExpectedBits) / 8;
+    options.expectation = {JtagPort::mostExpectedBits, Bytes(bytes), Bytes(bytes)};
+    EXPECT_EQ(port.setOptions(data, options), return_code::done);
+    options.expectation = {JtagPort::mostExpectedBits + 1, Bytes(bytes + 1), Bytes(bytes + 1)};
+    EXPECT_EQ(port.setOptions(data, options), return_code::badArgument);
 }
 
 TEST_F(JtagPortTest, WhatTakesTooManyClocksIsRefusedWhateverTheyAreSpentOn) {
@@ -197,7 +270,7 @@ TEST_F(JtagPortTest, WhatTakesTooManyClocksIsRefusedWhateverTheyAreSpentOn) {
         options.expectation = {};
         options.repeat = {5, true};
     });
-    EXPECT_EQ(port.shift(data, JtagPort::mostBits, Bytes(125'000)).code, return_code::badArgument);
+    EXPECT_EQ(port.shift(data, 1'000'000, Bytes(125'000)).code, return_code::badArgument);
 }
 
 TEST_F(JtagPortTest, NothingMovesWhileDisabled) {
@@ -210,12 +283,12 @@ TEST_F(JtagPortTest, NothingMovesWhileDisabled) {
 
 TEST_F(JtagPortTest, WithoutPowerTdoReadsOnesAndUserRegistersAreLost) {
     shifted(instruction, 13, {0x20, 0x1F});
-    port.chain().taps()[0].setUser(7);
+    user() = PackedBits::ofNumber(32, 7);
     board->setPower(false);
     EXPECT_EQ(shifted(data, 12, {0, 0}), (Bytes{0xFF, 0x0F}));
     EXPECT_EQ(port.state(), 0);
     board->setPower(true);
-    EXPECT_EQ(port.chain().taps()[0].user(), 0u);
+    EXPECT_EQ(user().number(), 0u);
     EXPECT_EQ(shifted(data, 32, {0, 0, 0, 0}), (Bytes{0xC3, 0xD0, 0x45, 0x2A}));
 }
 

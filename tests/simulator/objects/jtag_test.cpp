@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <tavo/simulator/models/tap_log.h>
 #include <tavo/simulator/objects/jtag.h>
 #include <tavo/simulator/return_codes.h>
 #include <tests/simulator/simulator_fixture.h>
@@ -211,6 +212,21 @@ TEST_F(JtagProxyTest, EveryCompositeHasAChainOfItsOwn) {
         EXPECT_EQ(shift->value().data, cpuIdcode);
     }
     EXPECT_EQ(state(), 6);
+}
+
+TEST_F(JtagProxyTest, AnObserverIsToldWhatArrives) {
+    std::string lines;
+    simulator.inspect([&](Appliance& appliance) {
+        auto log = std::make_shared<TapLog>("cpu0.jtag", [&](std::string_view piece) { lines += piece; });
+        appliance.get<Jtag>("cpu0.jtag").port().setObserver(std::move(log));
+    });
+    done(jtag->getTapStateSetMethod(1));
+    done(jtag->getTapStateSetMethod(0));
+    shiftedIr(chainIrBits, cpuIdcodeOthersBypass);
+    shiftedDr(32, {0, 0, 0, 0});
+    EXPECT_EQ(simulator.inspect([&](Appliance&) { return lines; }), "cpu0.jtag reset\n"
+                                                                    "cpu0.jtag ir 23 7fff02 002101\n"
+                                                                    "cpu0.jtag dr 32 00000000 2a45d0c3\n");
 }
 
 TEST_F(JtagProxyTest, HeaderStatusTellsOfAPowerOn) {

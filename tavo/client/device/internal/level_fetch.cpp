@@ -27,7 +27,6 @@ constexpr std::size_t mostBytes = std::size_t{32} * 1024 * 1024;
 /// What is longer is asked for again: a batch of such results would take memory without bounds.
 constexpr std::size_t largestKept = std::size_t{256} * 1024;
 constexpr unsigned mostRefusals = 8;
-constexpr std::size_t mostObjects = 10'000;
 
 constexpr auto described = std::array{base_v1_0::type.name, base_v1_0::version.name, base_v1_0::members.name};
 
@@ -112,7 +111,7 @@ std::size_t LevelFetch::askSome(const Calls& calls, std::size_t first, std::size
     try {
         device_->callMethods({begin, begin + static_cast<std::ptrdiff_t>(count)});
     } catch (const Error& failure) {
-        if (failure.facts().origin != ErrorOrigin::device)
+        if (failure.facts().origin != ErrorOrigin::device || !failure.facts().connectionUsable)
             throw;
         gaveUp_ = !concernsOneCall(failure) || ++refusals_ > mostRefusals;
         const auto answered =
@@ -157,7 +156,7 @@ std::vector<std::unique_ptr<LevelFetch::Asked>> LevelFetch::describe(const std::
     std::vector<std::unique_ptr<Asked>> objects;
     Calls calls;
     for (const auto& node : level) {
-        if (known_.size() == mostObjects || !known_.insert(node.instanceId).second)
+        if (known_.size() == ObjectFactory::mostObjects || !known_.insert(node.instanceId).second)
             continue;
         objects.push_back(std::make_unique<Asked>(device_, node));
         calls.push_back(objects.back()->call(base_v1_0::methods.name));
@@ -195,7 +194,7 @@ void LevelFetch::addMembers(const Asked& object, const ChosenPaths& paths, std::
         return;
     const bool whole = object.isWhole() || (type && typesWithFactory_.contains(type->type));
     for (const auto& member : listed->members) {
-        if (nodes.size() == mostObjects)
+        if (nodes.size() == ObjectFactory::mostObjects)
             return;
         if (whole)
             nodes.push_back({member.name, member.id, true});
@@ -223,7 +222,7 @@ void LevelFetch::fetchRootMembers(const Object_v1_0& deviceObject, std::vector<N
         if (const auto roots =
                 answerOf<dto::Device::RootMembersReply>(asked, name, device_v1_0::decode_rootMembers))
             for (const auto& member : roots->members)
-                if (others.size() < mostObjects)
+                if (others.size() < ObjectFactory::mostObjects)
                     addChosen(member.name, member, paths, others);
     }
     fetchTrees(std::move(others), paths);

@@ -15,6 +15,7 @@
 #include <tavo/simulator/objects/i2c.h>
 #include <tavo/simulator/objects/internal/json_entries.h>
 #include <tavo/simulator/objects/internal/object_description.h>
+#include <tavo/simulator/objects/internal/tap_entries.h>
 #include <tavo/simulator/objects/jtag.h>
 #include <tavo/simulator/objects/lpc.h>
 #include <tavo/simulator/objects/rack.h>
@@ -135,13 +136,22 @@ Made makeAlone(Request&) {
     return std::make_unique<Object>();
 }
 
-/// For objects with versions 1.0 and 1.1: picks the one whose methods the version's proxy has.
-template <class Object>
-Made makeVersioned(Request& request) {
+/// For types with versions 1.0 and 1.1: the one whose methods the version's proxy has.
+std::string modelledVersion(const Request& request) {
     registerLibraryTypes();
     const auto* table = findObjectTable(request.type, Version(request.version));
-    const bool isFirst = table && table->version == "1.0";
-    return std::make_unique<Object>(isFirst ? "1.0" : "1.1", request.appliance.board());
+    return table && table->version == "1.0" ? "1.0" : "1.1";
+}
+
+template <class Object>
+Made makeVersioned(Request& request) {
+    return std::make_unique<Object>(modelledVersion(request), request.appliance.board());
+}
+
+Made makeJtag(Request& request) {
+    const auto* taps = request.options.find("taps");
+    return std::make_unique<Jtag>(modelledVersion(request), request.appliance.board(),
+                                  taps ? readTaps(*taps) : standardTaps());
 }
 
 using Builder = Made (*)(Request&);
@@ -157,7 +167,7 @@ const std::map<std::string_view, Builder>& builders() {
         {"gpuScan", makeOnBoard<GpuScan>},
         {"hdt", makeVersioned<Hdt>},
         {"i2c", makeI2c},
-        {"jtag", makeVersioned<Jtag>},
+        {"jtag", makeJtag},
         {"kelvorGpuDebugMux", makeAlone<KelvorGpuDebugMux>},
         {"lpc", makeOnBoard<Lpc>},
         {"lpcPostCode", makePostCode},

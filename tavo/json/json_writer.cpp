@@ -1,19 +1,31 @@
-#include <tavo/cli/values/json_writer.h>
+#include <tavo/json/json_writer.h>
 
 #include <array>
+#include <charconv>
 #include <string>
 #include <utility>
 
-#include <fmt/format.h>
+#include <tavo/json/utf8.h>
 
-#include <tavo/cli/values/utf8.h>
-
-namespace TAVO::cli {
+namespace TAVO::json {
 
 namespace {
 
 /// The fast path for most characters.
 bool standsForItself(char c) { return c >= 0x20 && c < 0x7F && c != '"' && c != '\\'; }
+
+constexpr std::string_view digits = "0123456789abcdef";
+
+/// The escape of a unit of UTF-16.
+std::string unitEscape(char32_t unit) {
+    return {'\\', 'u', digits[unit >> 12], digits[unit >> 8 & 15], digits[unit >> 4 & 15], digits[unit & 15]};
+}
+
+template <class Number>
+std::string_view decimal(Number value, std::span<char> space) {
+    const auto end = std::to_chars(space.data(), space.data() + space.size(), value).ptr;
+    return {space.data(), end};
+}
 
 /// The escape of a character; empty if it needs none.
 std::string escapeOf(char32_t codePoint) {
@@ -25,9 +37,9 @@ std::string escapeOf(char32_t codePoint) {
     if (!isUnseen(codePoint))
         return {};
     if (codePoint <= 0xFFFF)
-        return fmt::format("\\u{:04x}", static_cast<std::uint32_t>(codePoint));
-    const auto offset = static_cast<std::uint32_t>(codePoint) - 0x10000;
-    return fmt::format("\\u{:04x}\\u{:04x}", 0xD800 + (offset >> 10), 0xDC00 + (offset & 0x3FF));
+        return unitEscape(codePoint);
+    const auto offset = codePoint - 0x10000;
+    return unitEscape(0xD800 + (offset >> 10)) + unitEscape(0xDC00 + (offset & 0x3FF));
 }
 
 } // namespace
@@ -75,8 +87,15 @@ void JsonWriter::plain(std::string_view value) {
     sink_.write(value);
 }
 
-void JsonWriter::signedNumber(std::int64_t value) { plain(fmt::format_int(value).c_str()); }
-void JsonWriter::unsignedNumber(std::uint64_t value) { plain(fmt::format_int(value).c_str()); }
+void JsonWriter::signedNumber(std::int64_t value) {
+    std::array<char, 20> space;
+    plain(decimal(value, space));
+}
+
+void JsonWriter::unsignedNumber(std::uint64_t value) {
+    std::array<char, 20> space;
+    plain(decimal(value, space));
+}
 
 void JsonWriter::text(std::string_view value) {
     plain("\"");
@@ -115,8 +134,7 @@ void JsonWriter::bytes(std::span<const std::uint8_t> value) {
 void JsonWriter::hexadecimal(std::span<const std::uint8_t> value) {
     plain("\"");
     for (const auto byte : value) {
-        constexpr const char* digit = "0123456789abcdef";
-        const std::array pair = {digit[byte >> 4], digit[byte & 15]};
+        const std::array pair = {digits[byte >> 4], digits[byte & 15]};
         sink_.write({pair.data(), pair.size()});
     }
     sink_.write("\"");
@@ -144,4 +162,4 @@ void JsonWriter::write(const nlohmann::json& document) {
     }
 }
 
-} // namespace TAVO::cli
+} // namespace TAVO::json

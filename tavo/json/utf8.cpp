@@ -1,10 +1,10 @@
-#include <tavo/cli/values/utf8.h>
+#include <tavo/json/utf8.h>
 
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
 
-namespace TAVO::cli {
+namespace TAVO::json {
 
 namespace {
 
@@ -85,4 +85,4 @@ bool isUnseen(char32_t codePoint) noexcept {
     });
 }
 
-} // namespace TAVO::cli
+} // namespace TAVO::json

@@ -1,0 +1,11 @@
+# The source tarball: cpack --config <build>/CPackSourceConfig.cmake. It has the files that git tracks.
+set(CPACK_PACKAGE_NAME tavo_client)
+set(CPACK_PACKAGE_VERSION "${PROJECT_VERSION}")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+set(CPACK_PACKAGE_VENDOR "The tavo_client maintainers")
+set(CPACK_GENERATOR TXZ)
+set(CPACK_SOURCE_GENERATOR TXZ)
+set(CPACK_SOURCE_PACKAGE_FILE_NAME "tavo_client-${PROJECT_VERSION}")
+set(CPACK_PROJECT_CONFIG_FILE "${PROJECT_SOURCE_DIR}/cmake/SourceFiles.cmake")
+set(CPACK_VERBATIM_VARIABLES ON)
+include(CPack)

@@ -1,0 +1,5 @@
+# Sourced by scripts/test.
+
+test_package() {
+    check packages scripts/package --test || true
+}

@@ -1,0 +1,86 @@
+#pragma once
+
+#include <array>
+#include <chrono>
+#include <condition_variable>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include <asio/steady_timer.hpp>
+
+#include <tavo/server/listener.h>
+
+namespace TAVO::cli {
+
+/// The connection of one client. One thread reads and writes here; another, which runs the socket's context,
+/// moves the bytes meanwhile, so that a client is read from while the device is busy.
+class Visitor : public std::enable_shared_from_this<Visitor> {
+public:
+    using Milliseconds = std::chrono::milliseconds;
+    enum class Arrival { bytes, nothing, end };
+
+    /// How many bytes are kept before the client has to wait.
+    struct Bounds {
+        std::size_t received = std::size_t{1} << 20;
+        std::size_t unsent = std::size_t{1} << 20;
+    };
+
+    Visitor(server::Socket socket, const Bounds& bounds);
+    /// Begins to read.
+    void start();
+
+    /// Puts some of what has come in place of `bytes`. If there is nothing, waits for it; no longer than
+    /// `patience`, if that is given. A client that has ended sending has `patienceAtEnd` until what it sent
+    /// is dropped.
+    /// @throws Interrupted when a signal came.
+    Arrival take(std::vector<std::uint8_t>& bytes, std::optional<Milliseconds> patience);
+    /// Sends. Waits while too much is unsent; does nothing when the client has gone.
+    /// @throws Interrupted when a signal came.
+    void send(std::span<const std::uint8_t> bytes);
+    /// Closes the connection when all is sent, for which a client has `patienceAtEnd`, and read.
+    /// @throws Interrupted when a signal came.
+    void finish();
+    /// Closes the connection at once.
+    void close();
+
+    static constexpr std::chrono::seconds patienceAtEnd{4};
+
+private:
+    template <class Condition>
+    void await(std::unique_lock<std::mutex>& lock, Condition condition,
+               std::optional<std::chrono::steady_clock::time_point> end = {});
+    std::size_t heldBytes() const { return received_.size() - taken_; }
+    bool isUnsent() const { return !unsent_.empty() || isWriting_; }
+
+    // In the thread of the context.
+    void read();
+    void readMore(std::size_t count);
+    void write();
+    void limitTheEnd();
+    void shutDown();
+
+    server::Socket socket_;
+    asio::steady_timer limit_;
+    const Bounds bounds_;
+    std::array<std::uint8_t, 65536> arriving_;
+    std::vector<std::uint8_t> sending_;
+
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::vector<std::uint8_t> received_;
+    std::size_t taken_ = 0; ///< of received_
+    std::vector<std::uint8_t> unsent_;
+    bool isReading_ = false;
+    bool isWriting_ = false;
+    bool hasEnded_ = false;   ///< the client sends no more
+    bool isDropping_ = false; ///< what comes
+    bool isClosed_ = false;
+};
+
+} // namespace TAVO::cli
