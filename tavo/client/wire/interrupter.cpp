@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <thread>
+#include <utility>
 
 #include <tavo/client/wire/internal/socket.h>
 
@@ -29,6 +30,13 @@ void Interrupter::interrupt() noexcept {
         if (pending || interrupts_ == counted)
             return;
     }
+}
+
+void Interrupter::endWhen(std::function<bool()> shouldEnd) { shouldEnd_ = std::move(shouldEnd); }
+
+void Interrupter::ask() noexcept {
+    if (shouldEnd_ && shouldEnd_())
+        interrupt();
 }
 
 Interrupter::Count Interrupter::beginExchange() noexcept {

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 
 #include <tavo/client/export.h>
 
@@ -38,6 +39,13 @@ public:
     /// closes a connection it may wait for one caller that is about to cut it, but never for more than one.
     void interrupt() noexcept;
 
+    /// For programs whose signal handlers only leave a note: lets `shouldEnd` be asked in the device's
+    /// thread while an exchange waits, soon after a signal handler has run in that thread, and otherwise
+    /// every 50 ms. When it says true, the exchange ends as by interrupt(). It must not throw, and not use
+    /// the device. An empty function, as at first, asks nobody. Each wait for the device costs one poll more
+    /// meanwhile. Works with a SocketTransport; set it while no exchange runs.
+    void endWhen(std::function<bool()> shouldEnd);
+
     /// Makes one operation of several exchanges: an interrupt during its life ends the exchange that is
     /// running and every later one as well. An interrupt from before costs the connection, but ends none of
     /// them. Operations may be nested.
@@ -69,6 +77,10 @@ private:
     /// or without one all until now. They do not touch a socket that is published from now on.
     Count beginExchange() noexcept;
     bool isInterruptedSince(Count begin) const noexcept { return interrupts_ != begin; }
+    /// Whether there is something to ask, see endWhen().
+    bool asks() const noexcept { return static_cast<bool>(shouldEnd_); }
+    /// Interrupts if the function of endWhen() says so.
+    void ask() noexcept;
     /// Lets interrupts act on this socket, and no longer on the one published before. False when it was
     /// published already.
     bool publish(std::intptr_t socket) noexcept;
@@ -89,6 +101,7 @@ private:
     std::intptr_t published_ = noSocket;
     Count operationBegin_ = 0;
     std::uint32_t operations_ = 0;
+    std::function<bool()> shouldEnd_;
 
     static_assert(std::atomic<std::intptr_t>::is_always_lock_free && std::atomic<Count>::is_always_lock_free,
                   "a signal handler may only use atomics without locks");

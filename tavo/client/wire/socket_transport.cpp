@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <chrono>
 #include <cstring>
 #include <limits>
 #include <stdexcept>
@@ -17,6 +18,9 @@ namespace TAVO {
 namespace {
 
 constexpr std::size_t readAheadCapacity = std::size_t{64} * 1024;
+
+/// How long a wait goes on before the function of Interrupter::endWhen() is asked again.
+constexpr std::chrono::milliseconds longestStep(50);
 
 const char* introduction(sockets::ConnectStep step) {
     switch (step) {
@@ -94,7 +98,9 @@ void SocketTransport::endLate() {
     throw NetworkError("Call to device timed out.");
 }
 
-void SocketTransport::awaitWithinLimit(bool toSend) {
+bool SocketTransport::waitsInSteps() const noexcept { return deadline_.limit() || interrupter_->asks(); }
+
+void SocketTransport::awaitReady(bool toSend) {
     const auto readiness = toSend ? sockets::Readiness::toSend : sockets::Readiness::toReceive;
     bool ready = false;
     while (!ready) {
@@ -103,7 +109,11 @@ void SocketTransport::awaitWithinLimit(bool toSend) {
         if (deadline_.isOver())
             endLate();
         ++counters_.polls;
-        ready = sockets::awaitReady(socket_, readiness, *deadline_.left());
+        const auto left = deadline_.left().value_or(longestStep);
+        ready = sockets::awaitReady(socket_, readiness,
+                                    interrupter_->asks() ? std::min(left, longestStep) : left);
+        if (!ready)
+            interrupter_->ask();
     }
 }
 
@@ -123,7 +133,10 @@ void SocketTransport::connectAnew() {
     close();
     connectionBegin_ = exchangeBegin_;
     ++counters_.connects;
-    const auto givesUp = [this] { return isInterrupted() || deadline_.isOver(); };
+    const auto givesUp = [this] {
+        interrupter_->ask();
+        return isInterrupted() || deadline_.isOver();
+    };
     std::optional<sockets::ConnectFailure> failure;
     if (isBeyondAllPorts(port_))
         failure = {sockets::ConnectStep::resolve, sockets::noSuchPortText()};
@@ -208,16 +221,16 @@ void SocketTransport::prepareToSend() {
 std::size_t SocketTransport::sendSome(std::span<const std::span<const std::uint8_t>> runs) {
     while (true) {
         ++counters_.sends;
-        const auto sent = deadline_.limit() ? sockets::sendWithoutWaiting(socket_, runs)
-                                            : sockets::sendGathered(socket_, runs);
+        const auto sent = waitsInSteps() ? sockets::sendWithoutWaiting(socket_, runs)
+                                         : sockets::sendGathered(socket_, runs);
         if (sent.error != 0) {
             if (isInterrupted())
                 endInterrupted();
             throw NetworkError("Error transmitting message call to device." + sockets::errorText(sent.error));
         }
-        if (sent.bytes > 0 || !deadline_.limit())
+        if (sent.bytes > 0 || !waitsInSteps())
             return sent.bytes;
-        awaitWithinLimit(true);
+        awaitReady(true);
     }
 }
 
@@ -266,8 +279,8 @@ std::size_t SocketTransport::takeReadAhead(std::uint8_t* destination, std::uint6
 }
 
 std::size_t SocketTransport::receiveSome(std::uint8_t* destination, std::uint64_t length) {
-    if (deadline_.limit())
-        awaitWithinLimit(false);
+    if (waitsInSteps())
+        awaitReady(false);
     ++counters_.receives;
     const auto limit =
         static_cast<std::size_t>(std::min<std::uint64_t>(length, std::numeric_limits<std::size_t>::max()));

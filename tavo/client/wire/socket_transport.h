@@ -25,8 +25,8 @@ struct TransportCounters {
 ///
 /// A request costs one poll and one send. A reply that arrives at once costs one receive, since whatever the
 /// system has ready is read ahead into a buffer of 64 KiB. Socket options are the system's defaults. Calls
-/// block as long as it takes; with a time limit each receive costs one more poll. A broken connection never
-/// raises a signal, and signals do not end a wait.
+/// block as long as it takes; with a time limit, or Interrupter::endWhen, each receive costs one more poll. A
+/// broken connection never raises a signal, and signals do not end a wait.
 ///
 /// Every failure is a NetworkError, and what it leaves behind depends on its cause:
 ///  - connecting fails: the transport is closed, and the next send connects first.
@@ -130,7 +130,9 @@ private:
     bool isInterrupted() const noexcept;
     [[noreturn]] void endInterrupted();
     [[noreturn]] void endLate();
-    void awaitWithinLimit(bool toSend);
+    /// Whether waits have an end besides the peer's answer, so that no send or receive may block.
+    bool waitsInSteps() const noexcept;
+    void awaitReady(bool toSend);
     [[noreturn]] void failReceive(int error);
     void connectAnew();
     void connectUnlessKept();

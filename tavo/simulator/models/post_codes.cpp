@@ -43,6 +43,12 @@ void PostCodes::clear() {
     fifo_.clear();
 }
 
+void PostCodes::write(std::uint8_t code) {
+    catchUp();
+    if (const auto since = board().sincePowerOn())
+        capture(code, *since);
+}
+
 bool PostCodes::overflow() {
     catchUp();
     return overflow_;

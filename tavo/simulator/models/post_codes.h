@@ -54,6 +54,8 @@ public:
     /// Oldest first. Does not remove them.
     std::vector<Entry> entries();
     void clear();
+    /// Takes a code that the board writes now, besides those of its boot. Does nothing without power.
+    void write(std::uint8_t code);
     /// Whether an entry has been lost since the last clearOverflow().
     bool overflow();
     void clearOverflow();

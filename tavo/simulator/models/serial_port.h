@@ -43,6 +43,8 @@ public:
     /// Takes up to `count` of the received bytes.
     std::int32_t receive(std::int32_t count, std::vector<std::uint8_t>& data);
 
+    /// What the port is wired to.
+    SerialConsole& console() const noexcept { return *console_; }
     /// Empty while closed.
     const std::optional<Settings>& settings() const noexcept { return settings_; }
 

@@ -54,6 +54,20 @@ TEST_F(PostCodesTest, FollowABootInOrderOfTimeToItsEnd) {
     EXPECT_EQ(codes.last(), PostCodes::bootEnd);
 }
 
+TEST_F(PostCodesTest, TakeCodesThatTheBoardWritesBesidesItsBoot) {
+    codes.write(0x55);
+    EXPECT_EQ(codes.last(), -1);
+    EXPECT_TRUE(codes.entries().empty());
+    board->setPower(true);
+    advance(100);
+    codes.write(0x55);
+    EXPECT_EQ(codes.last(), 0x55);
+    EXPECT_EQ(codes.entries(), (std::vector{Entry{0x55, 0x80, true, 100}}));
+    codes.setEnabled(false);
+    codes.write(0x56);
+    EXPECT_EQ(codes.last(), 0x55);
+}
+
 TEST_F(PostCodesTest, AreTheSameWhetherWatchedOrReadAtTheEnd) {
     PostCodes watched{board, fromRom};
     board->setPower(true);

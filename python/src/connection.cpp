@@ -1,0 +1,222 @@
+#include "connection.h"
+
+#include <algorithm>
+#include <set>
+#include <utility>
+
+#include <unistd.h>
+
+#include <tavo/client/device/device_factory.h>
+#include <tavo/client/exchange/tavox_device.h>
+#include <tavo/client/object/object.h>
+
+#include "failure.h"
+
+namespace TAVO::python {
+
+namespace {
+
+constexpr std::chrono::milliseconds pauseOfTurn(50);
+/// What giving back the lock may take when nobody can choose.
+constexpr std::chrono::milliseconds longestRelease(2000);
+
+/// Used with the GIL only; never destroyed, because connections may outlive the module.
+std::set<Connection*>& connections() {
+    static auto& all = *new std::set<Connection*>;
+    return all;
+}
+
+/// Keeps the pending exception while other Python code runs.
+class PendingException {
+public:
+    PendingException() { PyErr_Fetch(&type_, &value_, &traceback_); }
+    PendingException(const PendingException&) = delete;
+    PendingException& operator=(const PendingException&) = delete;
+    ~PendingException() { PyErr_Restore(type_, value_, traceback_); }
+
+private:
+    PyObject* type_ = nullptr;
+    PyObject* value_ = nullptr;
+    PyObject* traceback_ = nullptr;
+};
+
+} // namespace
+
+/// The right to use the device, of one thread.
+class Connection::Turn {
+public:
+    explicit Turn(Connection& connection)
+        : connection_(connection) {
+        if (connection.owner_ == std::this_thread::get_id()) {
+            PyErr_SetString(PyExc_RuntimeError, "the device is in the middle of a call of this thread");
+            throw py::error_already_set();
+        }
+        while (!connection.turn_.try_lock()) {
+            bool wentOn = true;
+            {
+                NoGil outside;
+                if (connection.turn_.try_lock_for(pauseOfTurn))
+                    break;
+                wentOn = outside.handleSignals();
+            }
+            if (!wentOn)
+                throw py::error_already_set();
+        }
+        connection.owner_ = std::this_thread::get_id();
+    }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+    ~Turn() {
+        connection_.owner_ = std::thread::id();
+        connection_.turn_.unlock();
+    }
+
+private:
+    Connection& connection_;
+};
+
+Connection::Connection(std::shared_ptr<Interrupter> interrupter)
+    : interrupter_(std::move(interrupter))
+    , generation_(process::generation()) {
+    interrupter_->endWhen([this] {
+        if (!outside_ || signalRaised_)
+            return false;
+        if (process::isEnding())
+            return !closing_;
+        signalRaised_ = !outside_->handleSignals();
+        return signalRaised_;
+    });
+    connections().insert(this);
+}
+
+std::shared_ptr<Connection> Connection::open(const OpenWish& wish, std::shared_ptr<Interrupter> interrupter) {
+    if (process::isEnding())
+        Failure::ofThisSide("the interpreter is ending").raise();
+    const std::shared_ptr<Connection> connection(new Connection(std::move(interrupter)));
+    OpenOptions options{.interrupter = connection->interrupter_, .byLevels = true, .only = wish.only};
+    if (wish.milliseconds)
+        options.timeLimit = std::chrono::milliseconds(*wish.milliseconds);
+    const Turn turn(*connection);
+    try {
+        connection->runOutside([&] {
+            connection->device_ = DeviceFactory::buildDevice(wish.host, wish.port, wish.user, wish.password,
+                                                             wish.secure, options);
+        });
+    } catch (...) {
+        // A signal may have come when the device was open already.
+        connection->release();
+        throw;
+    }
+    return connection;
+}
+
+Connection::~Connection() {
+    connections().erase(this);
+    if (!device_)
+        return;
+    if (!isOfThisProcess()) {
+        // The device is the parent's; its end would give the lock back.
+        (void)new std::shared_ptr<Device>(std::move(device_));
+        return;
+    }
+    const PendingException pending;
+    if (PyErr_WarnEx(PyExc_ResourceWarning, "a device was not closed", 1) != 0)
+        PyErr_WriteUnraisable(nullptr);
+    try {
+        release();
+    } catch (py::error_already_set& error) {
+        error.discard_as_unraisable("closing a device");
+    }
+}
+
+void Connection::requireOpen() const {
+    if (!isOfThisProcess())
+        Failure::ofThisSide("the device was opened by another process, before a fork").raise();
+    if (closed_)
+        Failure::ofThisSide("the device is closed").raise();
+    if (process::isEnding())
+        Failure::ofThisSide("the interpreter is ending").raise();
+}
+
+void Connection::runOutside(const std::function<void()>& work) {
+    std::exception_ptr failure;
+    signalRaised_ = false;
+    {
+        NoGil outside;
+        outside_ = &outside;
+        try {
+            work();
+        } catch (...) {
+            failure = std::current_exception();
+        }
+        outside_ = nullptr;
+    }
+    if (signalRaised_)
+        throw py::error_already_set();
+    if (failure)
+        raiseAsPython(failure);
+}
+
+void Connection::run(const std::function<void(Device&)>& work) {
+    requireOpen();
+    const Turn turn(*this);
+    requireOpen();
+    runOutside([&] { work(*device_); });
+}
+
+void Connection::interrupt() {
+    if (isOfThisProcess())
+        interrupter_->interrupt();
+}
+
+void Connection::release() {
+    closed_ = true;
+    auto device = std::move(device_);
+    if (!device)
+        return;
+    closing_ = true;
+    device->setTimeLimit(std::min(device->timeLimit().value_or(longestRelease), longestRelease));
+    runOutside([&] { device.reset(); });
+}
+
+void Connection::close() {
+    if (closed_)
+        return;
+    if (!isOfThisProcess()) {
+        closed_ = true;
+        return;
+    }
+    const Turn turn(*this);
+    release();
+}
+
+void Connection::closeAll() {
+    process::beginEnd();
+    for (auto* connection : connections())
+        if (connection->owner_.load() != std::thread::id())
+            connection->interrupt();
+    {
+        NoGil outside;
+        process::awaitThreads();
+    }
+    const auto all = connections();
+    for (auto* connection : all)
+        if (connections().contains(connection) && connection->isOfThisProcess() &&
+            connection->turn_.try_lock()) {
+            const std::unique_lock held(connection->turn_, std::adopt_lock);
+            try {
+                connection->release();
+            } catch (py::error_already_set& error) {
+                error.discard_as_unraisable("closing a device");
+            }
+        }
+}
+
+void Connection::forgetAll() {
+    for (auto* connection : connections())
+        if (auto* device = dynamic_cast<TAVOXDevice*>(connection->device_.get()))
+            if (const auto socket = device->transport().descriptor(); socket >= 0)
+                ::close(static_cast<int>(socket));
+}
+
+} // namespace TAVO::python

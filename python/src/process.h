@@ -1,0 +1,44 @@
+#pragma once
+
+#include <pybind11/pybind11.h>
+
+namespace TAVO::python {
+
+namespace py = pybind11;
+
+/// What the whole process goes through: forks, and the end of the interpreter.
+namespace process {
+
+/// Counts forks, in the child: what was made under another number belongs to the parent.
+unsigned generation() noexcept;
+/// Starts to count.
+void watchForks();
+
+/// Whether the interpreter has begun to end, so that no more calls are made.
+bool isEnding() noexcept;
+void beginEnd() noexcept;
+/// Waits, for a few seconds at most, until no thread is in a NoGil any more. Call it without the GIL.
+void awaitThreads();
+
+} // namespace process
+
+/// Gives up the GIL. Takes it back at the end, unless the interpreter is ending: the thread then sleeps until
+/// the process has gone, since Python would end it in a way that C++ does not survive.
+class NoGil {
+public:
+    NoGil();
+    NoGil(const NoGil&) = delete;
+    NoGil& operator=(const NoGil&) = delete;
+    ~NoGil();
+
+    /// Runs the signal handlers of Python that are due. False if one has raised an exception, which then is
+    /// the pending one of this thread.
+    bool handleSignals();
+
+private:
+    void takeBack();
+
+    PyThreadState* state_;
+};
+
+} // namespace TAVO::python
