@@ -106,8 +106,9 @@ TEST(RemoteBitbang, AnswersAClientThatWaitsAtEachBit) {
         EXPECT_TRUE(cable.type(std::string(1, command)));
         if (const auto more = cable.conversation.pause(0ms); more && command == 'R')
             cable.conversation.pause(*more);
-        if (command == 'R')
+        if (command == 'R') {
             ASSERT_EQ(cable.answers.size() - answered, 1u);
+        }
     }
     EXPECT_EQ(cable.answers, expected.answers);
     EXPECT_EQ(cable.chain.events, expected.chain.events);
