@@ -65,7 +65,8 @@ Paper read(const fs::path& document) {
 
 std::vector<Block> programsOf(const fs::path& document) {
     auto blocks = read(document).blocks;
-    std::erase_if(blocks, [](const Block& block) { return block.language != "cpp" && block.language != "c"; });
+    std::erase_if(blocks,
+                  [](const Block& block) { return block.language != "cpp" && block.language != "c"; });
     return blocks;
 }
 

@@ -125,8 +125,8 @@ protected:
 INSTANTIATE_TEST_SUITE_P(All, PortTest,
                          testing::Values(Place{"standard", "cpu0.jtag"}, Place{"standard", "csJtag.jtag"},
                                          Place{"legacy", "cpu.jtag"}),
-                         [](const auto& info) {
-                             auto name = info.param.topology + "_" + info.param.object;
+                         [](const auto& place) {
+                             auto name = place.param.topology + "_" + place.param.object;
                              for (auto& letter : name)
                                  letter = letter == '.' || letter == '-' ? '_' : letter;
                              return name;
