@@ -41,6 +41,7 @@ protected:
         std::ofstream(folder / "image", std::ios::binary) << "\x01\x02";
         // A line of a batch cannot name an object with a line end in its name.
         std::ofstream(folder / "batch") << "device.info\n";
+        std::ofstream(folder / "scans") << "SDR 16 TDI (0) TDO (1);\n";
         std::ofstream(folder / "script") << "relay list\n";
     }
     ~DeviceText() override { fs::remove_all(folder); }
@@ -70,6 +71,7 @@ protected:
                 {{"jtag", "pins"}, {}},
                 {{"jtag", "frequency"}, {}},
                 {{"jtag", "options"}, {}},
+                {{"jtag", "svf"}, {(folder / "scans").string()}},
                 {{"hdt", "status"}, {}},
                 {{"hdt", "request"}, {"on"}},
                 {{"hdt", "snapshot", "clear"}, {}},

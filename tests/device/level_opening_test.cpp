@@ -286,15 +286,21 @@ TEST_F(LevelOpening, OverAConnectionThatEndsFailsAsWithoutBatches) {
 
 TEST_F(LevelOpening, AnErrorWithTooManyResultsEndsItAtOnce) {
     addSmallTree(appliance);
-    const support::ApplianceServer::Fault excess = [](support::RawConnection& connection, const Bytes&) {
-        connection.write(joined({u32(0), support::deviceError(1002, "no such object"), u32(1000)}));
+    const support::ApplianceServer::Fault excess = [](support::RawConnection& connection,
+                                                      const Bytes& reply) {
+        constexpr std::ptrdiff_t head = 12;
+        const Bytes results(reply.begin() + head, reply.end());
+        const auto count = static_cast<std::uint32_t>(reply[10] << 8 | reply[11]);
+        connection.write(joined({u32(0), support::deviceError(1002, "no such object"), u32(count + 1),
+                                 results, support::block({})}));
     };
     for (const std::size_t exchange : {std::size_t{5}, std::size_t{6}}) {
         support::ApplianceServer server(appliance, {{exchange, excess}});
         const auto outcome = outcomeOf(server.port(), byLevels);
         EXPECT_NE(outcome.find("Error"), std::string::npos) << outcome;
         server.awaitNoConnection();
-        EXPECT_EQ(server.exchanges(), exchange + 2) << "besides the unlocking";
+        EXPECT_EQ(server.callNames().back(), "0.unlock");
+        EXPECT_LE(server.exchanges(), exchange + 2) << "nothing is asked again";
     }
 }
 

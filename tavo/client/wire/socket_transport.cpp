@@ -112,9 +112,20 @@ void SocketTransport::awaitReady(bool toSend) {
         const auto left = deadline_.left().value_or(longestStep);
         ready = sockets::awaitReady(socket_, readiness,
                                     interrupter_->asks() ? std::min(left, longestStep) : left);
-        if (!ready)
-            interrupter_->ask();
+        if (interrupter_->asks())
+            ask(!ready);
     }
+}
+
+// A peer that sends a little at a time must not keep the question from being asked.
+void SocketTransport::ask(bool now) {
+    const auto time = std::chrono::steady_clock::now();
+    if (!now && time - asked_ < longestStep)
+        return;
+    asked_ = time;
+    interrupter_->ask();
+    if (isInterrupted())
+        endInterrupted();
 }
 
 void SocketTransport::failReceive(sockets::ErrorCode error) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -133,6 +134,8 @@ private:
     /// Whether waits have an end besides the peer's answer, so that no send or receive may block.
     bool waitsInSteps() const noexcept;
     void awaitReady(bool toSend);
+    /// Asks the function of Interrupter::endWhen(), if it was not asked just before, or at once.
+    void ask(bool now);
     [[noreturn]] void failReceive(int error);
     void connectAnew();
     void connectUnlessKept();
@@ -152,6 +155,8 @@ private:
     /// The value of exchangeBegin_ when the connection was made.
     Interrupter::Count connectionBegin_ = 0;
     Deadline deadline_;
+    /// When the function of Interrupter::endWhen() was asked last.
+    std::chrono::steady_clock::time_point asked_;
     std::unique_ptr<std::uint8_t[]> readAhead_;
     std::size_t readAheadBegin_ = 0;
     std::size_t readAheadEnd_ = 0;

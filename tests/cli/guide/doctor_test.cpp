@@ -185,11 +185,13 @@ TEST_F(Doctor, FindsFaultsOfTheConfiguration) {
 }
 
 TEST_F(Doctor, FindsNamesThatDoNotResolve) {
-    const auto outcome = runTool({"--json", "--host", "nonexistent.invalid", "--timeout", "30", "doctor"});
+    // Too long a label for any resolver to ask for it.
+    const auto host = std::string(64, 'n') + ".invalid";
+    const auto outcome = runTool({"--json", "--host", host, "--timeout", "30", "doctor"});
     EXPECT_EQ(outcome.exitCode, 5);
     const auto findings = findingsIn(outcome.output);
     EXPECT_EQ(findings.at("name").at("state"), "failed");
-    EXPECT_THAT(findings.at("name").at("text").get<std::string>(), HasSubstr("nonexistent.invalid"));
+    EXPECT_THAT(findings.at("name").at("text").get<std::string>(), HasSubstr(host));
     EXPECT_EQ(findings.at("connection").at("state"), "not tried");
 }
 

@@ -31,15 +31,6 @@ make_bare() {
     debootstrap --variant=minbase bookworm "$root" "$mirror" >"$packages/debootstrap.log"
     # apt fetches as a user of its own.
     chmod 755 "$root"
-    archives | sed 's/^/deb /' >"$root/etc/apt/sources.list"
-    # How this machine reaches them.
-    for folder in /etc/apt/apt.conf.d /etc/ssl/certs /usr/local/share/ca-certificates; do
-        if [ -d "$folder" ]; then
-            mkdir -p "$root$folder"
-            cp -rL "$folder/." "$root$folder"
-        fi
-    done
-    inside apt-get -qq update
     tar -C "$root" -cf "$bare.new" .
     mv "$bare.new" "$bare"
 }
@@ -50,13 +41,25 @@ inside() {
         ${http_proxy:+"http_proxy=$http_proxy"} ${https_proxy:+"https_proxy=$https_proxy"} "$@"
 }
 
+# Lets apt there reach the archives as it does on this machine.
+connect() {
+    archives | sed 's/^/deb /' >"$root/etc/apt/sources.list"
+    for folder in /etc/apt/apt.conf.d /etc/ssl/certs /usr/local/share/ca-certificates; do
+        if [ -d "$folder" ]; then
+            mkdir -p "$root$folder"
+            cp -rL "$folder/." "$root$folder"
+        fi
+    done
+    inside apt-get -qq update
+}
+
 if [ -e "$bare" ]; then
     tar -C "$root" -xf "$bare"
     chmod 755 "$root"
-    inside apt-get -qq update
 else
     make_bare
 fi
+connect
 mount -t proc proc "$root/proc"
 
 echo "Installed by themselves"
