@@ -285,7 +285,6 @@ TEST_F(LevelOpening, OverAConnectionThatEndsFailsAsWithoutBatches) {
 }
 
 TEST_F(LevelOpening, AnErrorWithTooManyResultsEndsItAtOnce) {
-    addSmallTree(appliance);
     const support::ApplianceServer::Fault excess = [](support::RawConnection& connection,
                                                       const Bytes& reply) {
         constexpr std::ptrdiff_t head = 12;
@@ -295,6 +294,8 @@ TEST_F(LevelOpening, AnErrorWithTooManyResultsEndsItAtOnce) {
                                  results, support::block({})}));
     };
     for (const std::size_t exchange : {std::size_t{5}, std::size_t{6}}) {
+        appliance = {};
+        addSmallTree(appliance);
         support::ApplianceServer server(appliance, {{exchange, excess}});
         const auto outcome = outcomeOf(server.port(), byLevels);
         EXPECT_NE(outcome.find("Error"), std::string::npos) << outcome;
