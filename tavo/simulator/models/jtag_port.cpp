@@ -26,10 +26,6 @@ bool accepted(const JtagPort::Expectation& expectation) {
     return expectation.expected.size() == bytes && expectation.mask.size() == bytes;
 }
 
-bool bitOf(std::span<const std::uint8_t> bytes, std::size_t bit) {
-    return (bytes[bit / 8] >> bit % 8 & 1) != 0;
-}
-
 bool matches(const JtagPort::Expectation& expectation, std::span<const std::uint8_t> captured) {
     for (std::size_t bit = 0; bit < static_cast<std::size_t>(expectation.bits); ++bit)
         if (bitOf(expectation.mask, bit) && bitOf(expectation.expected, bit) != bitOf(captured, bit))

@@ -8,10 +8,6 @@ namespace {
 
 constexpr std::size_t byteBits = 8;
 
-bool bitOf(std::span<const std::uint8_t> bytes, std::size_t bit) {
-    return (bytes[bit / byteBits] >> bit % byteBits & 1) != 0;
-}
-
 std::uint8_t maskOf(std::size_t bits) { return static_cast<std::uint8_t>((1u << bits) - 1); }
 
 } // namespace

@@ -10,6 +10,11 @@
 
 namespace TAVO::simulator {
 
+/// A bit of packed bytes: bit i is bit i%8 of byte i/8.
+inline bool bitOf(std::span<const std::uint8_t> bytes, std::size_t bit) {
+    return (bytes[bit / 8] >> bit % 8 & 1) != 0;
+}
+
 /// Bits in shift order, packed as in the calls: bit i is bit i%8 of byte i/8; bit 0 is shifted first. Unused
 /// bits of the last byte are 0.
 class TAVO_SIMULATOR_API PackedBits {
@@ -31,7 +36,7 @@ public:
         return std::exchange(bytes_, {});
     }
 
-    bool at(std::size_t bit) const { return (bytes_[bit / 8] >> bit % 8 & 1) != 0; }
+    bool at(std::size_t bit) const { return bitOf(bytes_, bit); }
     void set(std::size_t bit, bool level);
     /// The lowest 64 bits as a number.
     std::uint64_t number() const;
