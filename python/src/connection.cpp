@@ -61,6 +61,8 @@ public:
             }
             if (!wentOn)
                 throw py::error_already_set();
+            if (process::isEnding())
+                Failure::ofThisSide("the interpreter is ending").raise();
         }
         connection.owner_ = std::this_thread::get_id();
     }
@@ -200,16 +202,20 @@ void Connection::closeAll() {
         process::awaitThreads();
     }
     const auto all = connections();
-    for (auto* connection : all)
-        if (connections().contains(connection) && connection->isOfThisProcess() &&
-            connection->turn_.try_lock()) {
-            const std::unique_lock held(connection->turn_, std::adopt_lock);
-            try {
-                connection->release();
-            } catch (py::error_already_set& error) {
-                error.discard_as_unraisable("closing a device");
-            }
+    for (auto* connection : all) {
+        if (!connections().contains(connection))
+            continue;
+        // Other threads run during the release, and may drop the last other reference.
+        const auto kept = connection->weak_from_this().lock();
+        if (!kept || !kept->isOfThisProcess() || !kept->turn_.try_lock())
+            continue;
+        const std::unique_lock held(kept->turn_, std::adopt_lock);
+        try {
+            kept->release();
+        } catch (py::error_already_set& error) {
+            error.discard_as_unraisable("closing a device");
         }
+    }
 }
 
 void Connection::forgetAll() {

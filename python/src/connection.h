@@ -32,7 +32,7 @@ struct OpenWish {
 
 /// A device that threads share: they take turns. All operations need the GIL, and give it up while they wait.
 /// Signals of Python are handled meanwhile; if a handler raises, the exchange is interrupted.
-class Connection {
+class Connection : public std::enable_shared_from_this<Connection> {
 public:
     /// @param interrupter can end the opening.
     static std::shared_ptr<Connection> open(const OpenWish& wish, std::shared_ptr<Interrupter> interrupter);

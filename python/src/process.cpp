@@ -14,6 +14,10 @@ namespace {
 std::atomic<unsigned> forks = 0;
 std::atomic<bool> ending = false;
 std::atomic<int> outside = 0;
+/// Of those outside, the ones that are about to have the GIL again.
+std::atomic<int> returning = 0;
+/// Nobody returns any more, but the thread that ends the interpreter.
+std::atomic<bool> shut = false;
 std::atomic<std::thread::id> endingThread = std::thread::id();
 
 } // namespace
@@ -25,12 +29,17 @@ void process::watchForks() {
         ++forks;
         // The other threads are not in the child.
         outside = 0;
+        returning = 0;
     });
     if (watched != 0)
         throw std::bad_alloc();
 }
 
 bool process::isEnding() noexcept { return ending; }
+
+bool process::isEndedByAnother() noexcept {
+    return ending && endingThread.load() != std::this_thread::get_id();
+}
 
 void process::beginEnd() noexcept {
     endingThread = std::this_thread::get_id();
@@ -41,11 +50,16 @@ void process::awaitThreads() {
     // The caller is outside itself.
     for (int waits = 0; waits < 300 && outside > 1; ++waits)
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    shut = true;
+    // The GIL is free for these, until they give it up again.
+    while (returning > 0)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
 }
 
-NoGil::NoGil()
-    : state_(PyEval_SaveThread()) {
+NoGil::NoGil() {
+    // Before another thread can have the GIL and count.
     ++outside;
+    state_ = PyEval_SaveThread();
 }
 
 NoGil::~NoGil() {
@@ -61,9 +75,15 @@ bool NoGil::handleSignals() {
 }
 
 void NoGil::takeBack() {
-    while (_Py_IsFinalizing() && endingThread.load() != std::this_thread::get_id())
-        std::this_thread::sleep_for(std::chrono::seconds(1));
+    ++returning;
+    if ((shut && process::isEndedByAnother()) ||
+        (_Py_IsFinalizing() && endingThread.load() != std::this_thread::get_id())) {
+        --returning;
+        for (;;)
+            std::this_thread::sleep_for(std::chrono::hours(1));
+    }
     PyEval_RestoreThread(state_);
+    --returning;
 }
 
 } // namespace TAVO::python

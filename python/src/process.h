@@ -16,14 +16,17 @@ void watchForks();
 
 /// Whether the interpreter has begun to end, so that no more calls are made.
 bool isEnding() noexcept;
+/// Whether it has, and another thread than this ends it.
+bool isEndedByAnother() noexcept;
 void beginEnd() noexcept;
-/// Waits, for a few seconds at most, until no thread is in a NoGil any more. Call it without the GIL.
+/// Waits, for a few seconds at most, until no thread is in a NoGil any more; those that still are stay there.
+/// Call it without the GIL.
 void awaitThreads();
 
 } // namespace process
 
-/// Gives up the GIL. Takes it back at the end, unless the interpreter is ending: the thread then sleeps until
-/// the process has gone, since Python would end it in a way that C++ does not survive.
+/// Gives up the GIL. Takes it back at the end, unless awaitThreads() has returned in another thread: this one
+/// then sleeps until the process has gone, since Python would end it in a way that C++ does not survive.
 class NoGil {
 public:
     NoGil();
@@ -38,7 +41,7 @@ public:
 private:
     void takeBack();
 
-    PyThreadState* state_;
+    PyThreadState* state_ = nullptr;
 };
 
 } // namespace TAVO::python

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <memory>
+#include <set>
 #include <string>
 #include <utility>
 #include <variant>
@@ -17,6 +18,7 @@
 #include <tavo/simulator/objects/relay.h>
 #include <tavo/simulator/simulator.h>
 
+#include "inherited_sockets.h"
 #include "process.h"
 #include "values.h"
 
@@ -60,22 +62,33 @@ py::bytes toBytes(const std::vector<std::uint8_t>& bytes) {
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
+class PythonSimulator;
+
+/// Used with the GIL only; never destroyed, because simulators may outlive the module.
+std::set<PythonSimulator*>& simulators() {
+    static auto& all = *new std::set<PythonSimulator*>;
+    return all;
+}
+
 /// A simulated appliance of this process; left alone in processes that are forked off, which lack its thread.
 class PythonSimulator {
 public:
     PythonSimulator(std::string topology, const std::vector<std::string>& faults, std::string host,
-                    std::uint16_t port, int serverKey) {
-        simulator::Options options{.host = std::move(host), .port = port, .topology = std::move(topology)};
+                    std::uint16_t port, int serverKey)
+        : host_(std::move(host)) {
+        simulator::Options options{.host = host_, .port = port, .topology = std::move(topology)};
         options.serverKey = serverKey;
         simulator_ = std::make_unique<simulator::Simulator>(std::move(options));
         simulator::FaultScript script;
         for (const auto& fault : faults)
             script.add(fault);
         simulator_->setFaults(std::move(script));
+        simulators().insert(this);
     }
     PythonSimulator(const PythonSimulator&) = delete;
     PythonSimulator& operator=(const PythonSimulator&) = delete;
     ~PythonSimulator() {
+        simulators().erase(this);
         if (generation_ != process::generation()) {
             (void)simulator_.release();
             return;
@@ -89,6 +102,8 @@ public:
     auto with(Action action) {
         if (generation_ != process::generation())
             throw std::runtime_error("the simulator is in another process, before a fork");
+        if (process::isEndedByAnother())
+            throw std::runtime_error("the interpreter is ending");
         const NoGil outside;
         return action(*simulator_);
     }
@@ -105,7 +120,26 @@ public:
             bus, [&](simulator::I2c& i2c) { return action(i2c.bus().at<simulator::Eeprom>(address)); });
     }
 
+    void start() {
+        const auto where = with([this](simulator::Simulator& served) {
+            served.start();
+            return ListeningAddress(host_, served.port());
+        });
+        where_ = where;
+    }
+    void stop() {
+        with([](simulator::Simulator& served) { served.stop(); });
+        where_ = {};
+    }
+    /// Lets go of the sockets of all simulators, in a process that was forked off.
+    static void forgetAll() {
+        for (auto* each : simulators())
+            std::exchange(each->where_, {}).closeSockets();
+    }
+
 private:
+    const std::string host_;
+    ListeningAddress where_;
     std::unique_ptr<simulator::Simulator> simulator_;
     const unsigned generation_ = process::generation();
 };
@@ -138,10 +172,11 @@ std::vector<int> postCodes(PythonSimulator& served, const std::string& name) {
 
 void addSimulator(py::module_& module) {
     using simulator::Simulator;
+    module.def("forget_simulators", &PythonSimulator::forgetAll);
     py::class_<PythonSimulator>(module, "Simulator")
         .def(py::init<std::string, const std::vector<std::string>&, std::string, std::uint16_t, int>())
-        .def("start", [](PythonSimulator& self) { self.with([](Simulator& served) { served.start(); }); })
-        .def("stop", [](PythonSimulator& self) { self.with([](Simulator& served) { served.stop(); }); })
+        .def("start", &PythonSimulator::start)
+        .def("stop", &PythonSimulator::stop)
         .def("port",
              [](PythonSimulator& self) { return self.with([](Simulator& served) { return served.port(); }); })
         .def("fail_next", failNext)

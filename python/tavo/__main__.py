@@ -9,6 +9,8 @@ from typing import Any
 
 import tavo
 
+from ._visible import visible
+
 
 def _version(version: Any) -> str:
     parts = [version.major, version.minor, version.bugfix]
@@ -20,12 +22,13 @@ def _version(version: Any) -> str:
 def info_lines(device: tavo.Device) -> list[str]:
     """What the device says of itself, as `tavo info` prints it."""
     info = device.get("device", tavo.DeviceObject).info()
-    lines = [f"name       {info.name}", f"version    {_version(info.version)}", f"port       {device.port}"]
+    lines = [f"name       {visible(info.name)}", f"version    {_version(info.version)}", f"port       {device.port}"]
     flags = device.key()
     lines.append("key        unknown" if flags is None else f"key flags  {flags[0]:d} {flags[1]:d}")
-    lines += [f"firmware   {part.name} {_version(part.version)}" for part in info.firmware]
+    lines += [f"firmware   {visible(part.name)} {_version(part.version)}" for part in info.firmware]
     for board in info.boards:
-        lines.append(f"board      {board.field1} | {board.field2} | {board.field3} | {board.field4}")
+        fields = (board.field1, board.field2, board.field3, board.field4)
+        lines.append("board      " + " | ".join(map(visible, fields)))
     return lines
 
 
@@ -54,10 +57,11 @@ def tree_lines(device: tavo.Device, utf8: bool) -> list[str]:
         for path in paths:
             is_last = path == paths[-1]
             kind, version = answers[path]
-            name = objects[path]._node.name
+            name = visible(objects[path]._node.name)
             stroke = last_branch if is_last else branch
             number = objects[path].instance_id
-            lines.append(f"{margin}{stroke}{name}  {kind.value.type} {_version(version.value.version)}  #{number}")
+            what = f"{visible(kind.value.type)} {_version(version.value.version)}"
+            lines.append(f"{margin}{stroke}{name}  {what}  #{number}")
             draw([f"{path}.{child}" for child in objects[path]], margin + ("    " if is_last else trunk))
 
     draw(top, "")
@@ -75,7 +79,7 @@ def main(arguments: list[str] | None = None) -> int:
     parser.add_argument("--timeout", type=float, default=10.0, help="seconds for each exchange")
     wish = parser.parse_args(arguments)
     if hasattr(sys.stdout, "reconfigure"):
-        sys.stdout.reconfigure(errors="surrogateescape")
+        sys.stdout.reconfigure(encoding="utf-8")
     utf8 = locale.getpreferredencoding(False).upper().replace("-", "") == "UTF8"
     try:
         with tavo.open(
@@ -88,7 +92,7 @@ def main(arguments: list[str] | None = None) -> int:
         ) as device:
             print(*info_lines(device), *tree_lines(device, utf8), sep="\n")
     except (tavo.Error, OSError, ValueError) as error:
-        print(f"python -m tavo: {error}", file=sys.stderr)
+        print(f"python -m tavo: {visible(str(error))}", file=sys.stderr)
         return 1
     return 0
 

@@ -10,7 +10,13 @@ import warnings
 
 def find_user() -> str:
     """TAVO_USER of the environment, or the name of the login."""
-    return os.environ.get("TAVO_USER") or getpass.getuser()
+    found = os.environ.get("TAVO_USER")
+    if found:
+        return found
+    try:
+        return getpass.getuser()
+    except (KeyError, OSError):
+        raise ValueError("'user' is missing; use user= or TAVO_USER") from None
 
 
 def find_password(user: str, file: str | os.PathLike[str] | None) -> str:

@@ -13,6 +13,8 @@ if TYPE_CHECKING:
 
     Buffer = bytes | bytearray | memoryview
 
+os.register_at_fork(after_in_child=_core.forget_simulators)
+
 
 class SimulatedCall(NamedTuple):
     """A call that reached a simulated appliance."""

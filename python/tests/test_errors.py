@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import os
+import pwd
 import socket
 import threading
 import time
@@ -183,6 +184,17 @@ def test_the_password_comes_from_the_environment(
     monkeypatch.setenv("TAVO_USER", "guest")
     with tavo.open(tavo_simulator.host, port=tavo_simulator.port):
         assert tavo_simulator.lock_holder == "guest"
+
+
+def test_a_login_without_a_name(monkeypatch: pytest.MonkeyPatch) -> None:
+    def no_entry(*_: object) -> None:
+        raise KeyError("getpwuid(): uid not found: 4711")
+
+    for name in ("TAVO_USER", "LOGNAME", "USER", "LNAME", "USERNAME"):
+        monkeypatch.delenv(name, raising=False)
+    monkeypatch.setattr(pwd, "getpwuid", no_entry)
+    with pytest.raises(ValueError, match="'user' is missing; use user= or TAVO_USER"):
+        tavo.open("127.0.0.1", password="tavo")
 
 
 def test_the_password_comes_from_a_file(

@@ -1,4 +1,7 @@
-"""Builds a source distribution and a wheel, and installs the wheel. Takes minutes: it compiles the library."""
+"""Builds a source distribution and a wheel, and installs the wheel. Takes minutes: it compiles the library.
+
+TAVO_TEST_PACKAGE in the environment asks for it; scripts/test --package sets it.
+"""
 
 from __future__ import annotations
 
@@ -9,7 +12,7 @@ from pathlib import Path
 
 import pytest
 
-from conftest import source_folder
+SOURCES = Path(__file__).resolve().parents[2]
 
 
 def run(*command: str | Path, folder: Path) -> str:
@@ -26,7 +29,7 @@ def run(*command: str | Path, folder: Path) -> str:
 )
 def test_the_wheel_installs_without_network(tmp_path: Path) -> None:
     build = ["-m", "build", "--no-isolation", "--outdir", str(tmp_path)]
-    run(sys.executable, *build, "--sdist", source_folder() / "python", folder=tmp_path)
+    run(sys.executable, *build, "--sdist", SOURCES / "python", folder=tmp_path)
     (source,) = tmp_path.glob("*.tar.gz")
     run("tar", "-xf", source, folder=tmp_path)
     unpacked = tmp_path / source.name.removesuffix(".tar.gz")

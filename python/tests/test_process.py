@@ -18,6 +18,21 @@ import gc, os, sys, threading, time, tavo
 device = tavo.open("127.0.0.1", port=int(sys.argv[1]), user="engineer", password="tavo")
 """
 
+# What the threads would say of the end may meet the end of stderr.
+POLLING = """
+other = tavo.Simulator()
+other.start()
+def poll(ask):
+    try:
+        while True:
+            ask()
+    except RuntimeError:
+        pass
+for ask in (lambda: other.request_count, other.calls, other.relay) * 3:
+    threading.Thread(target=poll, args=(ask,), daemon=True).start()
+time.sleep(0.2)
+"""
+
 
 def wait_for_unlock(simulator: tavo.Simulator) -> bool:
     end = time.monotonic() + 20
@@ -39,6 +54,7 @@ def wait_for_unlock(simulator: tavo.Simulator) -> bool:
         "threading.Thread(target=lambda: [device.power.get() for _ in iter(int, 1)], daemon=True).start(); "
         "time.sleep(0.2)",
         "other = tavo.Simulator(); other.start()",
+        POLLING,
         "batch = device.batch(); batch.power.get()",
     ],
 )
@@ -62,6 +78,27 @@ for ahead in range(1, 9):
 """
     ended = run_python(script)
     assert ended.returncode == 0, ended.stderr
+
+
+def test_a_thread_may_drop_a_device_while_the_end_closes_it(run_python: Runner) -> None:
+    script = """
+import threading, time, tavo
+simulator = tavo.Simulator()
+simulator.start()
+device = tavo.open("127.0.0.1", port=simulator.port, user="engineer", password="tavo")
+for ahead in range(1, 9):
+    simulator.fail_next("silent", ahead=ahead)
+held = [device._connection]
+del device
+def drop():
+    while not held[0].closed:
+        time.sleep(0.01)
+    held.clear()
+threading.Thread(target=drop, daemon=True).start()
+"""
+    # What has been freed is overwritten.
+    ended = run_python(script, MALLOC_PERTURB_="165", GLIBC_TUNABLES="glibc.malloc.tcache_count=0")
+    assert (ended.returncode, ended.stderr) == (0, "")
 
 
 def test_a_child_process_leaves_the_device_alone(tavo_simulator: tavo.Simulator, run_python: Runner) -> None:
@@ -102,6 +139,38 @@ print(os.waitstatus_to_exitcode(os.waitpid(child, 0)[1]))
 """
     ended = run_python(OPEN + script, tavo_simulator.port)
     assert ended.stdout == "0\n0\n", ended.stderr
+
+
+@pytest.mark.parametrize("host", ["127.0.0.1", "localhost", "0.0.0.0"])
+def test_a_child_process_lets_go_of_the_simulator(run_python: Runner, host: str) -> None:
+    script = """
+import os, socket, sys, tavo
+simulator = tavo.Simulator(host=sys.argv[1])
+simulator.start()
+other = socket.create_server(("127.0.0.1", 0))
+device = tavo.open(sys.argv[1], port=simulator.port, user="engineer", password="tavo")
+ends, begins = os.pipe()
+ready, tells = os.pipe()
+child = os.fork()
+if child == 0:
+    os.close(begins)
+    os.write(tells, b"x")
+    os.read(ends, 1)
+    other.getsockname()
+    try:
+        simulator.start()
+    except RuntimeError as error:
+        print(error, flush=True)
+    os._exit(3)
+os.read(ready, 1)
+simulator.stop()
+simulator.start()
+os.close(begins)
+print(os.waitstatus_to_exitcode(os.waitpid(child, 0)[1]), device.power.get().state)
+device.close()
+"""
+    ended = run_python(script, host)
+    assert ended.stdout == "the simulator is in another process, before a fork\n3 0\n", ended.stderr
 
 
 def test_objects_keep_the_device_open(tavo_simulator: tavo.Simulator) -> None:

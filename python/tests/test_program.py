@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import json
 import keyword
 import os
 import subprocess
@@ -14,6 +15,7 @@ import tavo
 import tavo.aio
 from tavo import _stubs, _types
 from tavo.__main__ import main
+from tavo._visible import visible
 
 from conftest import source_folder
 
@@ -57,6 +59,29 @@ def test_it_prints_what_the_tool_prints(topology: str, locale: str) -> None:
                 encoding="utf-8",
             ).stdout
     assert ours.stdout == theirs
+
+
+#: What the tool escapes, with its neighbours, and what it leaves alone.
+LETTERS = (
+    "\x01\x1b[31m \x1f ~\x7f\x80\x9f\xa0\xac\xad\xae\u061b\u061c\u061d\u180d\u180e\u180f\u200a\u200b\u200f\u2010"
+    "\u2027\u2028\u202e\u202f\u205f\u2060\u206f\u2070\ufefe\ufeff\uff00\ufff8\ufff9\ufffb\ufffc"
+    "\U000dffff\U000e0000\U000e007f\U000e0080 \xe4 \u20ac \U0001f600 \\ \""
+)
+
+
+@pytest.mark.skipif(not TOOL, reason="TAVO_TOOL does not name the tool")
+@pytest.mark.parametrize("locale", ["C", "C.UTF-8"])
+def test_texts_of_a_device_do_not_control_the_terminal(tmp_path: Path, locale: str) -> None:
+    file = tmp_path / "bench.json"
+    objects = [{"name": f"a{letter}b", "type": "relay"} for letter in LETTERS]
+    objects = list({entry["name"]: entry for entry in objects}.values())
+    file.write_text(json.dumps({"name": "bench", "objects": objects}), encoding="ascii")
+    test_it_prints_what_the_tool_prints(str(file), locale)
+
+
+def test_bytes_that_are_not_text_are_shown() -> None:
+    assert visible(b"a\xff\x1b\xe4b".decode(errors="surrogateescape")) == "a\\xff\\x1b\\xe4b"
+    assert visible("\ud800\n") == "\\ud800\\x0a"
 
 
 def test_failures_are_told(capsys: pytest.CaptureFixture[str], tmp_path: Path) -> None:

@@ -15,13 +15,17 @@ PREAMBLE = """
 import os, signal, sys, threading, time, tavo
 simulator = tavo.Simulator().__enter__()
 open_device = lambda: tavo.open(simulator.host, port=simulator.port, user="engineer", password="tavo")
-def waiting():
+def waiting(elsewhere=False):
     def shoot():
-        # Give the call time to begin, then note the time and send the signal to the process.
+        # Give the call time to begin, then note the time and send the signal.
         time.sleep(0.3)
         global shot
         shot = time.monotonic()
-        os.kill(os.getpid(), number)
+        if elsewhere:
+            # The wait of the main thread is not interrupted by the system.
+            signal.pthread_kill(threading.get_ident(), number)
+        else:
+            os.kill(os.getpid(), number)
     number = signal.SIGINT
     threading.Thread(target=shoot).start()
 def report():
@@ -31,7 +35,8 @@ def report():
 WAITS = {
     "call": "device.system.usleep(60_000_000)",
     "silence": "simulator.fail_next('silent'); device.power.get()",
-    "dribble": "simulator.fail_next('dribble=100000'); device.cpu0.jtag.methodsVerbose()",
+    # A byte every 10 ms.
+    "dribble": "simulator.fail_next('dribble=10000'); device.cpu0.jtag.methodsVerbose()",
     "batch": """
 with device.batch() as batch:
     batch.power.get()
@@ -55,13 +60,14 @@ def run(script: str) -> subprocess.CompletedProcess[str]:
     )
 
 
+@pytest.mark.parametrize("elsewhere", [False, True])
 @pytest.mark.parametrize("wait", WAITS)
-def test_ctrl_c_ends_a_wait_and_the_device_works_on(wait: str) -> None:
+def test_ctrl_c_ends_a_wait_and_the_device_works_on(wait: str, elsewhere: bool) -> None:
     indented = "\n".join(f"    {line}" for line in WAITS[wait].strip().splitlines())
     ended = run(
         "device = open_device()\n"
         "device.power.get()\n"
-        f"waiting()\ntry:\n{indented}\n    print('no interrupt')\n"
+        f"waiting({elsewhere})\ntry:\n{indented}\n    print('no interrupt')\n"
         "except KeyboardInterrupt:\n    report()\n"
         "device.power.set(True)\n"
         "print(device.power.get().state, simulator.relay())\n"
