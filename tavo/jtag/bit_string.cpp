@@ -1,5 +1,7 @@
 #include <tavo/jtag/bit_string.h>
 
+#include <algorithm>
+#include <span>
 #include <utility>
 
 namespace TAVO::jtag {
@@ -22,10 +24,15 @@ void BitString::set(std::size_t bit, bool level) {
 }
 
 bool BitString::isAll(std::size_t first, std::size_t end, bool level) const {
-    for (auto bit = first; bit < end; ++bit)
-        if (at(bit) != level)
+    for (; first < end && first % 8 != 0; ++first)
+        if (at(first) != level)
             return false;
-    return true;
+    for (; end > first && end % 8 != 0; --end)
+        if (at(end - 1) != level)
+            return false;
+    const auto whole = std::span(bytes_).subspan(first / 8, (end - std::min(first, end)) / 8);
+    const std::uint8_t expected = level ? 0xFF : 0x00;
+    return std::all_of(whole.begin(), whole.end(), [=](auto byte) { return byte == expected; });
 }
 
 std::uint32_t BitString::number(std::size_t first, std::size_t count) const {

@@ -46,11 +46,11 @@ public:
         port_.drEnd_.reset();
         port_.executor_.execute(methods_);
         auto polled = polled_.begin();
-        for (std::size_t call = 0; call < methods_.size(); ++call)
-            if (polled != polled_.end() && *polled == call)
-                ++polled;
-            else
+        for (std::size_t call = 0; call < methods_.size(); ++call) {
+            const bool mayDiffer = polled != polled_.end() && polled->call == call;
+            if (!mayDiffer || !hasCaptured(*methods_[call], (polled++)->bits))
                 port_.executor_.insist(*methods_[call]);
+        }
         port_.isNeutral_ = true;
         port_.irEnd_ = irEnd_;
         port_.drEnd_ = drEnd_;
@@ -58,6 +58,19 @@ public:
     }
 
 private:
+    struct PolledShift {
+        /// Its place in `methods_`.
+        std::size_t call;
+        std::size_t bits;
+    };
+
+    /// A shift that was compared in vain has captured its bits, one that was refused has not.
+    static bool hasCaptured(const Method& shift, std::size_t bits) {
+        const auto outcome = shift.getResult();
+        const auto* reply = dynamic_cast<const dto::Jtag::ShiftReply*>(outcome.reply.get());
+        return reply != nullptr && reply->data.size() == BitString::bytesFor(bits);
+    }
+
     struct ReadShift {
         std::size_t place;
         std::shared_ptr<BoundMethod<dto::Jtag::ShiftReply>> method;
@@ -87,7 +100,7 @@ private:
                                  static_cast<std::int32_t>(shift.bits.size()), shift.bits.bytes());
         bytes_ += 2 * shift.bits.bytes().size();
         if (shift.poll) {
-            polled_.push_back(methods_.size() - 1);
+            polled_.push_back({methods_.size() - 1, shift.bits.size()});
             add(port_.options_->endPoll());
         }
         if (shift.isRead)
@@ -167,8 +180,7 @@ private:
     std::optional<TapState> irEnd_ = port_.irEnd_;
     std::optional<TapState> drEnd_ = port_.drEnd_;
     std::vector<ReadShift> shifts_;
-    /// Their places in `methods_`.
-    std::vector<std::size_t> polled_;
+    std::vector<PolledShift> polled_;
     std::vector<std::pair<std::size_t, std::shared_ptr<BoundMethod<dto::Header::oGetReply>>>> pins_;
 };
 
@@ -209,6 +221,7 @@ TapState Port::state() {
 std::int32_t Port::setFrequency(std::int32_t hertz) {
     const auto set = options_->frequencySet(hertz);
     const auto get = options_->frequencyGet();
+    setsFrequency_ = true;
     executor_.execute({set, get});
     executor_.insist(*set);
     executor_.insist(*get);
@@ -266,7 +279,7 @@ void Port::restore(const Executor& executor) {
     }
     const auto options = options_->restore();
     methods.insert(methods.end(), options.begin(), options.end());
-    if (frequency_ != foundFrequency_)
+    if (setsFrequency_)
         methods.push_back(options_->frequencySet(foundFrequency_));
     executor.execute(methods);
     for (const auto& method : methods)

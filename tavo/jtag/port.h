@@ -75,6 +75,7 @@ private:
     std::int32_t frequency_ = 0;
     bool isNeutral_ = false;
     bool isRestored_ = false;
+    bool setsFrequency_ = false;
     bool drivesTrst_ = false;
     bool drivesClockPins_ = false;
     /// The states that shifts end in; empty where nobody knows.

@@ -74,7 +74,7 @@ void TapTracker::clockPins(bool tms, bool tdi, bool isRead) {
     client_ = nextState(client_, tms);
     if (client_ != runTestIdle)
         return;
-    letGo();
+    releasePins();
     isCaptured_ = isParked_ = false;
 }
 
@@ -111,6 +111,12 @@ void TapTracker::setTrst(bool level) {
 }
 
 void TapTracker::letGo() {
+    releasePins();
+    if (trst_ == false)
+        setTrst(true);
+}
+
+void TapTracker::releasePins() {
     if (std::exchange(usesPins_, false))
         steps_.emplace_back(ReleasePins{});
 }

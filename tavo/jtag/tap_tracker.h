@@ -50,7 +50,7 @@ public:
     void readTdo();
     /// Drives TRST, from the first call on.
     void setTrst(bool level);
-    /// The client has gone.
+    /// The client has gone: the next one finds no pin driven low.
     void letGo();
 
     /// How much waits to be handed out, in bits.
@@ -67,6 +67,7 @@ private:
 
     void clockPins(bool tms, bool tdi, bool isRead);
     void enterPins();
+    void releasePins();
     void want(std::optional<std::size_t> step, std::size_t bit);
     /// Ends a stay in a resting state.
     void endStay();

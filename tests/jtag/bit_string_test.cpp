@@ -49,6 +49,24 @@ TEST(BitString, BitsAreAddedBehindTheLast) {
         }
 }
 
+TEST(BitString, TellsWhetherAPartIsAllAtOneLevel) {
+    for (std::size_t first = 0; first < 40; ++first)
+        for (auto end = first; end <= 40; ++end) {
+            BitString bits(40, false);
+            for (auto bit = first; bit < end; ++bit)
+                bits.set(bit, true);
+            ASSERT_TRUE(bits.isAll(first, end, true)) << first << " to " << end;
+            ASSERT_EQ(bits.isAll(first, end, false), first == end) << first << " to " << end;
+            if (first > 0) {
+                ASSERT_FALSE(bits.isAll(first - 1, end, true)) << first << " to " << end;
+                ASSERT_TRUE(bits.isAll(0, first, false)) << first << " to " << end;
+            }
+            if (end < 40) {
+                ASSERT_FALSE(bits.isAll(first, end + 1, true)) << first << " to " << end;
+            }
+        }
+}
+
 TEST(BitString, IsAddedToItself) {
     BitString bits(3, Bytes{0x05});
     bits.append(bits);

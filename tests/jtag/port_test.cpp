@@ -225,6 +225,27 @@ TEST_P(PortTest, AVainPollTellsWhatCameLast) {
     port.restore(executor());
 }
 
+TEST_P(PortTest, ARefusedPollIsNamed) {
+    Port port(jtag, executor());
+    const Shift polled{Register::data, BitString(6000, false), TapState::runTestIdle, true,
+                       Poll{BitString(6000, true), BitString(6000, true), 1000}};
+    EXPECT_EQ(support::failureOf<std::runtime_error>([&] { port.run({polled}); }),
+              GetParam().object + ".shiftDR returned 1");
+    port.restore(executor());
+}
+
+TEST_P(PortTest, TheResetReachedByPinsSelectsTheIdcode) {
+    Port port(jtag, executor());
+    const Shift bypass{Register::instruction, BitString(23, true), TapState::runTestIdle, false, {}};
+    Steps steps{Move{TapState::testLogicReset}, bypass};
+    for (int clock = 0; clock < 5; ++clock)
+        steps.push_back(PinClock{true, true, false});
+    steps.push_back(ReleasePins{});
+    steps.push_back(idcode);
+    EXPECT_EQ(port.run(steps).back().number(0, 32), 0x2A45D0C3u);
+    port.restore(executor());
+}
+
 TEST_P(PortTest, WhatTheDeviceRefusesIsNamed) {
     set(v1_0::enableSet, false);
     Port port(jtag, executor());

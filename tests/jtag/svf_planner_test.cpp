@@ -318,13 +318,14 @@ TEST(SvfPlanner, OnlyScansThatBeginAnewArePolled) {
     };
     const auto polls =
         shifts("HDR 2 TDI (3); SDR 4 TDI (5) TDO (9) MASK (B); SDR 4; ENDDR DRPAUSE; SDR 4 TDO (1);"
-               "ENDDR IDLE; SDR 4 TDO (1); SDR 4 TDO (1);");
-    ASSERT_THAT(polls, SizeIs(5));
+               "ENDDR IDLE; SDR 4 TDO (1); SDR 4 TDO (1); ENDDR RESET; SDR 4 TDO (1);");
+    ASSERT_THAT(polls, SizeIs(6));
     EXPECT_EQ(polls[0], (Poll{BitString(6, Bytes{0x24}), BitString(6, Bytes{0x2C}), 7}));
     EXPECT_EQ(polls[1], std::nullopt);
     EXPECT_EQ(polls[2], std::nullopt);
     EXPECT_EQ(polls[3], std::nullopt);
     EXPECT_NE(polls[4], std::nullopt);
+    EXPECT_EQ(polls[5], std::nullopt);
 }
 
 } // namespace

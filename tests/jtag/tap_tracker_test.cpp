@@ -182,6 +182,15 @@ TEST(TapTracker, PinsAreLetGoOfWhenTheClientGoes) {
     EXPECT_EQ(tracker.take().steps.back(), Step(ReleasePins{}));
 }
 
+TEST(TapTracker, TheNextClientFindsTrstReleased) {
+    auto tracker = trackerAt(runTestIdle);
+    tracker.setTrst(false);
+    tracker.letGo();
+    EXPECT_EQ(tracker.take().steps, (Steps{Trst{true, false}, Move{testLogicReset}, Trst{true, true}}));
+    tracker.letGo();
+    EXPECT_TRUE(tracker.take().steps.empty());
+}
+
 TEST(TapTracker, HoldsABoundedAmountWhateverTheClientClocks) {
     auto tracker = trackerAt(runTestIdle);
     const auto before = tracker.heldBits();

@@ -60,15 +60,15 @@ void Visitor::await(std::unique_lock<std::mutex>& lock, Condition condition,
 }
 
 Visitor::Arrival Visitor::take(std::vector<std::uint8_t>& bytes, std::optional<Milliseconds> patience) {
+    // Where something has always come, nothing waits.
+    InterruptWatch::throwIfInterrupted();
     std::unique_lock lock(mutex_);
     const auto end = patience ? std::optional(Clock::now() + *patience) : std::nullopt;
     await(
         lock, [this] { return heldBytes() > 0 || hasEnded_ || isClosed_; }, end);
     bytes.clear();
-    if (isClosed_)
-        return Arrival::end;
     if (heldBytes() == 0)
-        return hasEnded_ ? Arrival::end : Arrival::nothing;
+        return hasEnded_ || isClosed_ ? Arrival::end : Arrival::nothing;
     const auto count = std::min(heldBytes(), mostTaken);
     const auto first = received_.begin() + static_cast<std::ptrdiff_t>(taken_);
     bytes.assign(first, first + static_cast<std::ptrdiff_t>(count));

@@ -16,7 +16,10 @@ bool RemoteBitbang::receive(std::span<const std::uint8_t> bytes) {
     for (const auto byte : bytes) {
         if (!take(static_cast<char>(byte)))
             return false;
-        if (tracker_.heldBits() >= mostHeldBits || asked_.size() >= mostHeldBits)
+        if (dueAnswers_ + reads_ >= mostHeldBits)
+            settle();
+        if (tracker_.heldBits() >= mostHeldBits || asked_.size() >= mostHeldBits ||
+            dueAnswers_ >= mostHeldBits)
             exchange();
     }
     return true;
@@ -97,8 +100,11 @@ void RemoteBitbang::setResets(unsigned levels) {
 
 void RemoteBitbang::read() {
     // TDO changes when TCK falls: until then it is what the last clock found.
-    if (tck_ && !hasRisen_)
+    if (tck_ && !hasRisen_) {
+        if (!asked_.empty())
+            exchange();
         return answer(1, lastLevel_);
+    }
     if (isShifting()) {
         ++reads_;
     } else if (expectsAnswers()) {

@@ -82,7 +82,7 @@ std::string_view stateName(TapState state) { return stateNames[static_cast<std::
 
 Parser::Parser(std::string_view text, std::string file)
     : lexer_(text, std::move(file))
-    , padding_(paddingPerFile + paddingPerByte * text.size()) {}
+    , padding_(paddingPerFile + std::uint64_t{paddingPerByte} * text.size()) {}
 
 Token Parser::take() {
     auto token = lexer_.next();

@@ -64,7 +64,7 @@ private:
     std::uint64_t parseCount(const Token& word, std::uint64_t most);
 
     Lexer lexer_;
-    std::size_t padding_;
+    std::uint64_t padding_;
     /// Of the statement that is read.
     std::string command_;
     std::size_t line_ = 0;

@@ -144,10 +144,11 @@ void Planner::take(const Surround& surround, Batch&) {
 void Planner::take(const Scan& scan, Batch& batch) {
     const auto& more = around(scan.target);
     const auto headerLength = more.header.data.length;
-    const auto length = headerLength + scan.data.length + more.trailer.data.length;
-    if (length > Parser::mostBits)
+    const auto total = std::uint64_t{headerLength} + scan.data.length + more.trailer.data.length;
+    if (total > Parser::mostBits)
         parser_.refuse(line_, fmt::format("a scan of {} bits, with what stands around it, is longer than {}",
-                                          length, Parser::mostBits));
+                                          total, Parser::mostBits));
+    const auto length = static_cast<std::size_t>(total);
     const auto end = ends_.of(scan.target);
     const Check::Part parts[] = {{more.header.line, 0, more.header.data},
                                  {line_, headerLength, scan.data},
@@ -161,8 +162,10 @@ void Planner::take(const Scan& scan, Batch& batch) {
             check.parts.push_back(part);
     }
     shift.isRead = !check.parts.empty();
-    // Retried, a scan that pauses would go on instead of beginning anew.
-    const bool isWhole = state_ != pauseOf(scan.target) && end != pauseOf(scan.target);
+    // Retried, a scan that pauses would go on instead of beginning anew, and one that ends in a reset would
+    // go through other registers.
+    const bool isWhole =
+        state_ != pauseOf(scan.target) && end != pauseOf(scan.target) && end != TapState::testLogicReset;
     if (shift.isRead && options_.retries > 0 && isWhole && !options_.isMeasured)
         shift.poll = pollOf(parts);
     add(std::move(shift), callsOfShift + (check.parts.empty() ? 0 : callsOfPoll), batch);

@@ -117,6 +117,8 @@ std::size_t JtagChain::scanLength(bool instructionRegister) const {
 
 void JtagChain::rise(bool tms, bool tdi) {
     using enum TapState;
+    fallIfHigh();
+    isHigh_ = true;
     switch (state_) {
     case captureDr:
     case captureIr:
@@ -137,8 +139,14 @@ void JtagChain::rise(bool tms, bool tdi) {
     state_ = nextState(state_, tms);
 }
 
+void JtagChain::fallIfHigh() {
+    if (isHigh_)
+        fall();
+}
+
 void JtagChain::fall() {
     using enum TapState;
+    isHigh_ = false;
     tdo_ = true;
     switch (state_) {
     case testLogicReset:
@@ -161,6 +169,7 @@ void JtagChain::fall() {
 }
 
 bool JtagChain::clock(bool tms, bool tdi) {
+    fallIfHigh();
     const bool sampled = tdo_;
     rise(tms, tdi);
     fall();
@@ -170,6 +179,7 @@ bool JtagChain::clock(bool tms, bool tdi) {
 PackedBits JtagChain::shift(std::span<const std::uint8_t> tdi, std::size_t bits) {
     if (bits == 0)
         return {};
+    fallIfHigh();
     // All registers together are one queue: what comes out is their old content and then TDI, and the last
     // bits of that stay.
     std::size_t length = 0;

@@ -125,9 +125,13 @@ public:
     void losePower();
 
 private:
+    /// What pins left undone.
+    void fallIfHigh();
+
     std::vector<Tap> taps_;
     TapState state_ = TapState::testLogicReset;
     bool tdo_ = true;
+    bool isHigh_ = false; ///< TCK
 };
 
 } // namespace TAVO::simulator

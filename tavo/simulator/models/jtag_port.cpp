@@ -180,7 +180,8 @@ std::int32_t JtagPort::setOptions(Register target, const ShiftOptions& options) 
 bool JtagPort::setFrequency(std::int32_t frequency) {
     if (frequency < slowest || frequency > fastest)
         return false;
-    divider_ = static_cast<std::uint32_t>((fastest + frequency - 1) / frequency);
+    // What is told, without its fraction, is not above it either.
+    divider_ = static_cast<std::uint32_t>(fastest / (std::int64_t{frequency} + 1) + 1);
     return true;
 }
 

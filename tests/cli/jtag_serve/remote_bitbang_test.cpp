@@ -82,6 +82,33 @@ TEST(RemoteBitbang, AnswersInEveryOrderWithOneExchange) {
     }
 }
 
+TEST(RemoteBitbang, AnswersInOrderAroundAResetLetter) {
+    const auto expected = bitbangWalk(Asks::both);
+    std::string text;
+    for (std::size_t clock = 0; clock < walkTms.size(); ++clock) {
+        const bool tms = walkTms[clock] == '1';
+        const bool tdi = walkTdi[clock] == '1';
+        text += {pins(false, tms, tdi), 'R', pins(true, tms, tdi), 'r', 'R'};
+    }
+    BitbangCable cable;
+    EXPECT_TRUE(cable.type(text + '0'));
+    cable.conversation.end();
+    EXPECT_EQ(cable.answers, expected.answers);
+}
+
+TEST(RemoteBitbang, AnswersAFloodOfQuestionsInParts) {
+    constexpr std::size_t count = 3'000'000;
+    BitbangCable cable;
+    std::string intoShift;
+    for (const bool tms : {false, true, false, false})
+        intoShift += clockText(tms, true, Asks::never);
+    EXPECT_TRUE(cable.type(intoShift + '0'));
+    EXPECT_TRUE(cable.type(std::string(count, 'R')));
+    EXPECT_GT(cable.answers.size(), count / 2);
+    cable.conversation.end();
+    EXPECT_GE(cable.answers.size(), count - count / 4);
+}
+
 TEST(RemoteBitbang, AnswersTheSameWhereverTheClientPauses) {
     for (const auto asks : {Asks::low, Asks::high, Asks::both}) {
         const auto expected = bitbangWalk(asks);

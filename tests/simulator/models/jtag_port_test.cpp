@@ -315,6 +315,13 @@ TEST_F(JtagPortTest, TckRunningInASleepLeavesReset) {
 TEST_F(JtagPortTest, TheFrequencyIsTheNearestNotAbove) {
     EXPECT_FALSE(port.setFrequency(999));
     EXPECT_FALSE(port.setFrequency(50'000'001));
+    for (std::int32_t divider = 1; divider <= 50'000; ++divider) {
+        ASSERT_TRUE(port.setFrequency(50'000'000 / divider));
+        const auto told = port.frequency();
+        ASSERT_EQ(told, static_cast<std::uint32_t>(50'000'000 / divider));
+        ASSERT_TRUE(port.setFrequency(static_cast<std::int32_t>(told)));
+        ASSERT_EQ(port.frequency(), told) << "what was told can be set again";
+    }
     EXPECT_TRUE(port.setFrequency(30'000'000));
     EXPECT_EQ(port.divider(), 2u);
     EXPECT_EQ(port.frequency(), 25'000'000u);
