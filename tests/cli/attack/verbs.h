@@ -57,7 +57,7 @@ inline std::vector<Verb> verbs(const std::string& folder) {
         {"jtag options", cpu},
         {"jtag svf",
          {"--object", "cpu0.jtag", "-"},
-         "SIR 23 TDI (7fff02);\nSDR 34 TDI (0) TDO (0) MASK (1);\n"},
+         "SIR 23 TDI (7fff02);\nSDR 34 TDI (0) TDO (1) MASK (1);\n"},
         {"hdt status"},
         {"hdt request", {"on"}},
         {"hdt snapshot clear"},
