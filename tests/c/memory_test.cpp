@@ -65,6 +65,8 @@ TEST(CMemoryOfAHandle, MayBeRefused) {
 }
 
 TEST_F(CMemory, IsAllGivenBack) {
+    if (support::sanitizerTakesAllocations)
+        GTEST_SKIP() << "what is given back to its own operators is not seen";
     const auto once = [&] {
         c_test::Handle other;
         EXPECT_EQ(other.open(simulator.port()), TAVO_OK);
@@ -73,12 +75,9 @@ TEST_F(CMemory, IsAllGivenBack) {
         EXPECT_EQ(other.call("{").status, TAVO_ERROR_ARGUMENT);
     };
     once();
-    // The simulator in this process may hold something at the moment, but nothing of each round.
-    constexpr int rounds = 20;
     const AllocationMeter meter;
-    for (int round = 0; round < rounds; ++round)
-        once();
-    EXPECT_LT(meter.heldPieces(), rounds);
+    once();
+    EXPECT_EQ(meter.heldPieces(), 0);
 }
 
 } // namespace
