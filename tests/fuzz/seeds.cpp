@@ -254,6 +254,40 @@ void addSvf(Seeds& seeds) {
         seeds.add("fuzz_svf", text);
 }
 
+/// What clients of cables send, in one piece and in pieces of a few bytes.
+void addCableTalk(Seeds& seeds, const std::string& target, const std::string& talk) {
+    for (const std::size_t size : {talk.size(), std::size_t{3}})
+        for (const std::size_t pause : {0u, 20u}) {
+            InputWriter input;
+            for (std::size_t at = 0; at < talk.size(); at += size) {
+                const auto piece = talk.substr(at, size);
+                input.block(Bytes(piece.begin(), piece.end())).byte(pause);
+            }
+            seeds.add(target, input.bytes);
+        }
+}
+
+void addCables(Seeds& seeds) {
+    for (const std::string talk : {
+             "B2626262626b04R04R26R26R04R04R15R15R37R26R04",
+             "040R42R60R40R40R51R51R73R6R2R04Q",
+             "r26262626040426260404s15R15Rt04u04r",
+             "RRRR0R4R0R4RR0RRR\nO7cdefg?",
+         })
+        addCableTalk(seeds, "fuzz_remote_bitbang", talk);
+    const auto shift = [](char bits, const std::string& tms, const std::string& tdi) {
+        return std::string("shift:") + bits + std::string(3, '\0') + tms + tdi;
+    };
+    for (const std::string& talk : {
+             std::string("getinfo:settck:") + "\x64" + std::string(3, '\0') + shift(5, "\x1f", "\x1f"),
+             shift(12, std::string("\x06\x08", 2), "\xa5\x02") + shift(6, "\x03", "\x00") +
+                 shift(32, "\x00\x00\x00\x80", "abcd"),
+             shift(8, "\x0d", "\xff") + "getinfo:" + shift(3, "\x01", "\x02") + "getinto:",
+             std::string("shift:\xff\xff\xff\xff"),
+         })
+        addCableTalk(seeds, "fuzz_xvc", talk);
+}
+
 /// The words of the tool's command lines in its document.
 void addArguments(Seeds& seeds) {
     std::istringstream document(contentOf("docs/tool.md"));
@@ -320,6 +354,7 @@ int main(int argc, char** argv) {
         addBatches(seeds);
         addServerKeys(seeds);
         addSvf(seeds);
+        addCables(seeds);
         addArguments(seeds);
         addTopologies(seeds);
         addConfigs(seeds);
