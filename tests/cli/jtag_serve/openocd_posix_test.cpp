@@ -1,9 +1,11 @@
+#include <csignal>
 #include <string>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <tests/cli/jtag_serve/serve_fixture.h>
+#include <tests/support/soon.h>
 
 namespace tool_test {
 namespace {
@@ -21,7 +23,7 @@ protected:
     OpenOcd()
         : ServeTest(GetParam().topology, GetParam().object) {}
 
-    support::ProcessOutcome run(const CableProcess& cable, const std::string& commands) const {
+    support::ProcessSetup setup(const CableProcess& cable, const std::string& commands) const {
         const auto config = fileWith("openocd.cfg", "adapter driver remote_bitbang\n"
                                                     "remote_bitbang host 127.0.0.1\n"
                                                     "remote_bitbang port " +
@@ -33,8 +35,11 @@ protected:
                                                         "jtag newtap board cpu -irlen 8\n"
                                                         "jtag newtap board chipset -irlen 5\n"
                                                         "jtag newtap board cpld -irlen 10\n");
-        return support::runProcess({.program = "/usr/bin/openocd",
-                                    .arguments = {"-f", config, "-c", "init; " + commands + "; shutdown"}});
+        return {.program = "/usr/bin/openocd",
+                .arguments = {"-f", config, "-c", "init; " + commands + "; shutdown"}};
+    }
+    support::ProcessOutcome run(const CableProcess& cable, const std::string& commands) const {
+        return support::runProcess(setup(cable, commands));
     }
 };
 
@@ -64,6 +69,27 @@ TEST_P(OpenOcd, PlaysFilesAndTellsRightFromWrong) {
     EXPECT_EQ(run(*cable, "svf " + right).exitCode, 0);
     EXPECT_EQ(run(*cable, "svf " + wrong).exitCode, 1);
     EXPECT_EQ(cable->end().exitCode, 0);
+}
+
+TEST_P(OpenOcd, KilledWithinAShiftLeavesTheServerAndTheLockWell) {
+    const auto cable = serve("--bitbang");
+    {
+        support::Process killed(
+            setup(*cable, "irscan board.chipset 0x0a; while 1 {drscan board.chipset 20000 0}"));
+        ASSERT_TRUE(support::soon([this] {
+            return withPort(
+                [](auto& port) { return port.chain().state() == TAVO::simulator::TapState::pauseDr; });
+        }));
+        killed.signal(SIGKILL);
+        EXPECT_EQ(killed.wait().signal, SIGKILL);
+    }
+    const auto next = run(*cable, "echo [scan_chain]");
+    EXPECT_EQ(next.exitCode, 0) << next.errors;
+    EXPECT_THAT(next.errors, HasSubstr("0x17b1e0c3"));
+    EXPECT_EQ(simulator.lockHolder()->user, "engineer");
+    const auto end = cable->end();
+    EXPECT_EQ(end.exitCode, 0) << end.errors;
+    EXPECT_FALSE(simulator.lockHolder());
 }
 
 INSTANTIATE_TEST_SUITE_P(Versions, OpenOcd,
