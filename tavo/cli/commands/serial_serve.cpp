@@ -8,7 +8,7 @@
 #include <tavo/cli/door/door.h>
 #include <tavo/cli/door/told_place.h>
 #include <tavo/cli/object_choice.h>
-#include <tavo/cli/serial_serve/device_line.h>
+#include <tavo/cli/serial_serve/guarded_line.h>
 #include <tavo/cli/serial_serve/pty_door.h>
 #include <tavo/cli/serial_serve/rfc2217.h>
 
@@ -20,7 +20,7 @@ namespace {
 template <class Action>
 void withLine(Session& session, Output& output, const SerialServeOptions& options, Action action) {
     const auto port = chooseObject<CommonModules::Com_v1_0>(session, options.object, "serial port");
-    DeviceLine line(session, output, port, options.settings());
+    GuardedLine line(session, output, port, options.settings());
     try {
         action(line);
     } catch (const Interrupted&) {
@@ -31,7 +31,7 @@ void withLine(Session& session, Output& output, const SerialServeOptions& option
 
 void serveNetwork(Session& session, Output& output, const SerialServeOptions& options) {
     Door door(parseListenAddress(options.rfc2217 + options.tcp), {});
-    withLine(session, output, options, [&](DeviceLine& line) {
+    withLine(session, output, options, [&](GuardedLine& line) {
         tellIfAnybodyReads(output, door.place());
         do {
             door.serve([&](Conversation::Send send) -> std::unique_ptr<Conversation> {
@@ -45,7 +45,7 @@ void serveNetwork(Session& session, Output& output, const SerialServeOptions& op
     });
 }
 
-void followRate(DeviceLine& line, std::int32_t baud) {
+void followRate(GuardedLine& line, std::int32_t baud) {
     auto settings = line.settings();
     settings.baud = baud;
     if ((baud <= 0 || !line.set(settings)) && line.works())
@@ -56,7 +56,7 @@ void followRate(DeviceLine& line, std::int32_t baud) {
 
 void serveTerminal(Session& session, Output& output, const SerialServeOptions& options) {
     PtyDoor door(options.baud, options.link);
-    withLine(session, output, options, [&](DeviceLine& line) {
+    withLine(session, output, options, [&](GuardedLine& line) {
         tellIfAnybodyReads(output, door.place());
         do {
             door.serve(

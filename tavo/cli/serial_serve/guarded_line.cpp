@@ -1,4 +1,4 @@
-#include <tavo/cli/serial_serve/device_line.h>
+#include <tavo/cli/serial_serve/guarded_line.h>
 
 #include <algorithm>
 #include <exception>
@@ -22,8 +22,8 @@ constexpr milliseconds drainMargin(20);
 
 } // namespace
 
-DeviceLine::DeviceLine(Session& session, Output& output, std::shared_ptr<CommonModules::Com_v1_0> port,
-                       const LineSettings& settings)
+GuardedLine::GuardedLine(Session& session, Output& output, std::shared_ptr<CommonModules::Com_v1_0> port,
+                         const LineSettings& settings)
     : session_(session)
     , output_(output)
     , port_(std::move(port))
@@ -35,14 +35,14 @@ DeviceLine::DeviceLine(Session& session, Output& output, std::shared_ptr<CommonM
     open(settings);
 }
 
-std::string DeviceLine::name() const { return visible(port_->getFullName()); }
+std::string GuardedLine::name() const { return visible(port_->getFullName()); }
 
-void DeviceLine::open(const LineSettings& settings) {
+void GuardedLine::open(const LineSettings& settings) {
     link_.emplace(session_, port_, settings.request());
     sentAt_ = {};
 }
 
-std::string DeviceLine::exchange(std::string_view bytes) {
+std::string GuardedLine::exchange(std::string_view bytes) {
     auto received = kept_.take();
     guard_.attempt([&] {
         received += link_->exchange(bytes);
@@ -51,7 +51,7 @@ std::string DeviceLine::exchange(std::string_view bytes) {
     return received;
 }
 
-void DeviceLine::dropReceived() {
+void GuardedLine::dropReceived() {
     // A board may say more than that meanwhile; then it goes on saying it.
     constexpr int mostRounds = 16;
     kept_.take();
@@ -61,7 +61,7 @@ void DeviceLine::dropReceived() {
     });
 }
 
-void DeviceLine::noteSent(std::size_t bytes) {
+void GuardedLine::noteSent(std::size_t bytes) {
     if (bytes == 0)
         return;
     constexpr std::int64_t bitsOfByte = 12;
@@ -70,7 +70,7 @@ void DeviceLine::noteSent(std::size_t bytes) {
     sentAt_ = std::max(sentAt_, Clock::now()) + lasts;
 }
 
-void DeviceLine::leave() {
+void GuardedLine::leave() {
     if (sentAt_ != Clock::time_point()) {
         const auto left = sentAt_ + drainMargin - Clock::now();
         if (left > Clock::duration::zero())
@@ -81,7 +81,7 @@ void DeviceLine::leave() {
     link_.reset();
 }
 
-bool DeviceLine::set(const LineSettings& settings) {
+bool GuardedLine::set(const LineSettings& settings) {
     if (settings == settings_)
         return true;
     bool isSet = false;
@@ -100,7 +100,7 @@ bool DeviceLine::set(const LineSettings& settings) {
     return isSet;
 }
 
-bool DeviceLine::sendBreak() {
+bool GuardedLine::sendBreak() {
     bool isSent = false;
     guard_.attempt([&] {
         leave();
@@ -117,7 +117,7 @@ bool DeviceLine::sendBreak() {
     return isSent;
 }
 
-void DeviceLine::close() {
+void GuardedLine::close() {
     if (works() && link_)
         link_->close();
     link_.reset();

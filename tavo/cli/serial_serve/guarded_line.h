@@ -16,11 +16,11 @@
 namespace TAVO::cli {
 
 /// The serial port of a device, as far as it works; open while this exists.
-class DeviceLine final : public ServedLine {
+class GuardedLine final : public ServedLine {
 public:
     /// @throws Failure (refused) if the device does not accept the settings.
-    DeviceLine(Session& session, Output& output, std::shared_ptr<CommonModules::Com_v1_0> port,
-               const LineSettings& settings);
+    GuardedLine(Session& session, Output& output, std::shared_ptr<CommonModules::Com_v1_0> port,
+                const LineSettings& settings);
 
     std::string exchange(std::string_view bytes) override;
     void dropReceived() override;
