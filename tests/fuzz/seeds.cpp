@@ -254,6 +254,23 @@ void addSvf(Seeds& seeds) {
         seeds.add("fuzz_svf", text);
 }
 
+/// What a client says when it opens, uses and closes a port.
+void addComPort(Seeds& seeds) {
+    const Bytes opening{255, 253, 1,   255, 251, 3,   255, 253, 3,   255, 253, 44,  255, 251,
+                        44,  255, 250, 44,  1,   0,   0,   37,  128, 255, 240, 255, 250, 44,
+                        2,   7,   255, 240, 255, 250, 44,  3,   3,   255, 240, 255, 250, 44,
+                        4,   2,   255, 240, 255, 250, 44,  5,   2,   255, 240};
+    const Bytes use{'v', 255, 255, 13,  255, 250, 44,  5,   5,   255, 240, 255, 243, 255, 250, 44,
+                    12,  3,   255, 240, 255, 250, 44,  8,   255, 240, 'x', 255, 250, 44,  9,   255,
+                    240, 255, 250, 44,  0,   255, 240, 255, 250, 44,  11,  255, 255, 255, 240, 255,
+                    250, 44,  7,   255, 240, 255, 250, 24,  1,   255, 240, 255, 252, 44};
+    for (const std::size_t piece : {std::size_t{1}, std::size_t{5}, std::size_t{200}}) {
+        seeds.add("fuzz_rfc2217", fuzz::InputWriter().byte(piece).raw(opening).bytes);
+        seeds.add("fuzz_rfc2217", fuzz::InputWriter().byte(piece).raw(use).bytes);
+        seeds.add("fuzz_rfc2217", fuzz::InputWriter().byte(piece).raw(opening).raw(use).bytes);
+    }
+}
+
 /// The words of the tool's command lines in its document.
 void addArguments(Seeds& seeds) {
     std::istringstream document(contentOf("docs/tool.md"));
@@ -320,6 +337,7 @@ int main(int argc, char** argv) {
         addBatches(seeds);
         addServerKeys(seeds);
         addSvf(seeds);
+        addComPort(seeds);
         addArguments(seeds);
         addTopologies(seeds);
         addConfigs(seeds);
