@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <poll.h>
+#include <sys/stat.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -79,7 +80,9 @@ void PtyDoor::prepareTerminal(std::int32_t baud) {
     // Only a terminal that has been open tells that nobody has it open.
     const Descriptor terminal(::open(path_.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
     termios settings{};
-    if (!terminal.isOpen() || ::tcgetattr(terminal.number(), &settings) != 0)
+    // Others of the terminals' group could write there.
+    if (!terminal.isOpen() || ::fchmod(terminal.number(), S_IRUSR | S_IWUSR) != 0 ||
+        ::tcgetattr(terminal.number(), &settings) != 0)
         refuseTerminal();
     ::cfmakeraw(&settings);
     const auto* const rate = std::find_if(std::begin(terminalRates), std::end(terminalRates),

@@ -184,6 +184,8 @@ TEST_F(SerialPty, IsATerminalThatFollowsTheRate) {
     bootBoard();
     const auto server = serveTerminal({"--baud", "9600"});
     EXPECT_EQ(settings()->baud, 9600);
+    using std::filesystem::perms;
+    EXPECT_EQ(std::filesystem::status(server->path()).permissions(), perms::owner_read | perms::owner_write);
     {
         Opened program(server->path());
         program.type("version\r");
