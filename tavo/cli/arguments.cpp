@@ -50,7 +50,11 @@ public:
         addOptions(*app, bound.options);
         if (bound.object && group.objects)
             group.objects->push_back(bound.object);
-        app->callback([&program = program_, bound = std::move(bound)] {
+        nodes_[command.path] = {app, group.objects};
+        app->callback([&program = program_, app, path = command.path, bound = std::move(bound)] {
+            // The parser calls the command above after that below it.
+            if (const auto below = app->get_subcommands(); !below.empty())
+                return refuseOptionsAbove(*app, path, path + ' ' + below.front()->get_name());
             program.action = bound.run;
             if (!bound.isLocal || bound.isLocal())
                 program.localAction = bound.runLocally;
@@ -85,6 +89,15 @@ private:
             node.app->add_option_function<std::string>("--object", give, group.object);
         }
         return nodes_[path] = std::move(node);
+    }
+
+    /// A command with another below it: its own options are not for that one.
+    static void refuseOptionsAbove(const CLI::App& above, const std::string& path,
+                                   const std::string& chosen) {
+        for (const auto* option : above.get_options())
+            if (option->count() > 0)
+                throw Failure(ExitCode::usage, fmt::format("{} is an option of '{}', not of '{}'",
+                                                           option->get_name(), path, chosen));
     }
 
     Program& program_;

@@ -139,6 +139,8 @@ std::string commandText(const Command& command) {
     auto text = fmt::format("{}\n\nUsage: {} [OPTION ...]\n{}{}{}", command.summary, usage,
                             optionsText("Arguments", bound.options, isArgument),
                             optionsText(bound.options, helpFlag), aboveText(command, bound));
+    if (!namesBelow(command.path).empty())
+        text += subcommandsText(command.path);
     if (!command.footer.empty())
         text += "\n" + command.footer + "\n";
     if (!command.examples.empty())

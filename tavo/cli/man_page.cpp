@@ -172,9 +172,9 @@ ManPage pageOf(const std::string& path, const std::string& date) {
     for (const auto& command : commands)
         page.synopsisOf(command);
     out.section("DESCRIPTION");
-    const bool isGroup = findGroup(path).has_value();
+    const bool areSeveral = commands.size() > 1 || findGroup(path).has_value();
     for (const auto& command : commands) {
-        if (isGroup)
+        if (areSeveral)
             out.macro("Ss " + Mdoc::argument("tavo " + command.path));
         page.tell(command);
     }

@@ -275,17 +275,35 @@ void addCables(Seeds& seeds) {
              "RRRR0R4R0R4RR0RRR\nO7cdefg?",
          })
         addCableTalk(seeds, "fuzz_remote_bitbang", talk);
+    using namespace std::string_literals;
     const auto shift = [](char bits, const std::string& tms, const std::string& tdi) {
         return std::string("shift:") + bits + std::string(3, '\0') + tms + tdi;
     };
     for (const std::string& talk : {
              std::string("getinfo:settck:") + "\x64" + std::string(3, '\0') + shift(5, "\x1f", "\x1f"),
-             shift(12, std::string("\x06\x08", 2), "\xa5\x02") + shift(6, "\x03", "\x00") +
-                 shift(32, "\x00\x00\x00\x80", "abcd"),
+             shift(12, "\x06\x08"s, "\xa5\x02") + shift(6, "\x03"s, "\0"s) +
+                 shift(32, "\0\0\0\x80"s, "abcd"s),
              shift(8, "\x0d", "\xff") + "getinfo:" + shift(3, "\x01", "\x02") + "getinto:",
              std::string("shift:\xff\xff\xff\xff"),
          })
         addCableTalk(seeds, "fuzz_xvc", talk);
+}
+
+/// What a client says when it opens, uses and closes a port.
+void addComPort(Seeds& seeds) {
+    const Bytes opening{255, 253, 1,   255, 251, 3,   255, 253, 3,   255, 253, 44,  255, 251,
+                        44,  255, 250, 44,  1,   0,   0,   37,  128, 255, 240, 255, 250, 44,
+                        2,   7,   255, 240, 255, 250, 44,  3,   3,   255, 240, 255, 250, 44,
+                        4,   2,   255, 240, 255, 250, 44,  5,   2,   255, 240};
+    const Bytes use{'v', 255, 255, 13,  255, 250, 44,  5,   5,   255, 240, 255, 243, 255, 250, 44,
+                    12,  3,   255, 240, 255, 250, 44,  8,   255, 240, 'x', 255, 250, 44,  9,   255,
+                    240, 255, 250, 44,  0,   255, 240, 255, 250, 44,  11,  255, 255, 255, 240, 255,
+                    250, 44,  7,   255, 240, 255, 250, 24,  1,   255, 240, 255, 252, 44};
+    for (const std::size_t piece : {std::size_t{1}, std::size_t{5}, std::size_t{200}}) {
+        seeds.add("fuzz_rfc2217", fuzz::InputWriter().byte(piece).raw(opening).bytes);
+        seeds.add("fuzz_rfc2217", fuzz::InputWriter().byte(piece).raw(use).bytes);
+        seeds.add("fuzz_rfc2217", fuzz::InputWriter().byte(piece).raw(opening).raw(use).bytes);
+    }
 }
 
 /// The words of the tool's command lines in its document.
@@ -355,6 +373,7 @@ int main(int argc, char** argv) {
         addServerKeys(seeds);
         addSvf(seeds);
         addCables(seeds);
+        addComPort(seeds);
         addArguments(seeds);
         addTopologies(seeds);
         addConfigs(seeds);

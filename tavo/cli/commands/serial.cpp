@@ -1,4 +1,5 @@
 #include <tavo/cli/commands/commands.h>
+#include <tavo/cli/commands/serial.h>
 
 #include <array>
 #include <cerrno>
@@ -27,16 +28,7 @@ using Seconds = std::chrono::duration<double>;
 
 constexpr std::chrono::milliseconds lookInterval(40);
 
-struct SerialOptions {
-    std::string object;
-    int baud = 115200;
-    int dataBits = 8;
-    std::string parity = "none";
-    int stopBits = 1;
-    bool rtsCts = false;
-    bool dtrDsr = false;
-    bool xonXoff = false;
-    bool loopback = false;
+struct SerialOptions : SerialLineOptions {
     double wait = 1;
     std::string until;
     std::string leaveKey = "^]";
@@ -44,17 +36,7 @@ struct SerialOptions {
     std::string log;
 
     void describe(OptionList& list) {
-        const auto line = "Line";
-        list.add("--object", object, "Full name of the port; required if there are several");
-        list.add("--baud", baud, "Bits per second", {.showsDefault = true, .heading = line});
-        list.add("--bits", dataBits, "Data bits", {.showsDefault = true, .heading = line});
-        list.add("--parity", parity, "none, even or odd",
-                 {.showsDefault = true, .choices = {"none", "even", "odd"}, .heading = line});
-        list.add("--stop", stopBits, "Stop bits", {.showsDefault = true, .heading = line});
-        list.add("--rtscts", rtsCts, "RTS/CTS handshake", {.heading = line});
-        list.add("--dtrdsr", dtrDsr, "DTR/DSR handshake", {.heading = line});
-        list.add("--xonxoff", xonXoff, "XON/XOFF handshake", {.heading = line});
-        list.add("--loopback", loopback, "Sent bytes come back", {.heading = line});
+        SerialLineOptions::describe(list);
         list.add("--wait", wait, "How long to listen after the end of input that is not a terminal",
                  {.showsDefault = true,
                   .kind = ValueKind::duration,
@@ -67,20 +49,6 @@ struct SerialOptions {
         list.add("--break", sendsBreak, "Send a break first");
         list.add("--log", log, "Add what is sent and received to this file, with the time of each line",
                  {.kind = ValueKind::file});
-    }
-
-    dto::com::OpenRequest settings() const {
-        dto::com::OpenRequest request;
-        request.value1 = baud;
-        request.value2 = dataBits;
-        request.flag1 = parity != "none";
-        request.flag2 = parity == "even";
-        request.value3 = stopBits;
-        request.flag3 = rtsCts;
-        request.flag4 = dtrDsr;
-        request.flag5 = xonXoff;
-        request.flag6 = loopback;
-        return request;
     }
 };
 
@@ -192,8 +160,8 @@ void talk(Session& session, Output& output, const SerialOptions& options) {
         log.emplace(options.log);
     const auto port = chooseObject<CommonModules::Com_v1_0>(session, options.object, "serial port");
     if (options.sendsBreak)
-        sendBreak(session, port, options.settings());
-    SerialLink link(session, port, options.settings());
+        sendBreak(session, port, options.settings().request());
+    SerialLink link(session, port, options.settings().request());
     Console console(link, output, options, log ? &*log : nullptr);
     if (input.isTerminal())
         std::fputs(
@@ -220,8 +188,29 @@ void talk(Session& session, Output& output, const SerialOptions& options) {
 
 } // namespace
 
+void SerialLineOptions::describe(OptionList& list) {
+    const auto line = "Line";
+    list.add("--object", object, "Full name of the port; required if there are several");
+    list.add("--baud", baud, "Bits per second", {.showsDefault = true, .heading = line});
+    list.add("--bits", dataBits, "Data bits", {.showsDefault = true, .heading = line});
+    list.add("--parity", parity, "none, even or odd",
+             {.showsDefault = true, .choices = {"none", "even", "odd"}, .heading = line});
+    list.add("--stop", stopBits, "Stop bits", {.showsDefault = true, .heading = line});
+    list.add("--rtscts", rtsCts, "RTS/CTS handshake", {.heading = line});
+    list.add("--dtrdsr", dtrDsr, "DTR/DSR handshake", {.heading = line});
+    list.add("--xonxoff", xonXoff, "XON/XOFF handshake", {.heading = line});
+    list.add("--loopback", loopback, "Sent bytes come back", {.heading = line});
+}
+
+LineSettings SerialLineOptions::settings() const {
+    const auto kind = parity == "none" ? Parity::none : parity == "even" ? Parity::even : Parity::odd;
+    return {baud, dataBits, kind, stopBits, rtsCts, dtrDsr, xonXoff, loopback};
+}
+
 std::vector<Command> serialCommands() {
-    return {command("serial", "A console on the serial port: Ctrl-] leaves", talk)};
+    return {command("serial", "A console on the serial port: Ctrl-] leaves", talk),
+            command("serial serve", "Be a serial port for other programs, on the network or as a terminal",
+                    serveSerial)};
 }
 
 } // namespace TAVO::cli

@@ -22,6 +22,8 @@ public:
     /// Nothing more has come, for that long.
     /// @return when to be told again, counted from what came last; empty: not until more has come.
     virtual std::optional<Milliseconds> pause(Milliseconds silence) = 0;
+    /// How long a client that sends no more is still told things: pause() goes on for that long.
+    virtual Milliseconds farewell() const { return Milliseconds(0); }
     /// The client has gone, or has been sent away.
     virtual void end() = 0;
 };

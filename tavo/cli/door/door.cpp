@@ -1,5 +1,7 @@
 #include <tavo/cli/door/door.h>
 
+#include <algorithm>
+#include <chrono>
 #include <utility>
 #include <vector>
 
@@ -79,8 +81,10 @@ void Door::converse(Visitor& visitor, Conversation& conversation) {
     std::optional<Milliseconds> patience(0);
     for (;;) {
         const auto arrival = visitor.take(bytes, patience);
-        if (arrival == Visitor::Arrival::end)
+        if (arrival == Visitor::Arrival::end) {
+            sayFarewell(visitor, conversation);
             return conversation.end();
+        }
         if (arrival == Visitor::Arrival::bytes) {
             if (!conversation.receive(bytes))
                 return conversation.end();
@@ -92,6 +96,22 @@ void Door::converse(Visitor& visitor, Conversation& conversation) {
         patience = conversation.pause(silence);
         if (patience)
             *patience -= silence;
+    }
+}
+
+void Door::sayFarewell(Visitor& visitor, Conversation& conversation) {
+    using Milliseconds = Conversation::Milliseconds;
+    using Clock = std::chrono::steady_clock;
+    const auto end = Clock::now() + conversation.farewell();
+    Milliseconds silence(0);
+    for (;;) {
+        const auto left = std::chrono::ceil<Milliseconds>(end - Clock::now());
+        if (left <= Milliseconds(0))
+            return;
+        const auto next = conversation.pause(silence);
+        if (!next || visitor.awaitGoing(std::min(*next - silence, left)))
+            return;
+        silence = *next;
     }
 }
 

@@ -42,6 +42,8 @@ private:
     std::shared_ptr<Visitor> nextVisitor();
     void accept();
     static void converse(Visitor& visitor, Conversation& conversation);
+    /// For a client that sends no more, but may still listen.
+    static void sayFarewell(Visitor& visitor, Conversation& conversation);
 
     std::string host_;
     Visitor::Bounds bounds_;

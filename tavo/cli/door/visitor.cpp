@@ -96,6 +96,14 @@ void Visitor::send(std::span<const std::uint8_t> bytes) {
         asio::post(socket_.get_executor(), [self = shared_from_this()] { self->write(); });
 }
 
+bool Visitor::awaitGoing(Milliseconds patience) {
+    InterruptWatch::throwIfInterrupted();
+    std::unique_lock lock(mutex_);
+    await(
+        lock, [this] { return isClosed_; }, Clock::now() + patience);
+    return isClosed_;
+}
+
 void Visitor::finish() {
     std::unique_lock lock(mutex_);
     await(

@@ -43,6 +43,9 @@ public:
     /// Sends. Waits while too much is unsent; does nothing when the client has gone.
     /// @throws Interrupted when a signal came.
     void send(std::span<const std::uint8_t> bytes);
+    /// Waits no longer than that for the connection to be closed.
+    /// @return whether it is. @throws Interrupted when a signal came.
+    bool awaitGoing(Milliseconds patience);
     /// Closes the connection when all is sent, for which a client has `patienceAtEnd`, and read.
     /// @throws Interrupted when a signal came.
     void finish();
