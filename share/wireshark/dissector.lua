@@ -39,14 +39,14 @@ local e = {
     strange = ProtoExpert.new("tavox.note.strange", "No message of this protocol", expert.group.PROTOCOL,
         expert.severity.WARN),
     cut = ProtoExpert.new("tavox.note.cut", "Ends before its last field", expert.group.PROTOCOL, expert.severity.WARN),
-    tooMany = ProtoExpert.new("tavox.note.capture", "Not all of it was captured", expert.group.SEQUENCE,
+    partly = ProtoExpert.new("tavox.note.partly", "Not all of it was captured or put together", expert.group.SEQUENCE,
         expert.severity.NOTE),
     refused = ProtoExpert.new("tavox.note.refused", "The device reports an error", expert.group.RESPONSE_CODE,
         expert.severity.NOTE),
     failed = ProtoExpert.new("tavox.note.failed", "The method reports a failure", expert.group.RESPONSE_CODE,
         expert.severity.NOTE),
 }
-tavox.experts = {e.unknown, e.strange, e.cut, e.tooMany, e.refused, e.failed}
+tavox.experts = {e.unknown, e.strange, e.cut, e.partly, e.refused, e.failed}
 
 tavox.prefs.ports = Pref.range("TCP ports", "6123-6124", "Ports of appliances and shares, such as 6123-6124,7000", 65535)
 tavox.prefs.names_file = Pref.string("File of names", "",
@@ -105,7 +105,7 @@ local show = {}
 
 function show.requestHead(context, stream, at, stop, isAll)
     local tvb = context.tvb
-    if stop - at < 8 then return showData(context, at, stop - at, e.tooMany) end
+    if stop - at < 8 then return showData(context, at, stop - at, e.partly) end
     local count = tvb(at + 4, 4):uint()
     local exchange = exchangeAt(context, at, function() return {count = count, calls = {}} end)
     if not exchange then return end
@@ -130,7 +130,7 @@ end
 function show.call(context, stream, at, stop, isAll)
     local tvb = context.tvb
     local exchange = stream.exchange
-    if stop - at < 12 then return showData(context, at, stop - at, e.tooMany) end
+    if stop - at < 12 then return showData(context, at, stop - at, e.partly) end
     local instance, method = tvb(at, 4):uint(), tvb(at + 4, 4):uint()
     local call = exchange.calls[stream.index + 1]
     if not call then
@@ -145,7 +145,7 @@ function show.call(context, stream, at, stop, isAll)
     if call.row then
         local reader = readerOf(tvb, at + 12, stop)
         if not showRecord(branch, call.row.request, reader, f.rest) then
-            branch:add_proto_expert_info(isAll and e.cut or e.tooMany)
+            branch:add_proto_expert_info(isAll and e.cut or e.partly)
         end
     else
         addBytes(branch, f.parameters, tvb, at + 12, stop)
@@ -177,7 +177,7 @@ end
 
 function show.replyHead(context, stream, at, stop, isAll)
     local tvb = context.tvb
-    if not isAll then return showData(context, at, stop - at, e.tooMany) end
+    if not isAll then return showData(context, at, stop - at, e.partly) end
     local statusSize = tvb(at, 4):uint()
     local errorAt = at + 4 + statusSize
     local errorSize = tvb(errorAt, 4):uint()
@@ -203,21 +203,21 @@ end
 function show.result(context, stream, at, stop, isAll)
     local tvb = context.tvb
     local exchange = stream.exchange
-    if stop - at < 4 then return showData(context, at, stop - at, e.tooMany) end
+    if stop - at < 4 then return showData(context, at, stop - at, e.partly) end
     local call = exchange and exchange.calls[stream.index + 1]
     local text = call and call.text or "unknown call"
     local branch = context.tree:add(tvb(at, stop - at), "Result of " .. text)
     branch:add(f.resultOf, tvb(at, 4), text)
     branch:add(f.resultSize, tvb(at, 4))
     if stop - at < 8 then
-        branch:add_proto_expert_info(isAll and e.cut or e.tooMany)
+        branch:add_proto_expert_info(isAll and e.cut or e.partly)
     else
         local code = tvb(at + 4, 4):int()
         local item = branch:add(f.returnCode, tvb(at + 4, 4))
         if code ~= 0 then item:add_proto_expert_info(e.failed) end
         if call and call.row then
             if not showRecord(branch, call.row.reply, readerOf(tvb, at + 8, stop), f.rest) then
-                branch:add_proto_expert_info(isAll and e.cut or e.tooMany)
+                branch:add_proto_expert_info(isAll and e.cut or e.partly)
             end
         else
             addBytes(branch, f.result, tvb, at + 8, stop)
@@ -273,7 +273,8 @@ local function walk(context, stream)
                 say(context, "data")
                 return
             end
-            if size > have and context.mayWait and context.captured == reported then return at, size - have end
+            local wanted = size <= longestAssembled and size or beginningOfLonger
+            if wanted > have and context.mayWait and context.captured == reported then return at, wanted - have end
             show[stream.part](context, stream, at, at + math.min(size, have), size <= have)
             if size > have then
                 -- What Wireshark does not put together is passed over, if its size is known.

@@ -7,6 +7,9 @@
 local longestParameters = 64 * 1024 * 1024
 local longestResult = 256 * 1024 * 1024
 local longestBlockOfHead = 1024 * 1024
+-- Wireshark takes ever longer for each segment of a piece: of what is longer, the beginning is shown.
+local longestAssembled = 3 * 1024 * 1024
+local beginningOfLonger = 4096
 local mostCalls = 256 * 1024 * 1024 / 12
 
 local conversations = {}

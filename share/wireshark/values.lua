@@ -51,29 +51,31 @@ end
 
 local showValue
 
+-- Of a block that goes on behind what there is, the beginning is shown.
 local function showBlock(tree, form, name, reader)
     local begin = reader.at
     local size = takeCount(reader)
-    local at = size and take(reader, size)
-    if not at then return end
+    if not size then return end
+    local at = reader.at
+    local there = math.min(size, reader.stop - at)
+    take(reader, size)
     local tvb = reader.tvb
-    local whole = tvb(begin, 4 + size)
+    local most = form.kind == "text" and shownText or shownBytes
+    local shown = math.min(there, most)
+    local item
     if form.isSecret and not showsSecrets then
-        tree:add(form.field, whole, hidden)
+        tree:add(form.field, tvb(begin, 4 + there), hidden)
+        return
     elseif form.kind == "text" or form.isSecret then
-        local text = size > 0 and tvb(at, math.min(size, shownText)):string(ENC_UTF_8) or ""
-        local item = tree:add(form.field, whole, text)
-        if size > shownText then item:append_text(" (the first " .. shownText .. " of " .. size .. " bytes)") end
-    elseif size == 0 then
-        tree:add(form.field, tvb(at - 4, 0)):append_text(" (0 bytes)")
+        item = tree:add(form.field, tvb(begin, 4 + there), shown > 0 and tvb(at, shown):string(ENC_UTF_8) or "")
     else
-        local item = tree:add(form.field, tvb(at, math.min(size, shownBytes)))
-        if size > shownBytes then
-            item:set_len(size)
-            item:append_text(" (the first " .. shownBytes .. " of " .. size .. " bytes)")
-        else
-            item:append_text(" (" .. size .. " bytes)")
-        end
+        item = tree:add(form.field, tvb(at, shown))
+        if there > 0 then item:set_len(there) end
+    end
+    if shown < size then
+        item:append_text(" (the first " .. shown .. " of " .. size .. " bytes)")
+    elseif form.kind == "bytes" then
+        item:append_text(" (" .. size .. " bytes)")
     end
 end
 

@@ -221,13 +221,16 @@ class PluginTest(unittest.TestCase):
 
     def test_puts_large_batches_together(self):
         block = text("x" * 65536)
+        longer = text("y" * 4000000)
         batch = [(TO_DEVICE, request(*[(0, 7, text("ann") + block)] * 40)),
                  (FROM_DEVICE, reply(*[words(0, LOCK_ID) + block] * 40))]
+        batch += [(TO_DEVICE, request((0, 7, longer + block), (0, 8, b""))),
+                  (FROM_DEVICE, reply(words(0, LOCK_ID) + longer, words(0) + words(0)))]
         pieces = SMALL[:2] + [(direction, data[at:at + 1460]) for direction, data in batch
                               for at in range(0, len(data), 1460)] + SMALL[2:4]
         path = self.capture("large.pcap", pieces)
         packets = self.fields(path, "tavox.call", "tavox.result_of", "tavox.device.rootMembers.reply.members.name")
-        wanted = ["device.methods"] + ["device.lock"] * 41 + ["device.rootMembers"]
+        wanted = ["device.methods"] + ["device.lock"] * 41 + ["device.rootMembers"] + ["device.lock", "device.rootMembers"]
         self.assertEqual([call for packet in packets for call in packet[0]], wanted)
         self.assertEqual([result for packet in packets for result in packet[1]], wanted)
         self.assertEqual(packets[-1][2], ["lamp", "bus"])
@@ -247,16 +250,18 @@ class PluginTest(unittest.TestCase):
                 left = max(0, left - len(data))
             conversations.append(pieces)
         interesting = [words(number) for number in (0, 1, 0x7FFFFFFF, 0xFFFFFFFF, 0x00100001, 0x04000001)]
-        for _ in range(300):
+        for message, (_, data) in enumerate(bytes_of):  # every number spoilt, alone
+            for at in range(0, len(data) - 3):
+                pieces = [tuple(piece) for piece in bytes_of[:message + 2]]
+                spoilt = data[:at] + chance.choice(interesting) + data[at + 4:]
+                pieces[message] = (pieces[message][0], spoilt)
+                conversations.append(pieces)
+        for _ in range(100):  # many at once, in segments of any size
             pieces = []
             for direction, data in bytes_of:
                 data = bytearray(data)
                 if chance.random() < 0.4:
-                    at = chance.randrange(len(data))
-                    if chance.random() < 0.5:
-                        data[at:at + 4] = chance.choice(interesting)
-                    else:
-                        data[at] = chance.randrange(256)
+                    data[chance.randrange(len(data))] = chance.randrange(256)
                 parts = sorted(chance.sample(range(len(data) + 1), chance.choice([0, 1, 2])))
                 for begin, end in zip([0] + parts, parts + [len(data)]):
                     pieces.append((direction, bytes(data[begin:end])))
@@ -275,7 +280,7 @@ class PluginTest(unittest.TestCase):
         capture.close()
         output, _ = self.tshark(path, "-2", "-V", "-O", "tavox")
         self.assertIn("Call: lamp.set", output[-20000:])
-        self.assertGreater(output.count("Not all of it was captured"), 100)
+        self.assertGreater(output.count("Not all of it was captured or put together"), 100)
 
 
 if __name__ == "__main__":
