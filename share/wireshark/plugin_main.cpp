@@ -24,7 +24,8 @@ void writeRegistry(std::ostream& out) {
     TAVO::CoreObjects::registerCoreObjects();
     TAVO::HWDebug::HwdObjects::registerCoreObjects();
     CommonModules::CommonModulesObjects::registerCoreObjects();
-    out << "-- Every type of object: its methods, and the fields of their requests and replies in wire order.\n"
+    out << "-- Every type of object: its methods, and the fields of their requests and replies in wire "
+           "order.\n"
            "local registry = {\n";
     for (const auto& table : TAVO::objectTables()) {
         out << "    {type = \"" << table.type << "\", version = \"" << table.version << "\", methods = {\n";
@@ -52,7 +53,8 @@ int main(int count, char** arguments) {
     }
     try {
         std::ofstream out(arguments[1], std::ios::binary);
-        out << "-- Shows conversations with TAVOX appliances in Wireshark. This file was generated: do not edit it.\n\n";
+        out << "-- Shows conversations with TAVOX appliances in Wireshark. This file was generated: do not "
+               "edit it.\n\n";
         writeRegistry(out);
         for (int i = 2; i < count; ++i)
             writeSource(out, arguments[i]);
