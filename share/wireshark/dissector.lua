@@ -2,9 +2,10 @@
 
 local tavox = Proto("tavox", "TAVOX")
 
+-- The exceptions that a client throws for them.
 local errorNames = {
-    [1000] = "configuration", [1001] = "locked by another user", [1002] = "specification", [1003] = "specification",
-    [1004] = "specification", [1005] = "specification", [1006] = "execution", [1013] = "login",
+    [1000] = "ConfigurationError", [1001] = "LockError", [1002] = "SpecificationError", [1003] = "SpecificationError",
+    [1004] = "SpecificationError", [1005] = "SpecificationError", [1006] = "ExecutionError", [1013] = "TAVOLoginError",
 }
 
 local f = {
@@ -48,7 +49,8 @@ local e = {
 }
 tavox.experts = {e.unknown, e.strange, e.cut, e.partly, e.refused, e.failed}
 
-tavox.prefs.ports = Pref.range("TCP ports", "6123-6124", "Ports of appliances and shares, such as 6123-6124,7000", 65535)
+tavox.prefs.ports = Pref.range("TCP ports", "6123-6124", "Ports of appliances and shares, such as 6123-6124,7000",
+    65535)
 tavox.prefs.names_file = Pref.string("File of names", "",
     "What 'tavo --json tree --methods' has printed: names for captures that begin later than the conversation")
 tavox.prefs.show_secrets = Pref.bool("Show passwords and lock ids", false, "Otherwise they are shown as ***")

@@ -1,4 +1,5 @@
--- The forms of the registry, such as "name: text, ids: list of u32", as tables, and a field of Wireshark for each value.
+-- The forms of the registry, such as "name: text, ids: list of u32", as tables, and a field of Wireshark for each
+-- value.
 
 local sizeOfKind = {bool = 1, u8 = 1, i32 = 4, u32 = 4, i64 = 8, u64 = 8}
 local makerOfKind = {

@@ -30,7 +30,9 @@ local function forgetAll()
 end
 
 local function copyOf(stream)
-    return {part = stream.part, skip = stream.skip, exchange = stream.exchange, left = stream.left, index = stream.index}
+    return {
+        part = stream.part, skip = stream.skip, exchange = stream.exchange, left = stream.left, index = stream.index,
+    }
 end
 
 -- Each of these returns how many bytes a piece needs, and whether that is all of it; or nothing if it cannot be one.
@@ -82,7 +84,7 @@ local function looksLikeReply(tvb, at, have)
     return isAll and size <= have and tvb(at + size - 4, 4):uint() <= 100000
 end
 
--- What a piece leaves behind. `stream` is the direction's state, `frame` number and time of the frame.
+-- What a piece leaves behind in the state of its direction.
 
 local function enterRequest(conversation, stream, exchange)
     stream.part = exchange.count > 0 and "call" or "requestHead"

@@ -79,9 +79,11 @@ class MetricsTest(unittest.TestCase):
 
     def start(self, *arguments):
         """A command of the tool that goes on, and the line that it prints first."""
-        process = subprocess.Popen([TAVO, *arguments], env=self.environment, stdout=subprocess.PIPE, text=True)
+        process = subprocess.Popen([TAVO, *arguments], env=self.environment, stdin=subprocess.PIPE,
+                                   stdout=subprocess.PIPE, text=True)
 
         def end():
+            process.stdin.close()
             process.terminate()
             process.wait(60)
             process.stdout.close()
@@ -144,7 +146,8 @@ class MetricsTest(unittest.TestCase):
 
     def test_works_while_another_user_holds_the_lock(self):
         simulator = self.simulator()
-        self.start("--host", f"127.0.0.1:{simulator.port}", "--user", "guest", "lock", "hold")
+        self.start("--host", f"127.0.0.1:{simulator.port}", "--user", "guest", "lock", "hold", "--", "sh", "-c",
+                   "echo held; exec cat")
         for arguments in ((), ("--user", "engineer")):
             text, errors = self.metrics(simulator.port, *arguments)
             self.assertEqual(errors, "")

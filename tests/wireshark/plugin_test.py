@@ -230,7 +230,7 @@ class PluginTest(unittest.TestCase):
                               for at in range(0, len(data), 1460)] + SMALL[2:4]
         path = self.capture("large.pcap", pieces)
         packets = self.fields(path, "tavox.call", "tavox.result_of", "tavox.device.rootMembers.reply.members.name")
-        wanted = ["device.methods"] + ["device.lock"] * 41 + ["device.rootMembers"] + ["device.lock", "device.rootMembers"]
+        wanted = ["device.methods"] + ["device.lock"] * 40 + ["device.lock", "device.rootMembers"] * 2
         self.assertEqual([call for packet in packets for call in packet[0]], wanted)
         self.assertEqual([result for packet in packets for result in packet[1]], wanted)
         self.assertEqual(packets[-1][2], ["lamp", "bus"])
