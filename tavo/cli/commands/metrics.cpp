@@ -101,9 +101,9 @@ public:
         session_.lookOn();
         const auto start = Clock::now();
         const auto info = session_.device().getDevice()->getInfoMethod();
-        session_.run({info});
+        const bool isTold = isAnswered({info});
         seconds_ = std::chrono::duration<double>(Clock::now() - start).count();
-        if (info->returnCode() == 0)
+        if (isTold && info->returnCode() == 0)
             info_ = info->value();
         askForLock();
         for (const auto& object : session_.objects())
