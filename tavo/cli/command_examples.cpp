@@ -25,6 +25,7 @@ std::vector<std::string> examplesOf(const std::string& path) {
         {"config show", {"tavo config show", "tavo --host lab1 config show"}},
         {"config check", {"tavo config check"}},
         {"doctor", {"tavo --host lab-tavo --user alice doctor", "tavo --sim --json doctor"}},
+        {"metrics", {"tavo --host lab-tavo metrics", "tavo --sim --json metrics"}},
         {"completion", {"tavo completion bash", "tavo completion fish"}},
         {"help", {"tavo help i2c transfer", "tavo help exit-status"}},
         {"relay list",

@@ -10,11 +10,11 @@ namespace TAVO::cli {
 
 std::vector<Command> commandList() {
     std::vector<Command> all;
-    for (auto* list :
-         {infoCommands,  treeCommands,     callCommands,   batchCommands,      shellCommands, relayCommands,
-          timeCommands,  firmwareCommands, headerCommands, jtagCommands,       hdtCommands,   gpuCommands,
-          i2cCommands,   postCommands,     romCommands,    serialCommands,     lcdCommands,   lockCommands,
-          shareCommands, configCommands,   doctorCommands, completionCommands, helpCommands}) {
+    for (auto* list : {infoCommands,   treeCommands,    callCommands,       batchCommands,  shellCommands,
+                       relayCommands,  timeCommands,    firmwareCommands,   headerCommands, jtagCommands,
+                       hdtCommands,    gpuCommands,     i2cCommands,        postCommands,   romCommands,
+                       serialCommands, lcdCommands,     lockCommands,       shareCommands,  configCommands,
+                       doctorCommands, metricsCommands, completionCommands, helpCommands}) {
         auto some = list();
         all.insert(all.end(), std::make_move_iterator(some.begin()), std::make_move_iterator(some.end()));
     }

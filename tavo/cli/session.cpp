@@ -44,6 +44,16 @@ private:
     TimeLimit before_;
 };
 
+/// A device whose tree is built without the lock.
+class WithoutLock : public TAVOXDevice {
+public:
+    using TAVOXDevice::TAVOXDevice;
+
+protected:
+    void lock() override {}
+    void lock(const std::string&, const std::string&) override {}
+};
+
 } // namespace
 
 void registerObjects() {
@@ -274,14 +284,37 @@ bool Session::identify(Device_Factory_Structs::TavoDeviceDescriptor& descriptor)
     });
 }
 
-std::shared_ptr<Device> Session::unrecognised() {
-    const auto device = std::make_shared<TAVOXDevice>(connect(), "", "", false);
+void Session::prepare(const std::shared_ptr<Device>& device) {
     device->setTimeLimit(timeLimit_);
     auto object = ObjectFactory::buildObject(device, "device", DeviceFactory::DeviceInstanceID, nullptr);
     device->setDevice(std::dynamic_pointer_cast<Device_v1_0>(std::move(object)));
     if (!device->getDevice())
         throw SpecificationError("device object not found.");
+}
+
+std::shared_ptr<Device> Session::unrecognised() {
+    const auto device = std::make_shared<TAVOXDevice>(connect(), "", "", false);
+    prepare(device);
     return device;
+}
+
+void Session::lookOn() {
+    if (device_)
+        return;
+    options_.direct = true;
+    if (options_.simulated && !simulator_)
+        startSimulator();
+    device_ = await([&] {
+        const auto options = openOptions({});
+        const auto device = std::make_shared<WithoutLock>(connect(), "", "", false);
+        prepare(device);
+        if (options_.secure) {
+            device->getKey();
+            if (bool first = false, second = false; !device->checkTavoKey(first, second))
+                throw TAVOKeyError("TAVO authentication key not matched!");
+        }
+        return DeviceFactory::openDevice(device, "", "", options);
+    });
 }
 
 Objects Session::objects() {

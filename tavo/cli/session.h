@@ -77,6 +77,11 @@ public:
     /// @throws TAVOKeyError for an unknown key if a known one is required.
     bool identify(Device_Factory_Structs::TavoDeviceDescriptor& descriptor);
 
+    /// Opens the device with all of its tree, but goes round a share and leaves the lock alone: while
+    /// somebody else holds it, the device refuses what needs it. Does nothing if the device is open.
+    /// @throws TAVOKeyError for an unknown key if a known one is required.
+    void lookOn();
+
     /// Who holds the lock; empty for nobody. Takes it no more than identify() does.
     std::optional<std::string> lockHolder();
 
@@ -157,6 +162,8 @@ private:
     void open(std::vector<std::string> only);
     /// The device without its lock, whatever its key.
     std::shared_ptr<Device> unrecognised();
+    /// Of its objects only "device" is there.
+    void prepare(const std::shared_ptr<Device>& device);
     OpenOptions interruptible();
     InterruptWatch& watch();
     /// What gives something back to the device is done after a signal too, but not for long.

@@ -4,7 +4,7 @@ cmake_minimum_required(VERSION 3.23)
 
 file(REMOVE_RECURSE "${WORK}")
 set(elsewhere "${WORK}/internal/simulator/main/tests/package/tests/docs/tests/cli/x_windows/c++ checkout")
-foreach(part IN ITEMS CMakeLists.txt cmake examples tavo tests)
+foreach(part IN ITEMS CMakeLists.txt cmake examples share tavo tests)
   file(COPY "${ROOT}/${part}" DESTINATION "${elsewhere}")
 endforeach()
 

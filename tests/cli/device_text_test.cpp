@@ -93,6 +93,7 @@ protected:
                 {{"rom", "verify"}, {file}},
                 {{"serial"}, {"--wait", "0"}},
                 {{"lock", "status"}, {}},
+                {{"metrics"}, {}},
                 {{"lock", "hold"}, {"true"}},
                 {{"lock", "wait"}, {}},
                 {{"lock", "release"}, {}},

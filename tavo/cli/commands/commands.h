@@ -29,6 +29,7 @@ std::vector<Command> shareCommands();
 std::vector<Command> helpCommands();
 std::vector<Command> configCommands();
 std::vector<Command> doctorCommands();
+std::vector<Command> metricsCommands();
 std::vector<Command> completionCommands();
 
 } // namespace TAVO::cli

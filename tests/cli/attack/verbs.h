@@ -79,6 +79,7 @@ inline std::vector<Verb> verbs(const std::string& folder) {
         {"rom verify", {image}},
         {"serial", {"--wait", "0.1"}, "help\r"},
         {"lock status"},
+        {"metrics"},
         {"lock hold", {"true"}},
         {"lock wait"},
         {"lock release"},
