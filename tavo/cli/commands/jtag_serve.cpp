@@ -11,6 +11,7 @@
 #include <tavo/cli/borrowed_port.h>
 #include <tavo/cli/door/device_guard.h>
 #include <tavo/cli/door/door.h>
+#include <tavo/cli/door/told_place.h>
 #include <tavo/cli/jtag_serve/clock_dump.h>
 #include <tavo/cli/jtag_serve/remote_bitbang.h>
 #include <tavo/cli/jtag_serve/xvc.h>
@@ -107,15 +108,6 @@ void serveClients(GuardedPort& port, Door& door, ClockDump* dump, const JtagServ
             dump->flush();
         port.throwIfFailed();
     } while (!options.once);
-}
-
-/// A server goes on for its clients when the one who started it has gone.
-void tellIfAnybodyReads(Output& output, const std::string& line) {
-    try {
-        output.write(line + "\n");
-        output.finish();
-    } catch (const std::exception&) { // nobody can be told
-    }
 }
 
 } // namespace

@@ -36,6 +36,7 @@ public:
         }
     }
 
+    bool hasFailed() const { return failure_ != nullptr; }
     /// @throws the failure, if there was one.
     void throwIfFailed() const {
         if (failure_)
