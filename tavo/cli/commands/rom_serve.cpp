@@ -139,15 +139,20 @@ private:
 
     void release() {
         settle();
-        if (isToBeEnabled_)
+        if (std::exchange(isChanged_, false))
+            isHalf_ = false;
+        if (isToBeEnabled_ && isHalf_)
+            output_.warn("the ROM stays off: a client went in the middle of its work");
+        else if (isToBeEnabled_)
             rom_.enable(true);
-        isChanged_ = false;
     }
 
     void leave() {
         guard_.attempt([this] { settle(); });
-        if (isChanged_ && !guard_.hasFailed())
-            output_.warn(fmt::format("the client went before it let the chip go: {}", stateText()));
+        if (!isChanged_ || guard_.hasFailed())
+            return;
+        output_.warn(fmt::format("the client went before it let the chip go: {}", stateText()));
+        isHalf_ = std::exchange(isChanged_, false);
     }
 
     RomOfDevice& rom_;
@@ -157,7 +162,8 @@ private:
     RomImage image_;
     SpiFlash flash_;
     DeviceGuard guard_;
-    bool isChanged_ = false;
+    bool isChanged_ = false;   ///< by a client that has not let the chip go
+    bool isHalf_ = false;      ///< left so by a client that has gone
     std::uint64_t before_ = 0; ///< written for other clients
 };
 
