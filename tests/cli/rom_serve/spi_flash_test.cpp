@@ -88,8 +88,9 @@ TEST_F(SpiFlashPart, ProgramsRoundTheEndOfAPage) {
     EXPECT_EQ(read(0x1FD, 4), (FlashBytes{0xFF, 1, 2, 0xFF}));
     EXPECT_EQ(read(0x100, 2), (FlashBytes{3, 0xFF}));
 
-    FlashBytes many(256, 0x11);
-    many.insert(many.end(), {0x22, 0x44});
+    FlashBytes many(258, 0x11);
+    many[256] = 0x22;
+    many[257] = 0x44;
     change(at(0x02, 0x3FF, many));
     EXPECT_EQ(read(0x3FE, 3), (FlashBytes{0x11, 0x22, 0xFF})) << "the last 256 bytes count";
     EXPECT_EQ(read(0x300, 2), (FlashBytes{0x44, 0x11}));
