@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include <tavo/simulator/objects/i2c.h>
 #include <tavo/simulator/objects/jtag.h>

@@ -12,6 +12,10 @@ namespace tool_test {
 
 using FlashBytes = std::vector<std::uint8_t>;
 
+inline bool isAll(const FlashBytes& bytes, std::uint8_t value) {
+    return std::all_of(bytes.begin(), bytes.end(), [&](std::uint8_t byte) { return byte == value; });
+}
+
 /// Cells that nothing stands behind.
 struct PlainCells final : TAVO::cli::FlashCells {
     explicit PlainCells(std::size_t size)

@@ -12,7 +12,6 @@
 namespace tool_test {
 namespace {
 
-using testing::Each;
 using testing::HasSubstr;
 
 FlashBytes randomBytes(std::size_t size, unsigned seed) {
@@ -83,7 +82,7 @@ TEST_F(FlashromOfAMebibyte, ReadsErasesComparesAndWritesParts) {
 
     const auto erased = run(*server, {"-E"});
     EXPECT_EQ(erased.exitCode, 0) << erased.output << erased.errors;
-    EXPECT_THAT(memory(), Each(0xFF));
+    EXPECT_TRUE(isAll(memory(), 0xFF));
     const auto end = server->end();
     EXPECT_EQ(end.exitCode, 0);
     EXPECT_EQ(end.errors, "");
