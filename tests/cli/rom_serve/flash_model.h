@@ -50,4 +50,15 @@ inline FlashBytes at(std::uint8_t opcode, std::uint32_t address, const FlashByte
            more;
 }
 
+/// A length, as serprog writes it.
+inline FlashBytes serprog24(std::size_t number) {
+    return {static_cast<std::uint8_t>(number), static_cast<std::uint8_t>(number >> 8),
+            static_cast<std::uint8_t>(number >> 16)};
+}
+
+/// An SPI operation of serprog.
+inline FlashBytes spi(const FlashBytes& sent, std::size_t length = 0) {
+    return FlashBytes{0x13} + serprog24(sent.size()) + serprog24(length) + sent;
+}
+
 } // namespace tool_test

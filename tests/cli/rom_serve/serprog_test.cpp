@@ -11,23 +11,15 @@ namespace {
 
 using namespace std::chrono_literals;
 using namespace TAVO::cli;
-using testing::Each;
 using tool_test::at;
 using tool_test::FlashBytes;
 using tool_test::PlainCells;
+using tool_test::serprog24;
+using tool_test::spi;
 using tool_test::operator+;
 
 const FlashBytes ack{0x06};
 const FlashBytes nak{0x15};
-
-FlashBytes le24(std::size_t number) {
-    return {static_cast<std::uint8_t>(number), static_cast<std::uint8_t>(number >> 8),
-            static_cast<std::uint8_t>(number >> 16)};
-}
-
-FlashBytes spi(const FlashBytes& sent, std::size_t length = 0) {
-    return FlashBytes{0x13} + le24(sent.size()) + le24(length) + sent;
-}
 
 /// A client of the protocol, with a flash that works.
 class SerprogClient {
@@ -130,7 +122,7 @@ TEST(Serprog, RefusesOperationsThatAreTooLongWhole) {
     constexpr std::size_t most = 0xFFFFFF;
     SerprogClient client;
     // Every byte of it would be a command.
-    EXPECT_EQ(client.ask(FlashBytes{0x13} + le24(most) + le24(most)), FlashBytes());
+    EXPECT_EQ(client.ask(FlashBytes{0x13} + serprog24(most) + serprog24(most)), FlashBytes());
     const FlashBytes piece(1 << 20, 0x15);
     for (std::size_t sent = 0; sent + piece.size() < most; sent += piece.size())
         ASSERT_EQ(client.ask(piece), FlashBytes());
