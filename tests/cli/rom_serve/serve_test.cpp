@@ -144,6 +144,7 @@ TEST_F(RomServe, SignalWithinAClientsWorkEndsAsASignalWithTheRomOff) {
     RawClient client(server->port());
     changeRom(client, at(0x02, 0, {0x11}));
     ASSERT_TRUE(support::soon([&] { return memory(0, 1) == FlashBytes{0x11}; }));
+    EXPECT_EQ(askRom(client, {0x00}), romAck) << "the tool knows it too";
     const auto end = server->end();
     EXPECT_EQ(end.signal, SIGTERM);
     EXPECT_THAT(end.errors, HasSubstr("4096 bytes were written, 0 were not; the ROM is off"));
