@@ -306,6 +306,35 @@ void addComPort(Seeds& seeds) {
     }
 }
 
+/// Sessions of a programmer's client: what it asks first, then operations, then the end.
+void addSerprog(Seeds& seeds) {
+    const Bytes opening{0x00, 0x10, 0x01, 0x02, 0x03, 0x04, 0x05, 0x08, 0x11,
+                        0x12, 0x08, 0x14, 0x00, 0x12, 0x7A, 0x00, 0x15, 0x01};
+    const auto operation = [](const Bytes& sent, std::size_t length) {
+        return InputWriter().byte(0x13).byte(sent.size()).word(0).byte(length).word(0).raw(sent).bytes;
+    };
+    const auto enable = operation({0x06}, 0);
+    const auto status = operation({0x05}, 1);
+    seeds.add("fuzz_serprog", support::joined({{0x00}, opening, operation({0x9F}, 3), {0x15, 0x00}}));
+    const std::vector<Bytes> changes{
+        {0x02, 0, 1, 0xFE, 1, 2, 3}, {0x20, 0, 0x10, 0}, {0x52, 0, 0x90, 0}, {0xD8, 0, 0, 0}, {0xC7},
+        {0x01, 0x3C, 0x02}};
+    for (const auto& change : changes)
+        for (const std::uint8_t piece : Bytes{0, 6, 255})
+            seeds.add("fuzz_serprog", support::joined({{piece},
+                                                       enable,
+                                                       operation(change, 0),
+                                                       status,
+                                                       operation({0x03, 0, 0x0F, 0xFC}, 8),
+                                                       {0x15, 0x00}}));
+    seeds.add("fuzz_serprog", support::joined({{9},
+                                               operation({0x0B, 0, 0xFF, 0xFE, 0}, 4),
+                                               operation({0x90, 0, 0, 1}, 3),
+                                               operation({0xAB, 0, 0, 0}, 1)}));
+    seeds.add("fuzz_serprog", Bytes{1, 0x13, 0x01, 0x00, 0x02, 0, 0, 0, 0x06});
+    seeds.add("fuzz_serprog", Bytes{1, 0x13, 4, 0, 0, 0xFF, 0xFF, 0xFF, 0x03, 0, 0, 0, 0x00});
+}
+
 /// The words of the tool's command lines in its document.
 void addArguments(Seeds& seeds) {
     std::istringstream document(contentOf("docs/tool.md"));
@@ -374,6 +403,7 @@ int main(int argc, char** argv) {
         addSvf(seeds);
         addCables(seeds);
         addComPort(seeds);
+        addSerprog(seeds);
         addArguments(seeds);
         addTopologies(seeds);
         addConfigs(seeds);

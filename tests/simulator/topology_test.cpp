@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include <tavo/simulator/objects/i2c.h>
 #include <tavo/simulator/objects/jtag.h>
@@ -192,6 +193,10 @@ TEST(TopologyFile, ComplaintsAboutOptionsSayWhich) {
     };
     EXPECT_EQ(about("relay", R"({"drives": "fan"})"), "objects[0]: 'drives' is 'fan': expected \"power\"");
     EXPECT_EQ(about("relay", "7"), "objects[0]: 'options' is 7: expected {...}");
+    for (const auto* size : {"0", "-1", "268435457", "\"1\"", "1.5", "99999999999999999999"})
+        EXPECT_EQ(about("lpcRomEmulation", R"({"size": )" + std::string(size) + "}"),
+                  "objects[0]: 'size' is " + nlohmann::json::parse(size).dump() +
+                      ": expected a number from 1 to 268435456");
     EXPECT_EQ(about("unheard", R"({"x": 1})"), "objects[0]: 'x' is not known here");
     EXPECT_EQ(about("i2c", R"({"devices": [{"address": 128, "kind": "spd"}]})"),
               "objects[0]: devices[0]: 'address' is 128: expected a number from 0 to 127");

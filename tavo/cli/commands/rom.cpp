@@ -1,4 +1,4 @@
-#include <tavo/cli/commands/commands.h>
+#include <tavo/cli/commands/rom.h>
 
 #include <algorithm>
 #include <chrono>
@@ -14,6 +14,7 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
+#include <tavo/cli/commands/commands.h>
 #include <tavo/cli/consent.h>
 #include <tavo/cli/files.h>
 #include <tavo/cli/interrupt.h>
@@ -300,6 +301,7 @@ std::vector<Command> romCommands() {
         command("rom load", "Write an image and read it back; asks first", load),
         command("rom save", "Read the memory into a file", save),
         command("rom verify", "Compare the memory with an image", verify),
+        command("rom serve", "Be a programmer for flashrom, with the memory as its flash chip", serveRom),
     };
 }
 

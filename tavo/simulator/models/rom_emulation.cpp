@@ -1,6 +1,8 @@
 #include <tavo/simulator/models/rom_emulation.h>
 
 #include <algorithm>
+#include <stdexcept>
+#include <string>
 #include <utility>
 
 namespace TAVO::simulator {
@@ -9,15 +11,22 @@ namespace {
 
 constexpr std::uint8_t erased = 0xFF;
 
-bool liesInside(std::int64_t offset, std::int64_t length) {
-    constexpr auto size = static_cast<std::int64_t>(RomEmulation::size);
-    return offset >= 0 && length >= 0 && offset <= size && length <= size - offset;
-}
-
 } // namespace
 
 RomEmulation::RomEmulation(std::shared_ptr<Board> board)
-    : board_(std::move(board)) {}
+    : RomEmulation(std::move(board), size) {}
+
+RomEmulation::RomEmulation(std::shared_ptr<Board> board, std::size_t capacity)
+    : board_(std::move(board))
+    , capacity_(capacity) {
+    if (capacity < 1 || capacity > largestSize)
+        throw std::invalid_argument("a ROM emulation cannot have " + std::to_string(capacity) + " bytes");
+}
+
+bool RomEmulation::liesInside(std::int64_t offset, std::int64_t length) const noexcept {
+    const auto end = static_cast<std::int64_t>(capacity_);
+    return offset >= 0 && length >= 0 && offset <= end && length <= end - offset;
+}
 
 std::optional<std::vector<std::uint8_t>> RomEmulation::read(std::int64_t offset, std::int64_t length) const {
     if (!liesInside(offset, length))

@@ -30,9 +30,12 @@ Lpc::Lpc(std::shared_ptr<Board> board)
 }
 
 LpcRomEmulation::LpcRomEmulation(std::shared_ptr<Board> board)
+    : LpcRomEmulation(std::move(board), RomEmulation::size) {}
+
+LpcRomEmulation::LpcRomEmulation(std::shared_ptr<Board> board, std::size_t capacity)
     : SimulatedObject("lpcRomEmulation", "1.0")
-    , rom_(std::move(board)) {
-    on(lpcRomEmulation_v1_0::sramSizeGet, [] { return makeRecord<SramSizeGetReply>(RomEmulation::size); });
+    , rom_(std::move(board), capacity) {
+    on(lpcRomEmulation_v1_0::sramSizeGet, [this] { return makeRecord<SramSizeGetReply>(rom_.capacity()); });
     on(lpcRomEmulation_v1_0::sramGet, [this](const SramGetRequest& request) {
         auto data = rom_.read(request.offset, request.length);
         if (!data)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -23,6 +24,8 @@ public:
 class TAVO_SIMULATOR_API LpcRomEmulation : public SimulatedObject {
 public:
     explicit LpcRomEmulation(std::shared_ptr<Board> board);
+    /// @param capacity as for RomEmulation.
+    LpcRomEmulation(std::shared_ptr<Board> board, std::size_t capacity);
     /// Erases the memory and disables the emulation.
     void reset() override;
 

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <stdexcept>
 
 #include <gtest/gtest.h>
 
@@ -44,6 +45,19 @@ TEST_F(RomEmulationTest, RefusesWhatDoesNotLieInside) {
     EXPECT_FALSE(rom.write(size - 1, Bytes{1, 2}));
     EXPECT_FALSE(rom.write(-1, Bytes{1}));
     EXPECT_EQ(rom.read(size - 1, 1), Bytes{0xFF});
+}
+
+TEST_F(RomEmulationTest, HasTheSizeItIsMadeWith) {
+    RomEmulation small(board, 3);
+    EXPECT_EQ(small.capacity(), 3u);
+    EXPECT_TRUE(small.write(0, Bytes{1, 2, 3}));
+    EXPECT_FALSE(small.write(0, Bytes{1, 2, 3, 4}));
+    EXPECT_EQ(small.read(2, 2), std::nullopt);
+    RomEmulation large(board, 16 * 1024 * 1024);
+    EXPECT_TRUE(large.write(16 * 1024 * 1024 - 1, Bytes{1}));
+    EXPECT_EQ(rom.capacity(), RomEmulation::size);
+    EXPECT_THROW(RomEmulation(board, 0), std::invalid_argument);
+    EXPECT_THROW(RomEmulation(board, RomEmulation::largestSize + 1), std::invalid_argument);
 }
 
 TEST_F(RomEmulationTest, AcceptsEmptyRangesUpToItsEnd) {

@@ -111,6 +111,14 @@ Made makeCmosRelay(Request& request) {
     return relay;
 }
 
+Made makeRomEmulation(Request& request) {
+    const auto expected = "a number from 1 to " + std::to_string(RomEmulation::largestSize);
+    const auto size = request.options.take<std::int64_t>("size", expected.c_str(), RomEmulation::size);
+    if (size < 1 || size > static_cast<std::int64_t>(RomEmulation::largestSize))
+        throw std::invalid_argument("'size' is " + std::to_string(size) + ": expected " + expected);
+    return std::make_unique<LpcRomEmulation>(request.appliance.board(), static_cast<std::size_t>(size));
+}
+
 bool someRomServesBoot(const Appliance& appliance) {
     for (const auto& [id, object] : appliance.objects())
         if (auto* emulation = dynamic_cast<LpcRomEmulation*>(object))
@@ -171,7 +179,7 @@ const std::map<std::string_view, Builder>& builders() {
         {"kelvorGpuDebugMux", makeAlone<KelvorGpuDebugMux>},
         {"lpc", makeOnBoard<Lpc>},
         {"lpcPostCode", makePostCode},
-        {"lpcRomEmulation", makeOnBoard<LpcRomEmulation>},
+        {"lpcRomEmulation", makeRomEmulation},
         {"rack", makeAlone<Rack>},
         {"relay", makeRelay},
     };
