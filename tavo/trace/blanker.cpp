@@ -54,7 +54,9 @@ void Blanker::callBegins(const CallId& call, std::uint32_t) { secrets_ = secretP
 
 void Blanker::resultBegins(const CallId* call, std::uint32_t size) {
     secrets_ = call ? secretResult(names_, *call) : SecretFields();
-    taught_ = call && size <= longestLesson && names_.teaches(*call) ? call : nullptr;
+    taught_.reset();
+    if (call && size <= longestLesson && names_.teaches(*call))
+        taught_ = *call;
 }
 
 void Blanker::resultBytes(Bytes bytes) {
@@ -66,7 +68,7 @@ void Blanker::resultBytes(Bytes bytes) {
 void Blanker::resultEnds() {
     if (taught_)
         names_.learn(*taught_, lesson_);
-    taught_ = nullptr;
+    taught_.reset();
     lesson_.clear();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -37,7 +38,7 @@ private:
     /// What is scanned now.
     std::span<std::uint8_t> passing_;
     SecretFields secrets_;
-    const CallId* taught_ = nullptr;
+    std::optional<CallId> taught_;
     std::vector<std::uint8_t> lesson_;
     bool isLost_ = false;
 };
