@@ -76,13 +76,16 @@ public:
         }
     }
 
-    void write(JsonWriter& json) const {
+    /// @param exchange writes what is the same for all calls of it; its keys come between those of the call.
+    template <class WriteExchange>
+    void write(JsonWriter& json, WriteExchange exchange) const {
         json.key("call").text(name_);
         json.key("code");
         if (code_)
             json.number(*code_);
         else
             json.null();
+        exchange();
         json.key("instanceId").number(call_.id.instanceId);
         json.key("methodId").number(call_.id.methodId);
         json.key("parameterBytes").number(call_.parameterSize);
@@ -136,17 +139,20 @@ void showExchange(Output& output, const trace::Exchange& exchange, const trace::
             [&](JsonWriter& json) {
                 json.object([&] {
                     json.key("answered").flag(exchange.isAnswered);
-                    json.key("batch").number(exchange.calls.size());
                     json.key("at").write(begin);
-                    call.write(json);
-                    json.key("conversation").number(exchange.conversation);
-                    if (blamed) {
-                        json.key("error").object([&] {
-                            json.key("code").number(exchange.error->code);
-                            json.key("message").text(exchange.error->message);
-                        });
-                    }
-                    json.key("milliseconds").write(took);
+                    json.key("batch").number(exchange.calls.size());
+                    call.write(json, [&] {
+                        json.key("conversation").number(exchange.conversation);
+                        json.key("error");
+                        if (blamed)
+                            json.object([&] {
+                                json.key("code").number(exchange.error->code);
+                                json.key("message").text(exchange.error->message);
+                            });
+                        else
+                            json.null();
+                        json.key("exchangeMilliseconds").write(took);
+                    });
                 });
             },
             [&](TextWriter& text) {
