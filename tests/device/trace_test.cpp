@@ -59,12 +59,11 @@ struct TraceLog {
 const Bytes asked{0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0, 3, 0, 0, 0, 0};
 const Bytes answered{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 8, 0, 0, 0, 0, 0, 0, 0, 0};
 
-/// Asks the object 0 for its methods.
+/// Asks the object 0 for its methods, as each new object does.
 void ask(const std::shared_ptr<TAVO::Device>& device) {
-    const auto object = std::make_shared<TAVO::Object_v1_0>(device, "device", 0, nullptr,
-                                                            TAVO::TAVOXTranscode::base_v1_0::encoders(),
-                                                            TAVO::TAVOXTranscode::base_v1_0::decoders());
-    device->call(object->getMethodsMethod());
+    static_cast<void>(std::make_shared<TAVO::Object_v1_0>(device, "device", 0, nullptr,
+                                                          TAVO::TAVOXTranscode::base_v1_0::encoders(),
+                                                          TAVO::TAVOXTranscode::base_v1_0::decoders()));
 }
 
 std::shared_ptr<TAVO::TAVOXDevice> deviceAt(const support::ScriptedServer& server) {
@@ -139,6 +138,20 @@ TEST(TracedDevice, TellsLargeBlocksInPiecesAndKeepsThemWhole) {
     EXPECT_TRUE(got == whole);
     EXPECT_TRUE(received == whole);
     EXPECT_LE(largest, 65536u + 1);
+}
+
+TEST(TracedDevice, TellsNothingBetweenExchanges) {
+    support::ScriptedServer server([](support::RawListener& listener) {
+        auto connection = listener.accept();
+        connection.read(asked.size());
+        connection.write(answered);
+    });
+    const auto device = deviceAt(server);
+    std::size_t bytes = 0;
+    device->setTrace([&](const TAVO::TracedBytes& traced) { bytes += traced.bytes.size(); });
+    EXPECT_EQ(bytes, 0u);
+    ask(device);
+    EXPECT_EQ(bytes, asked.size() + answered.size());
 }
 
 TEST(TracedDevice, GoesOnWithoutATraceThatThrows) {
