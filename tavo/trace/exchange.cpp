@@ -21,11 +21,6 @@ void keep(std::vector<std::uint8_t>& kept, Bytes bytes, std::size_t most) {
 
 void ExchangeRecorder::sent(Bytes bytes, std::chrono::nanoseconds time) {
     now_ = time;
-    if (!scanner_.isWithinRequest() && !bytes.empty()) {
-        open_.emplace_back();
-        open_.back().conversation = conversation_;
-        open_.back().begin = open_.back().end = time;
-    }
     scanner_.sent(bytes);
 }
 
@@ -39,15 +34,15 @@ void ExchangeRecorder::finish() {
         visit_(exchange, names_);
 }
 
+void ExchangeRecorder::requestArrives() {
+    open_.emplace_back();
+    open_.back().conversation = conversation_;
+    open_.back().begin = open_.back().end = now_;
+}
+
 void ExchangeRecorder::requestBegins(std::uint32_t lockId, std::uint32_t callCount) {
     if (callCount > mostCalls || scanner_.unanswered() > mostOpen)
         throw std::runtime_error("a request of " + std::to_string(callCount) + " calls");
-    // Several requests may come in one piece.
-    if (open_.size() < scanner_.unanswered()) {
-        open_.emplace_back();
-        open_.back().conversation = conversation_;
-        open_.back().begin = open_.back().end = now_;
-    }
     open_.back().lockId = lockId;
 }
 
@@ -61,8 +56,6 @@ void ExchangeRecorder::callBegins(const CallId& call, std::uint32_t size) {
 void ExchangeRecorder::parameterBytes(Bytes bytes) {
     keep(open_.back().calls.back().parameters, bytes, mostKept_);
 }
-
-void ExchangeRecorder::requestEnds() {}
 
 void ExchangeRecorder::replyBegins(const std::optional<server::ErrorFrame>& error, std::uint32_t) {
     open_.front().error = error;

@@ -59,10 +59,10 @@ public:
     std::uint64_t count() const { return count_; }
 
 private:
+    void requestArrives() override;
     void requestBegins(std::uint32_t lockId, std::uint32_t callCount) override;
     void callBegins(const CallId& call, std::uint32_t size) override;
     void parameterBytes(Bytes bytes) override;
-    void requestEnds() override;
     void replyBegins(const std::optional<server::ErrorFrame>& error, std::uint32_t resultCount) override;
     void resultBegins(const CallId* call, std::uint32_t size) override;
     void resultBytes(Bytes bytes) override;

@@ -9,6 +9,7 @@ void ExchangeScanner::sent(Bytes bytes) {
         if (!isWithinRequest_) {
             requests_.emplace_back();
             isWithinRequest_ = true;
+            receiver_.requestArrives();
         }
         bytes = bytes.subspan(request_.feed(bytes, *this));
         if (!request_.isComplete())

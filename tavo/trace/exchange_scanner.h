@@ -26,6 +26,8 @@ using Bytes = std::span<const std::uint8_t>;
 class ExchangeReceiver {
 public:
     virtual ~ExchangeReceiver() = default;
+    /// The first byte of a request is there.
+    virtual void requestArrives() {}
     virtual void requestHeadBytes(Bytes, std::size_t /*offset*/) {}
     virtual void requestBegins(std::uint32_t /*lockId*/, std::uint32_t /*callCount*/) {}
     virtual void callBegins(const CallId&, std::uint32_t /*size*/) {}
