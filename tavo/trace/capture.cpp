@@ -56,13 +56,14 @@ void Capture::note(const Connection& connection, const std::string& what) {
 void Capture::finish(Connection& connection) {
     if (std::exchange(connection.isOver, true))
         return;
+    const bool lacksBytes = connection.assembler.lacksBytes();
     try {
         if (!connection.isBroken)
             connection.assembler.finish();
         if (!connection.isBroken && connection.assembler.lacksBytes())
             note(connection, "bytes are missing in the capture");
     } catch (const std::runtime_error& failure) {
-        note(connection, failure.what());
+        note(connection, lacksBytes ? "bytes are missing in the capture" : failure.what());
     }
     // Requests that never had an answer may be anything.
     if (connection.recorder && (connection.recorder->count() > 0 || isUsualPort(connection.device().port)))
