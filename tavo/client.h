@@ -68,4 +68,5 @@
 #include <tavo/client/wire/interrupter.h>
 #include <tavo/client/wire/output_stream.h>
 #include <tavo/client/wire/socket_transport.h>
+#include <tavo/client/wire/trace.h>
 #include <tavo/client/wire/transport.h>

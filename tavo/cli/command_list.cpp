@@ -10,11 +10,11 @@ namespace TAVO::cli {
 
 std::vector<Command> commandList() {
     std::vector<Command> all;
-    for (auto* list : {infoCommands,   treeCommands,    callCommands,       batchCommands,  shellCommands,
-                       relayCommands,  timeCommands,    firmwareCommands,   headerCommands, jtagCommands,
-                       hdtCommands,    gpuCommands,     i2cCommands,        postCommands,   romCommands,
-                       serialCommands, lcdCommands,     lockCommands,       shareCommands,  configCommands,
-                       doctorCommands, metricsCommands, completionCommands, helpCommands}) {
+    for (auto* list : {infoCommands,   treeCommands,   callCommands,     batchCommands,      shellCommands,
+                       relayCommands,  timeCommands,   firmwareCommands, headerCommands,     jtagCommands,
+                       hdtCommands,    gpuCommands,    i2cCommands,      postCommands,       romCommands,
+                       serialCommands, lcdCommands,    lockCommands,     shareCommands,      traceCommands,
+                       configCommands, doctorCommands, metricsCommands,  completionCommands, helpCommands}) {
         auto some = list();
         all.insert(all.end(), std::make_move_iterator(some.begin()), std::make_move_iterator(some.end()));
     }
@@ -45,6 +45,7 @@ std::vector<CommandGroup> commandGroups() {
          "Full name of the ROM emulation; required if there are several"},
         {"lock", "Ask for, hold and give back the lock"},
         {"lcd", "The display of the device", "Full name of the display; required if there are several"},
+        {"trace", "Show what --trace wrote"},
         {"config", "Examine the configuration file"},
     };
 }

@@ -71,9 +71,9 @@ mode_t permissionsAt(const std::string& path) {
 
 } // namespace
 
-NewFile::NewFile(const std::string& path)
+NewFile::NewFile(const std::string& path, std::optional<mode_t> permissions)
     : path_(targetOf(path))
-    , permissions_(permissionsAt(path_))
+    , permissions_(permissions.value_or(permissionsAt(path_)))
     , temporary_(path_ + ".XXXXXX")
     , file_(::mkostemp(temporary_.data(), O_CLOEXEC)) {
     if (file_ < 0)
@@ -84,7 +84,8 @@ NewFile::~NewFile() {
     if (file_ < 0)
         return;
     ::close(file_);
-    ::unlink(temporary_.c_str());
+    if (!isPublished_)
+        ::unlink(temporary_.c_str());
 }
 
 void NewFile::write(std::span<const std::uint8_t> bytes) {
@@ -96,10 +97,20 @@ void NewFile::write(std::span<const std::uint8_t> bytes) {
     }
 }
 
-void NewFile::complete() {
-    if (::fchmod(file_, permissions_) != 0 || ::fsync(file_) != 0 ||
-        std::rename(temporary_.c_str(), path_.c_str()) != 0)
+void NewFile::giveName() {
+    if (isPublished_)
+        return;
+    if (::fchmod(file_, permissions_) != 0 || std::rename(temporary_.c_str(), path_.c_str()) != 0)
         refuse();
+    isPublished_ = true;
+}
+
+void NewFile::publish() { giveName(); }
+
+void NewFile::complete() {
+    if (::fsync(file_) != 0)
+        refuse();
+    giveName();
     ::close(std::exchange(file_, -1));
 }
 

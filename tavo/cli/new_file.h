@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -18,22 +19,27 @@ class NewFile {
 public:
     /// @throws Failure (usage), like the other operations, if the file cannot be created or the path names
     ///         anything else.
-    explicit NewFile(const std::string& path);
+    /// @param permissions those of the file, in place of those above.
+    explicit NewFile(const std::string& path, std::optional<mode_t> permissions = std::nullopt);
     NewFile(const NewFile&) = delete;
     NewFile& operator=(const NewFile&) = delete;
     ~NewFile();
 
     void write(std::span<const std::uint8_t> bytes);
+    /// Gives the file its final name now, for content that is of use from its beginning. write() adds to it.
+    void publish();
     /// Syncs the content to disk, then gives the file its final name.
     void complete();
 
 private:
+    void giveName();
     [[noreturn]] void refuse() const;
 
     std::string path_;
     mode_t permissions_;
     std::string temporary_;
     int file_ = -1;
+    bool isPublished_ = false;
 };
 
 } // namespace TAVO::cli

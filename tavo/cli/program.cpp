@@ -37,6 +37,11 @@ void Program::describe(OptionList& list) {
               .limits = between(0.0, 1e6),
               .valueName = "DURATION",
               .heading = heading});
+    list.add("--trace", traceFile, "Write all that passes between tool and device to a pcapng file",
+             {.kind = ValueKind::file, .heading = heading});
+    list.add("--trace-secrets", traceSecrets,
+             "Keep passwords and lock ids in it, which are blanked otherwise",
+             {.heading = heading, .needs = {"--trace"}});
     list.add("--sim", connection.simulated, "Use a simulated device inside the tool",
              {.heading = heading, .excludes = {"--host", "--port", "--via"}});
     list.add("--topology", connection.topology, "Topology of the simulated device",

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include <tavo/cli/command.h>
@@ -11,6 +12,9 @@ namespace TAVO::cli {
 struct Program {
     ConnectionOptions connection;
     bool json = false;
+    /// Where to write what passes between tool and device.
+    std::optional<std::string> traceFile;
+    bool traceSecrets = false;
     /// The requested help text, in place of an action.
     std::string help;
     /// Set by the chosen command.

@@ -11,6 +11,7 @@
 #include <tavo/cli/password.h>
 #include <tavo/cli/share/local_transport.h>
 #include <tavo/cli/share/share_socket.h>
+#include <tavo/cli/trace_file.h>
 #include <tavo/cli/values/duration.h>
 #include <tavo/cli/values/name_list.h>
 #include <tavo/cli/via_transport.h>
@@ -91,7 +92,9 @@ InterruptWatch& Session::watch() {
 
 OpenOptions Session::interruptible() {
     exchangeLimit_ = timeLimit_;
-    return {.timeLimit = timeLimit_, .interrupter = options_.via ? nullptr : watch().interrupter()};
+    return {.timeLimit = timeLimit_,
+            .interrupter = options_.via ? nullptr : watch().interrupter(),
+            .trace = options_.trace ? TraceFile::sink(options_.trace) : nullptr};
 }
 
 void Session::limitRelease() {
@@ -286,6 +289,8 @@ bool Session::identify(Device_Factory_Structs::TavoDeviceDescriptor& descriptor)
 
 void Session::prepare(const std::shared_ptr<Device>& device) {
     device->setTimeLimit(timeLimit_);
+    if (options_.trace)
+        device->setTrace(TraceFile::sink(options_.trace));
     auto object = ObjectFactory::buildObject(device, "device", DeviceFactory::DeviceInstanceID, nullptr);
     device->setDevice(std::dynamic_pointer_cast<Device_v1_0>(std::move(object)));
     if (!device->getDevice())

@@ -26,6 +26,8 @@ class Simulator;
 
 namespace TAVO::cli {
 
+class TraceFile;
+
 /// Which device the user means, and as whom.
 struct ConnectionOptions {
     std::string host;
@@ -49,6 +51,8 @@ struct ConnectionOptions {
     std::optional<double> timeout;
     /// Whether the user stated it.
     bool timeoutIsChosen = false;
+    /// Where to write what passes; empty for nowhere.
+    std::shared_ptr<TraceFile> trace;
 };
 
 using Objects = std::vector<std::shared_ptr<Object_v1_0>>;

@@ -13,6 +13,7 @@
 #include <tavo/cli/interrupt.h>
 #include <tavo/cli/output.h>
 #include <tavo/cli/session.h>
+#include <tavo/cli/trace_file.h>
 
 namespace TAVO::cli {
 
@@ -24,8 +25,10 @@ bool seemsToWantJson(int argc, char** argv) {
     return std::find(argv, end, std::string_view("--json")) != end;
 }
 
-void execute(const Program& program, Output& output) {
+void execute(Program& program, Output& output) {
     output.write(program.help);
+    if (program.traceFile)
+        program.connection.trace = std::make_shared<TraceFile>(*program.traceFile, program.traceSecrets);
     const auto warn = [&output](std::string_view warning) { output.warn(warning); };
     if (program.localAction) {
         program.localAction(program.connection, output);
@@ -33,6 +36,8 @@ void execute(const Program& program, Output& output) {
         Session session(connectionFor(program.connection, warn), warn);
         program.action(session, output);
     }
+    if (program.connection.trace)
+        program.connection.trace->complete();
 }
 
 /// A core file would contain the password.

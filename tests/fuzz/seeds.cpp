@@ -11,6 +11,7 @@
 #include <nlohmann/json.hpp>
 
 #include <tavo/simulator/topology.h>
+#include <tavo/trace/tcp_writer.h>
 #include <tests/cli/attack/verbs.h>
 #include <tests/fuzz/method_choice.h>
 #include <tests/fuzz/opening_script.h>
@@ -335,6 +336,28 @@ void addSerprog(Seeds& seeds) {
     seeds.add("fuzz_serprog", Bytes{1, 0x13, 4, 0, 0, 0xFF, 0xFF, 0xFF, 0x03, 0, 0, 0, 0x00});
 }
 
+/// A question for the methods of the device, and an answer, as a capture and as pieces.
+void addTraces(Seeds& seeds) {
+    using TAVO::trace::TcpWriter;
+    const std::vector<std::uint8_t> request{0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0, 3, 0, 0, 0, 0};
+    const std::vector<std::uint8_t> reply{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,   1,   0,   0,   0, 20, 0, 0,
+                                          0, 0, 0, 0, 0, 1, 0, 0, 0, 4, 'l', 'o', 'c', 'k', 0, 0,  0, 9};
+    std::string file(1, '\0');
+    TAVO::trace::PcapngWriter writer(
+        [&](std::span<const std::uint8_t> block) { file.append(block.begin(), block.end()); }, "seed",
+        "device");
+    TcpWriter connection(writer, 0, {});
+    connection.data(TcpWriter::Side::client, request, {});
+    connection.data(TcpWriter::Side::device, reply, {});
+    connection.close({});
+    seeds.add("fuzz_trace", file);
+    std::string pieces{1, static_cast<char>(request.size())};
+    pieces.append(request.begin(), request.end());
+    pieces += static_cast<char>(0x80 | reply.size());
+    pieces.append(reply.begin(), reply.end());
+    seeds.add("fuzz_trace", pieces);
+}
+
 /// The words of the tool's command lines in its document.
 void addArguments(Seeds& seeds) {
     std::istringstream document(contentOf("docs/tool.md"));
@@ -404,6 +427,7 @@ int main(int argc, char** argv) {
         addCables(seeds);
         addComPort(seeds);
         addSerprog(seeds);
+        addTraces(seeds);
         addArguments(seeds);
         addTopologies(seeds);
         addConfigs(seeds);

@@ -26,6 +26,7 @@ std::vector<Command> serialCommands();
 std::vector<Command> lcdCommands();
 std::vector<Command> lockCommands();
 std::vector<Command> shareCommands();
+std::vector<Command> traceCommands();
 std::vector<Command> helpCommands();
 std::vector<Command> configCommands();
 std::vector<Command> doctorCommands();

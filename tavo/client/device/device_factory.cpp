@@ -38,6 +38,11 @@ std::unique_ptr<LevelFetch> fetchFor(std::shared_ptr<TAVOXDevice> device, const 
     return device && options.byLevels ? std::make_unique<LevelFetch>(std::move(device)) : nullptr;
 }
 
+void traceIfWanted(Device& device, const OpenOptions& options) {
+    if (options.trace)
+        device.setTrace(options.trace);
+}
+
 unsigned objectsBelow(const Container& node) {
     unsigned objects = 0;
     for (const auto& child : node.getChildren())
@@ -50,16 +55,19 @@ unsigned objectsBelow(const Container& node) {
 /// The state of a device before its opening, to be restored if that fails.
 class DeviceFactory::Former {
 public:
-    Former(Device& device, bool keepsHeldLock)
+    Former(Device& device, const OpenOptions& options)
         : device_(device)
         , connection_(dynamic_cast<TAVOXDevice*>(&device))
         , system_(device.system_)
         , private_(device.private_)
         , children_(device.children_)
-        , limit_(device.timeLimit()) {
+        , limit_(device.timeLimit())
+        , isTraced_(options.trace) {
         if (connection_) {
             lock_ = connection_->lock_;
-            connection_->keepsHeldLock_ = keepsHeldLock;
+            connection_->keepsHeldLock_ = options.keepHeldLock;
+            if (options.trace)
+                trace_ = connection_->trace();
         }
     }
 
@@ -76,6 +84,8 @@ public:
                 device_.unlock();
             } catch (...) { // the exception of the opening is on its way
             }
+        if (isTraced_)
+            device_.setTrace(std::move(trace_));
         if (device_.timeLimit() != limit_)
             try {
                 device_.setTimeLimit(limit_);
@@ -90,6 +100,8 @@ private:
     std::shared_ptr<Private_v1_0> private_;
     decltype(Container::children_) children_;
     TimeLimit limit_;
+    bool isTraced_;
+    TraceSink trace_;
     TAVOXDevice::Lock lock_;
 };
 
@@ -179,6 +191,7 @@ std::shared_ptr<Device> DeviceFactory::buildDevice(const std::string& host, int 
     asOneOperation(options.interrupter, [&] {
         device = std::make_shared<TAVOXDevice>(host, port, user, password, secure, options.interrupter,
                                                options.timeLimit);
+        traceIfWanted(*device, options);
         open(device, secure, options);
     });
     return device;
@@ -207,6 +220,7 @@ std::shared_ptr<Device> DeviceFactory::buildDevice(std::unique_ptr<Transport> tr
     const auto device = std::make_shared<TAVOXDevice>(std::move(transport), user, password, secure);
     if (options.timeLimit)
         device->setTimeLimit(options.timeLimit);
+    traceIfWanted(*device, options);
     asOneOperation(options.interrupter, [&] { open(device, secure, options); });
     return device;
 }
@@ -231,6 +245,7 @@ std::shared_ptr<Device> DeviceFactory::queryDevice(const std::string& host, int 
     asOneOperation(options.interrupter, [&] {
         device = std::make_shared<TAVOXDevice>(host, usedPort, "", "", chosen, options.interrupter,
                                                options.timeLimit);
+        traceIfWanted(*device, options);
         identify(device, usedPort, descriptor, options);
     });
     return device;
@@ -247,6 +262,7 @@ std::shared_ptr<Device> DeviceFactory::queryDevice(std::unique_ptr<Transport> tr
     const auto device = std::make_shared<TAVOXDevice>(std::move(transport), "", "", false);
     if (options.timeLimit)
         device->setTimeLimit(options.timeLimit);
+    traceIfWanted(*device, options);
     asOneOperation(options.interrupter, [&] { identify(device, 0, descriptor, options); });
     return device;
 }
@@ -260,11 +276,12 @@ std::shared_ptr<Device> DeviceFactory::openDevice(std::shared_ptr<Device> device
                                                   const std::string& password, const OpenOptions& options) {
     if (!device)
         return device;
-    Former former(*device, options.keepHeldLock);
+    Former former(*device, options);
     bool locked = false;
     try {
         if (options.timeLimit)
             device->setTimeLimit(options.timeLimit);
+        traceIfWanted(*device, options);
         asOneOperation(options.interrupter, [&] {
             device->lock(user, password);
             locked = true;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include <tavo/client/export.h>
+#include <tavo/client/wire/trace.h>
 #include <tavo/client/wire/transport.h>
 
 namespace TAVO {
@@ -40,6 +41,10 @@ struct TAVO_API OpenOptions {
     /// and the three fixed objects. An object whose type has a factory gets all its members, which its proxy
     /// may need. Names that the device does not have are ignored. All objects when empty.
     std::vector<std::string> only = {};
+    /// Traces the opening, and later the device, as Device::setTrace() does. An opening over a host name has
+    /// connected before. Empty: no trace; DeviceFactory::openDevice then leaves that of the device. If its
+    /// opening fails, the device has the trace from before.
+    TraceSink trace = {};
 };
 
 } // namespace TAVO

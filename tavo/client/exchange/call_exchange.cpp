@@ -299,14 +299,14 @@ void CallExchange::converse(std::uint32_t lockId, Batch batch, Progress& progres
         }
         progress.at = nullptr;
         inStep_ = false;
-        transport_.send(request.chunks());
+        transport_->send(request.chunks());
     }
 
     // However the exchange ends, what was received is taken, and large blocks are given back.
-    const auto settle = [this](ReplyBuffer* buffer) { buffer->settle(transport_); };
+    const auto settle = [this](ReplyBuffer* buffer) { buffer->settle(*transport_); };
     const std::unique_ptr<ReplyBuffer, decltype(settle)> settledAtEnd(&buffer_, settle);
 
-    Reply reply(transport_, buffer_, inStep_);
+    Reply reply(*transport_, buffer_, inStep_);
     reply.skipStatus();
     const auto error = reply.error();
     const auto resultCount = reply.number("Could not read Result Count from device");

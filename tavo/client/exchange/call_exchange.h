@@ -24,11 +24,11 @@ class TAVO_API CallExchange {
 public:
     /// Sends nothing yet. `transport` must outlive the exchange.
     explicit CallExchange(Transport& transport)
-        : transport_(transport) {}
+        : transport_(&transport) {}
     /// The same for the calls of `owner`, which must outlive it as well. Refuses Methods of other devices, if
     /// these are of exactly the class `kind`; devices of other classes may forward calls to the owner.
     CallExchange(Transport& transport, const Device& owner, const std::type_info& kind)
-        : transport_(transport)
+        : transport_(&transport)
         , owner_(&owner)
         , kind_(&kind) {}
 
@@ -43,6 +43,10 @@ public:
     /// @throws what run() throws for a Method that it refuses, and for such a result.
     void answer(const std::shared_ptr<Method>& method, std::span<const std::uint8_t> result) const;
 
+    /// Goes on over another transport to the same far end, such as one around the former. Between two
+    /// exchanges only; `transport` must outlive the exchange.
+    void setTransport(Transport& transport) noexcept { transport_ = &transport; }
+
     /// Whether the next bytes to arrive are the beginning of a reply. False after an exchange that sent at
     /// least a part of its request, or tried to, and did not read the reply to its end.
     bool isInStep() const noexcept { return inStep_; }
@@ -53,7 +57,7 @@ private:
     void addFacts(Error& failure, const Method* concerned) const;
     const Object_v1_0& addressee(const std::shared_ptr<Method>& method) const;
 
-    Transport& transport_;
+    Transport* transport_;
     const Device* owner_ = nullptr;
     const std::type_info* kind_ = nullptr;
     bool inStep_ = true;

@@ -15,6 +15,7 @@
 #include <tavo/client/transcode/immortal.h>
 #include <tavo/client/transcode/system_tables.h>
 #include <tavo/client/wire/error.h>
+#include <tavo/client/wire/internal/traced_transport.h>
 #include <tavo/client/wire/socket_transport.h>
 
 namespace TAVO {
@@ -71,9 +72,27 @@ struct TAVOXDevice::Connection {
 
     bool isInStep() const noexcept { return exchange.isInStep() && !transport->hasUnaskedBytes(); }
 
+    /// The one that goes through the trace, if there is a trace.
+    Transport& used() noexcept { return traced && traced->sink() ? *traced : *transport; }
+
+    void setTrace(TraceSink sink) {
+        if (!traced && sink)
+            traced = std::make_unique<TracedTransport>(*transport);
+        if (traced)
+            traced->setSink(std::move(sink));
+        exchange.setTransport(used());
+    }
+
     std::unique_ptr<Transport> transport;
+    /// Stays once it is made: a program may hold it.
+    std::unique_ptr<TracedTransport> traced;
     CallExchange exchange;
 };
+
+void Device::setTrace(TraceSink sink) {
+    if (auto* const device = dynamic_cast<TAVOXDevice*>(this))
+        device->connection_->setTrace(std::move(sink));
+}
 
 TAVOXDevice::TAVOXDevice(const std::string& host, int port, const std::string& user,
                          const std::string& password, bool secure, std::shared_ptr<Interrupter> interrupter)
@@ -159,11 +178,13 @@ void TAVOXDevice::setTimeLimit(TimeLimit limit) { connection_->transport->setTim
 
 TimeLimit TAVOXDevice::timeLimit() const noexcept { return connection_->transport->timeLimit(); }
 
-Transport& TAVOXDevice::transport() noexcept { return *connection_->transport; }
+Transport& TAVOXDevice::transport() noexcept { return connection_->used(); }
 
 void TAVOXDevice::callMethods(std::deque<std::shared_ptr<Method>> methods) {
     connection_->exchange.run(lock_.id, methods);
 }
+
+TraceSink TAVOXDevice::trace() const { return connection_->traced ? connection_->traced->sink() : nullptr; }
 
 const Object_v1_0& TAVOXDevice::requireDeviceObject() const {
     if (!deviceObject())

@@ -110,7 +110,8 @@ public:
     TimeLimit timeLimit() const noexcept override;
 
     /// The connection, for programs that carry the bytes of others over it. Use it between two calls only,
-    /// and read every reply to its end. Lives as long as the device.
+    /// and read every reply to its end. Lives as long as the device. While there is a trace, what passes over
+    /// it is traced: ask for it anew after setTrace().
     Transport& transport() noexcept;
 
     /// Executes the batch in one exchange and stores each result in its Method. Blocks until then. After a
@@ -129,6 +130,7 @@ public:
     void callMethods(std::deque<std::shared_ptr<Method>> methods);
 
 private:
+    friend class Device;
     friend class DeviceFactory;
     friend class LevelFetch;
 
@@ -142,6 +144,8 @@ private:
         std::string password;
     };
 
+    /// The sink of setTrace(); empty without one.
+    TraceSink trace() const;
     /// @throws SpecificationError "device object not found." before setDevice().
     const Object_v1_0& requireDeviceObject() const;
     /// Whether the user of lock_ holds the lock already, as far as the device tells.

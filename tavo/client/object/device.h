@@ -10,6 +10,7 @@
 #include <tavo/client/object/container.h>
 #include <tavo/client/object/method.h>
 #include <tavo/client/object/multicall_queue.h>
+#include <tavo/client/wire/trace.h>
 #include <tavo/client/wire/transport.h>
 
 namespace TAVO {
@@ -129,6 +130,16 @@ public:
     virtual void setTimeLimit(TimeLimit limit);
     /// The current limit; empty when there is none, or the transport does not support any. Empty by default.
     virtual TimeLimit timeLimit() const noexcept;
+
+    /// Tells `sink` every byte that this device sends and receives from now on, until another one is set; an
+    /// empty one, as at first, ends the trace. OpenOptions traces an opening as well. TraceSink says what it
+    /// is told, and what becomes of what it throws.
+    ///
+    /// An exchange checks its connection once more while it is traced, so a reconnect and the exchange behind
+    /// it have a time limit each. Call it between two exchanges. Costs nothing while there is no sink.
+    ///
+    /// Works for a TAVOXDevice and classes derived from it. Does nothing for others.
+    void setTrace(TraceSink sink);
 
     /// The "device" object; empty until setDevice().
     std::shared_ptr<Device_v1_0> getDevice() const { return device_; }

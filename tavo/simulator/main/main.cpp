@@ -14,6 +14,8 @@
 #include <tavo/client/version_number.h>
 #include <tavo/simulator/main/accounts_file.h>
 #include <tavo/simulator/main/file_mode.h>
+#include <tavo/simulator/main/printable_text.h>
+#include <tavo/simulator/main/replay.h>
 #include <tavo/simulator/main/tap_log_file.h>
 #include <tavo/simulator/simulator.h>
 #include <tavo/simulator/topology.h>
@@ -29,6 +31,7 @@ struct Arguments {
     std::vector<std::string> faults;
     std::string accounts;
     std::optional<std::string> tapLog;
+    std::optional<std::string> replay;
     bool listTopologies = false;
     bool log = false;
     bool quiet = false;
@@ -67,6 +70,12 @@ void describe(CLI::App& app, Arguments& arguments) {
                    "Write what arrives at the pins of every jtag to a file, in lines, or as a value change\n"
                    "dump if its name ends in .vcd")
         ->type_name("FILE");
+    app.add_option(
+           "--replay", arguments.replay,
+           "Answer as the device in a trace did, and end at the first request that differs: a pcapng\n"
+           "file, such as 'tavo --trace' writes")
+        ->type_name("FILE")
+        ->excludes("--topology", "--fault", "--accounts", "--key", "--log", "--tap-log");
     app.add_flag("--quiet", arguments.quiet, "Print only the line with the port")->excludes(log);
     app.set_version_flag("--version", "tavo-sim " + TAVO::ClientLibraryVersion);
     app.footer("\n" + simulator::FaultScript::grammar() +
@@ -99,18 +108,6 @@ void hidePassword(simulator::CallRecord& record) {
                 parameter.value = TAVO::Value(std::string("***"));
 }
 
-/// Contains only printable ASCII characters, so a client cannot control the terminal.
-std::string lineOf(const simulator::CallRecord& record) {
-    std::string line;
-    for (const char character : record.toString()) {
-        if (character >= ' ' && character <= '~')
-            line += character;
-        else
-            line += fmt::format("\\x{:02x}", static_cast<unsigned char>(character));
-    }
-    return line;
-}
-
 void serve(simulator::Simulator& appliance, const Arguments& arguments) {
     asio::io_context context;
     asio::signal_set end(context, SIGINT, SIGTERM);
@@ -118,7 +115,7 @@ void serve(simulator::Simulator& appliance, const Arguments& arguments) {
     if (arguments.log)
         appliance.setObserver([](simulator::CallRecord record) {
             hidePassword(record);
-            fmt::print(stderr, "{}\n", lineOf(record));
+            fmt::print(stderr, "{}\n", printableText(record.toString()));
         });
     appliance.start();
     fmt::print("listening on {}:{}\n", arguments.options.host, appliance.port());
@@ -148,6 +145,9 @@ int main(int argc, char** argv) {
         return 0;
     }
     try {
+        if (arguments.replay)
+            return replay(*arguments.replay, arguments.options.host,
+                          static_cast<std::uint16_t>(arguments.options.port), arguments.quiet);
         addAccounts(arguments);
         std::optional<TapLogFile> tapLog;
         simulator::Simulator appliance(arguments.options);
