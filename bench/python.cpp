@@ -16,7 +16,7 @@ class Turns {
 public:
     Turns(Run& run, Bench& bench)
         : run_(run)
-        , worker_(TAVO_WORKER, bench.server.port())
+        , worker_(TAVO_PYTHON_PROGRAMS "/library.py", bench.server.port())
         , library_(run.sharedProcessor(bench.server))
         , python_(run.wallTime ? Clock::wall()
                                : Clock::processors(worker_.process(), bench.server.process())) {}

@@ -8,6 +8,10 @@ from typing import TYPE_CHECKING
 if TYPE_CHECKING:
     from collections.abc import Callable, Mapping
 
+#: The calls in a batch, and the bytes in a block.
+CALLS = 1000
+BLOCK = 16 * 1024 * 1024
+
 
 def serve(works: Mapping[str, Callable[[], object]]) -> None:
     """Works until the input ends."""
