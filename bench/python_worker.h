@@ -11,8 +11,8 @@ namespace bench {
 /// object, and with the process that made it.
 class PythonWorker {
 public:
-    /// Returns when the program is ready. It is given the port, and finds modules in `path`, besides worker.py
-    /// and the package tavo.
+    /// Returns when the program is ready. It is given the port, and finds modules in `path`, besides
+    /// worker.py and the package tavo.
     PythonWorker(const std::string& program, int port, const std::string& path = "");
     PythonWorker(const PythonWorker&) = delete;
     PythonWorker& operator=(const PythonWorker&) = delete;
