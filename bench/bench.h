@@ -93,6 +93,8 @@ void measureMemory(Run& run);
 void measureShare(Run& run);
 /// Beside OpenOCD's player.
 void measureSvf(Run& run);
+/// The Python package beside the library in C++.
+void measurePython(Run& run);
 
 /// The pieces of work whose memory is measured, each in a process of its own.
 const std::vector<std::string>& worksAlone();

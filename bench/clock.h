@@ -19,6 +19,12 @@ public:
         clock.hasOther_ = ::clock_getcpuclockid(other, &clock.other_) == 0;
         return clock;
     }
+    /// The processor time of two other processes.
+    static Clock processors(pid_t one, pid_t other) {
+        auto clock = processor(other);
+        ::clock_getcpuclockid(one, &clock.own_);
+        return clock;
+    }
     /// The processor time of this process.
     static Clock ownProcessor() { return Clock(CLOCK_PROCESS_CPUTIME_ID); }
 

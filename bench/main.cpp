@@ -31,6 +31,7 @@ const std::vector<Measurement> measurements{
     {"memory", bench::measureMemory},
     {"share", bench::measureShare},
     {"svf", bench::measureSvf},
+    {"python", bench::measurePython},
 };
 
 std::vector<std::string> names() {

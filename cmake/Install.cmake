@@ -12,19 +12,22 @@ if(TARGET tavo_simulator)
   set(has_simulator ON)
 endif()
 
-set(has_c OFF)
+# tavo_install_libraries(<export> <library>...): with a file <export>.cmake of the CMake package.
+function(tavo_install_libraries export)
+  install(TARGETS ${ARGN} EXPORT ${export}
+    RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}"
+    LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+    ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+    INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
+    FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}" COMPONENT headers)
+  install(EXPORT ${export} NAMESPACE tavo:: DESTINATION "${TAVO_INSTALL_CMAKEDIR}")
+endfunction()
+tavo_install_libraries(tavo_clientTargets ${libraries})
+# Debian has the C interface in packages of its own.
 if(TARGET tavo_c)
+  tavo_install_libraries(tavo_cTargets tavo_c)
   list(APPEND libraries tavo_c)
-  set(has_c ON)
 endif()
-
-install(TARGETS ${libraries} EXPORT tavo_clientTargets
-  RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}"
-  LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
-  ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
-  INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
-  FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}" COMPONENT headers)
-install(EXPORT tavo_clientTargets NAMESPACE tavo:: DESTINATION "${TAVO_INSTALL_CMAKEDIR}")
 
 configure_package_config_file(cmake/tavo_clientConfig.cmake.in
   "${PROJECT_BINARY_DIR}/package/tavo_clientConfig.cmake"

@@ -18,7 +18,7 @@ from setuptools.command.sdist import sdist
 HERE = Path(__file__).resolve().parent
 LIBRARY = HERE / "library" if (HERE / "library").is_dir() else HERE.parent
 #: What CMake needs of the source tree. The package itself is beside this file.
-SOURCES = ("CMakeLists.txt", "cmake", "tavo/client", "tavo/client.h", "tavo/server", "tavo/simulator")
+SOURCES = ("CMakeLists.txt", "cmake", "tavo/client", "tavo/client.h", "tavo/config", "tavo/server", "tavo/simulator")
 
 
 def version() -> str:
@@ -71,7 +71,7 @@ class SourceDistribution(sdist):
             else:
                 target.parent.mkdir(parents=True, exist_ok=True)
                 shutil.copy2(source, target)
-        for name in ("src", "CMakeLists.txt"):
+        for name in ("src", "CMakeLists.txt", "METADATA.in", "entry_points.txt"):
             source, target = HERE / name, Path(base_dir) / name
             if source.is_dir():
                 shutil.copytree(source, target, dirs_exist_ok=True)

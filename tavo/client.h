@@ -56,6 +56,7 @@
 #include <tavo/client/object/proxy.h>
 #include <tavo/client/object/type_factory.h>
 #include <tavo/client/object/version.h>
+#include <tavo/client/transcode/block_receiver.h>
 #include <tavo/client/transcode/header_status_tables.h>
 #include <tavo/client/transcode/table.h>
 #include <tavo/client/transcode/value.h>

@@ -1,4 +1,4 @@
-#include <bench/peers/peer.h>
+#include <bench/peers/python_client.h>
 
 #include <stdexcept>
 
@@ -130,7 +130,8 @@ void serve(const std::function<void(int)>& tell) {
 
 } // namespace
 
-int main() {
-    return bench::peers::compare(
-        {"gRPC", serve, [](int port) { return std::make_unique<GrpcClient>(port); }});
+int main(int argc, char** argv) {
+    return bench::peers::compareEither(
+        argc, argv, {"gRPC", serve, [](int port) { return std::make_unique<GrpcClient>(port); }},
+        "grpc_client.py");
 }

@@ -1,4 +1,4 @@
-#include <bench/peers/peer.h>
+#include <bench/peers/python_client.h>
 
 #include <atomic>
 #include <stdexcept>
@@ -56,8 +56,10 @@ void serve(const std::function<void(int)>& tell) {
 
 } // namespace
 
-int main() {
+int main(int argc, char** argv) {
     bench::registerGauge();
-    return bench::peers::compare(
-        {"tavo_client", serve, [](int port) { return std::make_unique<LibraryClient>(port); }, false});
+    return bench::peers::compareEither(
+        argc, argv,
+        {"tavo_client", serve, [](int port) { return std::make_unique<LibraryClient>(port); }, false},
+        "library.py");
 }

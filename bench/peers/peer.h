@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include <sys/types.h>
+
 /// The same work as the library's, done by other libraries for remote calls.
 namespace bench::peers {
 
@@ -22,6 +24,9 @@ public:
 
     /// One call with a flag; its result is a return code and a byte. Returns the byte.
     virtual unsigned turn(bool on) = 0;
+    /// So many of these calls, one after the other.
+    /// @throws std::runtime_error for a wrong answer.
+    virtual void turns(std::size_t count);
     /// Builds so many of these calls, makes them without waiting between them, takes every result and frees
     /// all. Returns the sum of the bytes.
     virtual unsigned calls(std::size_t count) = 0;
@@ -31,6 +36,8 @@ public:
     virtual std::size_t download(std::size_t length) = 0;
     /// Builds a call from a block that stays the caller's, and sends it.
     virtual void upload(const Bytes& data) = 0;
+    /// Whose processor time is the client's.
+    virtual pid_t process() const;
 };
 
 /// Every server answers a flag that is set by 1, and serves blocks of this byte.

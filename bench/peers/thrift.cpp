@@ -1,4 +1,4 @@
-#include <bench/peers/peer.h>
+#include <bench/peers/python_client.h>
 
 #include <thrift/protocol/TBinaryProtocol.h>
 #include <thrift/server/TThreadedServer.h>
@@ -129,7 +129,8 @@ void serve(const std::function<void(int)>& tell) {
 
 } // namespace
 
-int main() {
-    return bench::peers::compare(
-        {"Thrift", serve, [](int port) { return std::make_unique<ThriftClient>(port); }});
+int main(int argc, char** argv) {
+    return bench::peers::compareEither(
+        argc, argv, {"Thrift", serve, [](int port) { return std::make_unique<ThriftClient>(port); }},
+        "thrift_client.py");
 }

@@ -11,8 +11,9 @@ Call::Call(std::shared_ptr<Node> node, std::shared_ptr<RemoteMethod> spec, std::
     , spec_(std::move(spec))
     , method_(std::move(method)) {}
 
-void Call::end(std::optional<Failure> failure) {
+void Call::end(std::optional<Failure> failure, std::shared_ptr<const ReceivedBlocks> blocks) {
     ended_ = true;
+    blocks_ = std::move(blocks);
     batchFailure_ = std::move(failure);
 }
 
@@ -37,8 +38,10 @@ py::object Call::code() const {
 py::object Call::value() {
     if (const auto known = failure())
         known->raise();
-    if (!value_)
-        value_ = replyOf(*method_, *spec_);
+    if (!value_) {
+        value_ = replyOf(*method_, *spec_, *blocks_);
+        blocks_ = nullptr;
+    }
     return value_;
 }
 
@@ -72,6 +75,7 @@ void Batch::run() {
     for (const auto& call : calls_)
         queue->add(call->method());
     std::exception_ptr failure;
+    const auto blocks = std::make_shared<ReceivedBlocks>();
     const auto calls = std::exchange(calls_, {});
     if (calls.empty())
         return;
@@ -80,18 +84,20 @@ void Batch::run() {
         const auto failed = why ? why->failedIndex.value_or(calls.size()) : calls.size();
         for (std::size_t i = 0; i < calls.size(); ++i) {
             const bool executed = i < failed && calls[i]->method()->isResultSet();
-            calls[i]->end(executed ? std::nullopt : why);
+            calls[i]->end(executed ? std::nullopt : why, blocks);
         }
     };
     try {
-        connection_->run([&](Device& device) {
-            try {
-                device.multicall(queue);
-            } catch (...) {
-                failure = std::current_exception();
-                throw;
-            }
-        });
+        connection_->run(
+            [&](Device& device) {
+                try {
+                    device.multicall(queue);
+                } catch (...) {
+                    failure = std::current_exception();
+                    throw;
+                }
+            },
+            *blocks);
     } catch (...) {
         endAll(failure ? Failure::of(failure) : std::nullopt);
         throw;
@@ -102,7 +108,7 @@ void Batch::run() {
 void Batch::abandon() {
     sent_ = true;
     for (const auto& call : std::exchange(calls_, {}))
-        call->end(std::nullopt);
+        call->end(std::nullopt, nullptr);
 }
 
 } // namespace TAVO::python

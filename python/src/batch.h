@@ -16,7 +16,8 @@ public:
 
     const std::shared_ptr<Method>& method() const { return method_; }
     /// The batch has ended: empty if this call has been executed.
-    void end(std::optional<Failure> failure);
+    /// @param blocks of all results of the batch.
+    void end(std::optional<Failure> failure, std::shared_ptr<const ReceivedBlocks> blocks);
 
     /// The return code; None before the batch has been executed, or if the call has no result.
     py::object code() const;
@@ -33,6 +34,7 @@ private:
     std::shared_ptr<Method> method_;
     bool ended_ = false;
     std::optional<Failure> batchFailure_;
+    std::shared_ptr<const ReceivedBlocks> blocks_;
     py::object value_;
 };
 

@@ -166,6 +166,13 @@ void Connection::run(const std::function<void(Device&)>& work) {
     runOutside([&] { work(*device_); });
 }
 
+void Connection::run(const std::function<void(Device&)>& work, ReceivedBlocks& blocks) {
+    run([&](Device& device) {
+        const PythonBlockReceiver receiver(*outside_, blocks);
+        work(device);
+    });
+}
+
 void Connection::interrupt() {
     if (isOfThisProcess())
         interrupter_->interrupt();

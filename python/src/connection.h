@@ -16,6 +16,7 @@
 #include <tavo/client/wire/interrupter.h>
 
 #include "process.h"
+#include "received_blocks.h"
 
 namespace TAVO::python {
 
@@ -44,6 +45,8 @@ public:
     /// Runs `work` with the device as one turn, without the GIL.
     /// @throws py::error_already_set for everything that goes wrong.
     void run(const std::function<void(Device&)>& work);
+    /// The same; long blocks of the results are added to `blocks`.
+    void run(const std::function<void(Device&)>& work, ReceivedBlocks& blocks);
 
     /// The root of the tree.
     /// @throws py::error_already_set when there is no device any more.

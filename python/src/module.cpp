@@ -13,6 +13,7 @@
 #include <tavo/client/version_number.h>
 
 #include "batch.h"
+#include "config.h"
 #include "simulator.h"
 #include "values.h"
 
@@ -86,8 +87,6 @@ void addConnection(py::module_& module) {
     });
     module.def("close_all", &Connection::closeAll);
     module.def("forget_all", &Connection::forgetAll);
-    module.attr("DEFAULT_PORT") = int{TAVO::DeviceFactory::DefaultPort};
-    module.attr("DEFAULT_SECURE_PORT") = int{TAVO::DeviceFactory::DefaultSecurePort};
 }
 
 void addCalls(py::module_& module) {
@@ -144,4 +143,5 @@ PYBIND11_MODULE(_core, module) {
     addConnection(module);
     addCalls(module);
     addSimulator(module);
+    addConfig(module);
 }

@@ -94,17 +94,18 @@ std::shared_ptr<Method> Node::prepare(const RemoteMethod& method, const py::tupl
 
 py::object Node::call(const RemoteMethod& method, const py::tuple& arguments) const {
     const auto prepared = prepare(method, arguments);
-    connection_->run([&](Device& device) { device.call(prepared); });
+    ReceivedBlocks blocks;
+    connection_->run([&](Device& device) { device.call(prepared); }, blocks);
     if (prepared->returnCode() != 0)
         Failure::refused(prepared->returnCode(), prepared->getFullName()).raise();
-    return replyOf(*prepared, method);
+    return replyOf(*prepared, method, blocks);
 }
 
-py::object replyOf(const Method& executed, const RemoteMethod& method) {
+py::object replyOf(const Method& executed, const RemoteMethod& method, const ReceivedBlocks& blocks) {
     const auto outcome = executed.getResult();
     if (!method.reply || !outcome.reply)
         return py::none();
-    return toPython(method.row->reply->view(*outcome.reply), *method.reply);
+    return toPython(method.row->reply->view(*outcome.reply), *method.reply, blocks);
 }
 
 } // namespace TAVO::python

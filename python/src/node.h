@@ -42,6 +42,6 @@ private:
 };
 
 /// What Python has for the reply of an executed call with return code 0.
-py::object replyOf(const Method& executed, const RemoteMethod& method);
+py::object replyOf(const Method& executed, const RemoteMethod& method, const ReceivedBlocks& blocks);
 
 } // namespace TAVO::python

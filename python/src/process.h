@@ -38,6 +38,14 @@ public:
     /// the pending one of this thread.
     bool handleSignals();
 
+    /// Does something with the GIL, in between.
+    template <class Action>
+    void within(Action action) {
+        takeBack();
+        action();
+        state_ = PyEval_SaveThread();
+    }
+
 private:
     void takeBack();
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "field_type.h"
+#include "received_blocks.h"
 
 #include <tavo/client/transcode/method_row.h>
 #include <tavo/client/transcode/value_view.h>
@@ -14,8 +15,8 @@
 namespace TAVO::python {
 
 /// The content of a view as Python has it: texts as str, blocks as bytes, lists as tuples, records as
-/// instances of the class in their type.
-py::object toPython(const ValueView& view, const FieldType& type);
+/// instances of the class in their type. Blocks that stand for others come from `blocks`.
+py::object toPython(const ValueView& view, const FieldType& type, const ReceivedBlocks& blocks);
 
 /// Bytes that need not be UTF-8, with surrogates in place of those that are not.
 py::object textOf(std::string_view text);

@@ -7,7 +7,7 @@ with tavo.open("lab1", user="alice") as device:
 """
 
 from . import modules
-from ._device import Batch, Call, Device, open
+from ._device import Batch, Call, Device, hosts, open
 from ._errors import (
     ConfigurationError,
     Error,
@@ -39,6 +39,7 @@ __all__ = [
     "SpecificationError",
     "TAVOKeyError",
     "TAVOLoginError",
+    "hosts",
     "open",
 ]
 __all__ += modules.__all__

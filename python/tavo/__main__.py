@@ -87,7 +87,7 @@ def main(arguments: list[str] | None = None) -> int:
             port=wish.port,
             user=wish.user,
             password_file=wish.password_file,
-            secure=wish.secure,
+            secure=wish.secure or None,
             timeout=wish.timeout,
         ) as device:
             print(*info_lines(device), *tree_lines(device, utf8), sep="\n")

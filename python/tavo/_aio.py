@@ -11,7 +11,7 @@ from typing import TYPE_CHECKING, Any, ClassVar, TypeVar
 
 from . import _core, _types
 from ._device import Batch as _Batch
-from ._device import connect, milliseconds_of
+from ._device import Opened, Wish, connect, milliseconds_of
 from ._errors import SpecificationError
 from ._object import Remote
 
@@ -252,27 +252,26 @@ class Device:
 class _Opening:
     """What open() returns: await it, or enter it by `async with`."""
 
-    def __init__(self, host: str, wish: dict[str, Any]) -> None:
-        self._host = host
+    def __init__(self, wish: Wish) -> None:
         self._wish = wish
         self._device: Device | None = None
 
     async def _open(self) -> Device:
         interrupter = _core.Interrupter()
         worker = _Worker(interrupter)
-        opened: list[_core.Connection] = []
+        opened: list[Opened] = []
 
         def work() -> None:
-            opened.append(connect(self._host, **self._wish, interrupter=interrupter))
+            opened.append(connect(self._wish, interrupter))
 
         try:
             await worker.run(work)
         except BaseException:
             # A cancelled opening may have come to its end all the same.
-            for connection in opened:
-                worker.begin(connection.close)
+            for one in opened:
+                worker.begin(one.connection.close)
             raise
-        return Device(opened[0], worker, self._host)
+        return Device(opened[0].connection, worker, opened[0].host)
 
     def __await__(self) -> Generator[Any, None, Device]:
         return self._open().__await__()
@@ -289,27 +288,15 @@ class _Opening:
 
 
 def open(
-    host: str,
+    host: str | None = None,
     *,
     port: int | None = None,
     user: str | None = None,
     password: str | None = None,
     password_file: str | os.PathLike[str] | None = None,
-    secure: bool = False,
+    secure: bool | None = None,
     timeout: float | None = None,
     only: Iterable[str] = (),
 ) -> _Opening:
     """Opens a device, as tavo.open() does: `async with tavo.aio.open(host) as device`, or `await` it."""
-    return _Opening(
-        host,
-        {
-            "port": port,
-            "user": user,
-            "password": password,
-            "password_file": password_file,
-            "secure": secure,
-            "timeout": timeout,
-            "only": only,
-        },
-    )
-
+    return _Opening(Wish(host, port, user, password, password_file, secure, timeout, only))

@@ -3,9 +3,6 @@ from typing import Any
 
 Buffer = bytes | bytearray | memoryview
 
-DEFAULT_PORT: int
-DEFAULT_SECURE_PORT: int
-
 class Interrupter:
     def interrupt(self) -> None: ...
 
@@ -98,6 +95,15 @@ def open(
     only: list[str],
     interrupter: Interrupter,
 ) -> Connection: ...
+def settings(
+    host: str,
+    port: int | None,
+    user: str | None,
+    password_file: str | None,
+    secure: bool | None,
+    timeout: float | None,
+) -> tuple[str, int, str | None, str | None, bool, float | None, str]: ...
+def hosts(group: str) -> list[str]: ...
 def tables() -> list[tuple[str, str, list[RemoteMethod]]]: ...
 def close_all() -> None: ...
 def forget_all() -> None: ...

@@ -4,7 +4,8 @@ from __future__ import annotations
 
 import atexit
 import os
-from typing import TYPE_CHECKING, Any, Generic, TypeVar
+import warnings
+from typing import TYPE_CHECKING, Any, Generic, NamedTuple, TypeVar
 
 from . import _core
 from ._errors import SpecificationError
@@ -36,33 +37,57 @@ def milliseconds_of(timeout: float | None) -> int | None:
     return round(timeout * 1000)
 
 
-def connect(
-    host: str,
-    port: int | None,
-    user: str | None,
-    password: str | None,
-    password_file: str | os.PathLike[str] | None,
-    secure: bool,
-    timeout: float | None,
-    only: Iterable[str],
-    interrupter: _core.Interrupter,
-) -> _core.Connection:
-    """Opens a device with what was given, what the environment has, and what the user answers."""
-    if not isinstance(host, str):
-        raise TypeError(f"'host' must be a str, not {type(host).__name__}")
-    if port is None:
-        port = _core.DEFAULT_SECURE_PORT if secure else _core.DEFAULT_PORT
-    if isinstance(port, bool) or not isinstance(port, int):
-        raise TypeError(f"'port' must be an int, not {type(port).__name__}")
-    if not 1 <= port <= 65535:
-        raise ValueError(f"'port' must be from 1 to 65535, not {port}")
-    if isinstance(only, str):
+class Wish(NamedTuple):
+    """What open() is asked for."""
+
+    host: str | None
+    port: int | None
+    user: str | None
+    password: str | None
+    password_file: str | os.PathLike[str] | None
+    secure: bool | None
+    timeout: float | None
+    only: Iterable[str]
+
+
+class Opened(NamedTuple):
+    """A connection, and where it leads."""
+
+    connection: _core.Connection
+    host: str
+    port: int
+
+
+def connect(wish: Wish, interrupter: _core.Interrupter) -> Opened:
+    """Opens a device with what was given, what environment and file have, and what the user answers."""
+    if wish.host is not None and not isinstance(wish.host, str):
+        raise TypeError(f"'host' must be a str, not {type(wish.host).__name__}")
+    if wish.port is not None:
+        if isinstance(wish.port, bool) or not isinstance(wish.port, int):
+            raise TypeError(f"'port' must be an int, not {type(wish.port).__name__}")
+        if not 1 <= wish.port <= 65535:
+            raise ValueError(f"'port' must be from 1 to 65535, not {wish.port}")
+    if isinstance(wish.only, str):
         raise TypeError("'only' must be several names, not one str")
-    limit = milliseconds_of(timeout)
+    milliseconds_of(wish.timeout)
+    file = None if wish.password_file is None else os.fsdecode(wish.password_file)
+    secure = None if wish.secure is None else bool(wish.secure)
+    host, port, user, file, secure, timeout, warning = _core.settings(
+        wish.host or "", wish.port, wish.user, file, secure, wish.timeout
+    )
+    if warning:
+        warnings.warn(warning, stacklevel=3)
     user = find_user() if user is None else user
-    if password is None:
-        password = find_password(user, password_file)
-    return _core.open(host, port, user, password, secure, limit, list(only), interrupter)
+    password = find_password(user, file) if wish.password is None else wish.password
+    connection = _core.open(
+        host, port, user, password, secure, milliseconds_of(timeout), list(wish.only), interrupter
+    )
+    return Opened(connection, host, port)
+
+
+def hosts(group: str | None = None) -> list[str]:
+    """The names of the devices in the configuration file, in its order; those of one group, if given."""
+    return _core.hosts(group or "")
 
 
 class Call(Generic[T]):
@@ -224,7 +249,7 @@ class Device:
 
     @property
     def host(self) -> str:
-        """The host that was given."""
+        """The host: that of the configuration file, if a device there was named."""
         return self._host
 
     @property
@@ -264,27 +289,30 @@ class Device:
 
 
 def open(
-    host: str,
+    host: str | None = None,
     *,
     port: int | None = None,
     user: str | None = None,
     password: str | None = None,
     password_file: str | os.PathLike[str] | None = None,
-    secure: bool = False,
+    secure: bool | None = None,
     timeout: float | None = None,
     only: Iterable[str] = (),
 ) -> Device:
     """Connects to a device, takes its lock and learns its objects.
 
-    host: name or address of the device.
-    port: its TCP port; 6123 by default, or 6124 if `secure`.
-    user: who takes the lock; by default TAVO_USER of the environment, or the name of the login.
-    password: by default the first line of `password_file`, else TAVO_PASSWORD of the environment, else the user is
-        asked. It travels unencrypted.
+    What is not given comes from TAVO_HOST, TAVO_PORT and TAVO_USER of the environment, else from the section of the
+    device in the configuration file, else from its [defaults]. It is the file of the tool `tavo`: TAVO_CONFIG, or
+    tavo/config.toml in XDG_CONFIG_HOME or ~/.config.
+
+    host: name of a device in the configuration file, or a host name or address, also as HOST:PORT.
+    port: its TCP port; 6123 if nothing says another, or 6124 if `secure`.
+    user: who takes the lock; if nothing says, the name of the login.
+    password: by default the first line of `password_file`, else TAVO_PASSWORD of the environment, else the first line
+        of the file that the configuration names, else the user is asked. It travels unencrypted.
     secure: whether to check the device's key before the lock is taken.
-    timeout: the longest time for each exchange, in seconds; None for no limit.
+    timeout: the longest time for each exchange, in seconds; no limit if nothing says one.
     only: full names of the objects to learn; by default all.
     """
-    connection = connect(host, port, user, password, password_file, secure, timeout, only, _core.Interrupter())
-    used = port or (_core.DEFAULT_SECURE_PORT if secure else _core.DEFAULT_PORT)
-    return Device(connection, host, used)
+    wish = Wish(host, port, user, password, password_file, secure, timeout, only)
+    return Device(*connect(wish, _core.Interrupter()))

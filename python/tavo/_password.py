@@ -9,17 +9,14 @@ import warnings
 
 
 def find_user() -> str:
-    """TAVO_USER of the environment, or the name of the login."""
-    found = os.environ.get("TAVO_USER")
-    if found:
-        return found
+    """The name of the login."""
     try:
         return getpass.getuser()
     except (KeyError, OSError):
         raise ValueError("'user' is missing; use user= or TAVO_USER") from None
 
 
-def find_password(user: str, file: str | os.PathLike[str] | None) -> str:
+def find_password(user: str, file: str | None) -> str:
     """The first line of the file if one is named, else TAVO_PASSWORD of the environment, else what is typed."""
     if file is not None:
         return _first_line(file)
@@ -36,10 +33,10 @@ def find_password(user: str, file: str | os.PathLike[str] | None) -> str:
     return getpass.getpass(f"Password of {user}: ")
 
 
-def _first_line(file: str | os.PathLike[str]) -> str:
+def _first_line(file: str) -> str:
     with open(file, encoding="utf-8", errors="surrogateescape") as opened:
         mode = os.fstat(opened.fileno()).st_mode
         if stat.S_ISREG(mode) and mode & (stat.S_IRWXG | stat.S_IRWXO):
-            text = f"the password file {os.fspath(file)!r} is accessible to others: its mode is "
+            text = f"the password file {file!r} is accessible to others: its mode is "
             warnings.warn(f"{text}{stat.S_IMODE(mode):04o}, not 0600", stacklevel=5)
         return opened.readline().rstrip("\r\n")

@@ -14,6 +14,11 @@ import tavo
 
 pytest_plugins = ["tavo.pytest_plugin", "pytester"]
 
+# The tests know nothing of the devices of whoever runs them.
+for _name in [name for name in os.environ if name in ("TAVO_HOST", "TAVO_PORT", "TAVO_USER")]:
+    del os.environ[_name]
+os.environ["TAVO_CONFIG"] = os.devnull
+
 Runner = Callable[..., "subprocess.CompletedProcess[str]"]
 
 

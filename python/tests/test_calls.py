@@ -11,6 +11,8 @@ import pytest
 
 import tavo
 
+from conftest import open_on
+
 
 def test_objects_are_attributes_and_items(tavo_device: tavo.Device) -> None:
     lamp = tavo_device.bench.lamp
@@ -230,3 +232,31 @@ def test_lock_and_key(tavo_device: tavo.Device, tavo_simulator: tavo.Simulator) 
     assert tavo_device.locked
     assert tavo_device.key() == (False, False)
     assert tavo_device.reconnects == 0
+
+
+def test_long_blocks_come_whole_and_unmixed(tavo_device: tavo.Device) -> None:
+    tavo_device.power.set(state=True)
+    jtag = tavo_device.get("cpu0.jtag", tavo.Jtag)
+    # Around the sizes at which the memory of a result grows.
+    sizes = [0xFFF0, 0x10000, 0x10001, 0x100000 + 1, 3]
+    sent = [bytes((index + at) % 256 for at in range(size)) for index, size in enumerate(sizes)]
+    single = [jtag.shiftDR(bits=8 * len(data), data=data).data for data in sent]
+    with tavo_device.batch() as batch:
+        calls = [batch.add(jtag.shiftDR, 8 * len(data), data) for data in sent]
+    for data, alone, call in zip(sent, single, calls):
+        assert type(alone) is bytes
+        assert alone[12:] == data[:-12], "what was shifted through the 96 bits of the chain"
+        assert len(alone) == len(data)
+        assert call.value.data == alone
+        assert call.value.data is call.value.data
+
+
+def test_a_long_block_that_is_cut_leaks_nothing(tavo_simulator: tavo.Simulator) -> None:
+    with open_on(tavo_simulator) as device:
+        device.power.set(state=True)
+        jtag = device.get("cpu0.jtag", tavo.Jtag)
+        for _ in range(3):
+            tavo_simulator.fail_next("cut=200000")
+            with pytest.raises(tavo.NetworkError):
+                jtag.shiftDR(bits=8 * 0x100000, data=bytes(0x100000))
+            assert len(jtag.shiftDR(bits=8 * 0x100000, data=bytes(0x100000)).data) == 0x100000

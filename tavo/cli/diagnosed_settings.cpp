@@ -9,8 +9,8 @@
 #include <unistd.h>
 
 #include <tavo/cli/config/effective.h>
-#include <tavo/cli/config/environment.h>
 #include <tavo/cli/password.h>
+#include <tavo/config/environment.h>
 
 namespace TAVO::cli {
 
@@ -126,7 +126,7 @@ private:
         }
         if (options_.passwordFile)
             checkPasswordFile(check, *options_.passwordFile);
-        else if (environmentVariable("TAVO_PASSWORD"))
+        else if (config::environmentVariable("TAVO_PASSWORD"))
             diagnosis_.add({check, State::ok, "of the variable TAVO_PASSWORD"});
         else if (::access("/dev/tty", R_OK | W_OK) == 0 && ::isatty(STDERR_FILENO) == 1)
             diagnosis_.add({check, State::ok, "the tool will ask for it at the terminal"});

@@ -4,8 +4,8 @@
 
 #include <unistd.h>
 
-#include <tavo/cli/config/environment.h>
 #include <tavo/cli/values/visible_text.h>
+#include <tavo/config/environment.h>
 
 namespace TAVO::cli {
 
@@ -13,7 +13,7 @@ namespace {
 
 constexpr const char* clearLine = "\r\x1b[K";
 
-bool terminalHasCursor() { return environmentVariable("TERM").value_or("dumb") != "dumb"; }
+bool terminalHasCursor() { return config::environmentVariable("TERM").value_or("dumb") != "dumb"; }
 
 } // namespace
 

@@ -48,7 +48,7 @@ const Floors floors{
     {"tavo/client/device/"},
     {"tavo/client/hwdebug/", "tavo/client/commonmodules/"},
     {"tavo/client.h"},
-    {"tavo/server/", "tavo/jtag/", "tavo/json/"},
+    {"tavo/server/", "tavo/jtag/", "tavo/json/", "tavo/config/"},
     {"tavo/c/", "tavo/trace/"},
     {"tavo/simulator/"},
     {"tavo/cli/values/"},

@@ -215,6 +215,52 @@ void addBatches(Seeds& seeds) {
               std::string("\"power\".set state=0x1 # \\\n'i2c'.write data=\"00 \\\" ff\"\n"));
 }
 
+Bytes callSeed(unsigned form, const nlohmann::json& text, const std::vector<Bytes>& blocks = {}) {
+    InputWriter input;
+    input.byte(form | blocks.size() << 2);
+    for (const auto& block : blocks)
+        input.block(block);
+    const auto written = text.dump();
+    return input.raw(Bytes(written.begin(), written.end())).bytes;
+}
+
+void addCalls(Seeds& seeds) {
+    using Json = nlohmann::json;
+    fuzz::MemoryAppliance appliance(fuzz::topologyNumber(0));
+    auto all = Json::array();
+    forEachGolden([&](const auto& file, const auto& vector) {
+        if (!vector.request)
+            return;
+        for (const auto& [id, object] : appliance.appliance().objects()) {
+            if (object->type() != file.type && !(file.type == "base" && object->type() == "relay"))
+                continue;
+            Json call{{"object", object->fullName()}, {"method", vector.method}};
+            if (!vector.request->record.is_null())
+                call["arguments"] = vector.request->record;
+            seeds.add("fuzz_c_calls", callSeed(0, call));
+            if (all.size() < 8)
+                all.push_back(call);
+            break;
+        }
+    });
+    for (const unsigned form : {1U, 3U})
+        seeds.add("fuzz_c_calls", callSeed(form, all));
+    const auto shift = [](const Json& data) {
+        return Json{
+            {"object", "cpu0.jtag"}, {"method", "shiftDR"}, {"arguments", {{"bits", 32}, {"data", data}}}};
+    };
+    const std::vector<Bytes> blocks{{0xDE, 0xAD, 0xBE, 0xEF}, Bytes(40)};
+    for (const unsigned form : {0U, 2U}) {
+        seeds.add("fuzz_c_calls", callSeed(form, shift({{"hex", "deadbeef"}})));
+        seeds.add("fuzz_c_calls", callSeed(form, shift({{"block", 0}}), blocks));
+        seeds.add("fuzz_c_calls",
+                  callSeed(form | 1, {shift({{"block", 0}}), shift({{"block", 1}}), shift({{"block", 2}})},
+                           blocks));
+    }
+    seeds.add("fuzz_c_calls", callSeed(0, {{"object", {{"hex-text", "706f776572"}}}, {"method", "get"}}));
+    seeds.add("fuzz_c_calls", callSeed(1, Json::array()));
+}
+
 std::string contentOf(const std::string& path) {
     std::ifstream in(std::filesystem::path(TAVO_SOURCE_DIR) / path, std::ios::binary);
     std::string content{std::istreambuf_iterator<char>(in), {}};
@@ -422,6 +468,7 @@ int main(int argc, char** argv) {
         addOpenings(seeds);
         addRequests(seeds);
         addBatches(seeds);
+        addCalls(seeds);
         addServerKeys(seeds);
         addSvf(seeds);
         addCables(seeds);

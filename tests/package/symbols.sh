@@ -14,7 +14,7 @@ for file in debian/*.symbols; do
         fi
     done
 done
-if [ "$found" -ne 2 ]; then
-    echo "$found of 2 libraries found below $prefix" >&2
+if [ "$found" -ne 3 ]; then
+    echo "$found of 3 libraries found below $prefix" >&2
     exit 1
 fi

@@ -1,7 +1,6 @@
 #include <tavo/cli/commands/commands.h>
 
 #include <algorithm>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -24,27 +23,6 @@ struct GroupOptions {
         list.add("group", group, "Only the devices of this group", {.nameKind = NameKind::group});
     }
 };
-
-bool contains(const std::vector<std::string>& names, const std::string& name) {
-    return std::find(names.begin(), names.end(), name) != names.end();
-}
-
-std::vector<ConfigDevice> devicesOf(const ConfigFile& config, const std::string& group) {
-    std::vector<ConfigDevice> devices;
-    std::set<std::string> groups;
-    for (const auto& device : config.devices) {
-        const auto itsGroups = config.groupsOf(device);
-        groups.insert(itsGroups.begin(), itsGroups.end());
-        if (group.empty() || contains(itsGroups, group))
-            devices.push_back(device);
-    }
-    if (!group.empty() && devices.empty())
-        throw Failure(ExitCode::usage,
-                      groups.empty()
-                          ? fmt::format("no group '{}'; the configuration file has no groups", group)
-                          : fmt::format("no group '{}'; there are: {}", group, fmt::join(groups, ", ")));
-    return devices;
-}
 
 void listHosts(const ConnectionOptions& given, Output& output, const GroupOptions& options) {
     const auto config = readConfig();

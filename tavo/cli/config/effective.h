@@ -10,18 +10,12 @@
 
 #include <tavo/cli/config/config_file.h>
 #include <tavo/cli/session.h>
+#include <tavo/config/effective.h>
 
 /// What holds in the end, of what the arguments, the environment and the configuration file say.
 namespace TAVO::cli {
 
-/// Where a value comes from.
-struct ValueSource {
-    enum class Kind { builtIn, option, environment, file };
-
-    Kind kind = Kind::builtIn;
-    /// The option, the variable, or "path:line:column".
-    std::string name = {};
-};
+using config::ValueSource;
 
 struct EffectiveValue {
     /// As in the file.
@@ -39,8 +33,7 @@ struct Effective {
     std::vector<EffectiveValue> values;
 };
 
-/// An option beats the environment, which beats the section of the device, which beats [defaults]. A
-/// simulated device has nothing from environment and file.
+/// A simulated device has nothing from environment and file.
 /// @throws Failure (usage) for values that contradict each other, and for bad ones in the environment.
 Effective effectiveOptions(const ConnectionOptions& given, const ConfigFile& config);
 

@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include <tavo/client/transcode/block_receiver.h>
 #include <tavo/client/transcode/field.h>
 #include <tavo/client/transcode/packet.h>
 #include <tavo/client/transcode/small_blocks.h>
@@ -133,7 +134,8 @@ void readList(TAVOX::InputStream& in, std::vector<Element>& list, std::uint64_t 
         readElement(element);
 }
 
-/// Receives `length` bytes straight into `block`, a text or Bytes, which grows only as they arrive.
+/// Receives `length` bytes straight into `block`, a text or Bytes, which grows only as they arrive. Bytes are
+/// for the BlockReceiver, if there is one.
 template <class Block>
 void receiveBlock(TAVOX::InputStream& in, std::size_t length, Block& block) {
     // Small enough that what resize() clears is still in the cache when it is overwritten.
@@ -141,6 +143,11 @@ void receiveBlock(TAVOX::InputStream& in, std::size_t length, Block& block) {
     constexpr std::size_t first = 0x10000;
     constexpr std::size_t growth = 16;
     block.clear();
+    if constexpr (std::same_as<Block, Bytes>)
+        if (auto* receiver = BlockReceiver::current()) {
+            receiver->receive(in, length, block);
+            return;
+        }
     while (block.size() < length) {
         const auto before = block.size();
         if (block.capacity() == before || before == 0)

@@ -6,11 +6,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <tavo/cli/config/config_file.h>
+#include <tavo/config/config_file.h>
 
 namespace {
 
-using namespace TAVO::cli;
+using namespace TAVO::config;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;

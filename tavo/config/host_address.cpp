@@ -1,13 +1,13 @@
-#include <tavo/cli/config/host_address.h>
+#include <tavo/config/host_address.h>
 
 #include <stdexcept>
 #include <string_view>
 
 #include <fmt/format.h>
 
-#include <tavo/cli/values/whole_number.h>
+#include <tavo/config/whole_number.h>
 
-namespace TAVO::cli {
+namespace TAVO::config {
 
 namespace {
 
@@ -47,4 +47,4 @@ HostAddress parseHostAddress(const std::string& text) {
     return address;
 }
 
-} // namespace TAVO::cli
+} // namespace TAVO::config

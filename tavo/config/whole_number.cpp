@@ -1,10 +1,10 @@
-#include <tavo/cli/values/whole_number.h>
+#include <tavo/config/whole_number.h>
 
 #include <charconv>
 
 #include <fmt/format.h>
 
-namespace TAVO::cli {
+namespace TAVO::config {
 
 namespace {
 
@@ -65,4 +65,4 @@ std::string boundsText(std::int64_t lowest, std::uint64_t highest, std::string_v
     return bounds;
 }
 
-} // namespace TAVO::cli
+} // namespace TAVO::config

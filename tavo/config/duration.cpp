@@ -1,4 +1,4 @@
-#include <tavo/cli/values/duration.h>
+#include <tavo/config/duration.h>
 
 #include <algorithm>
 #include <charconv>
@@ -7,7 +7,7 @@
 
 #include <fmt/format.h>
 
-namespace TAVO::cli {
+namespace TAVO::config {
 
 namespace {
 
@@ -60,4 +60,4 @@ std::string durationText(double seconds) {
     return fmt::format("{}s", seconds);
 }
 
-} // namespace TAVO::cli
+} // namespace TAVO::config

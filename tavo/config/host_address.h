@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-namespace TAVO::cli {
+namespace TAVO::config {
 
 /// What a user writes for a device: NAME, HOST, HOST:PORT, an IPv6 address, or [ADDRESS]:PORT.
 struct HostAddress {
@@ -16,4 +16,4 @@ struct HostAddress {
 /// @throws std::invalid_argument that says what is wrong with the text.
 HostAddress parseHostAddress(const std::string& text);
 
-} // namespace TAVO::cli
+} // namespace TAVO::config

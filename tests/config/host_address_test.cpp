@@ -4,11 +4,11 @@
 
 #include <gtest/gtest.h>
 
-#include <tavo/cli/config/host_address.h>
+#include <tavo/config/host_address.h>
 
 namespace {
 
-using namespace TAVO::cli;
+using namespace TAVO::config;
 
 void expectAddress(const char* text, const std::string& host, std::optional<std::uint16_t> port) {
     const auto address = parseHostAddress(text);

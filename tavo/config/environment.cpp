@@ -1,8 +1,8 @@
-#include <tavo/cli/config/environment.h>
+#include <tavo/config/environment.h>
 
 #include <cstdlib>
 
-namespace TAVO::cli {
+namespace TAVO::config {
 
 std::optional<std::string> environmentVariable(const char* name) {
     const auto* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe): nobody changes the environment
@@ -11,4 +11,4 @@ std::optional<std::string> environmentVariable(const char* name) {
     return value;
 }
 
-} // namespace TAVO::cli
+} // namespace TAVO::config

@@ -1,4 +1,4 @@
-#include <tavo/cli/config/config_file.h>
+#include <tavo/config/config_file.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -11,9 +11,9 @@
 #include <fmt/ranges.h>
 #include <toml++/toml.h>
 
-#include <tavo/cli/values/duration.h>
+#include <tavo/config/duration.h>
 
-namespace TAVO::cli {
+namespace TAVO::config {
 
 namespace {
 
@@ -251,4 +251,4 @@ ConfigFile parseConfig(std::string path, std::string_view content, const std::st
     return config;
 }
 
-} // namespace TAVO::cli
+} // namespace TAVO::config
