@@ -49,7 +49,7 @@ const Floors floors{
     {"tavo/client/hwdebug/", "tavo/client/commonmodules/"},
     {"tavo/client.h"},
     {"tavo/server/", "tavo/jtag/", "tavo/json/"},
-    {"tavo/c/"},
+    {"tavo/c/", "tavo/toolkit/"},
     {"tavo/simulator/"},
     {"tavo/cli/values/"},
     {"tavo/cli/commands/", "tavo/cli/"},
