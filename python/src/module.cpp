@@ -13,6 +13,7 @@
 #include <tavo/client/version_number.h>
 
 #include "batch.h"
+#include "helpers.h"
 #include "simulator.h"
 #include "values.h"
 
@@ -143,5 +144,6 @@ PYBIND11_MODULE(_core, module) {
     process::watchForks();
     addConnection(module);
     addCalls(module);
+    addHelpers(module);
     addSimulator(module);
 }

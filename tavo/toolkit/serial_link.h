@@ -23,6 +23,8 @@ public:
     /// Sends exactly these bytes and receives what has arrived, in one exchange.
     std::string exchange(std::string_view bytes);
     void close();
+    /// Leaves the port as it is: for when nobody can be asked to close it.
+    void abandon() noexcept { open_ = false; }
 
 private:
     Access& access_;
