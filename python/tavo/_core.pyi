@@ -54,6 +54,17 @@ class Node:
     def table(self) -> tuple[str, str]: ...
     def has_method(self, name: str) -> bool: ...
 
+SerialSettings = tuple[int, int, bool, bool, int, bool, bool, bool, bool]
+Progress = Callable[[str, int, int], object]
+
+class Stop:
+    def interrupt(self) -> None: ...
+
+class SerialLink:
+    def __init__(self, node: Node, settings: SerialSettings, stop: Stop | None) -> None: ...
+    def exchange(self, data: bytes, stop: Stop | None) -> bytes: ...
+    def close(self, stop: Stop | None) -> None: ...
+
 class Call:
     @property
     def code(self) -> int | None: ...
@@ -98,6 +109,46 @@ def open(
     only: list[str],
     interrupter: Interrupter,
 ) -> Connection: ...
+def scan_chain(
+    node: Node, stop: Stop | None
+) -> tuple[list[int | None], int, bytes, list[list[int]], bool]: ...
+def detect(node: Node, first: int, last: int, stop: Stop | None) -> list[int]: ...
+def take_codes(node: Node, stop: Stop | None) -> list[tuple[int, int, int, int]]: ...
+def load_rom(
+    node: Node,
+    image: Buffer,
+    name: str,
+    offset: int,
+    verify: bool,
+    enable: bool,
+    live: bool,
+    progress: Progress | None,
+    stop: Stop | None,
+    notes: list[str],
+) -> bool: ...
+def save_rom(
+    node: Node,
+    write: Callable[[bytes], object],
+    offset: int,
+    length: int | None,
+    progress: Progress | None,
+    stop: Stop | None,
+) -> int: ...
+def verify_rom(
+    node: Node, image: Buffer, name: str, offset: int, progress: Progress | None, stop: Stop | None
+) -> None: ...
+def play_svf(
+    node: Node,
+    text: Buffer,
+    name: str,
+    stop_at: str,
+    retry: int,
+    check: bool,
+    progress: Progress | None,
+    stop: Stop | None,
+    notes: list[str],
+) -> dict[str, Any]: ...
+def send_break(node: Node, settings: SerialSettings, stop: Stop | None) -> None: ...
 def tables() -> list[tuple[str, str, list[RemoteMethod]]]: ...
 def close_all() -> None: ...
 def forget_all() -> None: ...
