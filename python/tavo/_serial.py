@@ -77,7 +77,7 @@ class SerialPort(io.RawIOBase):
             del self._received[:count]
             return count
 
-    def readinto(self, buffer: Any, /) -> int | None:  # type: ignore[override]
+    def readinto(self, buffer: Any, /) -> int | None:
         """Reads what has arrived, at least a byte; None if the time is over."""
         with memoryview(buffer).cast("B") as view:
             begin = time.monotonic()

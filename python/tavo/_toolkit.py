@@ -127,8 +127,10 @@ def seconds_of(name: str, value: float | None, least: float = 0.0) -> float | No
 def scan(node: _core.Node, stop: _core.Stop | None) -> Chain:
     """Examines the chain of a jtag object."""
     idcodes, length, capture, splits, more = _core.scan_chain(node, stop)
-    lengths = splits[0] if len(splits) == 1 else [None] * len(idcodes)
-    taps = tuple(Tap(place, lengths[place], idcode) for place, idcode in enumerate(idcodes))
+    lengths = splits[0] if len(splits) == 1 else None
+    taps = tuple(
+        Tap(place, lengths[place] if lengths else None, idcode) for place, idcode in enumerate(idcodes)
+    )
     return Chain(taps, length, int.from_bytes(capture, "little"), tuple(tuple(each) for each in splits), more)
 
 

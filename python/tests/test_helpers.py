@@ -81,7 +81,7 @@ def test_following_ends_with_the_time(powered: tavo.Device, tavo_simulator: tavo
     assert list(receiver.follow(timeout=0)) == []
     for wrong in ({"until": 256}, {"timeout": -1}, {"interval": 0}):
         with pytest.raises(ValueError):
-            receiver.follow(**wrong)  # type: ignore[arg-type]
+            receiver.follow(**wrong)
 
 
 def test_closing_ends_following(powered: tavo.Device) -> None:
@@ -96,7 +96,7 @@ def test_an_image_is_loaded_verified_and_saved(powered: tavo.Device, tmp_path: P
     source, target = tmp_path / "image", tmp_path / "saved"
     source.write_bytes(image)
     told: list[tuple[str, int, int]] = []
-    rom.load(source, offset=5, enable=True, progress=lambda *how: told.append(how))
+    rom.load(source, offset=5, enable=True, progress=lambda phase, done, total: told.append((phase, done, total)))
     assert told[0] == ("writing", 0, len(image)) and ("writing", len(image), len(image)) in told
     assert told[-1] == ("verifying", len(image), len(image))
     assert rom.enableGet().enable
@@ -159,7 +159,7 @@ def test_svf_plays(powered: tavo.Device, tmp_path: Path) -> None:
     file = tmp_path / "check.svf"
     file.write_bytes(SVF + f"SDR 32 TDI(0) TDO({idcode:X});".encode() * 200)
     told: list[tuple[str, int, int]] = []
-    result = jtag.play_svf(file, stop_at="batch", progress=lambda *how: told.append(how))
+    result = jtag.play_svf(file, stop_at="batch", progress=lambda phase, done, total: told.append((phase, done, total)))
     assert (result.scans, result.checked_scans, result.bits) == (200, 200, 6400)
     assert result.statements == 205 and result.frequency > 0 and result.exchanges > 2
     size = file.stat().st_size

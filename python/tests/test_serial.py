@@ -5,6 +5,7 @@ from __future__ import annotations
 import io
 import threading
 import time
+from typing import Any
 
 import pytest
 
@@ -42,7 +43,11 @@ def test_bytes_go_there_and_back(port: tavo.SerialPort) -> None:
 def test_a_large_write_goes_in_parts(port: tavo.SerialPort) -> None:
     data = bytes(range(256)) * 256
     with port, io.BufferedRWPair(port, port) as pair:
-        writer = threading.Thread(target=lambda: (pair.write(data), pair.flush()))
+        def write() -> None:
+            pair.write(data)
+            pair.flush()
+
+        writer = threading.Thread(target=write)
         writer.start()
         got = b""
         while len(got) < len(data):
@@ -66,7 +71,8 @@ def test_a_time_out_is_told_from_data(port: tavo.SerialPort) -> None:
 
 
 def test_lines_of_text(port: tavo.SerialPort) -> None:
-    with port, io.TextIOWrapper(io.BufferedRWPair(port, port), newline="\n", line_buffering=True) as text:
+    pair: Any = io.BufferedRWPair(port, port)
+    with port, io.TextIOWrapper(pair, newline="\n", line_buffering=True) as text:
         text.write("one\ntwo\n")
         assert text.readline() == "one\n"
         assert text.readline() == "two\n"
