@@ -28,7 +28,7 @@ TEST(SvfMeasure, CanBeStoppedAtEachStatement) {
     EXPECT_EQ(asked, 500u);
 }
 
-/// The mask of a header is looked at once, not for each of the scans: that would take hours here.
+/// The mask of a header is looked at once, not for each of the scans, which took a quarter of an hour here.
 TEST(SvfMeasure, ALargeHeaderDoesNotMakeManyScansSlow) {
     std::string text = "HDR 160000000 TDI(0) TDO(0) MASK(0); SDR 1 TDI(0) TDO(0) MASK(0);";
     constexpr std::size_t scans = 100'000;
