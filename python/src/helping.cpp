@@ -1,8 +1,13 @@
 #include <algorithm>
+#include <functional>
 #include <memory>
+#include <stdexcept>
 #include <thread>
+#include <utility>
 
 #include <tavo/client/object/multicall_queue.h>
+#include <tavo/jtag/svf/svf_error.h>
+#include <tavo/toolkit/errors.h>
 #include <tavo/toolkit/exchange_time.h>
 
 #include "connection.h"
@@ -59,6 +64,19 @@ void execute(Device& device, const toolkit::Methods& calls) {
     device.multicall(queue);
 }
 
+/// What else goes wrong in a helper is an answer of the device that does not fit its calls.
+void blamingTheDevice(const std::function<void()>& work) {
+    try {
+        work();
+    } catch (const jtag::svf::SvfError&) {
+        throw;
+    } catch (const std::runtime_error& failure) {
+        if (Failure::of(std::current_exception()))
+            throw;
+        throw toolkit::Fault(failure.what());
+    }
+}
+
 } // namespace
 
 void Connection::help(const std::shared_ptr<Stop>& stop, const std::function<void()>& work) {
@@ -67,7 +85,7 @@ void Connection::help(const std::shared_ptr<Stop>& stop, const std::function<voi
     requireOpen();
     Helping helping{.stop = stop, .interrupts = interrupts_};
     const Set<Helping*> helped(helping_, &helping);
-    runOutside(work);
+    runOutside([&] { blamingTheDevice(work); });
 }
 
 void Connection::callBack(const std::function<void()>& function) {
