@@ -6,7 +6,7 @@ function(tavo_add_python_package target folder)
   pybind11_add_module(${target} MODULE NO_EXTRAS ${sources} ${ARGN})
   tavo_target_settings(${target})
   set_target_properties(${target} PROPERTIES OUTPUT_NAME _core LIBRARY_OUTPUT_DIRECTORY "${folder}/tavo")
-  target_link_libraries(${target} PRIVATE tavo_config tavo_client tavo_simulator)
+  target_link_libraries(${target} PRIVATE tavo_toolkit tavo_config tavo_client tavo_simulator)
   # Another library in the process may hold the same code.
   target_link_options(${target} PRIVATE "LINKER:--exclude-libs,ALL")
   target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}")

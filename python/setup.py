@@ -18,7 +18,8 @@ from setuptools.command.sdist import sdist
 HERE = Path(__file__).resolve().parent
 LIBRARY = HERE / "library" if (HERE / "library").is_dir() else HERE.parent
 #: What CMake needs of the source tree. The package itself is beside this file.
-SOURCES = ("CMakeLists.txt", "cmake", "tavo/client", "tavo/client.h", "tavo/config", "tavo/server", "tavo/simulator")
+SOURCES = ("CMakeLists.txt", "cmake", "tavo/client", "tavo/client.h", "tavo/config", "tavo/jtag", "tavo/server",
+           "tavo/simulator", "tavo/toolkit")
 
 
 def version() -> str:

@@ -25,14 +25,11 @@ def boot(device: tavo.Device, longest: float) -> tuple[float, list[int]]:
         batch.add(power.set, state=True)
     begin = time.monotonic()
     codes: list[int] = []
-    while time.monotonic() - begin < longest:
-        with device.batch() as batch:
-            fifo = batch.add(receiver.fifoGet)
-            batch.add(receiver.fifoClear)
-        codes += [entry.byte1 for entry in fifo.value.entries]
-        if END_OF_BOOT in codes:
-            break
-        time.sleep(0.05)
+    try:
+        for code in receiver.follow(until=END_OF_BOOT, timeout=longest):
+            codes.append(code.code)
+    except TimeoutError:
+        pass
     return time.monotonic() - begin, codes
 
 

@@ -27,7 +27,8 @@ def main(arguments: list[str] | None = None) -> int:
         try:
             spd = bus.transfer(wish.address, bytes([0]), 256).data
         except tavo.Refused as error:
-            print(f"no memory module at 0x{wish.address:02X}: {error}", file=sys.stderr)
+            others = " ".join(f"0x{address:02X}" for address in bus.detect())
+            print(f"no memory module at 0x{wish.address:02X}, there is something at {others}: {error}", file=sys.stderr)
             return 1
     print(f"{len(spd)} bytes, {KINDS.get(spd[2], 'unknown kind')}")
     for offset in range(0, len(spd), 16):

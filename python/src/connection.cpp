@@ -11,12 +11,12 @@
 #include <tavo/client/object/object.h>
 
 #include "failure.h"
+#include "turn.h"
 
 namespace TAVO::python {
 
 namespace {
 
-constexpr std::chrono::milliseconds pauseOfTurn(50);
 /// What giving back the lock may take when nobody can choose.
 constexpr std::chrono::milliseconds longestRelease(2000);
 
@@ -40,42 +40,22 @@ private:
     PyObject* traceback_ = nullptr;
 };
 
-} // namespace
-
-/// The right to use the device, of one thread.
-class Connection::Turn {
+/// Counts those who are about to close a device.
+class Closer {
 public:
-    explicit Turn(Connection& connection)
-        : connection_(connection) {
-        if (connection.owner_ == std::this_thread::get_id()) {
-            PyErr_SetString(PyExc_RuntimeError, "the device is in the middle of a call of this thread");
-            throw py::error_already_set();
-        }
-        while (!connection.turn_.try_lock()) {
-            bool wentOn = true;
-            {
-                NoGil outside;
-                if (connection.turn_.try_lock_for(pauseOfTurn))
-                    break;
-                wentOn = outside.handleSignals();
-            }
-            if (!wentOn)
-                throw py::error_already_set();
-            if (process::isEnding())
-                Failure::ofThisSide("the interpreter is ending").raise();
-        }
-        connection.owner_ = std::this_thread::get_id();
+    explicit Closer(std::atomic<unsigned>& count)
+        : count_(count) {
+        ++count_;
     }
-    Turn(const Turn&) = delete;
-    Turn& operator=(const Turn&) = delete;
-    ~Turn() {
-        connection_.owner_ = std::thread::id();
-        connection_.turn_.unlock();
-    }
+    Closer(const Closer&) = delete;
+    Closer& operator=(const Closer&) = delete;
+    ~Closer() { --count_; }
 
 private:
-    Connection& connection_;
+    std::atomic<unsigned>& count_;
 };
+
+} // namespace
 
 Connection::Connection(std::shared_ptr<Interrupter> interrupter)
     : interrupter_(std::move(interrupter))
@@ -85,8 +65,10 @@ Connection::Connection(std::shared_ptr<Interrupter> interrupter)
             return false;
         if (process::isEnding())
             return !closing_;
+        if (helping_ && helping_->isLast)
+            return false;
         signalRaised_ = !outside_->handleSignals();
-        return signalRaised_;
+        return signalRaised_ || (helping_ && isHelperToStop());
     });
     connections().insert(this);
 }
@@ -174,8 +156,10 @@ void Connection::run(const std::function<void(Device&)>& work, ReceivedBlocks& b
 }
 
 void Connection::interrupt() {
-    if (isOfThisProcess())
-        interrupter_->interrupt();
+    if (!isOfThisProcess())
+        return;
+    ++interrupts_;
+    interrupter_->interrupt();
 }
 
 void Connection::release() {
@@ -195,6 +179,7 @@ void Connection::close() {
         closed_ = true;
         return;
     }
+    const Closer closer(closers_);
     const Turn turn(*this);
     release();
 }

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -14,6 +15,7 @@
 
 #include <tavo/client/object/device.h>
 #include <tavo/client/wire/interrupter.h>
+#include <tavo/toolkit/access.h>
 
 #include "process.h"
 #include "received_blocks.h"
@@ -29,6 +31,16 @@ struct OpenWish {
     bool secure = false;
     std::optional<std::int64_t> milliseconds;
     std::vector<std::string> only;
+};
+
+/// Ends one helper, from any thread.
+class Stop {
+public:
+    void interrupt() noexcept { requested_ = true; }
+    bool isRequested() const noexcept { return requested_; }
+
+private:
+    std::atomic<bool> requested_ = false;
 };
 
 /// A device that threads share: they take turns. All operations need the GIL, and give it up while they wait.
@@ -48,6 +60,14 @@ public:
     /// The same; long blocks of the results are added to `blocks`.
     void run(const std::function<void(Device&)>& work, ReceivedBlocks& blocks);
 
+    /// Runs what takes several exchanges as one turn, without the GIL. A signal handler that raises,
+    /// interrupt(), close() and `stop` end it, in an exchange or between two; what it gives back to the
+    /// device after that may take a moment.
+    /// @param stop may be empty. @param work uses an Access of this connection.
+    void help(const std::shared_ptr<Stop>& stop, const std::function<void()>& work);
+    /// Within help(): calls back to Python, with the GIL. @throws Stopped if that raises.
+    void callBack(const std::function<void()>& function);
+
     /// The root of the tree.
     /// @throws py::error_already_set when there is no device any more.
     const Device& device() const {
@@ -59,9 +79,10 @@ public:
         return *device_;
     }
 
-    /// Ends the running exchange of another thread.
+    /// Ends the running exchange, or helper, of another thread.
     void interrupt();
     /// Waits for the running exchange, gives the lock back and disconnects. Does nothing when closed.
+    /// A helper ends instead of going on.
     void close();
     bool isClosed() const { return closed_; }
 
@@ -73,7 +94,23 @@ public:
 private:
     explicit Connection(std::shared_ptr<Interrupter> interrupter);
 
+    friend class ConnectionAccess;
     class Turn;
+    /// What is known of the helper that runs.
+    struct Helping {
+        std::shared_ptr<Stop> stop;
+        unsigned interrupts;
+        /// Whether it gives something back: nothing but the end of the process cuts that short.
+        bool isLast = false;
+        std::chrono::steady_clock::time_point looked{};
+    };
+    /// A Python exception is pending.
+    class Stopped : public std::exception {};
+
+    bool isHelperToStop() const;
+    void throwIfStopped();
+    void runCalls(const toolkit::Methods& calls);
+    void runLastCalls(const toolkit::Methods& calls);
 
     void requireOpen() const;
     /// Runs `work` without the GIL and raises what goes wrong. The caller has the turn.
@@ -88,9 +125,31 @@ private:
     /// Of the thread that has the turn, while it waits.
     NoGil* outside_ = nullptr;
     bool signalRaised_ = false;
+    /// Of the thread that has the turn; null unless a helper runs.
+    Helping* helping_ = nullptr;
+    std::atomic<unsigned> interrupts_ = 0;
+    /// How many threads are about to close the device.
+    std::atomic<unsigned> closers_ = 0;
     std::atomic<bool> closed_ = false;
     bool closing_ = false;
     const unsigned generation_;
+};
+
+/// A connection as the toolkit uses it, within Connection::help().
+class ConnectionAccess : public toolkit::Access {
+public:
+    explicit ConnectionAccess(Connection& connection)
+        : connection_(connection) {}
+
+    void run(const toolkit::Methods& calls) override { connection_.runCalls(calls); }
+    void runLast(const toolkit::Methods& calls) override { connection_.runLastCalls(calls); }
+    void insist(const Method& executed) override;
+    bool isRefusal(const std::exception& failure) const override;
+    void throwIfStopped() override { connection_.throwIfStopped(); }
+    void pause(std::chrono::milliseconds time) override;
+
+private:
+    Connection& connection_;
 };
 
 } // namespace TAVO::python

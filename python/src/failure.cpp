@@ -7,6 +7,9 @@
 
 #include <tavo/client/object/method.h>
 #include <tavo/client/wire/error.h>
+#include <tavo/jtag/svf/comparison.h>
+#include <tavo/jtag/svf/svf_error.h>
+#include <tavo/toolkit/errors.h>
 
 #include "values.h"
 
@@ -19,6 +22,14 @@ Failure describe(const char* kind, const Error& error) {
     failure.kind = kind;
     failure.text = error.what();
     failure.facts = error.facts();
+    return failure;
+}
+
+Failure ofDevice(const char* kind, const std::exception& error) {
+    Failure failure;
+    failure.kind = kind;
+    failure.text = error.what();
+    failure.facts.origin = ErrorOrigin::device;
     return failure;
 }
 
@@ -61,9 +72,25 @@ std::optional<Failure> Failure::of(const std::exception_ptr& failure) {
         return describe("TAVOLoginError", error);
     } catch (const Error& error) {
         return describe("Error", error);
+    } catch (const KnownFailure& known) {
+        return known.failure;
+    } catch (const toolkit::Difference& error) {
+        return ofDevice("Mismatch", error);
+    } catch (const jtag::svf::Mismatch& error) {
+        return ofDevice("Mismatch", error);
+    } catch (const toolkit::Fault& error) {
+        return ofDevice("Error", error);
     } catch (...) {
         return std::nullopt;
     }
+}
+
+Failure Failure::interrupted() {
+    Failure failure;
+    failure.kind = "NetworkError";
+    failure.text = "Call to device interrupted.";
+    failure.facts.origin = ErrorOrigin::connection;
+    return failure;
 }
 
 Failure Failure::refused(std::int32_t code, const std::string& method) {
@@ -110,6 +137,16 @@ void Failure::raise() const {
 void raiseAsPython(const std::exception_ptr& failure) {
     if (const auto known = Failure::of(failure))
         known->raise();
+    try {
+        std::rethrow_exception(failure);
+    } catch (const jtag::svf::SvfError& error) {
+        PyErr_SetObject(PyExc_ValueError, textOf(error.what()).ptr());
+        throw py::error_already_set();
+    } catch (const toolkit::BadRequest& error) {
+        PyErr_SetObject(PyExc_ValueError, textOf(error.what()).ptr());
+        throw py::error_already_set();
+    } catch (...) { // is translated below
+    }
     // pybind11 translates the others: std::invalid_argument is a ValueError, std::bad_alloc a MemoryError.
     std::rethrow_exception(failure);
 }

@@ -4,6 +4,7 @@
 #include <exception>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include <pybind11/pybind11.h>
 
@@ -27,16 +28,28 @@ struct Failure {
     /// Of a Refused: the return code.
     std::optional<std::int32_t> returnCode;
 
-    /// Of an exception that is a TAVO::Error; empty for others.
+    /// Of an exception that is a TAVO::Error, or one of the toolkit about the device; empty for others.
     static std::optional<Failure> of(const std::exception_ptr& failure);
     /// Of a call that returned a code other than 0.
     static Failure refused(std::int32_t code, const std::string& method);
+    /// Of a call that was interrupted between two exchanges.
+    static Failure interrupted();
     /// Of something wrong on this side.
     static Failure ofThisSide(const std::string& text);
 
     /// A new exception.
     py::object toPython() const;
     [[noreturn]] void raise() const;
+};
+
+/// A failure on its way through C++.
+class KnownFailure : public std::exception {
+public:
+    explicit KnownFailure(Failure known)
+        : failure(std::move(known)) {}
+    const char* what() const noexcept override { return failure.text.c_str(); }
+
+    Failure failure;
 };
 
 /// Raises what Python has for a C++ exception.

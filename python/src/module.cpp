@@ -14,6 +14,7 @@
 
 #include "batch.h"
 #include "config.h"
+#include "helpers.h"
 #include "simulator.h"
 #include "values.h"
 
@@ -142,6 +143,7 @@ PYBIND11_MODULE(_core, module) {
     process::watchForks();
     addConnection(module);
     addCalls(module);
+    addHelpers(module);
     addSimulator(module);
     addConfig(module);
 }

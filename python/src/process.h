@@ -37,6 +37,18 @@ public:
     /// Runs the signal handlers of Python that are due. False if one has raised an exception, which then is
     /// the pending one of this thread.
     bool handleSignals();
+    /// Runs this with the GIL.
+    template <class Action>
+    void inside(Action action) {
+        takeBack();
+        try {
+            action();
+        } catch (...) {
+            state_ = PyEval_SaveThread();
+            throw;
+        }
+        state_ = PyEval_SaveThread();
+    }
 
     /// Does something with the GIL, in between.
     template <class Action>

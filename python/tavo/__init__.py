@@ -13,6 +13,7 @@ from ._errors import (
     Error,
     ExecutionError,
     LockError,
+    Mismatch,
     NetworkError,
     Refused,
     SpecificationError,
@@ -20,31 +21,39 @@ from ._errors import (
     TAVOLoginError,
 )
 from ._records import Record
+from ._serial import SerialPort
 from ._simulator import SimulatedCall, Simulator
+from ._toolkit import Chain, PostCode, SvfResult, Tap
 from .modules import *
 
 __all__ = [
     "Batch",
     "Call",
+    "Chain",
     "ConfigurationError",
     "Device",
     "Error",
     "ExecutionError",
     "LockError",
+    "Mismatch",
     "NetworkError",
+    "PostCode",
     "Record",
     "Refused",
+    "SerialPort",
     "SimulatedCall",
     "Simulator",
     "SpecificationError",
+    "SvfResult",
     "TAVOKeyError",
     "TAVOLoginError",
+    "Tap",
     "hosts",
     "open",
 ]
 __all__ += modules.__all__
-for _error in (
-    ConfigurationError, Error, ExecutionError, LockError, NetworkError,
-    Refused, SpecificationError, TAVOKeyError, TAVOLoginError,
+for _class in (
+    Chain, ConfigurationError, Error, ExecutionError, LockError, Mismatch, NetworkError, PostCode,
+    Refused, SerialPort, SpecificationError, SvfResult, TAVOKeyError, TAVOLoginError, Tap,
 ):  # fmt: skip
-    _error.__module__ = "tavo"
+    _class.__module__ = "tavo"

@@ -10,13 +10,14 @@ import threading
 from typing import TYPE_CHECKING, Any, ClassVar, TypeVar
 
 from . import _core, _types
+from ._aio_helpers import HELPERS
 from ._device import Batch as _Batch
 from ._device import Opened, Wish, connect, milliseconds_of
-from ._errors import SpecificationError
+from ._lookup import ObjectTree
 from ._object import Remote
 
 if TYPE_CHECKING:
-    from collections.abc import Callable, Generator, Iterable, Iterator
+    from collections.abc import Callable, Generator, Iterable
     from types import TracebackType
 
 T = TypeVar("T")
@@ -26,9 +27,12 @@ ObjectType = TypeVar("ObjectType", bound=Remote)
 class _Job:
     """A call that waits for the thread of its device, or runs there."""
 
-    def __init__(self, work: Callable[[], Any], loop: asyncio.AbstractEventLoop) -> None:
+    def __init__(
+        self, work: Callable[[], Any], loop: asyncio.AbstractEventLoop, stop: _core.Stop | None = None
+    ) -> None:
         self.work = work
         self.loop = loop
+        self.stop = stop
         self.done: asyncio.Future[Any] = loop.create_future()
         self.cancelled = False
 
@@ -71,7 +75,8 @@ class _Turn:
             job.cancelled = True
             if self._current is not job:
                 return False
-            interrupter.interrupt()
+            # A helper gives back to the device what it has taken, and is not to be interrupted in that.
+            (job.stop or interrupter).interrupt()
             return True
 
 
@@ -87,15 +92,20 @@ class _Worker:
     def __del__(self) -> None:
         self._jobs.put(None)
 
-    def begin(self, work: Callable[[], Any]) -> _Job:
+    def begin(self, work: Callable[[], Any], stop: _core.Stop | None = None) -> _Job:
         """Lets the thread do the work, after what came before."""
-        job = _Job(work, asyncio.get_running_loop())
+        job = _Job(work, asyncio.get_running_loop(), stop)
         self._jobs.put(job)
         return job
 
-    async def run(self, work: Callable[[], T]) -> T:
-        """The result of the work. Cancelling interrupts it."""
-        job = self.begin(work)
+    async def help(self, work: Callable[..., T], *arguments: Any) -> T:
+        """The result of a helper, which takes what ends it as its last argument."""
+        stop = _core.Stop()
+        return await self.run(functools.partial(work, *arguments, stop), stop)
+
+    async def run(self, work: Callable[[], T], stop: _core.Stop | None = None) -> T:
+        """The result of the work. Cancelling interrupts it, by `stop` if there is one."""
+        job = self.begin(work, stop)
         try:
             result: T = await asyncio.shield(job.done)
             return result
@@ -130,6 +140,7 @@ class AwaitedObject(Remote):
     """A remote object whose methods are awaited."""
 
     __module_of_classes__: ClassVar[str] = "tavo.aio"
+    __helpers__ = HELPERS
 
     def __init__(self, node: _core.Node, worker: _Worker) -> None:
         super().__init__(node, functools.partial(_await_call, node, worker))
@@ -169,7 +180,7 @@ class Batch(_Batch):
             self._batch.abandon()
 
 
-class Device:
+class Device(ObjectTree):
     """An open device, as `tavo.Device`; what asks the device is awaited."""
 
     def __init__(self, connection: _core.Connection, worker: _Worker, host: str) -> None:
@@ -185,41 +196,15 @@ class Device:
     ) -> None:
         await self.close()
 
-    def __getattr__(self, name: str) -> Any:
-        node = None if name.startswith("_") else self._connection.find(name)
-        if node is None:
-            raise AttributeError(f"the device has no object {name!r}", name=name, obj=self)
-        found = _awaited_object_for(node, self._worker)
-        self.__dict__[name] = found
-        return found
-
-    def __getitem__(self, path: str) -> Any:
-        node = self._connection.find(path)
-        if node is None:
-            raise KeyError(path)
+    def _object(self, node: _core.Node) -> Any:
         return _awaited_object_for(node, self._worker)
-
-    def __contains__(self, path: object) -> bool:
-        return isinstance(path, str) and self._connection.find(path) is not None
-
-    def __iter__(self) -> Iterator[str]:
-        return iter(self._connection.top())
-
-    def __dir__(self) -> list[str]:
-        names = [] if self._connection.closed else self._connection.top()
-        return sorted({*super().__dir__(), *names})
 
     def __repr__(self) -> str:
         return f"<tavo.aio.Device {self._host}{' closed' if self._connection.closed else ''}>"
 
     def get(self, path: str, kind: type[ObjectType]) -> ObjectType:
         """The object of that full name, which must be of that class: `device.get("power", tavo.aio.Relay)`."""
-        node = self._connection.find(path)
-        if node is None:
-            raise SpecificationError(f"the device has no object {path!r}")
-        found = _awaited_object_for(node, self._worker)
-        if not isinstance(found, kind):
-            raise SpecificationError(f"{path!r} is a {type(found).__name__}, not a {kind.__name__}")
+        found: ObjectType = self._get(path, kind)
         return found
 
     def batch(self) -> Batch:

@@ -8,12 +8,12 @@ import warnings
 from typing import TYPE_CHECKING, Any, Generic, NamedTuple, TypeVar
 
 from . import _core
-from ._errors import SpecificationError
+from ._lookup import ObjectTree
 from ._object import BatchedObject, CallingObject, Remote, batched_object_for, object_for
 from ._password import find_password, find_user
 
 if TYPE_CHECKING:
-    from collections.abc import Callable, Iterable, Iterator
+    from collections.abc import Callable, Iterable
     from types import TracebackType
     from typing import ParamSpec
 
@@ -104,7 +104,7 @@ class Call(Generic[T]):
         raise NotImplementedError
 
 
-class Batch:
+class Batch(ObjectTree):
     """Calls that go to the device in one exchange, at the end of the `with` block.
 
     The objects of the device are attributes of the batch, as they are of the device. Their methods return a
@@ -129,22 +129,8 @@ class Batch:
     def __len__(self) -> int:
         return self._batch.size()
 
-    def __getattr__(self, name: str) -> Any:
-        node = None if name.startswith("_") else self._connection.find(name)
-        if node is None:
-            raise AttributeError(f"the device has no object {name!r}", name=name, obj=self)
-        found = batched_object_for(node, self._batch)
-        self.__dict__[name] = found
-        return found
-
-    def __getitem__(self, path: str) -> Any:
-        node = self._connection.find(path)
-        if node is None:
-            raise KeyError(path)
+    def _object(self, node: _core.Node) -> Any:
         return batched_object_for(node, self._batch)
-
-    def __dir__(self) -> list[str]:
-        return sorted({*super().__dir__(), *self._connection.top()})
 
     def add(self, method: Callable[P, T], /, *args: P.args, **kwargs: P.kwargs) -> Call[T]:
         """Adds a call of a method of the device: `batch.add(device.power.set, state=True)`.
@@ -160,7 +146,7 @@ class Batch:
         return call
 
 
-class Device:
+class Device(ObjectTree):
     """An open device: its objects are attributes, and `device["bench.lamp"]` finds one by its full name.
 
     Threads may share a device; their calls take turns. Close it, best by a `with` block: that gives the lock
@@ -180,30 +166,8 @@ class Device:
     ) -> None:
         self.close()
 
-    def __getattr__(self, name: str) -> Any:
-        node = None if name.startswith("_") else self._connection.find(name)
-        if node is None:
-            raise AttributeError(f"the device has no object {name!r}", name=name, obj=self)
-        found = object_for(node)
-        self.__dict__[name] = found
-        return found
-
-    def __getitem__(self, path: str) -> Any:
-        node = self._connection.find(path)
-        if node is None:
-            raise KeyError(path)
+    def _object(self, node: _core.Node) -> Any:
         return object_for(node)
-
-    def __contains__(self, path: object) -> bool:
-        return isinstance(path, str) and self._connection.find(path) is not None
-
-    def __iter__(self) -> Iterator[str]:
-        """The names of the objects at the top of the device, then those of the three fixed objects."""
-        return iter(self._connection.top())
-
-    def __dir__(self) -> list[str]:
-        names = [] if self._connection.closed else self._connection.top()
-        return sorted({*super().__dir__(), *names})
 
     def __repr__(self) -> str:
         state = " closed" if self._connection.closed else ""
@@ -211,12 +175,7 @@ class Device:
 
     def get(self, path: str, kind: type[ObjectType]) -> ObjectType:
         """The object of that full name, which must be of that class: `device.get("power", tavo.Relay)`."""
-        node = self._connection.find(path)
-        if node is None:
-            raise SpecificationError(f"the device has no object {path!r}")
-        found = object_for(node)
-        if not isinstance(found, kind):
-            raise SpecificationError(f"{path!r} is a {type(found).__name__}, not a {kind.__name__}")
+        found: ObjectType = self._get(path, kind)
         return found
 
     def batch(self) -> Batch:

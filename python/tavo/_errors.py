@@ -54,6 +54,10 @@ class ExecutionError(Error):
     failed_index: int = 0
 
 
+class Mismatch(Error):
+    """What was read is not what it should be: bits that an SVF file checks, or the content of a ROM."""
+
+
 class Refused(Error):
     """A method returned a code other than 0."""
 

@@ -6,9 +6,10 @@ import functools
 from typing import TYPE_CHECKING, Any, ClassVar
 
 from . import _types
+from ._helpers import HELPERS
 
 if TYPE_CHECKING:
-    from collections.abc import Callable, Iterator
+    from collections.abc import Callable, Iterator, Mapping
 
     from . import _core
 
@@ -21,6 +22,8 @@ class Remote:
 
     __module_of_classes__: ClassVar[str] = "tavo"
     __tavo_type__: ClassVar[str] = "base"
+    #: What objects of a type can do beyond their methods.
+    __helpers__: ClassVar[Mapping[str, type[Any]]] = {}
 
     def __init__(self, node: _core.Node, call: Callable[[Any, tuple[Any, ...]], Any]) -> None:
         self._node = node
@@ -94,6 +97,8 @@ def _methods_of(kind: type[Remote]) -> list[str]:
 
 class CallingObject(Remote):
     """An object of a type that this library does not know; base of all others."""
+
+    __helpers__: ClassVar[Mapping[str, type[Any]]] = HELPERS
 
     def __init__(self, node: _core.Node) -> None:
         super().__init__(node, node.call)

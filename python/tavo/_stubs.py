@@ -6,11 +6,13 @@ import sys
 from pathlib import Path
 
 from . import _types
+from ._helpers import HELPERS
 
 _HEAD = '''# Written by "python -m tavo._stubs" from the tables of the library. Do not edit.
 from collections.abc import Mapping, Sequence
 from typing import Any
 
+from tavo._helpers import {helpers}
 from tavo._object import {base}
 from tavo._records import Record
 
@@ -66,7 +68,8 @@ def _class(kind: str, version: str, awaited: bool) -> list[str]:
     else:
         parent = _types.class_name(kind)
     inherited = {spec.name: spec for spec in _types.TABLES[kind, latest]} if version != latest else {}
-    lines = ["", f"class {name}({parent}):"]
+    helpers = f", {HELPERS[kind].__name__}" if kind in HELPERS and version == latest else ""
+    lines = ["", f"class {name}({parent}{helpers}):"]
     for spec in _types.TABLES[kind, version]:
         former = inherited.get(spec.name)
         if former and former.request == spec.request and former.reply == spec.reply:
@@ -90,9 +93,10 @@ def stub(awaited: bool) -> str:
     pairs = [(kind, version) for kind in _types.types() for version in _types.versions_of(kind)]
     names = "".join(f'    "{_types.class_name(*pair)}",\n' for pair in pairs)
     base = "CallingObject"
-    head = _HEAD.format(base=base, names=names)
+    head = _HEAD.format(base=base, names=names, helpers=", ".join(sorted(each.__name__ for each in HELPERS.values())))
     if awaited:
         head = head.replace("from tavo._object import CallingObject", "from tavo._aio import AwaitedObject")
+        head = head.replace("from tavo._helpers", "from tavo._aio_helpers")
     lines = [head.rstrip("\n")]
     for pair in pairs:
         lines += _class(*pair, awaited)

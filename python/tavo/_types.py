@@ -103,7 +103,9 @@ def _make_class(kind: str, version: str, base: type[Any]) -> type[Any]:
         "__tavo_type__": kind,
     }
     attributes.update(_members(kind, version))
-    return type(name, (parent,), attributes)
+    # Behind the parent, so that a method of the device with the same name wins.
+    helpers = base.__helpers__.get(kind) if version == latest else None
+    return type(name, (parent, helpers) if helpers else (parent,), attributes)
 
 
 @functools.cache

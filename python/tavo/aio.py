@@ -5,7 +5,8 @@ Each device has a thread of its own, which makes its calls in turn. Cancelling a
 
 from . import aio_modules
 from ._aio import Batch, Device, open
+from ._aio_helpers import SerialPort
 from .aio_modules import *
 
-__all__ = ["Batch", "Device", "open"]
+__all__ = ["Batch", "Device", "SerialPort", "open"]
 __all__ += aio_modules.__all__

@@ -2,6 +2,7 @@
 from collections.abc import Mapping, Sequence
 from typing import Any
 
+from tavo._aio_helpers import ComHelpers, I2cHelpers, JtagHelpers, LpcPostCodeHelpers, LpcRomEmulationHelpers
 from tavo._aio import AwaitedObject
 from tavo._records import Record
 
@@ -90,7 +91,7 @@ class Cfa633(Object):
 class CmosRelay(Object):
     async def cmosClear(self, value: int) -> None: ...
 
-class Com(Object):
+class Com(Object, ComHelpers):
     async def open(self, value1: int, value2: int, flag1: bool, flag2: bool, value3: int, flag3: bool, flag4: bool, flag5: bool, flag6: bool) -> None: ...
     async def close(self) -> None: ...
     class RecvReply(Record):
@@ -348,7 +349,7 @@ class Hdt_v1_0(Hdt):
         frequency: int
     async def frequencyGet(self) -> FrequencyGetReply: ...
 
-class I2c(Object):
+class I2c(Object, I2cHelpers):
     class TransferReply(Record):
         __match_args__ = ("first", "second", "data")
         first: int
@@ -404,7 +405,7 @@ class I2c(Object):
     async def headerStatusGet(self) -> HeaderStatusGetReply: ...
     async def headerStatusClear(self) -> None: ...
 
-class Jtag(Object):
+class Jtag(Object, JtagHelpers):
     class ShiftIRReply(Record):
         __match_args__ = ("data",)
         data: bytes
@@ -571,7 +572,7 @@ class Lpc(Object):
         connections: tuple[Lpc.HeaderConnectGetReplyConnections, ...]
     async def headerConnectGet(self) -> HeaderConnectGetReply: ...
 
-class LpcPostCode(Object):
+class LpcPostCode(Object, LpcPostCodeHelpers):
     class PostCodeGetReply(Record):
         __match_args__ = ("postCode",)
         postCode: int
@@ -631,7 +632,7 @@ class LpcPostCode(Object):
         enable: bool
     async def enableGet(self) -> EnableGetReply: ...
 
-class LpcRomEmulation(Object):
+class LpcRomEmulation(Object, LpcRomEmulationHelpers):
     class SramSizeGetReply(Record):
         __match_args__ = ("size",)
         size: int

@@ -88,6 +88,18 @@ def test_jtag_idcode(tavo_simulator: tavo.Simulator, name: str) -> None:
     assert re.fullmatch(r"0x[0-9A-F]{8}: manufacturer 0x\w{3}, part 0x\w{4}, version \d+\n", read.stdout)
 
 
+def test_play_svf(tavo_simulator: tavo.Simulator, tmp_path: Path) -> None:
+    file = tmp_path / "chain.svf"
+    file.write_text("STATE RESET;\nSDR 32 TDI(0) TDO(2A45D0C3);\n")
+    good = run_example("play_svf.py", tavo_simulator, str(file))
+    assert good.returncode == 0, good.stderr
+    assert good.stdout.startswith("TAP 0: IDCODE 0x2A45D0C3\n")
+    assert good.stdout.endswith("1 scans, 1 of them checked\n")
+    file.write_text("STATE RESET;\nSDR 32 TDI(0) TDO(0);\n")
+    bad = run_example("play_svf.py", tavo_simulator, str(file))
+    assert bad.returncode == 1 and "chain.svf:2: TDO is (2A45D0C3)" in bad.stderr
+
+
 def test_examples_have_a_test_each() -> None:
     examples = {path.stem for path in (source_folder() / "examples" / "python").glob("*.py")}
-    assert examples == {"jtag_idcode", "power_cycle", "read_spd"}
+    assert examples == {"jtag_idcode", "play_svf", "power_cycle", "read_spd"}

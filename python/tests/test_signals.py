@@ -48,6 +48,12 @@ threading.Thread(target=lambda: device.system.usleep(3_000_000), daemon=True).st
 time.sleep(0.1)
 device.power.get()
 """,
+    "SVF": "device.cpu0.jtag.play_svf(b'RUNTEST 0.1 SEC; ' * 600)",
+    # No exchange runs while the file is looked at.
+    "SVF that is read": "device.cpu0.jtag.play_svf(b'SDR 1 TDI(0);' + b'ENDDR IDLE; ' * 20_000_000)",
+    "following": "list(device.post.follow())",
+    "serial port": "device.console.open_serial().read(1)",
+    "ROM": "while True: device.rom.load(bytes(8 << 20))",
 }
 
 

@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include <tavo/client/wire/error.h>
+#include <tavo/toolkit/errors.h>
 
 namespace TAVO::cli {
 
@@ -35,6 +36,10 @@ bool isOneOf(const std::exception& exception) {
 ExitCode codeOf(const std::exception& exception) {
     if (const auto* failure = dynamic_cast<const Failure*>(&exception))
         return failure->code;
+    if (isOneOf<toolkit::Fault>(exception))
+        return ExitCode::refused;
+    if (isOneOf<toolkit::BadRequest>(exception))
+        return ExitCode::usage;
     if (isOneOf<LockError, TAVOLoginError, TAVOKeyError>(exception))
         return ExitCode::notAuthorised;
     if (isOneOf<NetworkError>(exception))

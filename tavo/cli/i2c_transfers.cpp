@@ -6,15 +6,18 @@
 
 #include <fmt/format.h>
 
+#include <tavo/cli/session_access.h>
+#include <tavo/toolkit/i2c.h>
+
 namespace TAVO::cli {
 
 namespace {
 
 using HWDebug::I2c_v1_0;
+using toolkit::notAcknowledgedCode;
 namespace i2c_v1_0 = TAVOXTranscode::i2c_v1_0;
 using Read = std::shared_ptr<BoundMethod<HWDebug::I2c_v1_0_Structs::I2cTransfer>>;
 
-constexpr int notAcknowledgedCode = 4;
 constexpr std::uint32_t blockSize = 1024;
 constexpr std::size_t blocksPerExchange = 16;
 /// Enough for a write cycle of 10 ms at 400 kHz. Every device that can retry accepts this value.
@@ -144,15 +147,8 @@ Failure notAcknowledged(const I2cTarget& target) {
 }
 
 std::vector<std::uint32_t> acknowledgingAddresses(Session& session, const I2c_v1_0& bus, NumberRange range) {
-    std::vector<std::shared_ptr<Method>> probes;
-    for (auto address = range.first; address <= range.last; ++address)
-        probes.push_back(bus.getReadMethod(static_cast<int>(address), true, true, 1));
-    session.run(probes);
-    std::vector<std::uint32_t> found;
-    for (std::uint32_t i = 0; i < range.size(); ++i)
-        if (wasAcknowledged(*probes[i]))
-            found.push_back(range.first + i);
-    return found;
+    SessionAccess access(session);
+    return toolkit::acknowledgingAddresses(access, bus, range.first, range.last);
 }
 
 std::vector<RegisterByte> readEach(Session& session, const I2cTarget& target, NumberRange registers) {

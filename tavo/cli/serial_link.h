@@ -1,11 +1,12 @@
 #pragma once
 
-#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
-#include <tavo/cli/session.h>
+#include <tavo/cli/session_access.h>
+#include <tavo/toolkit/serial_link.h>
 
 namespace TAVO::cli {
 
@@ -14,29 +15,27 @@ class SerialLink {
 public:
     /// Opens the port. @throws Failure (refused) if the device does not accept the settings.
     SerialLink(Session& session, std::shared_ptr<CommonModules::Com_v1_0> port,
-               const dto::com::OpenRequest& settings);
-    SerialLink(const SerialLink&) = delete;
-    SerialLink& operator=(const SerialLink&) = delete;
-    /// Closes the port if it is still open. Ignores errors: an exception is already on its way.
-    ~SerialLink();
+               const dto::com::OpenRequest& settings)
+        : access_(session)
+        , link_(access_, std::move(port), settings) {}
 
     /// Sends exactly these bytes and receives what has arrived, in one exchange.
-    std::string exchange(std::string_view bytes);
-    void close();
+    std::string exchange(std::string_view bytes) { return link_.exchange(bytes); }
+    void close() { link_.close(); }
 
 private:
-    Session& session_;
-    std::shared_ptr<CommonModules::Com_v1_0> port_;
-    bool open_ = false;
+    SessionAccess access_;
+    toolkit::SerialLink link_;
 };
 
-/// Sends a break over a port that is not open. There is no method for it: a zero byte at half the rate or
-/// less holds the line as long as a break does.
-/// @throws Failure (usage) if the rate is so low that there is no slower one, Failure (refused) if the port
-/// does
-///         not take that one.
-void sendBreak(Session& session, const std::shared_ptr<CommonModules::Com_v1_0>& port,
-               dto::com::OpenRequest settings);
+/// Sends a break over a port that is not open.
+/// @throws toolkit::BadRequest if the rate is so low that there is no slower one, Failure (refused) if the
+///         port does not take that one.
+inline void sendBreak(Session& session, const std::shared_ptr<CommonModules::Com_v1_0>& port,
+                      const dto::com::OpenRequest& settings) {
+    SessionAccess access(session);
+    toolkit::sendBreak(access, port, settings);
+}
 
 /// Searches for a text in bytes that arrive in pieces.
 class TextWatch {

@@ -7,7 +7,6 @@
 #include <string_view>
 #include <utility>
 
-#include <tavo/cli/exchange_time.h>
 #include <tavo/cli/password.h>
 #include <tavo/cli/share/local_transport.h>
 #include <tavo/cli/share/share_socket.h>
@@ -16,6 +15,7 @@
 #include <tavo/cli/values/name_list.h>
 #include <tavo/cli/via_transport.h>
 #include <tavo/simulator/simulator.h>
+#include <tavo/toolkit/exchange_time.h>
 
 namespace TAVO::cli {
 
@@ -23,27 +23,6 @@ namespace {
 
 constexpr const char* simulatorUser = "engineer";
 constexpr std::string_view timedOut = "Call to device timed out.";
-
-/// Gives an exchange more time than the limit while it exists.
-class LongerLimit {
-public:
-    LongerLimit(Device& device, std::chrono::milliseconds more)
-        : device_(device)
-        , before_(device.timeLimit()) {
-        if (before_ && more.count() > 0)
-            device_.setTimeLimit(*before_ + more);
-    }
-    LongerLimit(const LongerLimit&) = delete;
-    LongerLimit& operator=(const LongerLimit&) = delete;
-    ~LongerLimit() {
-        if (device_.timeLimit() != before_)
-            device_.setTimeLimit(before_);
-    }
-
-private:
-    Device& device_;
-    TimeLimit before_;
-};
 
 /// A device whose tree is built without the lock.
 class WithoutLock : public TAVOXDevice {
@@ -366,7 +345,7 @@ void Session::exchange(const std::vector<std::shared_ptr<Method>>& methods) {
     const auto queue = std::make_shared<MulticallQueue>();
     for (const auto& method : methods)
         queue->add(method);
-    const LongerLimit limit(*device_, busyTime(methods));
+    const toolkit::LongerLimit limit(*device_, toolkit::busyTime(methods));
     exchangeLimit_ = device_->timeLimit();
     device_->multicall(queue);
 }

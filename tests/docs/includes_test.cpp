@@ -49,7 +49,7 @@ const Floors floors{
     {"tavo/client/hwdebug/", "tavo/client/commonmodules/"},
     {"tavo/client.h"},
     {"tavo/server/", "tavo/jtag/", "tavo/json/", "tavo/config/"},
-    {"tavo/c/", "tavo/trace/"},
+    {"tavo/c/", "tavo/trace/", "tavo/toolkit/"},
     {"tavo/simulator/"},
     {"tavo/cli/values/"},
     {"tavo/cli/commands/", "tavo/cli/"},

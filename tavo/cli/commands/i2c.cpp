@@ -15,6 +15,7 @@
 #include <tavo/cli/output.h>
 #include <tavo/cli/user_input.h>
 #include <tavo/cli/values/i2c_grid.h>
+#include <tavo/toolkit/i2c.h>
 
 namespace TAVO::cli {
 
@@ -23,8 +24,8 @@ namespace {
 using HWDebug::I2c_v1_0;
 
 struct DetectOptions : ObjectOptions {
-    std::uint32_t first = 0x08;
-    std::uint32_t last = 0x77;
+    std::uint32_t first = toolkit::firstUsualAddress;
+    std::uint32_t last = toolkit::lastUsualAddress;
 
     void describe(OptionList& list) {
         list.add("first", first, "First address; default 0x08",

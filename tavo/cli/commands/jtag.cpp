@@ -101,19 +101,8 @@ std::shared_ptr<Object_v1_0> chooseJtag(Session& session, const ObjectOptions& o
 }
 
 ShiftCall shiftCall(const Object_v1_0& jtag, JtagRegister target, const BitString& bits) {
-    return callOf(jtag, target == JtagRegister::instruction ? jtag_v1_0::shiftIR : jtag_v1_0::shiftDR,
-                  bits.size(), bits.bytes());
-}
-
-BitString capturedBy(const ShiftCall& call) {
-    const auto& request = dynamic_cast<const dto::Jtag::ShiftRequest&>(*call->getParams().request);
-    const auto size = static_cast<std::size_t>(request.bits);
-    const auto result = call->getResult();
-    const auto& data = dto::replyOf<dto::Jtag::ShiftReply>(result).data;
-    if (result.code == 0 && data.size() != BitString::bytesFor(size))
-        throw Failure(ExitCode::protocol, fmt::format("{} captured {} bytes for {} bits", call->getFullName(),
-                                                      data.size(), size));
-    return {size, data};
+    requireOffer(jtag, (target == JtagRegister::instruction ? jtag_v1_0::shiftIR : jtag_v1_0::shiftDR).name);
+    return toolkit::shiftCall(jtag, target, bits);
 }
 
 std::shared_ptr<Method> moveCall(const Object_v1_0& jtag, std::int32_t state) {

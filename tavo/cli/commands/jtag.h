@@ -11,8 +11,8 @@
 #include <tavo/cli/object_choice.h>
 #include <tavo/cli/output.h>
 #include <tavo/cli/values/bit_notation.h>
-#include <tavo/cli/values/jtag_survey.h>
 #include <tavo/cli/values/tap_place.h>
+#include <tavo/toolkit/jtag_scan.h>
 
 /// Shared by the `jtag` subcommands, which work with both versions of the "jtag" object.
 namespace TAVO::cli {
@@ -40,7 +40,7 @@ struct JtagSvfOptions : ObjectOptions {
     void describe(OptionList& list);
 };
 
-using ShiftCall = std::shared_ptr<BoundMethod<dto::Jtag::ShiftReply>>;
+using toolkit::capturedBy, toolkit::ChainSurvey, toolkit::ShiftCall;
 
 struct JtagServeOptions : ObjectOptions {
     std::string bitbang;
@@ -54,12 +54,10 @@ struct JtagServeOptions : ObjectOptions {
 std::shared_ptr<Object_v1_0> chooseJtag(Session& session, const ObjectOptions& options);
 
 ShiftCall shiftCall(const Object_v1_0& jtag, JtagRegister target, const BitString& bits);
-/// The bits that an executed call captured, as many as it shifted.
-BitString capturedBy(const ShiftCall& call);
 std::shared_ptr<Method> moveCall(const Object_v1_0& jtag, std::int32_t state);
 
 /// Resets the chain, examines it, and resets it again, in one exchange.
-/// @throws Failure (refused) if it cannot be examined.
+/// @throws toolkit::ChainFault if it cannot be examined.
 ChainSurvey survey(Session& session, const Object_v1_0& jtag);
 
 void scanChain(Session& session, Output& output, const ObjectOptions& options);

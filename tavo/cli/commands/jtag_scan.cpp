@@ -1,24 +1,21 @@
 #include <tavo/cli/commands/jtag.h>
 
+#include <tavo/cli/session_access.h>
 #include <tavo/cli/values/chain_report.h>
-#include <tavo/cli/values/jtag_survey.h>
-#include <tavo/cli/values/tap_state_name.h>
 
 namespace TAVO::cli {
 
+namespace {
+
+namespace jtag_v1_0 = TAVOXTranscode::jtag_v1_0;
+
+} // namespace
+
 ChainSurvey survey(Session& session, const Object_v1_0& jtag) {
-    const auto reset = [&] { return moveCall(jtag, parseTapState("Test-Logic-Reset")); };
-    const auto probes = chainProbes();
-    const auto afterReset = shiftCall(jtag, JtagRegister::data, probes.afterReset);
-    const auto instruction = shiftCall(jtag, JtagRegister::instruction, probes.instruction);
-    const auto bypass = shiftCall(jtag, JtagRegister::data, probes.bypass);
-    const std::vector<std::shared_ptr<Method>> batch{reset(), afterReset, instruction, bypass, reset()};
-    session.runAll(batch);
-    try {
-        return surveyChain({capturedBy(afterReset), capturedBy(instruction), capturedBy(bypass)});
-    } catch (const ChainFault& fault) {
-        throw Failure(ExitCode::refused, fault.what());
-    }
+    for (const auto method : {jtag_v1_0::shiftDR.name, jtag_v1_0::shiftIR.name, jtag_v1_0::tapStateSet.name})
+        requireOffer(jtag, method);
+    SessionAccess access(session);
+    return toolkit::scanChain(access, jtag);
 }
 
 void scanChain(Session& session, Output& output, const ObjectOptions& options) {

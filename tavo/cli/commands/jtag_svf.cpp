@@ -12,7 +12,7 @@
 #include <tavo/cli/files.h>
 #include <tavo/cli/progress_bar.h>
 #include <tavo/cli/values/visible_text.h>
-#include <tavo/jtag/svf/player.h>
+#include <tavo/toolkit/svf.h>
 
 namespace TAVO::cli {
 
@@ -20,13 +20,12 @@ namespace {
 
 namespace svf = jtag::svf;
 
-/// TCK for the waits of a file that sets no frequency, where no device tells.
-constexpr std::int32_t assumedFrequency = 1'000'000;
-
 double secondsOf(std::chrono::duration<double> time) { return time.count(); }
 
 svf::PlanOptions planOptions(const JtagSvfOptions& options) {
-    svf::PlanOptions plan{.retries = options.retry.value_or(0), .compares = !options.noCheck};
+    svf::PlanOptions plan{.retries = options.retry.value_or(0),
+                          .compares = !options.noCheck,
+                          .checkpoint = InterruptWatch::throwIfInterrupted};
     if (options.stopAt == "batch")
         plan.stopAt = svf::StopAt::batch;
     else if (options.stopAt == "end")
@@ -37,7 +36,7 @@ svf::PlanOptions planOptions(const JtagSvfOptions& options) {
 /// @throws Failure (usage) for a file that cannot be played.
 svf::Totals measured(const std::string& text, const JtagSvfOptions& options) {
     try {
-        return svf::measure(text, options.file, planOptions(options), assumedFrequency);
+        return toolkit::measureSvf(text, options.file, planOptions(options));
     } catch (const svf::SvfError& error) {
         throw Failure(ExitCode::usage, error.what());
     }
@@ -58,27 +57,17 @@ void write(TextWriter& text, const svf::Totals& totals) {
                totals.statements, totals.scans, totals.checkedScans, totals.bits, secondsOf(totals.waits));
 }
 
-/// A FREQUENCY is the most that TCK may have: where the device has no such frequency, a lower one that is set
-/// will do.
-std::int32_t setFrequency(jtag::Port& port, std::int32_t hertz) {
+void play(toolkit::SvfPlay& svfPlay) {
     try {
-        return port.setFrequency(hertz);
-    } catch (const Failure& failure) {
-        if (failure.code != ExitCode::refused || hertz < port.frequency())
-            throw;
-        return port.frequency();
-    }
-}
-
-void play(svf::Player& player) {
-    try {
-        player.play();
+        svfPlay.run();
     } catch (const svf::SvfError& error) {
         throw Failure(ExitCode::usage, error.what());
     } catch (const svf::Mismatch& mismatch) {
         throw Failure(ExitCode::refused, mismatch.what());
     } catch (const Failure& failure) {
-        throw Failure(failure.code, fmt::format("{}: {}", player.place(), failure.what()), failure.returned);
+        const auto place = svfPlay.place();
+        throw Failure(failure.code, fmt::format("{}{}{}", place, place.empty() ? "" : ": ", failure.what()),
+                      failure.returned);
     }
 }
 
@@ -108,28 +97,26 @@ void playSvf(Session& session, Output& output, const JtagSvfOptions& options) {
     measured(text, options);
 
     const auto jtag = chooseJtag(session, options);
-    BorrowedPort borrowed(session, output, jtag);
-    std::optional<svf::Player> player;
-    std::int32_t frequency = 0;
-    const auto start = std::chrono::steady_clock::now();
-    borrowed.use([&](jtag::Port& port) {
-        ProgressBar bar("playing", text.size());
-        player.emplace(text, options.file, planOptions(options), port,
-                       svf::Player::Hooks{[&](std::size_t done) { bar.show(done); },
-                                          [&](std::int32_t hertz) { return setFrequency(port, hertz); }});
-        play(*player);
-        frequency = port.frequency();
-    });
-    const auto seconds = secondsOf(std::chrono::steady_clock::now() - start);
+    SessionAccess access(session);
+    std::optional<ProgressBar> bar;
+    toolkit::SvfPlay svfPlay(access, jtag, text, options.file, planOptions(options),
+                             {[&](std::size_t done) { bar->show(done); },
+                              [&](const std::exception& failure) {
+                                  bar.reset();
+                                  warnOfOptions(output, *jtag, failure);
+                              }});
+    bar.emplace("playing", text.size());
+    play(svfPlay);
+    bar.reset();
 
-    const auto& totals = player->totals();
+    const auto& totals = svfPlay.totals();
     auto document = documentOf(totals, options);
-    document["exchanges"] = borrowed.exchanges();
-    document["frequency"] = frequency;
+    document["exchanges"] = svfPlay.exchanges();
+    document["frequency"] = svfPlay.frequency();
     document["object"] = jtag->getFullName();
-    document["seconds"] = seconds;
+    document["seconds"] = svfPlay.time().count();
     auto others = nlohmann::json::array();
-    for (const auto& other : player->otherFrequencies())
+    for (const auto& other : svfPlay.otherFrequencies())
         others.push_back({{"asked", other.asked}, {"line", other.line}, {"set", other.set}});
     document["otherFrequencies"] = std::move(others);
     output.show(document, [&](TextWriter& writer) {
@@ -138,9 +125,9 @@ void playSvf(Session& session, Output& output, const JtagSvfOptions& options) {
         if (!options.stats)
             return;
         write(writer, totals);
-        writer.print("exchanges   {}\ntime        {:.3f} s\nTCK         {} Hz\n", borrowed.exchanges(),
-                     seconds, frequency);
-        for (const auto& other : player->otherFrequencies())
+        writer.print("exchanges   {}\ntime        {:.3f} s\nTCK         {} Hz\n", svfPlay.exchanges(),
+                     svfPlay.time().count(), svfPlay.frequency());
+        for (const auto& other : svfPlay.otherFrequencies())
             writer.print("line {}: FREQUENCY asks for {} Hz, TCK has {} Hz\n", other.line, other.asked,
                          other.set);
     });

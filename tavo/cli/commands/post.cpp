@@ -11,7 +11,9 @@
 #include <tavo/cli/follow.h>
 #include <tavo/cli/object_choice.h>
 #include <tavo/cli/output.h>
+#include <tavo/cli/session_access.h>
 #include <tavo/cli/values/duration.h>
+#include <tavo/toolkit/post_codes.h>
 
 namespace TAVO::cli {
 
@@ -61,18 +63,14 @@ void write(JsonWriter& json, const FifoEntry& entry) {
     });
 }
 
-std::vector<FifoEntry> takeEntries(Session& session, const LpcPostCode_v1_0& receiver) {
-    const auto get = callOf(receiver, lpcPostCode_v1_0::fifoGet);
-    session.runAll({get, receiver.make(lpcPostCode_v1_0::fifoClear)});
-    return get->take().entries;
-}
-
 /// Shows the codes that the device holds, takes them from it, and returns whether the wanted one is among
 /// them.
 bool showAndTake(Session& session, Output& output, const LpcPostCode_v1_0& receiver,
                  std::optional<std::uint8_t> wanted) {
     bool reached = false;
-    for (const auto& entry : takeEntries(session, receiver)) {
+    requireOffer(receiver, lpcPostCode_v1_0::fifoGet.name);
+    SessionAccess access(session);
+    for (const auto& entry : toolkit::takeCodes(access, receiver)) {
         output.showNext([&](JsonWriter& json) { write(json, entry); },
                         [&](TextWriter& text) { write(text, entry); });
         reached = reached || entry.byte1 == wanted;

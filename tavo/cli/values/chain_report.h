@@ -4,9 +4,11 @@
 
 #include <nlohmann/json.hpp>
 
-#include <tavo/cli/values/jtag_survey.h>
+#include <tavo/toolkit/jtag_survey.h>
 
 namespace TAVO::cli {
+
+using toolkit::ChainSurvey;
 
 /// The survey as JSON. Unknown "irLength" and "idcode" of a TAP are null.
 nlohmann::json chainDocument(const ChainSurvey& survey);

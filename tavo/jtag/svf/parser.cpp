@@ -228,7 +228,7 @@ SharedBits Parser::parseData(const Token& name, std::size_t length) {
 
 ScanData Parser::parseScan(Carried& carried, bool mayBeEmpty) {
     const auto length = static_cast<std::size_t>(parseCount(takeWord("a length"), mostBits));
-    ScanData scan{.length = length, .tdi = {}, .tdo = {}, .mask = {}};
+    ScanData scan{.length = length, .tdi = {}, .tdo = {}, .mask = {}, .isCompared = false};
     if (carried.isKnown && carried.length == length) {
         scan.tdi = carried.tdi;
         scan.mask = carried.mask;
@@ -262,6 +262,7 @@ ScanData Parser::parseScan(Carried& carried, bool mayBeEmpty) {
                                       : fmt::format("{} has no TDI, and there is none before", command_));
     if (length == 0 && !mayBeEmpty)
         refuse(line_, fmt::format("{} of no bits", command_));
+    scan.isCompared = scan.tdo && length > 0 && !(scan.mask && scan.mask->isAll(0, length, false));
     carried = {true, length, scan.tdi, scan.mask};
     return scan;
 }

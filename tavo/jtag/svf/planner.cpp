@@ -37,7 +37,7 @@ void put(BitString& all, const BitString* bits, std::size_t length, bool otherwi
 
 Planner::Planner(Parser& parser, PlanOptions options, TimeOf timeOf)
     : parser_(parser)
-    , options_(options)
+    , options_(std::move(options))
     , timeOf_(std::move(timeOf)) {}
 
 std::optional<Batch> Planner::next() {
@@ -49,6 +49,7 @@ std::optional<Batch> Planner::next() {
             pending_ = parser_.next();
         if (!pending_ || afterWait_ || isFull(batch) || stopsBefore(*pending_, batch))
             break;
+        options_.checkpoint();
         const auto statement = std::move(*pending_);
         pending_.reset();
         line_ = statement.line;
@@ -70,10 +71,7 @@ bool Planner::isFull(const Batch& batch) const {
     return bytes_ >= mostBytes || (!options_.isMeasured && batch.waits >= longestWait);
 }
 
-bool Planner::compares(const ScanData& data) const {
-    return options_.compares && data.tdo && data.length > 0 &&
-           !(data.mask && data.mask->isAll(0, data.length, false));
-}
+bool Planner::compares(const ScanData& data) const { return options_.compares && data.isCompared; }
 
 bool Planner::isChecked(const Scan& scan) const {
     const auto& more = around(scan.target);

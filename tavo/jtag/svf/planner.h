@@ -31,6 +31,8 @@ struct PlanOptions {
     bool compares = true;
     /// For totals alone: leaves out all bits.
     bool isMeasured = false;
+    /// Is called before each statement. It may throw, to end a file that takes long.
+    std::function<void()> checkpoint = [] {};
 };
 
 /// What a scan must have captured.

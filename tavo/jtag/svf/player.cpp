@@ -18,7 +18,7 @@ Totals measure(std::string_view text, const std::string& file, PlanOptions optio
     options.isMeasured = true;
     auto frequency = hertz;
     Parser parser(text, file);
-    Planner planner(parser, options, [&frequency](std::uint64_t clocks) {
+    Planner planner(parser, std::move(options), [&frequency](std::uint64_t clocks) {
         const auto perSecond = static_cast<std::uint64_t>(frequency);
         return std::chrono::microseconds((clocks * 1'000'000 + perSecond - 1) / perSecond);
     });
@@ -37,7 +37,7 @@ Player::Player(std::string_view text, std::string file, PlanOptions options, Por
     , hooks_(std::move(hooks))
     , parser_(text, file_)
     , asked_(port.frequency())
-    , planner_(parser_, options, [&port](std::uint64_t clocks) { return port.timeOf(clocks); }) {}
+    , planner_(parser_, std::move(options), [&port](std::uint64_t clocks) { return port.timeOf(clocks); }) {}
 
 void Player::play() {
     while (const auto batch = planner_.next()) {

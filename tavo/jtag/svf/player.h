@@ -29,7 +29,7 @@ struct Totals {
 
 /// What playing the file takes.
 /// @param hertz TCK until a FREQUENCY sets another.
-/// @throws SvfError for a file that cannot be played.
+/// @throws SvfError for a file that cannot be played; what the checkpoint of the options throws.
 Totals measure(std::string_view text, const std::string& file, PlanOptions options, std::int32_t hertz);
 
 /// Plays a file at a port. Have measure() accept it first: what stands before a fault is executed.

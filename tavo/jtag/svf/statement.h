@@ -25,6 +25,8 @@ struct ScanData {
     SharedBits tdo;
     /// Null if all bits are compared.
     SharedBits mask;
+    /// Whether there is a bit to compare. Known once, for a mask may be large and stand around many scans.
+    bool isCompared = false;
 };
 
 /// ENDIR, ENDDR: where scans end from now on.

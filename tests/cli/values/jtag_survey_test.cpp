@@ -9,12 +9,13 @@
 #include <tavo/cli/failure.h>
 #include <tavo/cli/values/bit_notation.h>
 #include <tavo/cli/values/chain_report.h>
-#include <tavo/cli/values/jtag_survey.h>
+#include <tavo/toolkit/jtag_survey.h>
 #include <tests/support/failure_text.h>
 
 namespace {
 
 using namespace TAVO::cli;
+using namespace TAVO::toolkit;
 using testing::HasSubstr;
 
 struct Part {

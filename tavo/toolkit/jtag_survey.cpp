@@ -1,8 +1,8 @@
-#include <tavo/cli/values/jtag_survey.h>
+#include <tavo/toolkit/jtag_survey.h>
 
 #include <fmt/format.h>
 
-namespace TAVO::cli {
+namespace TAVO::toolkit {
 
 namespace {
 
@@ -127,4 +127,4 @@ ChainSurvey surveyChain(const ChainProbes& captured) {
     return survey;
 }
 
-} // namespace TAVO::cli
+} // namespace TAVO::toolkit

@@ -3,14 +3,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include <tavo/jtag/bit_string.h>
+#include <tavo/toolkit/errors.h>
 
 /// Examines an unknown JTAG chain (IEEE 1149.1) without loading any instruction but BYPASS.
-namespace TAVO::cli {
+namespace TAVO::toolkit {
 
 using jtag::BitString;
 
@@ -40,9 +40,9 @@ struct ChainProbes {
 ChainProbes chainProbes();
 
 /// Why a chain cannot be surveyed.
-class ChainFault : public std::runtime_error {
+class ChainFault : public Fault {
 public:
-    using std::runtime_error::runtime_error;
+    using Fault::Fault;
 };
 
 struct ChainSurvey {
@@ -60,4 +60,4 @@ struct ChainSurvey {
 /// @throws ChainFault if no chain answers, if it is too long, or if its answers contradict each other.
 ChainSurvey surveyChain(const ChainProbes& captured);
 
-} // namespace TAVO::cli
+} // namespace TAVO::toolkit

@@ -1,9 +1,9 @@
-#include <tavo/cli/exchange_time.h>
+#include <tavo/toolkit/exchange_time.h>
 
 #include <algorithm>
 #include <cstdint>
 
-namespace TAVO::cli {
+namespace TAVO::toolkit {
 
 namespace {
 
@@ -90,4 +90,4 @@ std::chrono::milliseconds busyTime(const std::vector<std::shared_ptr<Method>>& m
     return time < tiny ? std::chrono::milliseconds(0) : std::chrono::ceil<std::chrono::milliseconds>(time);
 }
 
-} // namespace TAVO::cli
+} // namespace TAVO::toolkit

@@ -6,12 +6,12 @@
 
 #include <gtest/gtest.h>
 
-#include <tavo/cli/exchange_time.h>
+#include <tavo/toolkit/exchange_time.h>
 
 namespace {
 
 using namespace TAVO;
-using namespace TAVO::cli;
+using namespace TAVO::toolkit;
 using namespace std::chrono_literals;
 
 template <class Request>
