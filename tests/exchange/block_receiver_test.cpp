@@ -88,21 +88,21 @@ protected:
     }
 };
 
-const Bytes one(100'000, 0x11);
-const Bytes other(200'000, 0x22);
+const Bytes firstBlock(100'000, 0x11);
+const Bytes secondBlock(200'000, 0x22);
 
 TEST_F(ArrivingBlocks, GoToTheReceiverInTheirOrderAndTextsDoNot) {
-    const auto bytes = bytesOf(one, other);
+    const auto bytes = bytesOf(firstBlock, secondBlock);
     Receiver receiver;
     const auto record = read(bytes, bytes.size());
-    EXPECT_EQ(receiver.blocks, (std::vector<Bytes>{one, other}));
+    EXPECT_EQ(receiver.blocks, (std::vector<Bytes>{firstBlock, secondBlock}));
     EXPECT_EQ(record.first, Bytes{0}) << "what the receiver left there";
     EXPECT_EQ(record.second, Bytes{1});
     EXPECT_EQ(record.text, std::string(80'000, 't'));
 }
 
 TEST_F(ArrivingBlocks, GoToTheLatestReceiverOfTheThread) {
-    const auto bytes = bytesOf(one, other);
+    const auto bytes = bytesOf(firstBlock, secondBlock);
     Receiver outer;
     {
         Receiver inner;
@@ -113,25 +113,25 @@ TEST_F(ArrivingBlocks, GoToTheLatestReceiverOfTheThread) {
     EXPECT_EQ(TAVO::BlockReceiver::current(), &outer);
     std::thread([&] {
         EXPECT_EQ(TAVO::BlockReceiver::current(), nullptr);
-        EXPECT_EQ(read(bytes, bytes.size()).first, one);
+        EXPECT_EQ(read(bytes, bytes.size()).first, firstBlock);
     }).join();
     EXPECT_TRUE(outer.blocks.empty());
 }
 
 TEST_F(ArrivingBlocks, GoToTheRecordWithoutAReceiver) {
-    const auto bytes = bytesOf(one, other);
+    const auto bytes = bytesOf(firstBlock, secondBlock);
     { const Receiver gone; }
     const auto record = read(bytes, bytes.size());
-    EXPECT_EQ(record.first, one);
-    EXPECT_EQ(record.second, other);
+    EXPECT_EQ(record.first, firstBlock);
+    EXPECT_EQ(record.second, secondBlock);
 }
 
 TEST_F(ArrivingBlocks, PassOnTheFailureOfTheConnection) {
-    const auto bytes = bytesOf(one, other);
+    const auto bytes = bytesOf(firstBlock, secondBlock);
     const Bytes cut(bytes.begin(), bytes.end() - 1);
     Receiver receiver;
     EXPECT_EQ(failureOf<NetworkError>([&] { read(cut, bytes.size()); }), "cut");
-    EXPECT_EQ(receiver.blocks, std::vector<Bytes>{one});
+    EXPECT_EQ(receiver.blocks, std::vector<Bytes>{firstBlock});
 }
 
 /// A whole exchange: its long result goes through, its short ones are the records' own.
