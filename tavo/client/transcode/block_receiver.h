@@ -24,8 +24,8 @@ public:
     /// The one of this thread; null if there is none.
     static BlockReceiver* current() noexcept;
 
-    /// Reads a block of `length` bytes from `in`, best by TAVOX::InputStream::readRaw in parts: the peer chose
-    /// the length, so take no memory for more than has arrived. What throws ends the exchange: what
+    /// Reads a block of `length` bytes from `in`, best by TAVOX::InputStream::readRaw in parts: the peer
+    /// chose the length, so take no memory for more than has arrived. What throws ends the exchange: what
     /// TAVOX::InputStream throws has to pass.
     /// @param block the empty field of the record. What is left in it, the record has.
     virtual void receive(TAVOX::InputStream& in, std::uint64_t length, std::vector<std::uint8_t>& block) = 0;
