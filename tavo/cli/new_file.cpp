@@ -97,7 +97,7 @@ void NewFile::write(std::span<const std::uint8_t> bytes) {
     }
 }
 
-void NewFile::giveName() {
+void NewFile::publish() {
     if (isPublished_)
         return;
     if (::fchmod(file_, permissions_) != 0 || std::rename(temporary_.c_str(), path_.c_str()) != 0)
@@ -105,12 +105,10 @@ void NewFile::giveName() {
     isPublished_ = true;
 }
 
-void NewFile::publish() { giveName(); }
-
 void NewFile::complete() {
     if (::fsync(file_) != 0)
         refuse();
-    giveName();
+    publish();
     ::close(std::exchange(file_, -1));
 }
 

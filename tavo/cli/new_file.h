@@ -32,7 +32,6 @@ public:
     void complete();
 
 private:
-    void giveName();
     [[noreturn]] void refuse() const;
 
     std::string path_;
