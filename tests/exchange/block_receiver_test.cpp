@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <memory>
+#include <stdexcept>
 #include <thread>
 #include <vector>
 
@@ -116,6 +117,40 @@ TEST_F(ArrivingBlocks, GoToTheLatestReceiverOfTheThread) {
         EXPECT_EQ(read(bytes, bytes.size()).first, firstBlock);
     }).join();
     EXPECT_TRUE(outer.blocks.empty());
+}
+
+TEST_F(ArrivingBlocks, GoToTheLatestReceiverThatIsLeft) {
+    const auto bytes = bytesOf(firstBlock, secondBlock);
+    auto former = std::make_unique<Receiver>();
+    auto later = std::make_unique<Receiver>();
+    former.reset();
+    read(bytes, bytes.size());
+    EXPECT_EQ(later->blocks.size(), 2u);
+    later.reset();
+    EXPECT_EQ(TAVO::BlockReceiver::current(), nullptr);
+}
+
+/// Reads more or less than the block has.
+class InexactReceiver : public TAVO::BlockReceiver {
+public:
+    explicit InexactReceiver(int more)
+        : more_(more) {}
+    void receive(TAVOX::InputStream& in, std::uint64_t length, Bytes& block) override {
+        block.resize(static_cast<std::size_t>(static_cast<std::int64_t>(length) + more_));
+        in.readRaw(block.data(), block.size());
+    }
+
+private:
+    int more_;
+};
+
+TEST_F(ArrivingBlocks, AreReadWholeOrEndTheExchange) {
+    const auto bytes = bytesOf(firstBlock, secondBlock);
+    for (const int more : {-1, 1}) {
+        InexactReceiver receiver(more);
+        EXPECT_EQ(failureOf<std::logic_error>([&] { read(bytes, bytes.size()); }),
+                  "A BlockReceiver has to read the whole block and nothing else.");
+    }
 }
 
 TEST_F(ArrivingBlocks, GoToTheRecordWithoutAReceiver) {

@@ -13,7 +13,13 @@ BlockReceiver::BlockReceiver() noexcept
     latest = this;
 }
 
-BlockReceiver::~BlockReceiver() { latest = former_; }
+BlockReceiver::~BlockReceiver() {
+    auto* place = &latest;
+    while (*place && *place != this)
+        place = &(*place)->former_;
+    if (*place)
+        *place = former_;
+}
 
 BlockReceiver* BlockReceiver::current() noexcept { return latest; }
 

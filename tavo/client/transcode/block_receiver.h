@@ -24,9 +24,10 @@ public:
     /// The one of this thread; null if there is none.
     static BlockReceiver* current() noexcept;
 
-    /// Reads a block of `length` bytes from `in`, best by TAVOX::InputStream::readRaw in parts: the peer
-    /// chose the length, so take no memory for more than has arrived. What throws ends the exchange: what
-    /// TAVOX::InputStream throws has to pass.
+    /// Reads a block of `length` bytes from `in`, no more and no less, best by TAVOX::InputStream::readRaw in
+    /// parts: the peer chose the length, so take no memory for more than has arrived. What throws ends the
+    /// exchange: what TAVOX::InputStream throws has to pass, and std::logic_error is thrown after one that
+    /// read another number of bytes.
     /// @param block the empty field of the record. What is left in it, the record has.
     virtual void receive(TAVOX::InputStream& in, std::uint64_t length, std::vector<std::uint8_t>& block) = 0;
 

@@ -4,6 +4,7 @@
 #include <concepts>
 #include <cstdint>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <tuple>
 #include <type_traits>
@@ -145,7 +146,10 @@ void receiveBlock(TAVOX::InputStream& in, std::size_t length, Block& block) {
     block.clear();
     if constexpr (std::same_as<Block, Bytes>)
         if (auto* receiver = BlockReceiver::current()) {
+            const auto before = in.remaining();
             receiver->receive(in, length, block);
+            if (!in.failed() && before - in.remaining() != length)
+                throw std::logic_error("A BlockReceiver has to read the whole block and nothing else.");
             return;
         }
     while (block.size() < length) {
