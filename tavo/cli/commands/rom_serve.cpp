@@ -34,11 +34,13 @@ public:
         , isEnabled_(session.value(*rom_, lpcRomEmulation_v1_0::enableGet).enable) {}
 
     std::uint32_t size() const { return size_; }
-    bool isEnabled() const { return isEnabled_; }
+    /// As this program knows; empty if the device did not answer when it was to change that.
+    std::optional<bool> isEnabled() const { return isEnabled_; }
 
+    /// Tells the device in any case: others may share it.
     void enable(bool enabled) {
-        if (enabled != isEnabled_)
-            session_.execute(*rom_, lpcRomEmulation_v1_0::enableSet, enabled);
+        isEnabled_.reset();
+        session_.execute(*rom_, lpcRomEmulation_v1_0::enableSet, enabled);
         isEnabled_ = enabled;
     }
 
@@ -78,7 +80,7 @@ private:
     Session& session_;
     std::shared_ptr<LpcRomEmulation_v1_0> rom_;
     std::uint32_t size_;
-    bool isEnabled_;
+    std::optional<bool> isEnabled_;
 };
 
 /// The ROM as a flash chip, as far as the device works. Keeps a board from booting from half an image: the
@@ -88,7 +90,7 @@ public:
     ServedRom(RomOfDevice& rom, Output& output, const FlashChip& chip, bool enable)
         : rom_(rom)
         , output_(output)
-        , isToBeEnabled_(rom.isEnabled() || enable)
+        , isToBeEnabled_(rom.isEnabled() == true || enable)
         , access_(rom.access())
         , image_(chip.size, access_)
         , flash_(chip, image_)
@@ -98,6 +100,7 @@ public:
 
     FlashAccess access() {
         return {[this](std::span<const std::uint8_t> sent, std::size_t length) {
+                    InterruptWatch::throwIfInterrupted();
                     std::optional<FlashAccess::Bytes> received;
                     guard_.attempt([&] { received = flash_.transfer(sent, length); });
                     return received;
@@ -112,6 +115,7 @@ public:
     /// For a client that comes.
     void begin() {
         image_.forget();
+        flash_.forbidWriting();
         before_ = image_.written();
     }
     void throwIfFailed() const {
@@ -124,27 +128,34 @@ public:
     bool isUnfinished() const { return isChanged_ || image_.unwritten() > 0; }
     /// How far it came.
     std::string stateText() const {
-        return fmt::format("{} bytes were written, {} were not; the ROM is {}", image_.written() - before_,
-                           image_.unwritten(), rom_.isEnabled() ? "enabled" : "off");
+        const auto written = image_.written() - before_;
+        const auto isEnabled = rom_.isEnabled();
+        return fmt::format("at least {} of {} changed bytes were written; the ROM is {}", written,
+                           written + image_.unwritten(),
+                           !isEnabled   ? "not known to be off"
+                           : *isEnabled ? "enabled"
+                                        : "off");
     }
 
 private:
     void settle() {
         if (image_.unwritten() == 0)
             return;
-        isChanged_ = true;
-        rom_.enable(false);
+        if (!std::exchange(isChanged_, true))
+            rom_.enable(false);
         image_.flush();
     }
 
     void release() {
         settle();
-        if (std::exchange(isChanged_, false))
-            isHalf_ = false;
-        if (isToBeEnabled_ && isHalf_)
-            output_.warn("the ROM stays off: a client went in the middle of its work");
-        else if (isToBeEnabled_)
+        const bool isDoubtful = image_.isDoubtful();
+        if (isToBeEnabled_ && isDoubtful)
+            output_.warn("the ROM stays off: a client went in the middle of its work, and no other has read "
+                         "all that it changed");
+        else if (isToBeEnabled_ && (isChanged_ || rom_.isEnabled() != true))
             rom_.enable(true);
+        image_.accept();
+        isChanged_ = false;
     }
 
     void leave() {
@@ -152,7 +163,8 @@ private:
         if (!isChanged_ || guard_.hasFailed())
             return;
         output_.warn(fmt::format("the client went before it let the chip go: {}", stateText()));
-        isHalf_ = std::exchange(isChanged_, false);
+        image_.doubt();
+        isChanged_ = false;
     }
 
     RomOfDevice& rom_;
@@ -163,7 +175,6 @@ private:
     SpiFlash flash_;
     DeviceGuard guard_;
     bool isChanged_ = false;   ///< by a client that has not let the chip go
-    bool isHalf_ = false;      ///< left so by a client that has gone
     std::uint64_t before_ = 0; ///< written for other clients
 };
 
@@ -204,6 +215,7 @@ void serveRom(Session& session, Output& output, const RomServeOptions& options) 
             throw;
         }
         InterruptWatch::forget();
+        rom.throwIfFailed();
     }
 }
 

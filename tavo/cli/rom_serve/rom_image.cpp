@@ -31,7 +31,9 @@ void requireSame(const RomPiece& written, const std::vector<std::uint8_t>& found
 RomImage::RomImage(std::uint32_t size, const RomAccess& access)
     : access_(access)
     , bytes_(size)
-    , blocks_(size / blockSize) {}
+    , blocks_(size / blockSize)
+    , trust_(blocks_.size(), Trust::sound)
+    , isBlank_(blocks_.size()) {}
 
 template <class Action>
 void RomImage::forBlocks(std::uint32_t place, std::size_t length, Action action) {
@@ -43,6 +45,10 @@ void RomImage::read(std::uint32_t place, std::span<std::uint8_t> bytes) {
     forBlocks(place, bytes.size(), [&](std::size_t block) { require(block); });
     const auto content = std::span(bytes_).subspan(place, bytes.size());
     std::copy(content.begin(), content.end(), bytes.begin());
+    for (auto block = (place + blockSize - 1) / blockSize; (block + 1) * blockSize <= place + bytes.size();
+         ++block)
+        if (trust_[block] == Trust::doubtful)
+            trust_[block] = Trust::sound;
 }
 
 void RomImage::program(std::uint32_t place, std::span<const std::uint8_t> bytes) {
@@ -52,12 +58,16 @@ void RomImage::program(std::uint32_t place, std::span<const std::uint8_t> bytes)
         if ((cell & ~bytes[i]) == 0)
             continue;
         cell = static_cast<std::uint8_t>(cell & bytes[i]);
+        isBlank_[(place + i) / blockSize] = false;
         markChanged((place + i) / blockSize);
     }
 }
 
 void RomImage::erase(std::uint32_t place, std::uint32_t length) {
     forBlocks(place, length, [&](std::size_t block) {
+        if (isBlank_[block])
+            return;
+        isBlank_[block] = true;
         const auto bytes = bytesOf(block);
         const auto isErased = [](std::uint8_t byte) { return byte == erasedByte; };
         if (blocks_[block] != Block::unknown && std::all_of(bytes.begin(), bytes.end(), isErased))
@@ -89,6 +99,8 @@ void RomImage::require(std::size_t block) {
 }
 
 void RomImage::markChanged(std::size_t block) {
+    if (trust_[block] == Trust::sound)
+        trust_[block] = Trust::atWork;
     if (blocks_[block] == Block::changed)
         return;
     blocks_[block] = Block::changed;
@@ -134,9 +146,19 @@ void RomImage::flush() {
 }
 
 void RomImage::forget() {
-    for (auto& block : blocks_)
-        if (block == Block::same)
-            block = Block::unknown;
+    for (std::size_t block = 0; block < blocks_.size(); ++block)
+        if (blocks_[block] == Block::same) {
+            blocks_[block] = Block::unknown;
+            isBlank_[block] = false;
+        }
+}
+
+void RomImage::accept() { std::replace(trust_.begin(), trust_.end(), Trust::atWork, Trust::sound); }
+
+void RomImage::doubt() { std::replace(trust_.begin(), trust_.end(), Trust::atWork, Trust::doubtful); }
+
+bool RomImage::isDoubtful() const {
+    return std::find(trust_.begin(), trust_.end(), Trust::doubtful) != trust_.end();
 }
 
 } // namespace TAVO::cli

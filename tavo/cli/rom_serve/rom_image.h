@@ -49,6 +49,12 @@ public:
     /// Reads what has not changed anew when it is needed next.
     void forget();
 
+    /// The work that changed blocks is done.
+    void accept();
+    /// The work that changed blocks broke off: there is doubt about each until it has been read whole.
+    void doubt();
+    bool isDoubtful() const;
+
     /// How many bytes flush() would write.
     std::uint32_t unwritten() const { return dirtyBlocks_ * blockSize; }
     /// How many bytes were written and compared.
@@ -62,6 +68,7 @@ public:
 
 private:
     enum class Block : std::uint8_t { unknown, same, changed };
+    enum class Trust : std::uint8_t { sound, atWork, doubtful };
 
     /// Calls the action with the number of each block in which there are such bytes.
     template <class Action>
@@ -75,6 +82,9 @@ private:
     const RomAccess& access_;
     std::vector<std::uint8_t> bytes_;
     std::vector<Block> blocks_;
+    std::vector<Trust> trust_;
+    /// Known to be erased, so that a chip that is erased again and again costs nothing.
+    std::vector<bool> isBlank_;
     std::uint32_t dirtyBlocks_ = 0;
     std::uint64_t written_ = 0;
 };

@@ -37,9 +37,9 @@ public:
     void end() override;
 
     /// How long what was written waits for more. A client that goes on after a pause is slow, and gets twice
-    /// as long each time.
+    /// as long each time; but less than the second after which flashrom begins to verify.
     static constexpr Milliseconds patience{50};
-    static constexpr Milliseconds longestPatience{1600};
+    static constexpr Milliseconds longestPatience{400};
     /// What clients are told to send and to receive at most in one operation.
     static constexpr std::uint32_t longestWrite = 32 * 1024;
     static constexpr std::uint32_t longestRead = 64 * 1024;

@@ -34,6 +34,9 @@ public:
     /// @return these. @throws what the cells throw.
     Bytes transfer(std::span<const std::uint8_t> sent, std::size_t length);
 
+    /// Demands the commands that enable writing anew.
+    void forbidWriting() { isWritable_ = isStatusWritable_ = false; }
+
     const FlashChip& chip() const { return chip_; }
 
     static constexpr std::uint32_t pageSize = 256;

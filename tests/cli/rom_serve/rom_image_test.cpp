@@ -174,6 +174,25 @@ TEST_F(RomImageTest, ForgetsAllButWhatChanged) {
     EXPECT_EQ(memory[block], 0x33);
 }
 
+TEST_F(RomImageTest, IsDoubtfulAfterUnfinishedWorkUntilAllOfThatIsRead) {
+    memory[block] = 0xFF;
+    image.program(block, ImageBytes{0});
+    image.erase(3 * block, block);
+    EXPECT_FALSE(image.isDoubtful());
+    image.flush();
+    image.doubt();
+    image.forget();
+    EXPECT_TRUE(image.isDoubtful());
+    read(block, block);
+    EXPECT_TRUE(image.isDoubtful());
+    image.program(3 * block, ImageBytes{0});
+    image.accept();
+    read(3 * block, block - 1);
+    EXPECT_TRUE(image.isDoubtful()) << "read in part";
+    read(3 * block, block);
+    EXPECT_FALSE(image.isDoubtful());
+}
+
 TEST_F(RomImageTest, StaysAsItIsWhenTheDeviceFails) {
     const auto working = access;
     access.read = [](const auto&) -> RomAccess::Contents { throw std::runtime_error("gone"); };

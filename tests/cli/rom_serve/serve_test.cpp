@@ -129,12 +129,16 @@ TEST_F(RomServe, WritesInAPauseAndLeavesTheRomOffBehindAClientThatIsCutOff) {
         EXPECT_FALSE(isEnabled());
         changeRom(reader, at(0x02, 1, {0x33}));
         EXPECT_EQ(askRom(reader, letGo), romAck);
+        EXPECT_FALSE(isEnabled()) << "nobody has looked at what the client left";
+        for (const std::uint32_t block : {0u, 0x7FF000u})
+            EXPECT_EQ(askRom(reader, spi(at(0x03, block), 4096), 4097).size(), 4097u);
+        EXPECT_EQ(askRom(reader, letGo), romAck);
         EXPECT_TRUE(isEnabled());
     }
     const auto end = server->end();
     EXPECT_EQ(end.exitCode, 0);
-    EXPECT_THAT(end.errors, HasSubstr("the client went before it let the chip go: 8192 bytes were written, 0 "
-                                      "were not; the ROM is off"));
+    EXPECT_THAT(end.errors, HasSubstr("the client went before it let the chip go: at least 8192 of 8192 "
+                                      "changed bytes were written; the ROM is off"));
     EXPECT_THAT(end.errors, HasSubstr("the ROM stays off: a client went in the middle of its work"));
 }
 
@@ -147,9 +151,55 @@ TEST_F(RomServe, SignalWithinAClientsWorkEndsAsASignalWithTheRomOff) {
     EXPECT_EQ(askRom(client, {0x00}), romAck) << "the tool knows it too";
     const auto end = server->end();
     EXPECT_EQ(end.signal, SIGTERM);
-    EXPECT_THAT(end.errors, HasSubstr("4096 bytes were written, 0 were not; the ROM is off"));
+    EXPECT_THAT(end.errors, HasSubstr("at least 4096 of 4096 changed bytes were written; the ROM is off"));
     EXPECT_FALSE(isEnabled());
     EXPECT_FALSE(simulator.lockHolder());
+}
+
+TEST_F(RomServe, SwitchesTheRomOffThoughAnotherHasSwitchedItOnMeanwhile) {
+    const auto server = serve();
+    setEnabled(true);
+    RawClient client(server->port());
+    changeRom(client, at(0x02, 0, {0x11}));
+    ASSERT_TRUE(support::soon([&] { return memory(0, 1) == FlashBytes{0x11}; }));
+    EXPECT_FALSE(isEnabled());
+    EXPECT_EQ(askRom(client, letGo), romAck);
+    EXPECT_EQ(server->end().exitCode, 0);
+}
+
+TEST_F(RomServe, EnablesWritingForOneClientOnly) {
+    const auto server = serve();
+    {
+        RawClient client(server->port());
+        EXPECT_EQ(askRom(client, spi({0x06})), romAck);
+    }
+    RawClient next(server->port());
+    EXPECT_EQ(askRom(next, spi({0x05}, 1), 2), (FlashBytes{0x06, 0x00}));
+    EXPECT_EQ(server->end().exitCode, 0);
+}
+
+TEST_F(RomServe, ErasesAgainAndAgainWithoutKeepingOthersWaiting) {
+    const auto server = serve();
+    {
+        RawClient flood(server->port());
+        const auto erase = spi({0x06}) + spi({0xC7});
+        FlashBytes many;
+        for (int i = 0; i < 20'000; ++i)
+            many.insert(many.end(), erase.begin(), erase.end());
+        ASSERT_TRUE(flood.send(many));
+    }
+    RawClient next(server->port());
+    EXPECT_EQ(askRom(next, {0x00}), romAck);
+    EXPECT_EQ(server->end().exitCode, 0);
+}
+
+TEST_F(RomServe, TellsOfADeviceThatFailedEvenIfItIsStopped) {
+    const auto server = serve();
+    RawClient client(server->port());
+    EXPECT_EQ(askRom(client, {0x00}), romAck);
+    simulator.failNext(TAVO::simulator::faults::Close{});
+    EXPECT_EQ(askRom(client, spi(at(0x03, 0), 1)), romNak);
+    EXPECT_EQ(server->end().exitCode, 5);
 }
 
 TEST_F(RomServe, EndsTheConnectionOfAClientThatSendsNoMore) {
@@ -212,7 +262,8 @@ TEST(RomServeDifference, IsRefusedAndEndsTheServer) {
             EXPECT_EQ(end.exitCode, 1);
             EXPECT_THAT(end.errors, HasSubstr("every operation is refused from now on: first difference at "
                                               "offset 0x3009: the device has 0x99, 0xff was written"));
-            EXPECT_THAT(end.errors, HasSubstr("0 bytes were written, 4096 were not; the ROM is off"));
+            EXPECT_THAT(end.errors,
+                        HasSubstr("at least 0 of 4096 changed bytes were written; the ROM is off"));
             EXPECT_FALSE(simulator.inspect(
                 [](auto& appliance) { return appliance.template get<ForgetfulRom>("rom").rom().enabled(); }));
             EXPECT_FALSE(simulator.lockHolder());
