@@ -65,8 +65,8 @@ public:
     /// device after that may take a moment.
     /// @param stop may be empty. @param work uses an Access of this connection.
     void help(const std::shared_ptr<Stop>& stop, const std::function<void()>& work);
-    /// Within help(): calls back to Python, with the GIL. @throws Stopped if that raises.
-    void callBack(const std::function<void()>& function);
+    /// Within help(): calls a function of Python, with the GIL. @throws Stopped if that raises.
+    void callBack(const py::object& function, const std::function<py::tuple()>& arguments);
 
     /// The root of the tree.
     /// @throws py::error_already_set when there is no device any more.

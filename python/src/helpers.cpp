@@ -82,7 +82,7 @@ toolkit::Progress progressTo(const SharedNode& node, const py::object& function)
         return [](std::string_view, std::uint64_t, std::uint64_t) {};
     return [&connection = *node->connection(), &function](std::string_view phase, std::uint64_t done,
                                                           std::uint64_t total) {
-        connection.callBack([&] { function(phase, done, total); });
+        connection.callBack(function, [&] { return py::make_tuple(phase, done, total); });
     };
 }
 
@@ -159,7 +159,7 @@ std::uint64_t saveRom(const SharedNode& node, const py::object& write, std::uint
         memory.read(
             "reading", offset, static_cast<std::uint32_t>(length),
             [&](std::uint32_t, const Bytes& data) {
-                node->connection()->callBack([&] { write(bytesOf(data)); });
+                node->connection()->callBack(write, [&] { return py::make_tuple(bytesOf(data)); });
             },
             told);
     });

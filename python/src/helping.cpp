@@ -88,10 +88,16 @@ void Connection::help(const std::shared_ptr<Stop>& stop, const std::function<voi
     runOutside([&] { blamingTheDevice(work); });
 }
 
-void Connection::callBack(const std::function<void()>& function) {
+void Connection::callBack(const py::object& function, const std::function<py::tuple()>& arguments) {
     outside_->inside([&] {
         try {
-            function();
+            const auto all = arguments();
+            // What is between here and Python must not be unwound without the GIL.
+            auto* const result =
+                process::runPython([&] { return PyObject_CallObject(function.ptr(), all.ptr()); });
+            if (!result)
+                throw py::error_already_set();
+            Py_DECREF(result);
         } catch (py::error_already_set& raised) {
             raised.restore();
             signalRaised_ = true;
