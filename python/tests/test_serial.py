@@ -121,6 +121,49 @@ def test_reading_ends_with_the_port(port: tavo.SerialPort) -> None:
         port.read(1)
 
 
+def test_a_signal_handler_cannot_use_a_busy_port(run_python: Runner) -> None:
+    ended = run_python(
+        "import signal, tavo\n"
+        "simulator = tavo.Simulator().__enter__()\n"
+        "device = tavo.open(simulator.host, port=simulator.port, user='engineer', password='tavo')\n"
+        "device.power.set(True)\n"
+        "port = device.com.open_serial()\n"
+        "for use in (port.close, lambda: port.write(b'x'), lambda: port.read(1)):\n"
+        "    signal.signal(signal.SIGALRM, lambda *_: use())\n"
+        "    simulator.fail_next('silent')\n"
+        "    signal.setitimer(signal.ITIMER_REAL, 0.3)\n"
+        "    try:\n        port.write(b'')\n"
+        "    except RuntimeError as error:\n        print(error)\n"
+        "port.close()\n"
+        "print([call.method for call in simulator.calls()][-1])\n"
+        "device.close()\n"
+    )
+    told = "the device is in the middle of a call of this thread\n" * 3
+    assert (ended.stdout, ended.stderr) == (told + "close\n", "")
+
+
+def test_a_close_that_is_cut_short_can_be_repeated(run_python: Runner) -> None:
+    ended = run_python(
+        "import signal, threading, time, tavo\n"
+        "simulator = tavo.Simulator().__enter__()\n"
+        "device = tavo.open(simulator.host, port=simulator.port, user='engineer', password='tavo')\n"
+        "device.power.set(True)\n"
+        "port = device.com.open_serial()\n"
+        "other = threading.Thread(target=lambda: device.system.usleep(1_500_000))\n"
+        "other.start()\n"
+        "time.sleep(0.2)\n"
+        "signal.signal(signal.SIGALRM, signal.default_int_handler)\n"
+        "signal.setitimer(signal.ITIMER_REAL, 0.3)\n"
+        "try:\n    port.close()\n"
+        "except KeyboardInterrupt:\n    print(port.closed)\n"
+        "other.join()\n"
+        "port.close()\n"
+        "print(port.closed, [call.method for call in simulator.calls()][-1])\n"
+        "device.close()\n"
+    )
+    assert (ended.stdout, ended.stderr) == ("False\nTrue close\n", "")
+
+
 def test_a_port_that_nobody_closes(run_python: Runner) -> None:
     ended = run_python(
         "import tavo\n"
