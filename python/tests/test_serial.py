@@ -106,6 +106,23 @@ def test_the_port_is_open_and_closed_on_the_device(tavo_device: tavo.Device, tav
         tavo_device.com.open_serial(baud=1)
 
 
+def test_an_opening_that_is_cut_short_leaves_no_port_open(
+    tavo_device: tavo.Device, tavo_simulator: tavo.Simulator
+) -> None:
+    tavo_device.power.set(state=True)
+    tavo_simulator.clear_calls()
+    tavo_device.timeout = 1
+    tavo_simulator.fail_next("silent")
+    with pytest.raises(tavo.NetworkError):
+        tavo_device.com.open_serial()
+    methods = [call.method for call in tavo_simulator.calls()]
+    assert [method for method in methods if method in ("open", "close")] == ["open", "close"]
+    tavo_simulator.clear_calls()
+    with pytest.raises(tavo.Refused):
+        tavo_device.com.open_serial(baud=1)
+    assert [call.method for call in tavo_simulator.calls()] == ["open"]
+
+
 def test_reading_ends_with_the_device(port: tavo.SerialPort, tavo_device: tavo.Device) -> None:
     port.timeout = None
     threading.Timer(0.3, tavo_device.close).start()
