@@ -140,6 +140,24 @@ void Connection::runLastCalls(const toolkit::Methods& calls) {
     execute(*device_, calls);
 }
 
+void Connection::closeWhatIsLeftOpen() {
+    const auto all = std::exchange(leftOpen_, {});
+    if (all.empty())
+        return;
+    Helping helping{.stop = nullptr, .interrupts = interrupts_};
+    const Set<Helping*> helped(helping_, &helping);
+    runOutside([&] {
+        for (const auto& [object, left] : all) {
+            try {
+                left->close();
+            } catch (const KnownFailure&) { // the device refuses: it is not open any more
+            } catch (const std::exception&) {
+                return;
+            }
+        }
+    });
+}
+
 void ConnectionAccess::insist(const Method& executed) {
     if (executed.returnCode() != 0)
         throw KnownFailure(Failure::refused(executed.returnCode(), executed.getFullName()));

@@ -108,8 +108,11 @@ def test_cancelling_leaves_no_port_open(run: Callable[[Work], None], tavo_simula
             await opening
         await device.power.get()
         assert methods() == ["open", "close"] * 2
+        # One that nobody closes is closed with the device.
+        await device.com.open_serial()
 
     run(work)
+    assert [call.method for call in tavo_simulator.calls() if call.object == "com"][-2:] == ["open", "close"]
 
 
 def test_cancelling_ends_a_helper_and_leaves_the_port_as_it_was(run: Callable[[Work], None]) -> None:

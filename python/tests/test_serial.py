@@ -123,6 +123,15 @@ def test_an_opening_that_is_cut_short_leaves_no_port_open(
     assert [call.method for call in tavo_simulator.calls()] == ["open"]
 
 
+def test_the_device_closes_its_ports(tavo_device: tavo.Device, tavo_simulator: tavo.Simulator) -> None:
+    tavo_device.power.set(state=True)
+    port = tavo_device.com.open_serial()
+    tavo_simulator.clear_calls()
+    tavo_device.close()
+    port.close()
+    assert [call.method for call in tavo_simulator.calls()] == ["close", "unlock"]
+
+
 def test_reading_ends_with_the_device(port: tavo.SerialPort, tavo_device: tavo.Device) -> None:
     port.timeout = None
     threading.Timer(0.3, tavo_device.close).start()
@@ -191,5 +200,9 @@ def test_a_port_that_nobody_closes(run_python: Runner) -> None:
         "port = None\n"
         "print([call.method for call in simulator.calls()][-1])\n"
         "port = device.com.open_serial()\n"
+        "import atexit\n"
+        "atexit.unregister(tavo._core.close_all)\n"
+        "atexit.register(lambda: print([call.method for call in simulator.calls()][-2]))\n"
+        "atexit.register(tavo._core.close_all)\n"
     )
-    assert (ended.stdout, ended.stderr) == ("close\n", "")
+    assert (ended.stdout, ended.stderr) == ("close\nclose\n", "")
