@@ -10,6 +10,7 @@
 
 #include <tavo/toolkit/serial_link.h>
 
+#include "checked.h"
 #include "failure.h"
 #include "node.h"
 
@@ -100,20 +101,21 @@ private:
     std::shared_ptr<OpenPort> open_;
 };
 
-void sendBreak(const std::shared_ptr<Node>& node, const Settings& settings, const SharedStop& stop) {
-    const auto port = portOf(*node);
-    ConnectionAccess access(*node->connection());
-    node->connection()->help(stop,
-                             [&] { toolkit::sendBreak(access, port, std::apply(settingsOf, settings)); });
+void sendBreak(const Node& node, const Settings& settings, const SharedStop& stop) {
+    const auto port = portOf(node);
+    ConnectionAccess access(*node.connection());
+    node.connection()->help(stop,
+                            [&] { toolkit::sendBreak(access, port, std::apply(settingsOf, settings)); });
 }
 
 } // namespace
 
 void addSerial(py::module_& module) {
-    py::class_<Serial>(module, "SerialLink")
-        .def(py::init<std::shared_ptr<Node>, const Settings&, const SharedStop&>())
-        .def("exchange", &Serial::exchange)
-        .def("close", &Serial::close);
+    py::class_<Serial, std::shared_ptr<Serial>>(module, "SerialLink")
+        .def(py::init<std::shared_ptr<Node>, const Settings&, const SharedStop&>(), py::arg().none(false),
+             py::arg(), py::arg())
+        .def("exchange", checked(&Serial::exchange))
+        .def("close", checked(&Serial::close));
     module.def("send_break", sendBreak);
 }
 
