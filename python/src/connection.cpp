@@ -164,11 +164,12 @@ void Connection::interrupt() {
 
 void Connection::release() {
     closed_ = true;
-    auto device = std::move(device_);
-    if (!device)
+    if (!device_)
         return;
     closing_ = true;
-    device->setTimeLimit(std::min(device->timeLimit().value_or(longestRelease), longestRelease));
+    device_->setTimeLimit(std::min(device_->timeLimit().value_or(longestRelease), longestRelease));
+    closeWhatIsLeftOpen();
+    auto device = std::move(device_);
     runOutside([&] { device.reset(); });
 }
 

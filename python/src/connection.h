@@ -4,6 +4,7 @@
 #include <chrono>
 #include <exception>
 #include <functional>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -43,6 +44,14 @@ private:
     std::atomic<bool> requested_ = false;
 };
 
+/// What a helper has left open on the device. Owns nothing of Python.
+class LeftOpen {
+public:
+    virtual ~LeftOpen() = default;
+    /// Within a helper.
+    virtual void close() = 0;
+};
+
 /// A device that threads share: they take turns. All operations need the GIL, and give it up while they wait.
 /// Signals of Python are handled meanwhile; if a handler raises, the exchange is interrupted.
 class Connection : public std::enable_shared_from_this<Connection> {
@@ -65,8 +74,17 @@ public:
     /// device after that may take a moment.
     /// @param stop may be empty. @param work uses an Access of this connection.
     void help(const std::shared_ptr<Stop>& stop, const std::function<void()>& work);
-    /// Within help(): calls back to Python, with the GIL. @throws Stopped if that raises.
-    void callBack(const std::function<void()>& function);
+    /// Within help(): calls a function of Python, with the GIL. @throws Stopped if that raises.
+    void callBack(const py::object& function, const std::function<py::tuple()>& arguments);
+
+    /// Closes this before the device, in place of what was left open at the object before.
+    void leave(const Object_v1_0& object, std::shared_ptr<LeftOpen> left) {
+        leftOpen_[&object] = std::move(left);
+    }
+    /// It has been closed.
+    void forget(const LeftOpen& left) {
+        std::erase_if(leftOpen_, [&](const auto& each) { return each.second.get() == &left; });
+    }
 
     /// The root of the tree.
     /// @throws py::error_already_set when there is no device any more.
@@ -111,6 +129,8 @@ private:
     void throwIfStopped();
     void runCalls(const toolkit::Methods& calls);
     void runLastCalls(const toolkit::Methods& calls);
+    /// The caller has the turn.
+    void closeWhatIsLeftOpen();
 
     void requireOpen() const;
     /// Runs `work` without the GIL and raises what goes wrong. The caller has the turn.
@@ -119,6 +139,8 @@ private:
     bool isOfThisProcess() const { return generation_ == process::generation(); }
 
     std::shared_ptr<Device> device_;
+    /// Used with the GIL only.
+    std::map<const Object_v1_0*, std::shared_ptr<LeftOpen>> leftOpen_;
     std::shared_ptr<Interrupter> interrupter_;
     std::timed_mutex turn_;
     std::atomic<std::thread::id> owner_ = std::thread::id();
@@ -131,6 +153,7 @@ private:
     /// How many threads are about to close the device.
     std::atomic<unsigned> closers_ = 0;
     std::atomic<bool> closed_ = false;
+    /// Nothing interrupts any more.
     bool closing_ = false;
     const unsigned generation_;
 };

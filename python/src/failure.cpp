@@ -11,6 +11,7 @@
 #include <tavo/jtag/svf/svf_error.h>
 #include <tavo/toolkit/errors.h>
 
+#include "process.h"
 #include "values.h"
 
 namespace TAVO::python {
@@ -129,7 +130,7 @@ py::object Failure::toPython() const {
 }
 
 void Failure::raise() const {
-    const auto exception = toPython();
+    const auto exception = process::runPython([&] { return toPython(); });
     PyErr_SetObject(reinterpret_cast<PyObject*>(Py_TYPE(exception.ptr())), exception.ptr());
     throw py::error_already_set();
 }

@@ -20,6 +20,7 @@
 #include <tavo/toolkit/rom.h>
 #include <tavo/toolkit/svf.h>
 
+#include "checked.h"
 #include "failure.h"
 #include "node.h"
 #include "serial.h"
@@ -29,7 +30,6 @@ namespace TAVO::python {
 
 namespace {
 
-using SharedNode = std::shared_ptr<Node>;
 using SharedStop = std::shared_ptr<Stop>;
 using Bytes = toolkit::RomMemory::Bytes;
 using HWDebug::LpcRomEmulation_v1_0;
@@ -67,26 +67,26 @@ std::string nameOf(const py::str& text) {
 
 /// Runs a helper with an object of a class.
 template <class Object, class Work>
-void helpWith(const SharedNode& node, const SharedStop& stop, Work work) {
-    const auto object = std::dynamic_pointer_cast<Object>(node->object());
+void helpWith(const Node& node, const SharedStop& stop, Work work) {
+    const auto object = std::dynamic_pointer_cast<Object>(node.object());
     if (!object)
-        Failure::ofThisSide(node->object()->getFullName() + " is of another type").raise();
-    auto& connection = *node->connection();
+        Failure::ofThisSide(node.object()->getFullName() + " is of another type").raise();
+    auto& connection = *node.connection();
     ConnectionAccess access(connection);
     connection.help(stop, [&] { work(access, object); });
 }
 
 /// What is told during a transfer, if somebody wants to know.
-toolkit::Progress progressTo(const SharedNode& node, const py::object& function) {
+toolkit::Progress progressTo(const Node& node, const py::object& function) {
     if (function.is_none())
         return [](std::string_view, std::uint64_t, std::uint64_t) {};
-    return [&connection = *node->connection(), &function](std::string_view phase, std::uint64_t done,
-                                                          std::uint64_t total) {
-        connection.callBack([&] { function(phase, done, total); });
+    return [&connection = *node.connection(), &function](std::string_view phase, std::uint64_t done,
+                                                         std::uint64_t total) {
+        connection.callBack(function, [&] { return py::make_tuple(phase, done, total); });
     };
 }
 
-py::tuple scanChain(const SharedNode& node, const SharedStop& stop) {
+py::tuple scanChain(const Node& node, const SharedStop& stop) {
     toolkit::ChainSurvey survey;
     helpWith<Object_v1_0>(node, stop, [&](toolkit::Access& access, const auto& jtag) {
         survey = toolkit::scanChain(access, *jtag);
@@ -98,7 +98,7 @@ py::tuple scanChain(const SharedNode& node, const SharedStop& stop) {
                           bytesOf(survey.instructionCapture.bytes()), survey.splits, survey.hasMoreSplits);
 }
 
-std::vector<std::uint32_t> detect(const SharedNode& node, std::uint32_t first, std::uint32_t last,
+std::vector<std::uint32_t> detect(const Node& node, std::uint32_t first, std::uint32_t last,
                                   const SharedStop& stop) {
     std::vector<std::uint32_t> found;
     helpWith<HWDebug::I2c_v1_0>(node, stop, [&](toolkit::Access& access, const auto& bus) {
@@ -107,7 +107,7 @@ std::vector<std::uint32_t> detect(const SharedNode& node, std::uint32_t first, s
     return found;
 }
 
-py::list takeCodes(const SharedNode& node, const SharedStop& stop) {
+py::list takeCodes(const Node& node, const SharedStop& stop) {
     std::vector<dto::lpcPostCode::FifoEntry> entries;
     helpWith<HWDebug::LpcPostCode_v1_0>(node, stop, [&](toolkit::Access& access, const auto& receiver) {
         entries = toolkit::takeCodes(access, *receiver);
@@ -119,7 +119,7 @@ py::list takeCodes(const SharedNode& node, const SharedStop& stop) {
 }
 
 /// @param[out] notes gets what has been done, if this raises after something was changed.
-bool loadRom(const SharedNode& node, const py::object& image, const py::str& name,
+bool loadRom(const Node& node, const py::object& image, const py::str& name,
              const toolkit::RomLoadOptions& options, const py::object& progress, const SharedStop& stop,
              py::list& notes) {
     const Content content(image);
@@ -147,7 +147,7 @@ bool loadRom(const SharedNode& node, const py::object& image, const py::str& nam
 }
 
 /// @param write takes each chunk.
-std::uint64_t saveRom(const SharedNode& node, const py::object& write, std::uint32_t offset,
+std::uint64_t saveRom(const Node& node, const py::object& write, std::uint32_t offset,
                       std::optional<std::uint32_t> wanted, const py::object& progress,
                       const SharedStop& stop) {
     std::uint64_t length = 0;
@@ -159,14 +159,14 @@ std::uint64_t saveRom(const SharedNode& node, const py::object& write, std::uint
         memory.read(
             "reading", offset, static_cast<std::uint32_t>(length),
             [&](std::uint32_t, const Bytes& data) {
-                node->connection()->callBack([&] { write(bytesOf(data)); });
+                node.connection()->callBack(write, [&] { return py::make_tuple(bytesOf(data)); });
             },
             told);
     });
     return length;
 }
 
-void verifyRom(const SharedNode& node, const py::object& image, const py::str& name, std::uint32_t offset,
+void verifyRom(const Node& node, const py::object& image, const py::str& name, std::uint32_t offset,
                const py::object& progress, const SharedStop& stop) {
     const Content content(image);
     const auto file = nameOf(name);
@@ -193,28 +193,28 @@ std::exception_ptr placed(const std::string& place) {
     return std::make_exception_ptr(KnownFailure(std::move(*known)));
 }
 
-py::dict playSvf(const SharedNode& node, const py::object& text, const py::str& name,
-                 const std::string& stopAt, std::int32_t retries, bool compares, const py::object& progress,
-                 const SharedStop& stop, py::list& notes) {
+py::dict playSvf(const Node& node, const py::object& text, const py::str& name, const std::string& stopAt,
+                 std::int32_t retries, bool compares, const py::object& progress, const SharedStop& stop,
+                 py::list& notes) {
     const Content content(text);
     const auto file = nameOf(name);
     const auto told = progressTo(node, progress);
     std::string warning;
     std::optional<toolkit::SvfPlay> play;
-    ConnectionAccess access(*node->connection());
+    ConnectionAccess access(*node.connection());
     try {
-        node->connection()->help(stop, [&] {
+        node.connection()->help(stop, [&] {
             const auto total = content.bytes().size();
             toolkit::svf::PlanOptions options{.stopAt = stopAtOf(stopAt),
                                               .retries = retries,
                                               .compares = compares,
                                               .checkpoint = [&] { access.throwIfStopped(); }};
             toolkit::measureSvf(content.text(), file, options);
-            play.emplace(access, node->object(), content.text(), file, std::move(options),
+            play.emplace(access, node.object(), content.text(), file, std::move(options),
                          toolkit::SvfPlay::Hooks{[&](std::size_t done) { told("playing", done, total); },
                                                  [&](const std::exception& failure) {
                                                      warning = "the options of " +
-                                                               node->object()->getFullName() +
+                                                               node.object()->getFullName() +
                                                                " are not restored: " + failure.what();
                                                  }});
             told("playing", 0, total);
@@ -249,11 +249,13 @@ py::dict playSvf(const SharedNode& node, const py::object& text, const py::str& 
 } // namespace
 
 void addHelpers(py::module_& module) {
-    py::class_<Stop, SharedStop>(module, "Stop").def(py::init<>()).def("interrupt", &Stop::interrupt);
+    py::class_<Stop, SharedStop>(module, "Stop")
+        .def(py::init<>())
+        .def("interrupt", checked(&Stop::interrupt));
     module.def("scan_chain", scanChain);
     module.def("detect", detect);
     module.def("take_codes", takeCodes);
-    module.def("load_rom", [](const SharedNode& node, const py::object& image, const py::str& name,
+    module.def("load_rom", [](const Node& node, const py::object& image, const py::str& name,
                               std::uint32_t offset, bool verify, bool enable, bool live,
                               const py::object& progress, const SharedStop& stop, py::list notes) {
         return loadRom(node, image, name,

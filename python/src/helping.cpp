@@ -88,10 +88,16 @@ void Connection::help(const std::shared_ptr<Stop>& stop, const std::function<voi
     runOutside([&] { blamingTheDevice(work); });
 }
 
-void Connection::callBack(const std::function<void()>& function) {
+void Connection::callBack(const py::object& function, const std::function<py::tuple()>& arguments) {
     outside_->inside([&] {
         try {
-            function();
+            const auto all = arguments();
+            // What is between here and Python must not be unwound without the GIL.
+            auto* const result =
+                process::runPython([&] { return PyObject_CallObject(function.ptr(), all.ptr()); });
+            if (!result)
+                throw py::error_already_set();
+            Py_DECREF(result);
         } catch (py::error_already_set& raised) {
             raised.restore();
             signalRaised_ = true;
@@ -132,6 +138,24 @@ void Connection::runLastCalls(const toolkit::Methods& calls) {
     const Set<bool> last(helping_->isLast, true);
     const ShorterLimit limit(*device_);
     execute(*device_, calls);
+}
+
+void Connection::closeWhatIsLeftOpen() {
+    const auto all = std::exchange(leftOpen_, {});
+    if (all.empty())
+        return;
+    Helping helping{.stop = nullptr, .interrupts = interrupts_};
+    const Set<Helping*> helped(helping_, &helping);
+    runOutside([&] {
+        for (const auto& [object, left] : all) {
+            try {
+                left->close();
+            } catch (const KnownFailure&) { // the device refuses: it is not open any more
+            } catch (const std::exception&) {
+                return;
+            }
+        }
+    });
 }
 
 void ConnectionAccess::insist(const Method& executed) {

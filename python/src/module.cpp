@@ -13,6 +13,7 @@
 #include <tavo/client/version_number.h>
 
 #include "batch.h"
+#include "checked.h"
 #include "config.h"
 #include "helpers.h"
 #include "simulator.h"
@@ -45,11 +46,11 @@ void setLimit(Connection& connection, std::optional<std::int64_t> milliseconds) 
 void addConnection(py::module_& module) {
     py::class_<TAVO::Interrupter, std::shared_ptr<TAVO::Interrupter>>(module, "Interrupter")
         .def(py::init<>())
-        .def("interrupt", &TAVO::Interrupter::interrupt);
+        .def("interrupt", checked(&TAVO::Interrupter::interrupt));
     py::class_<Connection, std::shared_ptr<Connection>>(module, "Connection")
-        .def("close", &Connection::close)
-        .def("interrupt", &Connection::interrupt)
-        .def_property_readonly("closed", &Connection::isClosed)
+        .def("close", checked(&Connection::close))
+        .def("interrupt", checked(&Connection::interrupt))
+        .def_property_readonly("closed", checked(&Connection::isClosed))
         .def_property("milliseconds", limitOf, setLimit)
         .def("relock", [](Connection& self) { self.run([](TAVO::Device& device) { device.relock(); }); })
         .def("unlock", [](Connection& self) { self.run([](TAVO::Device& device) { device.unlock(); }); })
@@ -73,19 +74,22 @@ void addConnection(py::module_& module) {
                  return known ? std::optional(flags) : std::nullopt;
              })
         .def("top", &Node::topOf)
-        .def("find", &Node::find);
-    module.def("open", [](std::string host, int port, std::string user, std::string password, bool secure,
-                          std::optional<std::int64_t> milliseconds, std::vector<std::string> only,
-                          std::shared_ptr<TAVO::Interrupter> interrupter) {
-        return Connection::open({.host = std::move(host),
-                                 .port = port,
-                                 .user = std::move(user),
-                                 .password = std::move(password),
-                                 .secure = secure,
-                                 .milliseconds = milliseconds,
-                                 .only = std::move(only)},
-                                std::move(interrupter));
-    });
+        .def("find", &Node::find, py::arg());
+    module.def(
+        "open",
+        [](std::string host, int port, std::string user, std::string password, bool secure,
+           std::optional<std::int64_t> milliseconds, std::vector<std::string> only,
+           std::shared_ptr<TAVO::Interrupter> interrupter) {
+            return Connection::open({.host = std::move(host),
+                                     .port = port,
+                                     .user = std::move(user),
+                                     .password = std::move(password),
+                                     .secure = secure,
+                                     .milliseconds = milliseconds,
+                                     .only = std::move(only)},
+                                    std::move(interrupter));
+        },
+        py::arg(), py::arg(), py::arg(), py::arg(), py::arg(), py::arg(), py::arg(), py::arg().none(false));
     module.def("close_all", &Connection::closeAll);
     module.def("forget_all", &Connection::forgetAll);
 }
@@ -107,13 +111,13 @@ void addCalls(py::module_& module) {
     module.def("tables", tables);
 
     py::class_<Node, std::shared_ptr<Node>>(module, "Node")
-        .def("call", &Node::call)
-        .def("child", &Node::child)
-        .def("children", &Node::children)
-        .def("table", &Node::table)
+        .def("call", checked(&Node::call))
+        .def("child", checked(&Node::child))
+        .def("children", checked(&Node::children))
+        .def("table", checked(&Node::table))
         .def("has_method",
              [](const Node& self, const std::string& name) { return self.object()->hasMethod(name); })
-        .def_property_readonly("connection", &Node::connection)
+        .def_property_readonly("connection", checked(&Node::connection))
         .def_property_readonly("name", [](const Node& self) { return textOf(self.object()->getName()); })
         .def_property_readonly("full_name",
                                [](const Node& self) { return textOf(self.object()->getFullName()); })
@@ -123,15 +127,15 @@ void addCalls(py::module_& module) {
                                [](const Node& self) { return self.object()->getInstanceID(); });
 
     py::class_<Call, std::shared_ptr<Call>>(module, "Call")
-        .def_property_readonly("code", &Call::code)
-        .def_property_readonly("value", &Call::value)
-        .def_property_readonly("error", &Call::error);
+        .def_property_readonly("code", checked(&Call::code))
+        .def_property_readonly("value", checked(&Call::value))
+        .def_property_readonly("error", checked(&Call::error));
     py::class_<Batch, std::shared_ptr<Batch>>(module, "Batch")
-        .def(py::init<std::shared_ptr<Connection>>())
-        .def("add", &Batch::add)
-        .def("size", &Batch::size)
-        .def("run", &Batch::run)
-        .def("abandon", &Batch::abandon);
+        .def(py::init<std::shared_ptr<Connection>>(), py::arg().none(false))
+        .def("add", checked(&Batch::add), py::arg().none(false), py::arg().none(false), py::arg())
+        .def("size", checked(&Batch::size))
+        .def("run", checked(&Batch::run))
+        .def("abandon", checked(&Batch::abandon));
 }
 
 } // namespace

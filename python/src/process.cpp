@@ -56,6 +56,11 @@ void process::awaitThreads() {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
 }
 
+void process::sleepToTheEnd() {
+    for (;;)
+        std::this_thread::sleep_for(std::chrono::hours(1));
+}
+
 NoGil::NoGil() {
     // Before another thread can have the GIL and count.
     ++outside;
@@ -69,7 +74,7 @@ NoGil::~NoGil() {
 
 bool NoGil::handleSignals() {
     takeBack();
-    const bool wentOn = PyErr_CheckSignals() == 0;
+    const bool wentOn = process::runPython([] { return PyErr_CheckSignals() == 0; });
     state_ = PyEval_SaveThread();
     return wentOn;
 }
@@ -79,8 +84,7 @@ void NoGil::takeBack() {
     if ((shut && process::isEndedByAnother()) ||
         (_Py_IsFinalizing() && endingThread.load() != std::this_thread::get_id())) {
         --returning;
-        for (;;)
-            std::this_thread::sleep_for(std::chrono::hours(1));
+        process::sleepToTheEnd();
     }
     PyEval_RestoreThread(state_);
     --returning;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cxxabi.h>
+
 #include <pybind11/pybind11.h>
 
 namespace TAVO::python {
@@ -22,6 +24,20 @@ void beginEnd() noexcept;
 /// Waits, for a few seconds at most, until no thread is in a NoGil any more; those that still are stay there.
 /// Call it without the GIL.
 void awaitThreads();
+/// For a thread that Python lets no more code run in. The GIL must not be held.
+[[noreturn]] void sleepToTheEnd();
+
+/// Runs what may run Python code, with the GIL. When the interpreter has gone, Python ends such a thread by
+/// pthread_exit(), which C++ does not survive, since other code catches everything: it sleeps instead.
+/// @param action owns no Python objects: they would be released by then.
+template <class Action>
+auto runPython(Action action) {
+    try {
+        return action();
+    } catch (const abi::__forced_unwind&) {
+        sleepToTheEnd();
+    }
+}
 
 } // namespace process
 
@@ -42,7 +58,7 @@ public:
     void inside(Action action) {
         takeBack();
         try {
-            action();
+            process::runPython([&] { action(); });
         } catch (...) {
             state_ = PyEval_SaveThread();
             throw;

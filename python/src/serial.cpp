@@ -10,6 +10,7 @@
 
 #include <tavo/toolkit/serial_link.h>
 
+#include "checked.h"
 #include "failure.h"
 #include "node.h"
 
@@ -43,53 +44,78 @@ dto::com::OpenRequest settingsOf(int baud, int bits, bool parity, bool even, int
 
 using Settings = std::tuple<int, int, bool, bool, int, bool, bool, bool, bool>;
 
-/// A serial port that is open.
-class Serial {
+/// A serial port that is open, for as long as Python or the connection knows it.
+class OpenPort final : public LeftOpen {
 public:
-    Serial(std::shared_ptr<Node> node, const Settings& settings, const SharedStop& stop)
-        : node_(std::move(node))
-        , access_(*node_->connection()) {
-        const auto port = portOf(*node_);
-        node_->connection()->help(stop,
-                                  [&] { link_.emplace(access_, port, std::apply(settingsOf, settings)); });
-    }
-    Serial(const Serial&) = delete;
-    Serial& operator=(const Serial&) = delete;
+    explicit OpenPort(Connection& connection)
+        : access_(connection) {}
+    OpenPort(const OpenPort&) = delete;
+    OpenPort& operator=(const OpenPort&) = delete;
     /// There may be no device any more, and nobody's turn.
-    ~Serial() {
+    ~OpenPort() override {
         if (link_)
             link_->abandon();
     }
 
-    py::bytes exchange(const std::string& bytes, const SharedStop& stop) {
-        std::string received;
-        node_->connection()->help(stop, [&] { received = link_->exchange(bytes); });
-        return received;
+    void open(const std::shared_ptr<CommonModules::Com_v1_0>& port, const dto::com::OpenRequest& settings) {
+        link_.emplace(access_, port, settings);
+        try {
+            // A signal may have come when the port was open already.
+            access_.throwIfStopped();
+        } catch (...) {
+            link_.reset();
+            throw;
+        }
     }
-    void close(const SharedStop& stop) {
-        node_->connection()->help(stop, [&] { link_->close(); });
-    }
+    std::string exchange(const std::string& bytes) { return link_->exchange(bytes); }
+    void close() override { link_->close(); }
 
 private:
-    std::shared_ptr<Node> node_;
     ConnectionAccess access_;
     std::optional<toolkit::SerialLink> link_;
 };
 
-void sendBreak(const std::shared_ptr<Node>& node, const Settings& settings, const SharedStop& stop) {
-    const auto port = portOf(*node);
-    ConnectionAccess access(*node->connection());
-    node->connection()->help(stop,
-                             [&] { toolkit::sendBreak(access, port, std::apply(settingsOf, settings)); });
+/// The same in Python. The connection closes it at its end, if nobody has.
+class Serial {
+public:
+    Serial(std::shared_ptr<Node> node, const Settings& settings, const SharedStop& stop)
+        : node_(std::move(node))
+        , open_(std::make_shared<OpenPort>(*node_->connection())) {
+        const auto port = portOf(*node_);
+        node_->connection()->help(stop, [&] { open_->open(port, std::apply(settingsOf, settings)); });
+        node_->connection()->leave(*port, open_);
+    }
+
+    py::bytes exchange(const std::string& bytes, const SharedStop& stop) {
+        std::string received;
+        node_->connection()->help(stop, [&] { received = open_->exchange(bytes); });
+        return received;
+    }
+    void close(const SharedStop& stop) {
+        node_->connection()->help(stop, [&] { open_->close(); });
+        node_->connection()->forget(*open_);
+    }
+
+private:
+    std::shared_ptr<Node> node_;
+    std::shared_ptr<OpenPort> open_;
+};
+
+void sendBreak(const Node& node, const Settings& settings, const SharedStop& stop) {
+    const auto port = portOf(node);
+    ConnectionAccess access(*node.connection());
+    node.connection()->help(stop,
+                            [&] { toolkit::sendBreak(access, port, std::apply(settingsOf, settings)); });
 }
 
 } // namespace
 
 void addSerial(py::module_& module) {
-    py::class_<Serial>(module, "SerialLink")
-        .def(py::init<std::shared_ptr<Node>, const Settings&, const SharedStop&>())
-        .def("exchange", &Serial::exchange)
-        .def("close", &Serial::close);
+    py::class_<Serial, std::shared_ptr<Serial>>(module, "SerialLink")
+        .def(py::init<std::shared_ptr<Node>, const Settings&, const SharedStop&>(), py::arg().none(false),
+             py::arg(), py::arg())
+        .def("exchange", checked(&Serial::exchange))
+        .def("close", checked(&Serial::close));
     module.def("send_break", sendBreak);
 }
 

@@ -3,17 +3,19 @@
 from __future__ import annotations
 
 import asyncio
+import functools
 import time
 from typing import TYPE_CHECKING, Any
 
 from . import _core, _toolkit
+from ._errors import Error
 
 if TYPE_CHECKING:
     import os
     from collections.abc import AsyncIterator
     from types import TracebackType
 
-    from ._aio import _Worker
+    from ._aio import _Job, _Worker
 
 
 class AwaitedHelpers:
@@ -117,6 +119,7 @@ class SerialPort:
         self._node = node
         self._worker = worker
         self._link: _core.SerialLink | None = link
+        self._closing: _Job | None = None
         self._received = bytearray()
 
     async def __aenter__(self) -> SerialPort:
@@ -164,10 +167,20 @@ class SerialPort:
             await self._exchange(whole[begin : begin + _toolkit.SENT_AT_ONCE])
 
     async def close(self) -> None:
-        """Closes the port on the device, unless that is closed already. Works any number of times."""
+        """Closes the port on the device, unless that is closed already. Works any number of times.
+
+        It is closed, after the calls that wait, even if this is cancelled.
+        """
         link, self._link = self._link, None
         if link is not None and not self._node.connection.closed:
-            await self._worker.help(link.close)
+            self._closing = self._worker.begin(functools.partial(link.close, None))
+        if self._closing is None or self._closing.loop is not asyncio.get_running_loop():
+            return
+        try:
+            await asyncio.shield(self._closing.done)
+        except Error:
+            if link is not None and not self._node.connection.closed:
+                raise
 
 
 class ComHelpers(AwaitedHelpers):
@@ -190,8 +203,19 @@ class ComHelpers(AwaitedHelpers):
         settings = _toolkit.serial_settings(baud, bits, parity, stop_bits, rtscts, dsrdtr, xonxoff, loopback)
         if send_break:
             await self._worker.help(_core.send_break, self._node, settings)
-        link = await self._worker.help(_core.SerialLink, self._node, settings)
-        return SerialPort(self._node, self._worker, link)
+        opened: list[_core.SerialLink] = []
+
+        def work(stop: _core.Stop) -> None:
+            opened.append(_core.SerialLink(self._node, settings, stop))
+
+        try:
+            await self._worker.help(work)
+        except BaseException:
+            # A cancelled opening may have come to its end all the same.
+            for link in opened:
+                self._worker.begin(functools.partial(link.close, None))
+            raise
+        return SerialPort(self._node, self._worker, opened[0])
 
 
 #: Of types, by name.

@@ -5,10 +5,15 @@ from __future__ import annotations
 import io
 import threading
 import time
-from typing import Any
+from typing import TYPE_CHECKING, Any, TypeVar
 
 from . import _core, _toolkit
 from ._errors import Error
+
+if TYPE_CHECKING:
+    from collections.abc import Callable
+
+T = TypeVar("T")
 
 
 class SerialPort(io.RawIOBase):
@@ -27,7 +32,10 @@ class SerialPort(io.RawIOBase):
         self._name = node.full_name
         self._connection = node.connection
         self._received = bytearray()
-        self._lock = threading.Lock()
+        # Signal handlers run in the middle of what this guards: one that uses the port is to be told, not to wait.
+        self._lock = threading.RLock()
+        self._busy = False
+        self._ends = False
         self.timeout = timeout
         if send_break:
             _core.send_break(node, settings, None)
@@ -64,18 +72,32 @@ class SerialPort(io.RawIOBase):
         """True."""
         return True
 
-    def _exchange(self, data: bytes) -> None:
+    def _alone(self, action: Callable[[], T]) -> T:
         with self._lock:
-            if self.closed or self._link is None:
+            if self._busy:
+                raise RuntimeError("the device is in the middle of a call of this thread")
+            self._busy = True
+            try:
+                return action()
+            finally:
+                self._busy = False
+
+    def _exchange(self, data: bytes) -> None:
+        def exchange() -> None:
+            if self._link is None or self._ends:
                 raise ValueError("I/O operation on closed file")
             self._received += self._link.exchange(data, None)
 
+        self._alone(exchange)
+
     def _take(self, view: memoryview) -> int:
-        with self._lock:
+        def take() -> int:
             count = min(len(view), len(self._received))
             view[:count] = self._received[:count]
             del self._received[:count]
             return count
+
+        return self._alone(take)
 
     def readinto(self, buffer: Any, /) -> int | None:
         """Reads what has arrived, at least a byte; None if the time is over."""
@@ -101,17 +123,26 @@ class SerialPort(io.RawIOBase):
         self._exchange(part)
         return len(part)
 
+    def _end(self) -> None:
+        if self._link is None:
+            return
+        try:
+            self._link.close(None)
+        except Error:
+            self._link = None
+            if not self._connection.closed:
+                raise
+        self._link = None
+
     def close(self) -> None:
-        """Closes the port on the device, unless that is closed already."""
+        """Closes the port on the device, unless that is closed already. Open as before if Ctrl-C cuts that short."""
         if self.closed:
             return
-        super().close()
-        link, self._link = self._link, None
-        if link is None:
-            return
-        with self._lock:
-            try:
-                link.close(None)
-            except Error:
-                if not self._connection.closed:
-                    raise
+        # Those who read in other threads are to end.
+        self._ends = True
+        try:
+            self._alone(self._end)
+        finally:
+            self._ends = False
+            if self._link is None:
+                super().close()

@@ -4,6 +4,8 @@ from __future__ import annotations
 
 import contextlib
 import os
+import secrets
+import stat
 from dataclasses import dataclass
 from pathlib import Path
 from typing import TYPE_CHECKING, Any
@@ -233,22 +235,28 @@ def save_rom(
     if length is not None:
         _whole("length", length, 0, 0x7FFFFFFF)
     target = Path(path)
+    mode = None
     if target.exists():
         target = target.resolve()
         if not target.is_file():
             # Such as a pipe, which cannot be replaced.
             with target.open("wb") as other:
                 return _core.save_rom(node, other.write, offset, length, progress, stop)
-    part = target.with_name(f"{target.name}.{os.getpid()}.part")
-    with part.open("xb") as file:
-        try:
+        mode = stat.S_IMODE(target.stat().st_mode)
+    part = target.with_name(f"{target.name}.{secrets.token_hex(8)}.part")
+    # Nobody is to read before the end what only the owner could; a new file is for whom the umask says.
+    descriptor = os.open(part, os.O_WRONLY | os.O_CREAT | os.O_EXCL | os.O_CLOEXEC, 0o666 if mode is None else 0o600)
+    try:
+        with open(descriptor, "wb") as file:
             count = _core.save_rom(node, file.write, offset, length, progress, stop)
             file.flush()
-            os.fsync(file.fileno())
-            os.replace(part, target)
-        except BaseException:
-            part.unlink(missing_ok=True)
-            raise
+            if mode is not None:
+                os.fchmod(descriptor, mode)
+            os.fsync(descriptor)
+        os.replace(part, target)
+    except BaseException:
+        part.unlink(missing_ok=True)
+        raise
     return count
 
 

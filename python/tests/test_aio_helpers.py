@@ -78,6 +78,43 @@ def test_a_serial_port(run: Callable[[Work], None]) -> None:
     run(work)
 
 
+def test_cancelling_leaves_no_port_open(run: Callable[[Work], None], tavo_simulator: tavo.Simulator) -> None:
+    async def work(device: tavo.aio.Device) -> None:
+        def methods() -> list[str]:
+            called = [call.method for call in tavo_simulator.calls() if call.object == "com"]
+            return [method for method in called if method in ("open", "close")]
+
+        port = await device.com.open_serial()
+        running = asyncio.create_task(device.system.usleep(400_000))
+        await asyncio.sleep(0.1)
+        closing = asyncio.create_task(port.close())
+        await asyncio.sleep(0.1)
+        closing.cancel()
+        with pytest.raises(asyncio.CancelledError):
+            await closing
+        await port.close()
+        await running
+        assert methods() == ["open", "close"]
+
+        # The thread finishes while the loop has not looked yet.
+        opening = asyncio.create_task(device.com.open_serial())
+        await asyncio.sleep(0)
+        end = time.monotonic() + 20
+        while len(methods()) < 3 and time.monotonic() < end:
+            time.sleep(0.01)
+        time.sleep(0.1)
+        opening.cancel()
+        with pytest.raises(asyncio.CancelledError):
+            await opening
+        await device.power.get()
+        assert methods() == ["open", "close"] * 2
+        # One that nobody closes is closed with the device.
+        await device.com.open_serial()
+
+    run(work)
+    assert [call.method for call in tavo_simulator.calls() if call.object == "com"][-2:] == ["open", "close"]
+
+
 def test_cancelling_ends_a_helper_and_leaves_the_port_as_it_was(run: Callable[[Work], None]) -> None:
     async def work(device: tavo.aio.Device) -> None:
         jtag = device.cpu0.jtag

@@ -232,3 +232,43 @@ def test_a_stalled_opening_ends_in_time() -> None:
         with pytest.raises(tavo.NetworkError, match="timed out"):
             open_on(simulator, timeout=0.2)
         assert time.monotonic() - begin < 20
+
+
+def test_the_extension_refuses_objects_without_content(run_python: Runner) -> None:
+    ended = run_python(
+        "import tavo\n"
+        "from tavo import _core as core\n"
+        "simulator = tavo.Simulator().__enter__()\n"
+        "device = tavo.open(simulator.host, port=simulator.port, user='engineer', password='tavo')\n"
+        "device.power.set(True)\n"
+        "connection, node = device._connection, device.com._node\n"
+        "settings = (9600, 8, False, False, 1, False, False, False, False)\n"
+        "new = lambda kind: kind.__new__(kind)\n"
+        "for attempt in (\n"
+        "    lambda: core.scan_chain(None, None),\n"
+        "    lambda: core.send_break(None, settings, None),\n"
+        "    lambda: core.SerialLink(None, settings, None),\n"
+        "    lambda: core.SerialLink(new(core.Node), settings, None),\n"
+        "    lambda: new(core.SerialLink).exchange(b'', None),\n"
+        "    lambda: new(core.SerialLink).close(None),\n"
+        "    lambda: core.Batch(None),\n"
+        "    lambda: core.Batch(connection).add(None, None, ()),\n"
+        "    lambda: core.Batch(connection).add(node, None, ()),\n"
+        "    lambda: new(core.Batch).run(),\n"
+        "    lambda: core.open('127.0.0.1', 1, 'a', 'b', False, None, [], None),\n"
+        "    lambda: core.open('127.0.0.1', 1, 'a', 'b', False, None, [], new(core.Interrupter)),\n"
+        "    lambda: new(core.Interrupter).interrupt(),\n"
+        "    lambda: new(core.Stop).interrupt(),\n"
+        "    lambda: new(core.Connection).closed,\n"
+        "    lambda: new(core.Connection).close(),\n"
+        "    lambda: core.Connection.find(None, 'power'),\n"
+        "    lambda: new(core.Node).children(),\n"
+        "    lambda: new(core.Node).connection,\n"
+        "    lambda: new(core.Call).value,\n"
+        "):\n"
+        "    try:\n        attempt()\n        print('nothing')\n"
+        "    except (TypeError, RuntimeError):\n        pass\n"
+        "print(core.detect(device.i2c._node, 0x48, 0x48, None))\n"
+        "device.close()\n"
+    )
+    assert (ended.returncode, ended.stdout, ended.stderr) == (0, "[72]\n", "")

@@ -110,6 +110,17 @@ def test_an_image_is_loaded_verified_and_saved(powered: tavo.Device, tmp_path: P
     assert rom.enableGet().enable
     size = rom.sramSizeGet().size
     assert rom.save(tmp_path / "end", offset=size - 3) == 3
+    target.chmod(0o600)
+    assert rom.save(target, length=1) == 1
+    assert target.stat().st_mode & 0o777 == 0o600
+    before = os.umask(0o027)
+    try:
+        rom.save(tmp_path / "end", length=1)
+        (tmp_path / "end").unlink()
+        rom.save(tmp_path / "end", length=1)
+    finally:
+        os.umask(before)
+    assert (tmp_path / "end").stat().st_mode & 0o777 == 0o640
     assert sorted(path.name for path in tmp_path.iterdir()) == ["end", "image", "saved"]
 
 

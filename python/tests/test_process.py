@@ -34,6 +34,21 @@ time.sleep(0.2)
 """
 
 
+# The device of a thread that is deep in Python cannot be closed: another one.
+CALLING_BACK = """
+other = tavo.Simulator()
+other.start()
+used = tavo.open(other.host, port=other.port, user="engineer", password="tavo")
+begun = threading.Event()
+def told(*_):
+    begun.set()
+    while True:
+        pass
+threading.Thread(target=lambda: used.rom.load(bytes(100), progress=told), daemon=True).start()
+assert begun.wait(30)
+"""
+
+
 def wait_for_unlock(simulator: tavo.Simulator) -> bool:
     end = time.monotonic() + 20
     while simulator.lock_holder is not None and time.monotonic() < end:
@@ -56,6 +71,7 @@ def wait_for_unlock(simulator: tavo.Simulator) -> bool:
         "other = tavo.Simulator(); other.start()",
         POLLING,
         "batch = device.batch(); batch.power.get()",
+        CALLING_BACK,
     ],
 )
 def test_the_end_of_the_interpreter_gives_the_lock_back(

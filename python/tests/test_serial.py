@@ -106,6 +106,32 @@ def test_the_port_is_open_and_closed_on_the_device(tavo_device: tavo.Device, tav
         tavo_device.com.open_serial(baud=1)
 
 
+def test_an_opening_that_is_cut_short_leaves_no_port_open(
+    tavo_device: tavo.Device, tavo_simulator: tavo.Simulator
+) -> None:
+    tavo_device.power.set(state=True)
+    tavo_simulator.clear_calls()
+    tavo_device.timeout = 1
+    tavo_simulator.fail_next("silent")
+    with pytest.raises(tavo.NetworkError):
+        tavo_device.com.open_serial()
+    methods = [call.method for call in tavo_simulator.calls()]
+    assert [method for method in methods if method in ("open", "close")] == ["open", "close"]
+    tavo_simulator.clear_calls()
+    with pytest.raises(tavo.Refused):
+        tavo_device.com.open_serial(baud=1)
+    assert [call.method for call in tavo_simulator.calls()] == ["open"]
+
+
+def test_the_device_closes_its_ports(tavo_device: tavo.Device, tavo_simulator: tavo.Simulator) -> None:
+    tavo_device.power.set(state=True)
+    port = tavo_device.com.open_serial()
+    tavo_simulator.clear_calls()
+    tavo_device.close()
+    port.close()
+    assert [call.method for call in tavo_simulator.calls()] == ["close", "unlock"]
+
+
 def test_reading_ends_with_the_device(port: tavo.SerialPort, tavo_device: tavo.Device) -> None:
     port.timeout = None
     threading.Timer(0.3, tavo_device.close).start()
@@ -121,6 +147,49 @@ def test_reading_ends_with_the_port(port: tavo.SerialPort) -> None:
         port.read(1)
 
 
+def test_a_signal_handler_cannot_use_a_busy_port(run_python: Runner) -> None:
+    ended = run_python(
+        "import signal, tavo\n"
+        "simulator = tavo.Simulator().__enter__()\n"
+        "device = tavo.open(simulator.host, port=simulator.port, user='engineer', password='tavo')\n"
+        "device.power.set(True)\n"
+        "port = device.com.open_serial()\n"
+        "for use in (port.close, lambda: port.write(b'x'), lambda: port.read(1)):\n"
+        "    signal.signal(signal.SIGALRM, lambda *_: use())\n"
+        "    simulator.fail_next('silent')\n"
+        "    signal.setitimer(signal.ITIMER_REAL, 0.3)\n"
+        "    try:\n        port.write(b'')\n"
+        "    except RuntimeError as error:\n        print(error)\n"
+        "port.close()\n"
+        "print([call.method for call in simulator.calls()][-1])\n"
+        "device.close()\n"
+    )
+    told = "the device is in the middle of a call of this thread\n" * 3
+    assert (ended.stdout, ended.stderr) == (told + "close\n", "")
+
+
+def test_a_close_that_is_cut_short_can_be_repeated(run_python: Runner) -> None:
+    ended = run_python(
+        "import signal, threading, time, tavo\n"
+        "simulator = tavo.Simulator().__enter__()\n"
+        "device = tavo.open(simulator.host, port=simulator.port, user='engineer', password='tavo')\n"
+        "device.power.set(True)\n"
+        "port = device.com.open_serial()\n"
+        "other = threading.Thread(target=lambda: device.system.usleep(1_500_000))\n"
+        "other.start()\n"
+        "time.sleep(0.2)\n"
+        "signal.signal(signal.SIGALRM, signal.default_int_handler)\n"
+        "signal.setitimer(signal.ITIMER_REAL, 0.3)\n"
+        "try:\n    port.close()\n"
+        "except KeyboardInterrupt:\n    print(port.closed)\n"
+        "other.join()\n"
+        "port.close()\n"
+        "print(port.closed, [call.method for call in simulator.calls()][-1])\n"
+        "device.close()\n"
+    )
+    assert (ended.stdout, ended.stderr) == ("False\nTrue close\n", "")
+
+
 def test_a_port_that_nobody_closes(run_python: Runner) -> None:
     ended = run_python(
         "import tavo\n"
@@ -131,5 +200,9 @@ def test_a_port_that_nobody_closes(run_python: Runner) -> None:
         "port = None\n"
         "print([call.method for call in simulator.calls()][-1])\n"
         "port = device.com.open_serial()\n"
+        "import atexit\n"
+        "atexit.unregister(tavo._core.close_all)\n"
+        "atexit.register(lambda: print([call.method for call in simulator.calls()][-2]))\n"
+        "atexit.register(tavo._core.close_all)\n"
     )
-    assert (ended.stdout, ended.stderr) == ("close\n", "")
+    assert (ended.stdout, ended.stderr) == ("close\nclose\n", "")

@@ -36,11 +36,21 @@ SerialLink::SerialLink(Access& access, std::shared_ptr<CommonModules::Com_v1_0> 
                        const dto::com::OpenRequest& settings)
     : access_(access)
     , port_(std::move(port)) {
-    access_.execute(*port_, com_v1_0::open, settings);
+    access_.throwIfStopped();
     open_ = true;
+    try {
+        access_.execute(*port_, com_v1_0::open, settings);
+    } catch (const std::exception& failure) {
+        // The device may have opened the port all the same.
+        if (!access_.isRefusal(failure))
+            closeQuietly();
+        throw;
+    }
 }
 
-SerialLink::~SerialLink() {
+SerialLink::~SerialLink() { closeQuietly(); }
+
+void SerialLink::closeQuietly() noexcept {
     try {
         close();
     } catch (const std::exception&) {

@@ -12,7 +12,7 @@ namespace TAVO::toolkit {
 /// The serial port of a device, open while this exists.
 class SerialLink {
 public:
-    /// Opens the port. `access` must outlive this.
+    /// Opens the port; closes it again if that fails, unless the device refused. `access` must outlive this.
     SerialLink(Access& access, std::shared_ptr<CommonModules::Com_v1_0> port,
                const dto::com::OpenRequest& settings);
     SerialLink(const SerialLink&) = delete;
@@ -27,6 +27,8 @@ public:
     void abandon() noexcept { open_ = false; }
 
 private:
+    void closeQuietly() noexcept;
+
     Access& access_;
     std::shared_ptr<CommonModules::Com_v1_0> port_;
     bool open_ = false;
