@@ -8,7 +8,6 @@ namespace TAVO::trace {
 
 namespace {
 
-constexpr std::uint32_t mostCalls = 1'000'000;
 constexpr std::size_t mostOpen = 1000;
 constexpr std::size_t longestLesson = std::size_t{16} << 20;
 
@@ -41,7 +40,9 @@ void ExchangeRecorder::requestArrives() {
 }
 
 void ExchangeRecorder::requestBegins(std::uint32_t lockId, std::uint32_t callCount) {
-    if (callCount > mostCalls || scanner_.unanswered() > mostOpen)
+    if (scanner_.unanswered() > mostOpen)
+        throw std::runtime_error("more than " + std::to_string(mostOpen) + " requests without a reply");
+    if (callCount > mostCalls)
         throw std::runtime_error("a request of " + std::to_string(callCount) + " calls");
     open_.back().lockId = lockId;
 }

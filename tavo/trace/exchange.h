@@ -40,9 +40,12 @@ struct Exchange {
 class ExchangeRecorder final : private ExchangeReceiver {
 public:
     using Visit = std::function<void(const Exchange&, const Names&)>;
+    /// A request of more is none.
+    static constexpr std::uint32_t mostCalls = 1'000'000;
 
     /// @param names is taught what the device tells.
-    /// @param mostKept how many bytes to keep of each run of parameters and of each result.
+    /// @param mostKept how many bytes to keep of each run of parameters and of
+    /// each result.
     ExchangeRecorder(std::uint32_t conversation, Names& names, std::size_t mostKept, Visit visit)
         : conversation_(conversation)
         , names_(names)
