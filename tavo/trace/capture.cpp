@@ -176,6 +176,8 @@ void Capture::take(const Segment& segment, std::chrono::nanoseconds time) {
     try {
         connection->assembler.take(side, segment, time);
     } catch (const std::runtime_error& failure) {
+        if (connection->isOfDevice() && dynamic_cast<const TooMuchOpen*>(&failure))
+            throw FormatError(std::string("it has ") + failure.what());
         note(*connection, failure.what());
         connection->isBroken = true;
         finish(*connection);

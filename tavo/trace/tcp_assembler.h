@@ -13,9 +13,8 @@
 
 namespace TAVO::trace {
 
-/// Puts the segments of one TCP connection in order again: each byte once, and
-/// no answer before what it acknowledges. Holds at most 16 MiB of segments that
-/// came too early.
+/// Puts the segments of one TCP connection in order again: each byte once, and no answer before what it
+/// acknowledges. Holds at most 16 MiB of segments that came too early.
 class TcpAssembler {
 public:
     /// @param side 0 or 1, as given to take().
@@ -43,8 +42,7 @@ private:
     struct Side {
         bool isKnown = false;
         bool hasEnded = false;
-        /// The sequence number of the next byte to deliver, and how many were
-        /// delivered before it.
+        /// The sequence number of the next byte to deliver, and how many were delivered before it.
         std::uint32_t next = 0;
         std::uint64_t position = 0;
         std::map<std::uint64_t, Piece> waiting;
