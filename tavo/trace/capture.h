@@ -19,17 +19,14 @@ namespace TAVO::trace {
 class Capture {
 public:
     /// @param names what is known of all devices before.
-    /// @param mostKept how many bytes to keep of each run of parameters and of
-    /// each result.
+    /// @param mostKept how many bytes to keep of each run of parameters and of each result.
     Capture(Names names, std::size_t mostKept, ExchangeRecorder::Visit visit);
     ~Capture();
 
-    /// Reads the whole file and visits each exchange when its reply is complete,
-    /// then those without one.
+    /// Reads the whole file and visits each exchange when its reply is complete, then those without one.
     /// @throws FormatError for a file that cannot be read.
     void read(std::istream& in);
-    /// What is wrong with the file, in words; there may be exchanges all the
-    /// same.
+    /// What is wrong with the file, in words; there may be exchanges all the same.
     const std::vector<std::string>& problems() const { return problems_; }
 
 private:
@@ -47,8 +44,7 @@ private:
     void take(const Segment& segment, std::chrono::nanoseconds time);
     std::unique_ptr<Connection> newConnection(const Ends& ends);
     void deliver(Connection& connection, std::size_t from, Bytes bytes, std::chrono::nanoseconds time);
-    /// Forgets connections that are over, and those that matter least if too many
-    /// go on.
+    /// Forgets connections that are over, and those that matter least if too many go on.
     void makeRoom();
     void finish(Connection& connection);
     void note(const Connection& connection, const std::string& what);
