@@ -40,7 +40,7 @@ protected:
             blanker.received(std::span(reply).subspan(begin, std::min(pieceBytes, reply.size() - begin)));
         support::Bytes lockId;
         appendWord(lockId, heldLock);
-        return std::ranges::search(reply, lockId).begin() != reply.end();
+        return std::search(reply.begin(), reply.end(), lockId.begin(), lockId.end()) != reply.end();
     }
 
     TAVO::trace::Names names;
