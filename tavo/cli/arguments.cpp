@@ -56,8 +56,10 @@ public:
             if (const auto below = app->get_subcommands(); !below.empty())
                 return refuseOptionsAbove(*app, path, path + ' ' + below.front()->get_name());
             program.action = bound.run;
-            if (!bound.isLocal || bound.isLocal())
+            if (!bound.isLocal || bound.isLocal()) {
                 program.localAction = bound.runLocally;
+                program.localPath = path;
+            }
         });
     }
 

@@ -21,6 +21,8 @@ struct Program {
     Action action;
     /// Set instead by a command that needs no device.
     LocalAction localAction;
+    /// The path of such a command.
+    std::string localPath;
 
     /// Lists the options that every command takes.
     void describe(OptionList& list);

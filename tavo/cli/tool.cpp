@@ -5,6 +5,7 @@
 #include <csignal>
 #include <string_view>
 
+#include <fmt/format.h>
 #include <sys/resource.h>
 
 #include <tavo/cli/arguments.h>
@@ -27,6 +28,10 @@ bool seemsToWantJson(int argc, char** argv) {
 
 void execute(Program& program, Output& output) {
     output.write(program.help);
+    // The doctor opens its device itself.
+    if (program.traceFile && program.localAction && program.localPath != "doctor")
+        throw Failure(ExitCode::usage,
+                      fmt::format("--trace has nothing to write: '{}' asks no device", program.localPath));
     if (program.traceFile)
         program.connection.trace = std::make_shared<TraceFile>(*program.traceFile, program.traceSecrets);
     const auto warn = [&output](std::string_view warning) { output.warn(warning); };

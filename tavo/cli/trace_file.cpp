@@ -38,7 +38,7 @@ public:
                 if (connection_)
                     connection_->close(traced.time);
                 number_ = traced.connection;
-                connection_.emplace(*file_->writer_, file_->connections_++, traced.time);
+                connection_.emplace(file_->writer(), file_->connections_++, traced.time);
                 blanker_.emplace(names_);
             }
             for (auto rest = traced.bytes; !rest.empty();) {
@@ -72,10 +72,15 @@ private:
 
 TraceFile::TraceFile(const std::string& path, bool withSecrets)
     : file_(path, ownerOnly)
-    , withSecrets_(withSecrets) {
-    writer_.emplace([this](std::span<const std::uint8_t> block) { file_.write(block); },
-                    fmt::format("tavo {}", ClientLibraryVersion), "device");
-    file_.publish();
+    , withSecrets_(withSecrets) {}
+
+trace::PcapngWriter& TraceFile::writer() {
+    if (!writer_) {
+        writer_.emplace([this](std::span<const std::uint8_t> block) { file_.write(block); },
+                        fmt::format("tavo {}", ClientLibraryVersion), "device");
+        file_.publish();
+    }
+    return *writer_;
 }
 
 template <class Action>
@@ -97,7 +102,10 @@ TraceSink TraceFile::sink(const std::shared_ptr<TraceFile>& file) {
 }
 
 void TraceFile::complete() {
-    write([this] { file_.complete(); });
+    write([this] {
+        if (writer_)
+            file_.complete();
+    });
     if (failure_)
         throw Failure(*failure_);
 }

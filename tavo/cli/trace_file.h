@@ -16,7 +16,8 @@
 namespace TAVO::cli {
 
 /// The file of --trace: what passes between the tool and its devices, as a pcapng file that is valid after
-/// every exchange. When it cannot be written any more, the trace ends, and the exchanges go on.
+/// every exchange. It replaces an earlier file at the first traced byte, not before. When it cannot be
+/// written any more, the trace ends, and the exchanges go on.
 class TraceFile {
 public:
     /// @param withSecrets whether to keep passwords and lock ids.
@@ -37,6 +38,8 @@ private:
     /// Runs an action that writes.
     template <class Action>
     void write(Action action);
+    /// Makes the file what it is to be called, at the first use.
+    trace::PcapngWriter& writer();
 
     /// A share asks its device in two threads.
     std::mutex mutex_;

@@ -111,6 +111,12 @@ private:
     std::shared_ptr<dto::reply_packet> reply_;
 };
 
+/// Times of a file may be anything: they wrap around instead of being undefined.
+std::chrono::nanoseconds elapsed(std::chrono::nanoseconds begin, std::chrono::nanoseconds end) {
+    return std::chrono::nanoseconds(static_cast<std::int64_t>(static_cast<std::uint64_t>(end.count()) -
+                                                              static_cast<std::uint64_t>(begin.count())));
+}
+
 /// The error concerns the call behind those with results.
 bool isBlamed(const trace::Exchange& exchange, std::size_t call) {
     if (!exchange.error)
@@ -130,8 +136,8 @@ double quantile(const std::vector<double>& sorted, double part) {
 
 void showExchange(Output& output, const trace::Exchange& exchange, const trace::Names& names,
                   std::chrono::nanoseconds start) {
-    const auto begin = Milliseconds(exchange.begin - start).count();
-    const auto took = Milliseconds(exchange.end - exchange.begin).count();
+    const auto begin = Milliseconds(elapsed(start, exchange.begin)).count();
+    const auto took = Milliseconds(elapsed(exchange.begin, exchange.end)).count();
     for (std::size_t i = 0; i < exchange.calls.size(); ++i) {
         const ShownCall call(exchange.calls[i], names);
         const bool blamed = isBlamed(exchange, i);
@@ -173,8 +179,8 @@ void showExchange(Output& output, const trace::Exchange& exchange, const trace::
 void CallTimes::add(const trace::Exchange& exchange, const trace::Names& names) {
     if (!exchange.isAnswered || exchange.calls.empty())
         return;
-    const auto each =
-        Milliseconds(exchange.end - exchange.begin).count() / static_cast<double>(exchange.calls.size());
+    const auto each = Milliseconds(elapsed(exchange.begin, exchange.end)).count() /
+                      static_cast<double>(exchange.calls.size());
     for (const auto& call : exchange.calls)
         milliseconds_[names.nameOf(call.id)].push_back(each);
 }

@@ -19,12 +19,16 @@ void Blanker::sent(std::span<std::uint8_t> bytes) {
 
 void Blanker::received(std::span<std::uint8_t> bytes) {
     passing_ = bytes;
+    understood_ = 0;
     if (!isLost_)
         try {
             scanner_.received(bytes);
+            return;
         } catch (const std::runtime_error&) { // the library says what it thinks of such a reply
             isLost_ = true;
         }
+    // The library may go on with such a device, and nothing tells where the lock ids are from here on.
+    blankOut(bytes.subspan(understood_));
 }
 
 void Blanker::blankOut(Bytes bytes) {
@@ -63,6 +67,7 @@ void Blanker::resultBytes(Bytes bytes) {
     if (taught_)
         lesson_.insert(lesson_.end(), bytes.begin(), bytes.end());
     blankIn(bytes);
+    understood_ = static_cast<std::size_t>(bytes.data() + bytes.size() - passing_.data());
 }
 
 void Blanker::resultEnds() {

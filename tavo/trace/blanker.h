@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -11,7 +12,8 @@
 
 namespace TAVO::trace {
 
-/// Overwrites the secrets in the bytes of one connection, while they pass.
+/// Overwrites the secrets in the bytes of one connection, while they pass; everything that the device sends
+/// once it has sent what cannot be read.
 class Blanker final : private ExchangeReceiver {
 public:
     /// @param names is taught what the device tells; shared by the connections to a device.
@@ -37,9 +39,12 @@ private:
     ExchangeScanner scanner_;
     /// What is scanned now.
     std::span<std::uint8_t> passing_;
+    /// How many bytes of it come before the end of the last result in it.
+    std::size_t understood_ = 0;
     SecretFields secrets_;
     std::optional<CallId> taught_;
     std::vector<std::uint8_t> lesson_;
+    /// What the device sends is none of this protocol.
     bool isLost_ = false;
 };
 

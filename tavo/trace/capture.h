@@ -33,16 +33,32 @@ private:
     struct Connection;
     using Ends = std::pair<Endpoint, Endpoint>;
 
+    /// What connections to one device have in common.
+    struct Device {
+        Names names;
+        std::size_t connections = 0;
+        /// It has answered, or has the port of one.
+        bool isCertain = false;
+    };
+
     void take(const Segment& segment, std::chrono::nanoseconds time);
+    std::unique_ptr<Connection> newConnection(const Ends& ends);
+    void deliver(Connection& connection, std::size_t from, Bytes bytes, std::chrono::nanoseconds time);
+    /// Forgets connections that are over, and those that matter least if too many go on.
+    void makeRoom();
     void finish(Connection& connection);
     void note(const Connection& connection, const std::string& what);
 
     Names known_;
     std::size_t mostKept_;
     ExchangeRecorder::Visit visit_;
+    /// Null for one of which nothing more is of use.
     std::map<Ends, std::unique_ptr<Connection>> connections_;
+    std::uint64_t segments_ = 0;
     /// By the device's end.
-    std::map<Endpoint, Names> names_;
+    std::map<Endpoint, Device> devices_;
+    /// How many of them are not certain.
+    std::size_t uncertain_ = 0;
     std::uint32_t conversations_ = 0;
     std::vector<std::string> problems_;
 };

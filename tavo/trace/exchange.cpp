@@ -8,9 +8,16 @@ namespace TAVO::trace {
 
 namespace {
 
-constexpr std::uint32_t mostCalls = 1'000'000;
 constexpr std::size_t mostOpen = 1000;
+constexpr std::size_t mostOpenBytes = std::size_t{256} << 20;
 constexpr std::size_t longestLesson = std::size_t{16} << 20;
+
+std::size_t bytesOf(const Exchange& exchange) {
+    std::size_t bytes = 0;
+    for (const auto& call : exchange.calls)
+        bytes += sizeof call + call.parameters.size();
+    return bytes;
+}
 
 void keep(std::vector<std::uint8_t>& kept, Bytes bytes, std::size_t most) {
     const auto taken = bytes.first(std::min(bytes.size(), most - std::min(most, kept.size())));
@@ -30,8 +37,8 @@ void ExchangeRecorder::received(Bytes bytes, std::chrono::nanoseconds time) {
 }
 
 void ExchangeRecorder::finish() {
-    for (const auto& exchange : std::exchange(open_, {}))
-        visit_(exchange, names_);
+    for (auto& exchange : std::exchange(open_, {}))
+        visit_(std::move(exchange), names_);
 }
 
 void ExchangeRecorder::requestArrives() {
@@ -41,12 +48,22 @@ void ExchangeRecorder::requestArrives() {
 }
 
 void ExchangeRecorder::requestBegins(std::uint32_t lockId, std::uint32_t callCount) {
-    if (callCount > mostCalls || scanner_.unanswered() > mostOpen)
+    if (scanner_.unanswered() > mostOpen)
+        throw std::runtime_error("more than " + std::to_string(mostOpen) + " requests without a reply");
+    if (callCount > mostCalls)
         throw std::runtime_error("a request of " + std::to_string(callCount) + " calls");
     open_.back().lockId = lockId;
 }
 
+void ExchangeRecorder::hold(std::size_t bytes) {
+    openBytes_ += bytes;
+    if (openBytes_ > mostOpenBytes)
+        throw TooMuchOpen("more than " + std::to_string(mostOpenBytes >> 20) +
+                          " MiB of requests without a reply");
+}
+
 void ExchangeRecorder::callBegins(const CallId& call, std::uint32_t size) {
+    hold(sizeof(RecordedCall));
     auto& calls = open_.back().calls;
     calls.emplace_back();
     calls.back().id = call;
@@ -54,7 +71,10 @@ void ExchangeRecorder::callBegins(const CallId& call, std::uint32_t size) {
 }
 
 void ExchangeRecorder::parameterBytes(Bytes bytes) {
-    keep(open_.back().calls.back().parameters, bytes, mostKept_);
+    auto& kept = open_.back().calls.back().parameters;
+    const auto before = kept.size();
+    keep(kept, bytes, mostKept_);
+    hold(kept.size() - before);
 }
 
 void ExchangeRecorder::replyBegins(const std::optional<server::ErrorFrame>& error, std::uint32_t) {
@@ -88,10 +108,11 @@ void ExchangeRecorder::resultEnds() {
 void ExchangeRecorder::replyEnds() {
     auto exchange = std::move(open_.front());
     open_.pop_front();
+    openBytes_ -= bytesOf(exchange);
     exchange.isAnswered = true;
     exchange.end = now_;
     ++count_;
-    visit_(exchange, names_);
+    visit_(std::move(exchange), names_);
 }
 
 } // namespace TAVO::trace

@@ -6,6 +6,7 @@
 #include <deque>
 #include <functional>
 #include <optional>
+#include <stdexcept>
 #include <vector>
 
 #include <tavo/trace/exchange_scanner.h>
@@ -36,10 +37,18 @@ struct Exchange {
     std::optional<server::ErrorFrame> error;
 };
 
+/// More waits for replies than memory is taken for.
+class TooMuchOpen : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
 /// Makes exchanges of the bytes of one connection.
 class ExchangeRecorder final : private ExchangeReceiver {
 public:
-    using Visit = std::function<void(const Exchange&, const Names&)>;
+    using Visit = std::function<void(Exchange&&, const Names&)>;
+    /// A request of more is none.
+    static constexpr std::uint32_t mostCalls = 1'000'000;
 
     /// @param names is taught what the device tells.
     /// @param mostKept how many bytes to keep of each run of parameters and of each result.
@@ -51,6 +60,7 @@ public:
         , scanner_(*this) {}
 
     /// @throws std::runtime_error for bytes that are none of this protocol.
+    /// @throws TooMuchOpen if too much of it waits for a reply.
     void sent(Bytes bytes, std::chrono::nanoseconds time);
     void received(Bytes bytes, std::chrono::nanoseconds time);
     /// Visits the requests that nobody answered.
@@ -76,7 +86,11 @@ private:
     ExchangeScanner scanner_;
     RecordedCall& answered() { return open_.front().calls[results_ - 1]; }
 
+    void hold(std::size_t bytes);
+
     std::deque<Exchange> open_;
+    /// What the calls of open_ take.
+    std::size_t openBytes_ = 0;
     std::chrono::nanoseconds now_{0};
     std::size_t results_ = 0;
     /// Whether the result that comes now belongs to the call before results_.

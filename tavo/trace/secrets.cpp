@@ -22,6 +22,10 @@ std::uint32_t widthOf(std::string_view type) {
     return type == "u64" || type == "i64" ? 8 : 0;
 }
 
+bool mayBeLock(const Names& names, const CallId& call) {
+    return call.instanceId == DeviceFactory::DeviceInstanceID && !names.method(call);
+}
+
 } // namespace
 
 bool isSecretField(std::string_view name) {
@@ -51,8 +55,9 @@ SecretFields::SecretFields(const std::vector<FieldDescription>& fields, std::uin
     }
 }
 
-SecretFields SecretFields::everything() {
+SecretFields SecretFields::everything(std::uint32_t headBytes) {
     SecretFields fields;
+    fields.steps_.push_back({Step::Kind::fixed, headBytes});
     fields.steps_.push_back({Step::Kind::rest, 0, true});
     return fields;
 }
@@ -89,17 +94,16 @@ SecretFields::Run SecretFields::next(Bytes bytes) {
 }
 
 SecretFields secretParameters(const Names& names, const CallId& call) {
-    const auto* row = names.row(call);
-    if (row)
+    if (const auto* row = names.row(call))
         return row->request ? SecretFields(row->request->fields(), 0) : SecretFields();
-    const bool mayBeLock = call.instanceId == DeviceFactory::DeviceInstanceID && !names.method(call);
-    return mayBeLock ? SecretFields::everything() : SecretFields();
+    return mayBeLock(names, call) ? SecretFields::everything(0) : SecretFields();
 }
 
 SecretFields secretResult(const Names& names, const CallId& call) {
     constexpr std::uint32_t returnCodeBytes = 4;
-    const auto* row = names.row(call);
-    return row && row->reply ? SecretFields(row->reply->fields(), returnCodeBytes) : SecretFields();
+    if (const auto* row = names.row(call))
+        return row->reply ? SecretFields(row->reply->fields(), returnCodeBytes) : SecretFields();
+    return mayBeLock(names, call) ? SecretFields::everything(returnCodeBytes) : SecretFields();
 }
 
 } // namespace TAVO::trace

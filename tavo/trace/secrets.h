@@ -25,7 +25,8 @@ public:
     SecretFields() = default;
     /// @param headBytes bytes before the first field.
     SecretFields(const std::vector<FieldDescription>& fields, std::uint32_t headBytes);
-    static SecretFields everything();
+    /// Everything behind the head is secret.
+    static SecretFields everything(std::uint32_t headBytes);
 
     /// How many of the next bytes, at least one and at most all given, are secret or are not, one like the
     /// other. Takes these bytes.
@@ -54,7 +55,7 @@ private:
 /// Those of the parameters of the call. All bytes of a method of the device object that nobody has named: it
 /// may be the one that takes the lock.
 SecretFields secretParameters(const Names& names, const CallId& call);
-/// Those of its result.
+/// Those of its result; for such a method all but the return code.
 SecretFields secretResult(const Names& names, const CallId& call);
 
 } // namespace TAVO::trace

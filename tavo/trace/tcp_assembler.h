@@ -29,6 +29,8 @@ public:
     void finish() { drain(true); }
     /// Whether bytes are missing before some that were captured.
     bool lacksBytes() const;
+    /// Whether both sides have said that they send no more.
+    bool hasEnded() const { return sides_[0].hasEnded && sides_[1].hasEnded; }
 
 private:
     struct Piece {

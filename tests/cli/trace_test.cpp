@@ -1,5 +1,7 @@
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -118,6 +120,45 @@ TEST_F(TraceOfTool, IsReplayedAndTheFirstDifferenceNamed) {
                 HasSubstr("power.set: byte 0 of the parameters differs: expected 01, came 00"));
     EXPECT_THAT(replayed(file, {"relay", "get", "power"}, 1).errors,
                 HasSubstr("expected power.set, came power.get"));
+}
+
+TEST_F(TraceOfTool, TakesThePlaceOfAFileOnlyWhenThereIsSomethingToWrite) {
+    const auto file = path("trace.pcapng");
+    std::ofstream(file) << "of earlier";
+    const auto refused = runTool({"--trace", file, "trace", "show", file});
+    EXPECT_EQ(refused.exitCode, 2);
+    EXPECT_THAT(refused.errors, HasSubstr("--trace has nothing to write: 'trace show' asks no device"));
+    EXPECT_NE(runTool({"--trace", file, "--host", "127.0.0.1:1", "--user", "a", "info"}).exitCode, 0);
+    EXPECT_EQ(contentOf(file), "of earlier");
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 1);
+    ASSERT_EQ(tool({"--trace", file, "doctor"}).exitCode, 0);
+    EXPECT_THAT(shownCalls({file}), Not(testing::IsEmpty()));
+}
+
+TEST_F(TraceOfTool, HasNamesFromAFileWhereTheyHaveNotPassed) {
+    const auto file = path("trace.pcapng");
+    ASSERT_EQ(tool({"--trace", file, "relay", "set", "power", "on"}).exitCode, 0);
+    const auto whole = contentOf(file);
+    const auto word = [&whole](std::size_t place) {
+        std::uint32_t read = 0;
+        std::memcpy(&read, whole.data() + place, sizeof read);
+        return read;
+    };
+    const auto packets = word(4) + word(word(4) + 4); // behind the head and the interface
+    std::vector<std::size_t> requests;
+    for (std::size_t block = packets; block < whole.size(); block += word(block + 4))
+        if (word(block + 20) > 40 && whole.substr(block + 28 + 22, 2) == "\x17\xEB") // to port 6123
+            requests.push_back(block);
+    ASSERT_GT(requests.size(), 2u);
+    std::ofstream(file, std::ios::binary)
+        << whole.substr(0, packets) << whole.substr(requests[requests.size() - 2]);
+    std::ofstream(path("tree.json")) << tool({"--json", "tree", "--methods"}).output;
+    EXPECT_THAT(shownCalls({file}), testing::Each(HasSubstr("#")));
+    EXPECT_THAT(shownCalls({"--names", path("tree.json"), file}),
+                testing::ElementsAre("power.set", "device.unlock"));
+    std::ofstream(path("tree.json")) << "[]";
+    EXPECT_THAT(runTool({"trace", "show", "--names", path("tree.json"), file}).errors,
+                HasSubstr("is no document of 'tavo --json tree --methods'"));
 }
 
 TEST_F(TraceOfTool, OfACutFileIsShownAsFarAsItGoes) {

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <optional>
 #include <stdexcept>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -36,34 +37,34 @@ struct Recording {
 
 Recording recordingIn(const std::string& file) {
     constexpr std::size_t mostKept = 256u << 20;
-    constexpr std::size_t mostBytes = std::size_t{1} << 30;
+    constexpr std::size_t mostBytes = std::size_t{512} << 20;
     std::ifstream in(file, std::ios::binary);
     if (!in)
         throw std::invalid_argument(fmt::format("cannot read '{}'", file));
     Recording recording;
     const trace::Names* device = nullptr;
     std::size_t bytes = 0;
-    std::string refusal;
-    trace::Capture capture({}, mostKept, [&](const trace::Exchange& exchange, const trace::Names& names) {
+    const auto refuse = [&file](std::string_view why) {
+        throw std::invalid_argument(fmt::format("cannot replay '{}': {}", file, why));
+    };
+    trace::Capture capture({}, mostKept, [&](trace::Exchange&& exchange, const trace::Names& names) {
         if (device && device != &names)
-            refusal = "it has conversations with several devices";
+            refuse("it has conversations with several devices");
         device = &names;
         for (const auto& call : exchange.calls)
             bytes += sizeof call + call.parameters.size() + call.result.size();
+        bytes += sizeof exchange;
         if (bytes > mostBytes)
-            refusal = "it has more than 1 GiB of calls";
-        if (refusal.empty())
-            recording.exchanges.push_back(exchange);
+            refuse("it has more than 512 MiB of calls");
+        recording.exchanges.push_back(std::move(exchange));
     });
     try {
         capture.read(in);
     } catch (const trace::FormatError& error) {
-        throw std::invalid_argument(fmt::format("cannot replay '{}': {}", file, error.what()));
+        refuse(error.what());
     }
-    if (refusal.empty() && recording.exchanges.empty())
-        refusal = "it has no requests";
-    if (!refusal.empty())
-        throw std::invalid_argument(fmt::format("cannot replay '{}': {}", file, refusal));
+    if (recording.exchanges.empty())
+        refuse("it has no requests");
     recording.names = *device;
     return recording;
 }
