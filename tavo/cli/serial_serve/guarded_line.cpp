@@ -8,6 +8,7 @@
 
 #include <tavo/cli/interrupt.h>
 #include <tavo/cli/values/visible_text.h>
+#include <tavo/toolkit/errors.h>
 
 namespace TAVO::cli {
 
@@ -111,6 +112,8 @@ bool GuardedLine::sendBreak() {
             if (!refused.returned && refused.code != ExitCode::usage)
                 throw;
             warn(refused.what());
+        } catch (const toolkit::BadRequest& impossible) {
+            warn(impossible.what());
         }
         open(settings_);
     });
