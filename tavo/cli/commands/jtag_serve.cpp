@@ -136,16 +136,17 @@ void serveJtag(Session& session, Output& output, const JtagServeOptions& options
     Door door(address, bounds);
     BorrowedPort borrowed(session, output, object);
     borrowed.use([&](jtag::Port& port) {
+        GuardedPort guarded(port, output);
         try {
-            GuardedPort guarded(port, output);
             tellIfAnybodyReads(output, door.place());
             serveClients(guarded, door, dump ? &*dump : nullptr, options);
         } catch (const Interrupted&) {
             InterruptWatch::forget();
         }
+        if (dump)
+            dump->flush();
+        guarded.throwIfFailed();
     });
-    if (dump)
-        dump->flush();
 }
 
 } // namespace TAVO::cli

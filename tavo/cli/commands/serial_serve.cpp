@@ -27,6 +27,7 @@ void withLine(Session& session, Output& output, const SerialServeOptions& option
     } catch (const Interrupted&) {
         InterruptWatch::forget();
     }
+    line.throwIfFailed();
     line.close();
 }
 
