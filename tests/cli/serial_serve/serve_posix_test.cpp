@@ -1,4 +1,6 @@
 #include <array>
+#include <chrono>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -156,6 +158,39 @@ TEST_F(SerialServe, TellsOfADeviceThatFailsAndAnswersItsClient) {
     EXPECT_EQ(end.exitCode, 1);
     EXPECT_THAT(end.errors, HasSubstr("the device fails, its port says nothing from now on"));
     EXPECT_FALSE(simulator.lockHolder());
+}
+
+TEST_F(SerialServe, EndedByASignalStillTellsThatTheDeviceFailed) {
+    const auto server = serve("--rfc2217");
+    RawClient client(server->port());
+    breakDevice();
+    ASSERT_TRUE(client.send({'x', 255, 250, 44, 2, 7, 255, 240}));
+    EXPECT_EQ(client.receive(7), (Bytes{255, 250, 44, 102, 8, 255, 240}));
+    EXPECT_EQ(server->end().exitCode, 1);
+    EXPECT_FALSE(simulator.lockHolder());
+}
+
+TEST_F(SerialServe, DropsWhatAClientSentThatIsLongGone) {
+    const auto server = serve("--rfc2217", {"--baud", "300"});
+    const auto comesNext = [&] {
+        const auto begin = std::chrono::steady_clock::now();
+        RawClient next(server->port());
+        EXPECT_TRUE(next.send({255, 250, 44, 5, 0, 255, 240}));
+        EXPECT_EQ(next.receive(7), (Bytes{255, 250, 44, 105, 1, 255, 240}));
+        return std::chrono::steady_clock::now() - begin;
+    };
+    // Every setting waits a second for the line.
+    Bytes sent;
+    for (const std::uint8_t bits : Bytes(20, 7))
+        sent = support::joined({sent,
+                                Bytes(26, 'x'),
+                                {255, 250, 44, 2, bits, 255, 240},
+                                Bytes(26, 'x'),
+                                {255, 250, 44, 2, 8, 255, 240}});
+    EXPECT_TRUE(RawClient(server->port()).send(sent));
+    EXPECT_LT(comesNext(), std::chrono::seconds(20)) << "instead of 40";
+    const auto end = server->end();
+    EXPECT_EQ(end.exitCode, 0) << end.errors;
 }
 
 /// A program's end of a terminal.
