@@ -1,5 +1,6 @@
 #include <tavo/cli/commands/jtag.h>
 
+#include <chrono>
 #include <limits>
 #include <memory>
 #include <optional>
@@ -22,8 +23,10 @@ namespace {
 
 using jtag::Steps;
 
-/// A client of remote_bitbang stops working when it cannot send, however long the device is busy.
-constexpr Visitor::Bounds bounds{.received = std::size_t{64} << 20, .unsent = std::size_t{1} << 20};
+/// A client of remote_bitbang stops working when it cannot send, however long the device is busy; and it may
+/// close the connection long before that has clocked all.
+constexpr Visitor::Bounds bounds{
+    .received = std::size_t{64} << 20, .unsent = std::size_t{1} << 20, .finishing = std::chrono::minutes(5)};
 
 std::size_t levelsOf(const jtag::Step& step) {
     if (const auto* shift = std::get_if<jtag::Shift>(&step))
@@ -133,16 +136,17 @@ void serveJtag(Session& session, Output& output, const JtagServeOptions& options
     Door door(address, bounds);
     BorrowedPort borrowed(session, output, object);
     borrowed.use([&](jtag::Port& port) {
+        GuardedPort guarded(port, output);
         try {
-            GuardedPort guarded(port, output);
             tellIfAnybodyReads(output, door.place());
             serveClients(guarded, door, dump ? &*dump : nullptr, options);
         } catch (const Interrupted&) {
             InterruptWatch::forget();
         }
+        if (dump)
+            dump->flush();
+        guarded.throwIfFailed();
     });
-    if (dump)
-        dump->flush();
 }
 
 } // namespace TAVO::cli

@@ -23,9 +23,11 @@ void withLine(Session& session, Output& output, const SerialServeOptions& option
     GuardedLine line(session, output, port, options.settings());
     try {
         action(line);
+        line.drain();
     } catch (const Interrupted&) {
         InterruptWatch::forget();
     }
+    line.throwIfFailed();
     line.close();
 }
 

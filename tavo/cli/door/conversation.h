@@ -12,7 +12,8 @@ namespace TAVO::cli {
 class Conversation {
 public:
     using Milliseconds = std::chrono::milliseconds;
-    /// Where answers go.
+    /// Where answers go. Once the client has gone for good it throws, to end what receive() or pause() does,
+    /// also if it is given nothing; never in end().
     using Send = std::function<void(std::span<const std::uint8_t>)>;
 
     virtual ~Conversation() = default;

@@ -66,7 +66,12 @@ void Door::serve(const Greet& greet) {
     visitor->start();
     try {
         const auto conversation = greet([&](std::span<const std::uint8_t> bytes) { visitor->send(bytes); });
-        converse(*visitor, *conversation);
+        try {
+            converse(*visitor, *conversation);
+        } catch (const Visitor::Gone&) { // within what it sent
+        }
+        visitor->stopTellingOfEnd();
+        conversation->end();
         visitor->finish();
     } catch (...) {
         visitor->close();
@@ -81,13 +86,11 @@ void Door::converse(Visitor& visitor, Conversation& conversation) {
     std::optional<Milliseconds> patience(0);
     for (;;) {
         const auto arrival = visitor.take(bytes, patience);
-        if (arrival == Visitor::Arrival::end) {
-            sayFarewell(visitor, conversation);
-            return conversation.end();
-        }
+        if (arrival == Visitor::Arrival::end)
+            return sayFarewell(visitor, conversation);
         if (arrival == Visitor::Arrival::bytes) {
             if (!conversation.receive(bytes))
-                return conversation.end();
+                return;
             silence = Milliseconds(0);
             patience = Milliseconds(0);
             continue;

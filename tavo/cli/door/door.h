@@ -41,6 +41,7 @@ public:
 private:
     std::shared_ptr<Visitor> nextVisitor();
     void accept();
+    /// Until the client has ended, or the conversation is over.
     static void converse(Visitor& visitor, Conversation& conversation);
     /// For a client that sends no more, but may still listen.
     static void sayFarewell(Visitor& visitor, Conversation& conversation);

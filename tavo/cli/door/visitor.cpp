@@ -17,10 +17,10 @@ namespace TAVO::cli {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
 /// At most taken at once, so that answers do not wait for all that has come.
 constexpr std::size_t mostTaken = 65536;
+/// At most written before it is noted that the client takes it.
+constexpr std::size_t mostWritten = 65536;
 /// For a client that is told that nothing more will come.
 constexpr std::chrono::milliseconds patienceForClose(500);
 /// A signal wakes nobody.
@@ -67,6 +67,10 @@ Visitor::Arrival Visitor::take(std::vector<std::uint8_t>& bytes, std::optional<M
     await(
         lock, [this] { return heldBytes() > 0 || hasEnded_ || isClosed_; }, end);
     bytes.clear();
+    if (isGone()) {
+        received_.clear();
+        taken_ = 0;
+    }
     if (heldBytes() == 0)
         return hasEnded_ || isClosed_ ? Arrival::end : Arrival::nothing;
     const auto count = std::min(heldBytes(), mostTaken);
@@ -85,15 +89,31 @@ Visitor::Arrival Visitor::take(std::vector<std::uint8_t>& bytes, std::optional<M
 }
 
 void Visitor::send(std::span<const std::uint8_t> bytes) {
+    std::unique_lock lock(mutex_);
+    if (tellsOfEnd_ && isGone())
+        throw Gone();
     if (bytes.empty())
         return;
-    std::unique_lock lock(mutex_);
-    await(lock, [this] { return unsent_.size() < bounds_.unsent || isClosed_; });
+    const auto begin = Clock::now();
+    const auto isTooLong = [&] { return Clock::now() - std::max(takenAt_, begin) >= bounds_.untaken; };
+    await(lock, [&] { return unsent_.size() < bounds_.unsent || isClosed_ || isTooLong(); });
     if (isClosed_)
         return;
+    if (unsent_.size() >= bounds_.unsent)
+        return close();
     unsent_.insert(unsent_.end(), bytes.begin(), bytes.end());
     if (!std::exchange(isWriting_, true))
         asio::post(socket_.get_executor(), [self = shared_from_this()] { self->write(); });
+}
+
+void Visitor::stopTellingOfEnd() {
+    const std::lock_guard lock(mutex_);
+    tellsOfEnd_ = false;
+}
+
+void Visitor::noteEnd() {
+    if (!endedAt_)
+        endedAt_ = Clock::now();
 }
 
 bool Visitor::awaitGoing(Milliseconds patience) {
@@ -124,6 +144,7 @@ void Visitor::close() {
         self->limit_.cancel();
         const std::lock_guard lock(self->mutex_);
         self->isClosed_ = true;
+        self->noteEnd();
         self->changed_.notify_all();
     });
 }
@@ -137,6 +158,7 @@ void Visitor::read() {
                                 const std::lock_guard lock(self->mutex_);
                                 self->isReading_ = false;
                                 self->hasEnded_ = true;
+                                self->noteEnd();
                                 self->changed_.notify_all();
                                 if (failure != asio::error::eof || self->isDropping_)
                                     return self->close();
@@ -179,7 +201,12 @@ void Visitor::write() {
         sending_ = std::exchange(unsent_, {});
         changed_.notify_all();
     }
-    asio::async_write(socket_, asio::buffer(sending_),
+    const auto noteTaken = [this](const asio::error_code& failure, std::size_t) {
+        const std::lock_guard lock(mutex_);
+        takenAt_ = Clock::now();
+        return failure ? 0 : mostWritten;
+    };
+    asio::async_write(socket_, asio::buffer(sending_), noteTaken,
                       [self = shared_from_this()](const asio::error_code& failure, std::size_t) {
                           if (failure)
                               self->close();

@@ -5,6 +5,7 @@
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -25,10 +26,22 @@ public:
     using Milliseconds = std::chrono::milliseconds;
     enum class Arrival { bytes, nothing, end };
 
-    /// How many bytes are kept before the client has to wait.
+    static constexpr std::chrono::seconds patienceAtEnd{4};
+
     struct Bounds {
+        /// How many bytes are kept before the client has to wait, and before send() does.
         std::size_t received = std::size_t{1} << 20;
         std::size_t unsent = std::size_t{1} << 20;
+        /// How long after its end what a client sent still counts.
+        Milliseconds finishing = patienceAtEnd;
+        /// How long send() waits for a client that takes nothing.
+        Milliseconds untaken = std::chrono::seconds(30);
+    };
+
+    /// What the client sent does not count any more.
+    class Gone : public std::exception {
+    public:
+        const char* what() const noexcept override { return "the client has gone"; }
     };
 
     Visitor(server::Socket socket, const Bounds& bounds);
@@ -36,13 +49,17 @@ public:
     void start();
 
     /// Puts some of what has come in place of `bytes`. If there is nothing, waits for it; no longer than
-    /// `patience`, if that is given. A client that has ended sending has `patienceAtEnd` until what it sent
-    /// is dropped.
+    /// `patience`, if that is given. What a client sent is dropped when it ended sending, or was lost,
+    /// longer than the bound ago.
     /// @throws Interrupted when a signal came.
     Arrival take(std::vector<std::uint8_t>& bytes, std::optional<Milliseconds> patience);
-    /// Sends. Waits while too much is unsent; does nothing when the client has gone.
-    /// @throws Interrupted when a signal came.
+    /// Sends. Waits while too much is unsent, and closes the connection if the client takes nothing of it for
+    /// too long; does nothing when the connection is closed.
+    /// @throws Gone, also if there is nothing to send, where take() would drop what came; Interrupted when a
+    ///         signal came.
     void send(std::span<const std::uint8_t> bytes);
+    /// From now on send() never throws Gone.
+    void stopTellingOfEnd();
     /// Waits no longer than that for the connection to be closed.
     /// @return whether it is. @throws Interrupted when a signal came.
     bool awaitGoing(Milliseconds patience);
@@ -52,12 +69,14 @@ public:
     /// Closes the connection at once.
     void close();
 
-    static constexpr std::chrono::seconds patienceAtEnd{4};
-
 private:
+    using Clock = std::chrono::steady_clock;
+
     template <class Condition>
     void await(std::unique_lock<std::mutex>& lock, Condition condition,
-               std::optional<std::chrono::steady_clock::time_point> end = {});
+               std::optional<Clock::time_point> end = {});
+    void noteEnd();
+    bool isGone() const { return endedAt_ && Clock::now() - *endedAt_ >= bounds_.finishing; }
     std::size_t heldBytes() const { return received_.size() - taken_; }
     bool isUnsent() const { return !unsent_.empty() || isWriting_; }
 
@@ -81,9 +100,13 @@ private:
     std::vector<std::uint8_t> unsent_;
     bool isReading_ = false;
     bool isWriting_ = false;
-    bool hasEnded_ = false;   ///< the client sends no more
+    bool hasEnded_ = false; ///< the client sends no more
+    bool tellsOfEnd_ = true;
     bool isDropping_ = false; ///< what comes
     bool isClosed_ = false;
+    /// When the client was there last, once it has ended sending or the connection is closed.
+    std::optional<Clock::time_point> endedAt_;
+    Clock::time_point takenAt_; ///< by the client
 };
 
 } // namespace TAVO::cli

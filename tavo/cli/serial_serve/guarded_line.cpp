@@ -8,6 +8,7 @@
 
 #include <tavo/cli/interrupt.h>
 #include <tavo/cli/values/visible_text.h>
+#include <tavo/toolkit/errors.h>
 
 namespace TAVO::cli {
 
@@ -15,7 +16,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-/// The longest wait for the line before the port is opened again, however slow the line and long the text.
+/// The longest wait for the line before the port is closed, however slow the line and long the text.
 constexpr milliseconds longestDrain(1000);
 /// For what the port does between its buffer and the line.
 constexpr milliseconds drainMargin(20);
@@ -52,13 +53,21 @@ std::string GuardedLine::exchange(std::string_view bytes) {
 }
 
 void GuardedLine::dropReceived() {
+    kept_.take();
+    guard_.attempt([&] { receiveAll(); });
+}
+
+std::string GuardedLine::receiveAll() {
     // A board may say more than that meanwhile; then it goes on saying it.
     constexpr int mostRounds = 16;
-    kept_.take();
-    guard_.attempt([&] {
-        for (int round = 0; round < mostRounds && !link_->exchange({}).empty(); ++round) {
-        }
-    });
+    std::string all;
+    for (int round = 0; round < mostRounds; ++round) {
+        const auto received = link_->exchange({});
+        if (received.empty())
+            break;
+        all += received;
+    }
+    return all;
 }
 
 void GuardedLine::noteSent(std::size_t bytes) {
@@ -70,13 +79,17 @@ void GuardedLine::noteSent(std::size_t bytes) {
     sentAt_ = std::max(sentAt_, Clock::now()) + lasts;
 }
 
+void GuardedLine::drain() const {
+    if (!works() || sentAt_ == Clock::time_point())
+        return;
+    const auto left = sentAt_ + drainMargin - Clock::now();
+    if (left > Clock::duration::zero())
+        InterruptWatch::pause(std::min(std::chrono::ceil<milliseconds>(left), longestDrain));
+}
+
 void GuardedLine::leave() {
-    if (sentAt_ != Clock::time_point()) {
-        const auto left = sentAt_ + drainMargin - Clock::now();
-        if (left > Clock::duration::zero())
-            InterruptWatch::pause(std::min(std::chrono::ceil<milliseconds>(left), longestDrain));
-    }
-    kept_.add(link_->exchange({}));
+    drain();
+    kept_.add(receiveAll());
     link_->close();
     link_.reset();
 }
@@ -111,6 +124,8 @@ bool GuardedLine::sendBreak() {
             if (!refused.returned && refused.code != ExitCode::usage)
                 throw;
             warn(refused.what());
+        } catch (const toolkit::BadRequest& impossible) {
+            warn(impossible.what());
         }
         open(settings_);
     });

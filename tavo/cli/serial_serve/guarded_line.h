@@ -35,7 +35,9 @@ public:
     void restore() { set(first_); }
     /// @throws what the device failed with, if it has.
     void throwIfFailed() const { guard_.throwIfFailed(); }
-    /// Closes the port. @throws Failure, if the device has not failed before.
+    /// Waits until what was sent has had its time on the line, but not for long. @throws Interrupted.
+    void drain() const;
+    /// Closes the port at once. @throws Failure, if the device has not failed before.
     void close();
 
 private:
@@ -44,6 +46,8 @@ private:
     void open(const LineSettings& settings);
     /// Takes what has come, and closes the port as soon as what was sent has had its time on the line.
     void leave();
+    /// What has come, as far as it comes to an end.
+    std::string receiveAll();
     void noteSent(std::size_t bytes);
 
     Session& session_;

@@ -115,6 +115,8 @@ void Rfc2217::command(std::uint8_t command) {
     if (command != telnet::brk)
         return;
     flush();
+    // Nothing is answered.
+    insistOnClient();
     line().sendBreak();
 }
 

@@ -14,6 +14,7 @@ void SerialConversation::forward(std::span<const std::uint8_t> bytes) {
     while (!bytes.empty()) {
         const auto part = bytes.first(std::min(bytes.size(), ServedLine::mostSentAtOnce));
         bytes = bytes.subspan(part.size());
+        insistOnClient();
         const auto received = line_.exchange({reinterpret_cast<const char*>(part.data()), part.size()});
         if (!received.empty())
             tell(received);

@@ -25,6 +25,8 @@ public:
 protected:
     ServedLine& line() { return line_; }
     void say(std::span<const std::uint8_t> bytes) { send_(bytes); }
+    /// Goes no further with what the client sent if it has gone for good.
+    void insistOnClient() { send_({}); }
     /// Sends over the line, and tells what has come.
     void forward(std::span<const std::uint8_t> bytes);
     /// What has come from the line, never empty.

@@ -166,6 +166,18 @@ TEST_F(JtagServe, TellsOfADeviceThatFailsAndAnswersItsClient) {
     EXPECT_FALSE(simulator.lockHolder());
 }
 
+TEST_F(JtagServe, EndedByASignalStillTellsThatTheDeviceFailed) {
+    const auto cable = serve("--xvc");
+    RawClient client(cable->port());
+    ASSERT_TRUE(client.send(xvcShift(8, {0x5F}))); // into Run-Test/Idle, Capture-DR
+    EXPECT_EQ(client.receive(1), support::Bytes{0xFF});
+    withPort([](auto& port) { port.setEnabled(false); });
+    ASSERT_TRUE(client.send(xvcShift(12, {0x00, 0x00})));
+    EXPECT_EQ(client.receive(2), (support::Bytes{0xFF, 0x0F}));
+    EXPECT_EQ(cable->end().exitCode, 1);
+    EXPECT_FALSE(simulator.lockHolder());
+}
+
 TEST_F(JtagServe, WritesWhatIsClockedToAFile) {
     const auto file = (folder / "clocks.vcd").string();
     const auto cable = serve("--bitbang", {"--vcd", file});

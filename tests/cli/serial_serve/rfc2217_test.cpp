@@ -1,6 +1,7 @@
 #include <tavo/cli/serial_serve/rfc2217.h>
 
 #include <chrono>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -172,6 +173,17 @@ TEST_F(ComPortClient, IsSentAwayForASubnegotiationWithoutAnEnd) {
     EXPECT_FALSE(conversation.receive(flood));
     EXPECT_EQ(line.sent, "hi");
     EXPECT_THAT(line.warnings, ElementsAre("the client sent a Telnet subnegotiation without an end"));
+}
+
+TEST(GoneComPortClient, SendsNoMoreBreaksAndBytes) {
+    FakeLine line;
+    int left = 2;
+    Rfc2217 conversation(line, [&](std::span<const std::uint8_t>) {
+        if (left-- == 0)
+            throw std::runtime_error("gone");
+    });
+    EXPECT_THROW(conversation.receive(Bytes{255, 243, 'a', 255, 243, 255, 243}), std::runtime_error);
+    EXPECT_THAT(line.events, ElementsAre("break", "send a"));
 }
 
 TEST(PlainSerialClient, SendsAndGetsBytesAsTheyAre) {

@@ -119,6 +119,12 @@ TEST_F(SerialServe, KeepsWhatTheBoardSaidBeforeTheLineChanged) {
         return text.find("\xFF\xFA\x2C\x69\x06\xFF\xF0") != std::string::npos;
     })) << text;
     EXPECT_EQ(settings()->dataBits, 7) << "open as before";
+    ASSERT_TRUE(client.send({255, 250, 44, 2, 8, 255, 240}));
+    EXPECT_TRUE(support::soon([&] {
+        text += textOfBytes(client.receive());
+        return text.find("\xFF\xFA\x2C\x66\x08\xFF\xF0") != std::string::npos;
+    })) << "it works: "
+        << text;
     const auto end = server->end();
     EXPECT_EQ(end.exitCode, 0);
     EXPECT_THAT(end.errors, HasSubstr("the port cannot send a break at 300 baud"));
@@ -154,6 +160,34 @@ TEST_F(SerialServe, TellsOfADeviceThatFailsAndAnswersItsClient) {
     EXPECT_EQ(end.exitCode, 1);
     EXPECT_THAT(end.errors, HasSubstr("the device fails, its port says nothing from now on"));
     EXPECT_FALSE(simulator.lockHolder());
+}
+
+TEST_F(SerialServe, EndedByASignalStillTellsThatTheDeviceFailed) {
+    const auto server = serve("--rfc2217");
+    RawClient client(server->port());
+    breakDevice();
+    ASSERT_TRUE(client.send({'x', 255, 250, 44, 2, 7, 255, 240}));
+    EXPECT_EQ(client.receive(7), (Bytes{255, 250, 44, 102, 8, 255, 240}));
+    EXPECT_EQ(server->end().exitCode, 1);
+    EXPECT_FALSE(simulator.lockHolder());
+}
+
+TEST_F(SerialServe, DropsWhatAClientSentThatIsLongGone) {
+    const auto server = serve("--rfc2217", {"--baud", "300"});
+    // Every setting waits a second for the line.
+    Bytes sent;
+    for (int round = 0; round < 20; ++round)
+        sent = support::joined({sent,
+                                Bytes(26, 'x'),
+                                {255, 250, 44, 2, 7, 255, 240},
+                                Bytes(26, 'x'),
+                                {255, 250, 44, 2, 8, 255, 240}});
+    EXPECT_TRUE(RawClient(server->port()).send(sent));
+    RawClient next(server->port());
+    ASSERT_TRUE(next.send({255, 250, 44, 5, 0, 255, 240}));
+    EXPECT_EQ(next.receive(7), (Bytes{255, 250, 44, 105, 1, 255, 240})) << "not 40 seconds later";
+    const auto end = server->end();
+    EXPECT_EQ(end.exitCode, 0) << end.errors;
 }
 
 /// A program's end of a terminal.
