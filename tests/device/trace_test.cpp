@@ -128,7 +128,7 @@ TEST(TracedDevice, TellsLargeBlocksInPiecesAndKeepsThemWhole) {
     });
     auto& transport = device->transport();
     TAVOX::OutputStream request;
-    for (const std::uint32_t word : {0, 1, 0, 3, 0})
+    for (const std::uint32_t word : {0u, 1u, 0u, 3u, 0u})
         request.writeUInt32(word);
     transport.send(request.chunks());
     Bytes got(head.size() + block.size());
