@@ -24,6 +24,11 @@ using TAVO::cli::Visitor;
 
 /// A client, and its connection on the side of a server.
 class VisitorTest : public testing::Test {
+    // Outlives the visitor.
+    asio::io_context context_;
+    asio::executor_work_guard<asio::io_context::executor_type> work_{context_.get_executor()};
+    std::thread thread_{[this] { context_.run(); }};
+
 protected:
     ~VisitorTest() override {
         context_.stop();
@@ -40,11 +45,6 @@ protected:
     std::optional<RawClient> client;
     std::shared_ptr<Visitor> visitor;
     Bytes taken;
-
-private:
-    asio::io_context context_;
-    asio::executor_work_guard<asio::io_context::executor_type> work_{context_.get_executor()};
-    std::thread thread_{[this] { context_.run(); }};
 };
 
 TEST_F(VisitorTest, LosesWhatItSentWhenItIsLongGone) {
