@@ -63,11 +63,13 @@ void PcapngWriter::begin(std::uint32_t type) {
 
 // Numbers are in the byte order of the machine, which the magic number tells.
 void PcapngWriter::half(std::uint16_t number) {
-    bytes(std::bit_cast<std::array<std::uint8_t, sizeof number>>(number));
+    for (const auto byte : std::bit_cast<std::array<std::uint8_t, sizeof number>>(number))
+        block_.push_back(byte);
 }
 
 void PcapngWriter::word(std::uint32_t number) {
-    bytes(std::bit_cast<std::array<std::uint8_t, sizeof number>>(number));
+    for (const auto byte : std::bit_cast<std::array<std::uint8_t, sizeof number>>(number))
+        block_.push_back(byte);
 }
 
 void PcapngWriter::bytes(std::span<const std::uint8_t> bytes) {
