@@ -66,7 +66,8 @@ protected:
     ~SvfBesideOpenOcd() override { std::filesystem::remove(path_); }
 
     int playByOpenOcd(const LoggedChain& chain) const {
-        support::Process bridge(chain.tool({"jtag", "serve", "--bitbang", "0", "--object", "cpu0.jtag"}));
+        support::Process bridge(
+            chain.tool({"jtag", "serve", "--once", "--bitbang", "0", "--object", "cpu0.jtag"}));
         const auto line = bridge.firstLine();
         support::ProcessSetup setup{.program = openOcd, .arguments = {}};
         for (const auto& command :
@@ -77,8 +78,8 @@ protected:
                    "jtag newtap board cpld -irlen 10", "init", "svf -quiet " + path_, "shutdown"})
             setup.arguments.insert(setup.arguments.end(), {"-c", command});
         const auto run = support::runProcess(setup);
-        bridge.signal(SIGTERM);
-        bridge.wait();
+        // It ends when all that OpenOCD left behind is clocked.
+        EXPECT_EQ(bridge.wait().exitCode, 0);
         return run.exitCode;
     }
     int playByTool(const LoggedChain& chain, const Words& options = {}) const {
