@@ -13,28 +13,40 @@
 
 namespace tool_test {
 
-/// `tavo jtag serve` as a process of its own.
-class CableProcess {
+/// A server of the tool as a process of its own, which has told where it is.
+class ServingProcess {
 public:
-    explicit CableProcess(const support::ProcessSetup& setup)
-        : process_(setup) {
-        const auto told = process_.firstLine();
-        const std::string expected = "listening on 127.0.0.1:";
-        if (!told.starts_with(expected))
-            throw std::runtime_error("the server said: " + told);
-        port_ = static_cast<std::uint16_t>(std::stoi(told.substr(expected.size())));
-    }
-
-    std::uint16_t port() const { return port_; }
     support::ProcessOutcome wait() { return process_.wait(); }
     support::ProcessOutcome end(int signal = SIGTERM) {
         process_.signal(signal);
         return process_.wait();
     }
 
+protected:
+    /// @param expected what stands before the place.
+    ServingProcess(const support::ProcessSetup& setup, const std::string& expected)
+        : process_(setup) {
+        const auto told = process_.firstLine();
+        if (!told.starts_with(expected))
+            throw std::runtime_error("the server said: " + told);
+        place_ = told.substr(expected.size());
+    }
+
+    const support::Process& process() const { return process_; }
+    const std::string& place() const { return place_; }
+
 private:
     support::Process process_;
-    std::uint16_t port_ = 0;
+    std::string place_;
+};
+
+/// One that listens for clients over the network.
+class CableProcess : public ServingProcess {
+public:
+    explicit CableProcess(const support::ProcessSetup& setup)
+        : ServingProcess(setup, "listening on 127.0.0.1:") {}
+
+    std::uint16_t port() const { return static_cast<std::uint16_t>(std::stoi(place())); }
 };
 
 /// A JTAG port of a simulated device that is served to programs.

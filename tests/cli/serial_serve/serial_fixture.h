@@ -1,13 +1,11 @@
 #pragma once
 
 #include <chrono>
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
 
 #include <tavo/simulator/objects/com.h>
@@ -16,29 +14,14 @@
 
 namespace tool_test {
 
-/// `tavo serial serve --pty` as a process of its own.
-class TerminalProcess {
+/// `tavo serial serve --pty`.
+class TerminalProcess : public ServingProcess {
 public:
     explicit TerminalProcess(const support::ProcessSetup& setup)
-        : process_(setup) {
-        const auto told = process_.firstLine();
-        const std::string expected = "PTY ";
-        if (!told.starts_with(expected))
-            throw std::runtime_error("the server said: " + told);
-        path_ = told.substr(expected.size());
-    }
+        : ServingProcess(setup, "PTY ") {}
 
-    const std::string& path() const { return path_; }
-    const support::Process& process() const { return process_; }
-    support::ProcessOutcome wait() { return process_.wait(); }
-    support::ProcessOutcome end(int signal = SIGTERM) {
-        process_.signal(signal);
-        return process_.wait();
-    }
-
-private:
-    support::Process process_;
-    std::string path_;
+    using ServingProcess::process;
+    const std::string& path() const { return place(); }
 };
 
 /// The console of a simulated board that is served to programs.
