@@ -75,6 +75,7 @@ inside sh -c 'apt-get -qq -y --no-install-recommends install /packages/*.deb' >"
 
 echo "debian/tests"
 status=0
+rm -rf "$packages/autopkgtest"
 autopkgtest --no-built-binaries --output-dir "$packages/autopkgtest" "$root"/packages/*.deb "$sources//" -- \
     chroot "$root" >"$packages/autopkgtest.log" 2>&1 || status=$?
 cat "$packages/autopkgtest/summary" || true
