@@ -1,6 +1,9 @@
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <span>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -91,6 +94,61 @@ TEST_F(Object, TakesAllIdsFromTheDevice) {
     const auto object = build();
     EXPECT_EQ(object->getMethodID("type"), fake.methodId("type"));
     EXPECT_EQ(object->getMethodID("version"), fake.methodId("version"));
+}
+
+/// An object with eight methods of the application's own, "aa" to "hh", and the tables that describe them.
+class ObjectWithOwnMethods : public Object {
+protected:
+    ObjectWithOwnMethods() {
+        std::uint32_t id = 100;
+        for (const auto& name : names) {
+            fake.listedMethod(name, id++);
+            encoders[name] = TAVO::TAVOXTranscode::encodeNothing;
+            decoders[name] = TAVO::TAVOXTranscode::decodeStatus;
+        }
+        object = std::make_shared<Object_v1_0>(device, "thing", 7u, nullptr, encoders, decoders);
+    }
+    std::shared_ptr<TAVO::Method> make(std::string_view name) const {
+        return object->make(TAVO::TAVOXTranscode::Call<>{name});
+    }
+
+    const Names names{"cc", "aa", "hh", "bb", "ee", "ff", "gg", "dd"};
+    base::EncoderList encoders;
+    base::DecoderList decoders;
+    std::shared_ptr<Object_v1_0> object;
+};
+
+TEST_F(ObjectWithOwnMethods, FindsEachOfThemInAnyTurn) {
+    for (std::size_t step = 1; step <= 7; ++step) {
+        for (std::size_t i = 0; i < 50; ++i) {
+            const auto at = i * step % names.size();
+            const auto method = make(names[at]);
+            ASSERT_EQ(method->getID(), 100 + at) << names[at];
+            ASSERT_EQ(method->getFullName(), "thing." + names[at]);
+        }
+    }
+}
+
+TEST_F(ObjectWithOwnMethods, GoesByTheTextOfANameAndNotByItsPlace) {
+    std::string name = "aa";
+    for (const auto* text : {"aa", "bb", "aa", "dd", "bb"}) {
+        name.replace(0, 2, text);
+        EXPECT_EQ(make(name)->getName(), text);
+    }
+    name = "a";
+    EXPECT_EQ(failureOf<SpecificationError>([&] { make(name); }), "Could not find Method ID for Method: a");
+}
+
+TEST_F(ObjectWithOwnMethods, UsesTheFunctionsThatItsTablesHoldWhenTheCallIsMade) {
+    const auto former = make("aa");
+    encoders["aa"] = &base::encode_reserve;
+    decoders["aa"] = &base::decode_type;
+    const auto later = make("aa");
+    EXPECT_EQ(former->getEncoder(), TAVO::TAVOXTranscode::encodeNothing);
+    EXPECT_EQ(former->getDecoder(), TAVO::TAVOXTranscode::decodeStatus);
+    EXPECT_EQ(later->getEncoder(), &base::encode_reserve);
+    EXPECT_EQ(later->getDecoder(), &base::decode_type);
+    EXPECT_EQ(make("bb")->getEncoder(), TAVO::TAVOXTranscode::encodeNothing);
 }
 
 TEST_F(Object, RefusesNamesThatItDoesNotKnow) {

@@ -21,8 +21,11 @@ Method::Method(const std::string& name, const Object_v1_0& object, const dto::Pa
     : Method(object, name, dto::Params(params)) {}
 
 Method::Method(const Object_v1_0& object, std::string_view name, dto::Params&& params)
+    : Method(object, object.targetOf(name), std::move(params)) {}
+
+Method::Method(const Object_v1_0& object, std::shared_ptr<const Target> target, dto::Params&& params)
     : container_(object)
-    , target_(object.targetOf(name))
+    , target_(std::move(target))
     , params_(std::move(params)) {}
 
 std::string Method::getName() const { return target_->path->name(); }

@@ -74,7 +74,13 @@ protected:
 
 private:
     friend class Object_v1_0;
+    struct Target;
 
+public:
+    /// For Object_v1_0::make().
+    Method(const Object_v1_0& object, std::shared_ptr<const Target> target, dto::Params&& params);
+
+private:
     /// The remote method. Methods that call it share this; it outlives the object for the sake of its name.
     struct Target {
         const Object_v1_0* object = nullptr; ///< null on a plain Container

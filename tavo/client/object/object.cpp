@@ -72,6 +72,7 @@ Object_v1_0::Object_v1_0(std::shared_ptr<Device> device, const std::string& name
                          const DecoderList& decoders)
     : Object_v1_0(Unasked(), device, name, instanceId, parent, encoders, decoders) {
     const auto listed = execute(getMethodsMethod());
+    methods_.reserve(std::max(encoders.size(), decoders.size()));
     std::size_t others = 0;
     std::size_t nameBytes = 0;
     for (const auto& method : listed.methods) {
@@ -93,9 +94,18 @@ bool Object_v1_0::enter(const std::string& name, std::uint32_t id) {
     const bool hasDecoder = decoder != decoders_->end();
     if (!hasEncoder && !hasDecoder)
         return false;
-    methods_[name] = {id, hasEncoder ? &encoder->second : nullptr, hasDecoder ? &decoder->second : nullptr,
-                      nullptr};
+    recent_ = {}; // entries move
+    const auto place = std::ranges::lower_bound(methods_, std::string_view(name), {}, nameOfEntry);
+    const bool isNew = place == methods_.end() || *place->name != name;
+    auto& entry = isNew ? *methods_.insert(place, MethodEntry()) : *place;
+    entry = {hasEncoder ? &encoder->first : &decoder->first, hasEncoder ? &encoder->second : nullptr,
+             hasDecoder ? &decoder->second : nullptr, id, nullptr};
     return true;
+}
+
+const Object_v1_0::MethodEntry* Object_v1_0::entryOf(std::string_view name) const {
+    const auto found = std::ranges::lower_bound(methods_, name, {}, nameOfEntry);
+    return found == methods_.end() || *found->name != name ? nullptr : &*found;
 }
 
 void Object_v1_0::enterOthers(const dto::Base::MethodsReply& listed, std::size_t count,
@@ -103,7 +113,7 @@ void Object_v1_0::enterOthers(const dto::Base::MethodsReply& listed, std::size_t
     others_.reserve(count);
     otherNames_.reserve(nameBytes + count);
     for (const auto& method : listed.methods) {
-        if (methods_.contains(method.name))
+        if (entryOf(method.name))
             continue;
         others_.push_back({static_cast<std::uint32_t>(otherNames_.size()),
                            static_cast<std::uint32_t>(method.name.size()), method.id});
@@ -124,8 +134,8 @@ const std::uint32_t* Object_v1_0::otherMethod(const std::string& name) const {
 }
 
 std::uint32_t Object_v1_0::getMethodID(const std::string& name) const {
-    if (const auto found = methods_.find(name); found != methods_.end())
-        return found->second.id;
+    if (const auto* entry = entryOf(name))
+        return entry->id;
     if (const auto* id = otherMethod(name))
         return *id;
     refuseName(*this, "ID", name);
@@ -146,20 +156,26 @@ Object_v1_0::Functions Object_v1_0::findFunctions(std::string_view name) const {
             decoder == decoders_->end() ? nullptr : decoder->second};
 }
 
-std::shared_ptr<const Method::Target> Object_v1_0::targetOf(std::string_view methodName) const {
-    const auto found = methods_.find(methodName);
-    const bool known = found != methods_.end() && found->second.encoder && found->second.decoder;
-    if (known && found->second.isUpToDate())
-        return found->second.target;
-    std::string name(methodName);
+std::shared_ptr<const Method::Target> Object_v1_0::targetOf(std::string_view name) const {
+    for (const auto* entry : recent_)
+        if (entry && *entry->name == name && entry->isUpToDate())
+            return entry->target;
+    const auto* entry = entryOf(name);
+    if (!entry || !entry->encoder || !entry->decoder)
+        return makeTarget(std::string(name));
+    if (!entry->isUpToDate())
+        entry->target = makeTarget(*entry->name);
+    recent_[oldestRecent_] = entry;
+    oldestRecent_ = (oldestRecent_ + 1) % recent_.size();
+    return entry->target;
+}
+
+std::shared_ptr<const Method::Target> Object_v1_0::makeTarget(const std::string& name) const {
     const auto id = getMethodID(name);
     const auto encoder = getEncoder(name);
     const auto decoder = getDecoder(name);
-    auto target = std::make_shared<Method::Target>(
-        Method::Target{this, id, encoder, decoder, std::make_shared<NamePath>(path_, std::move(name))});
-    if (known)
-        found->second.target = target;
-    return target;
+    return std::make_shared<Method::Target>(
+        Method::Target{this, id, encoder, decoder, std::make_shared<NamePath>(path_, name)});
 }
 
 std::shared_ptr<BoundMethod<dto::Base::TypeReply>> Object_v1_0::getTypeMethod() const {

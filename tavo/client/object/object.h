@@ -1,12 +1,12 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <type_traits>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -146,7 +146,8 @@ public:
     auto make(const TAVOXTranscode::Call<Request, Reply>& call, Arguments&&... arguments) const {
         using Given = std::conditional_t<std::is_void_v<Result>, Reply, Result>;
         auto method = TAVOXTranscode::makePooled<MethodFor<Given>>(
-            *this, call.name, TAVOXTranscode::makeParams(call, std::forward<Arguments>(arguments)...));
+            *this, targetOf(call.name),
+            TAVOXTranscode::makeParams(call, std::forward<Arguments>(arguments)...));
         if constexpr (TAVOXTranscode::hasOnlyField<Reply>() && Plain<Given>)
             method->template takeOnlyFieldOf<Reply>();
         return method;
@@ -154,7 +155,7 @@ public:
 
     /// Whether the device listed the method when the proxy was made. Does not tell whether the library has
     /// functions for it.
-    bool hasMethod(const std::string& name) const { return methods_.contains(name) || otherMethod(name); }
+    bool hasMethod(const std::string& name) const { return entryOf(name) || otherMethod(name); }
     /// The two functions of a method.
     struct Functions {
         TAVOXTranscode::Encoder encoder = nullptr; ///< null when the object's table has none
@@ -207,23 +208,21 @@ private:
     /// Throws what getMethodID(), getEncoder() and getDecoder() throw, in this order.
     std::shared_ptr<const Method::Target> targetOf(std::string_view name) const;
 
-    /// One listed method. A function is null where the table had none when the proxy was made.
+    /// A method that the device lists and the tables know.
     struct MethodEntry {
+        const std::string* name = nullptr;                ///< in a table
+        const TAVOXTranscode::Encoder* encoder = nullptr; ///< null where the table had none
+        const TAVOXTranscode::Decoder* decoder = nullptr; ///< null where the table had none
         std::uint32_t id = 0;
-        const TAVOXTranscode::Encoder* encoder = nullptr;
-        const TAVOXTranscode::Decoder* decoder = nullptr;
-        std::shared_ptr<const Method::Target> target; ///< made with the first Method
+        mutable std::shared_ptr<const Method::Target> target; ///< made with the first Method
         /// Whether the target has the functions of the tables, which may get others.
         bool isUpToDate() const {
             return target && target->encoder == *encoder && target->decoder == *decoder;
         }
     };
-    struct NameHash {
-        using is_transparent = void;
-        std::size_t operator()(std::string_view name) const noexcept {
-            return std::hash<std::string_view>()(name);
-        }
-    };
+    static std::string_view nameOfEntry(const MethodEntry& entry) { return *entry.name; }
+    const MethodEntry* entryOf(std::string_view name) const;
+    std::shared_ptr<const Method::Target> makeTarget(const std::string& name) const;
     /// False, with nothing entered, when the tables have no function of that name.
     bool enter(const std::string& name, std::uint32_t id);
     void enterOthers(const dto::Base::MethodsReply& listed, std::size_t count, std::size_t nameBytes);
@@ -246,7 +245,10 @@ private:
     const Device* deviceAddress_; ///< for comparison only: may dangle
     std::uint32_t instanceId_;
     std::string knownType_;
-    mutable std::unordered_map<std::string, MethodEntry, NameHash, std::equal_to<>> methods_;
+    std::vector<MethodEntry> methods_; ///< sorted by name
+    /// Those of methods_ that calls were made of last. Batches are made of few methods.
+    mutable std::array<const MethodEntry*, 4> recent_{};
+    mutable std::size_t oldestRecent_ = 0;
     std::vector<OtherMethod> others_; ///< sorted by name
     std::string otherNames_;
     const EncoderList* encoders_;
