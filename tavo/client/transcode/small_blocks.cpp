@@ -34,8 +34,8 @@ enum class Phase { before, during, after };
 /// What one thread keeps. Trivially destructible: blocks are freed until the very end of a thread, when what
 /// has a destructor is gone.
 struct Shelves {
+    std::size_t room = 0; ///< how much more is kept: nothing but while the phase is `during`
     Phase phase = Phase::before;
-    std::size_t kept = 0;
     std::array<FreeBlock*, shelfOf(largest) + 1> blocks{};
 };
 
@@ -43,21 +43,27 @@ constinit thread_local Shelves shelves;
 
 class EndOfThread {
 public:
-    EndOfThread() { shelves.phase = Phase::during; }
+    EndOfThread() {
+        shelves.phase = Phase::during;
+        shelves.room = SmallBlocks::mostKept;
+    }
     EndOfThread(const EndOfThread&) = delete;
     EndOfThread& operator=(const EndOfThread&) = delete;
     ~EndOfThread() {
         shelves.phase = Phase::after;
+        shelves.room = 0;
         for (auto*& first : shelves.blocks)
             while (first)
                 ::operator delete(std::exchange(first, first->next));
     }
 };
 
-bool begins() noexcept {
-    if (shelves.phase == Phase::before)
-        static thread_local const EndOfThread atEnd;
-    return shelves.phase == Phase::during;
+/// Whether there is room for a block now, because the thread has only begun to keep some.
+bool beginsWithRoom() noexcept {
+    if (shelves.phase != Phase::before)
+        return false;
+    static thread_local const EndOfThread atEnd;
+    return true;
 }
 
 } // namespace
@@ -71,20 +77,18 @@ void* SmallBlocks::take(std::size_t bytes) {
     auto*& first = shelves.blocks[shelf];
     if (!first)
         return ::operator new(shelf* step);
-    shelves.kept -= shelf * step;
+    shelves.room += shelf * step;
     return std::exchange(first, first->next);
 }
 
 void SmallBlocks::give(void* block, std::size_t bytes) noexcept {
     const auto shelf = shelfOf(bytes);
     const auto size = shelf * step;
-    const bool keeps = TAVO_KEEPS_BLOCKS && bytes <= largest && shelves.kept + size <= mostKept &&
-                       (shelves.phase == Phase::during || begins());
-    if (!keeps) {
+    if (!TAVO_KEEPS_BLOCKS || bytes > largest || (shelves.room < size && !beginsWithRoom())) {
         ::operator delete(block);
         return;
     }
-    shelves.kept += size;
+    shelves.room -= size;
     auto*& first = shelves.blocks[shelf];
     first = ::new (block) FreeBlock{first};
 }
