@@ -1,15 +1,10 @@
 #include <tavo/client/commonmodules/cfa633.h>
 
 #include <tavo/client/transcode/internal/function_names.h>
-#include <tavo/client/transcode/table.h>
 
 namespace CommonModules::TAVOXTranscode::cfa633_v1_0 {
 
-constexpr auto table = tableOf(lcdPrint, lcdClear, lcdBackLight);
-
-MethodRows rows() noexcept { return table; }
-
-TAVO_FUNCTION_NAMES(lcdPrint, lcdClear, lcdBackLight);
+TAVO_METHODS(lcdPrint, lcdClear, lcdBackLight);
 
 } // namespace CommonModules::TAVOXTranscode::cfa633_v1_0
 

@@ -1,15 +1,10 @@
 #include <tavo/client/commonmodules/com.h>
 
 #include <tavo/client/transcode/internal/function_names.h>
-#include <tavo/client/transcode/table.h>
 
 namespace CommonModules::TAVOXTranscode::com_v1_0 {
 
-constexpr auto table = tableOf(open, close, recv, send);
-
-MethodRows rows() noexcept { return table; }
-
-TAVO_FUNCTION_NAMES(open, close, recv, send);
+TAVO_METHODS(open, close, recv, send);
 
 } // namespace CommonModules::TAVOXTranscode::com_v1_0
 

@@ -1,25 +1,16 @@
 #include <tavo/client/commonmodules/relay.h>
 
 #include <tavo/client/transcode/internal/function_names.h>
-#include <tavo/client/transcode/table.h>
 
 namespace CommonModules::TAVOXTranscode::relay_v1_0 {
 
-constexpr auto table = tableOf(get, set, toggle);
-
-MethodRows rows() noexcept { return table; }
-
-TAVO_FUNCTION_NAMES(get, set, toggle);
+TAVO_METHODS(get, set, toggle);
 
 } // namespace CommonModules::TAVOXTranscode::relay_v1_0
 
 namespace CommonModules::TAVOXTranscode::cmosRelay_v1_0 {
 
-constexpr auto table = tableOf(cmosClear);
-
-MethodRows rows() noexcept { return table; }
-
-TAVO_FUNCTION_NAMES(cmosClear);
+TAVO_METHODS(cmosClear);
 
 } // namespace CommonModules::TAVOXTranscode::cmosRelay_v1_0
 

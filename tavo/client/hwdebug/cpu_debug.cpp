@@ -2,7 +2,6 @@
 
 #include <tavo/client/hwdebug/child.h>
 #include <tavo/client/transcode/internal/function_names.h>
-#include <tavo/client/transcode/table.h>
 
 namespace TAVO::TAVOXTranscode::cpuDebug_v1_0 {
 
@@ -12,11 +11,7 @@ MethodRows rows() noexcept { return {}; }
 
 namespace TAVO::TAVOXTranscode::cpuDebug_v1_1 {
 
-constexpr auto table = tableOf(headerStatusGet);
-
-MethodRows rows() noexcept { return table; }
-
-TAVO_FUNCTION_NAMES(headerStatusGet);
+TAVO_METHODS(headerStatusGet);
 
 } // namespace TAVO::TAVOXTranscode::cpuDebug_v1_1
 

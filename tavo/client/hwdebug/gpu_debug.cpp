@@ -2,15 +2,10 @@
 
 #include <tavo/client/hwdebug/child.h>
 #include <tavo/client/transcode/internal/function_names.h>
-#include <tavo/client/transcode/table.h>
 
 namespace TAVO::TAVOXTranscode::gpuDebug_v1_0 {
 
-constexpr auto table = tableOf(headerStatusGet, headerModeGet, headerModeSet, ioPxEnGet);
-
-MethodRows rows() noexcept { return table; }
-
-TAVO_FUNCTION_NAMES(headerStatusGet, headerModeGet, headerModeSet, ioPxEnGet);
+TAVO_METHODS(headerStatusGet, headerModeGet, headerModeSet, ioPxEnGet);
 
 } // namespace TAVO::TAVOXTranscode::gpuDebug_v1_0
 

@@ -1,18 +1,12 @@
 #include <tavo/client/hwdebug/gpu_scan.h>
 
-#include <tavo/client/transcode/convert_record.h>
+#include <tavo/client/transcode/internal/conversions.h>
 #include <tavo/client/transcode/internal/function_names.h>
-#include <tavo/client/transcode/table.h>
 
 namespace TAVO::TAVOXTranscode::gpuScan_v1_0 {
 
-constexpr auto table = tableOf(scan, optionSckFrequencyGet, optionSckFrequencySet, ioSckGet, ioSckSet,
-                               ioSdoGet, enableGet, enableSet, headerStatusGet, headerStatusClear);
-
-MethodRows rows() noexcept { return table; }
-
-TAVO_FUNCTION_NAMES(scan, optionSckFrequencyGet, optionSckFrequencySet, ioSckGet, ioSckSet, ioSdoGet,
-                    enableGet, enableSet, headerStatusGet, headerStatusClear);
+TAVO_METHODS(scan, optionSckFrequencyGet, optionSckFrequencySet, ioSckGet, ioSckSet, ioSdoGet, enableGet,
+             enableSet, headerStatusGet, headerStatusClear);
 
 } // namespace TAVO::TAVOXTranscode::gpuScan_v1_0
 
@@ -22,32 +16,9 @@ namespace gpuScan_v1_0 = TAVOXTranscode::gpuScan_v1_0;
 
 namespace GpuScan_v1_0_Structs {
 
-ScanGet::ScanGet(const dto::gpuScan::ScanReply& reply) { TAVOXTranscode::convertRecord(reply, *this); }
-
-ScanGet::ScanGet(const dto::result& outcome)
-    : ScanGet(dto::replyOf<dto::gpuScan::ScanReply>(outcome)) {}
-
-GpuScanIoSck::GpuScanIoSck(const dto::Header::IoGetReply& reply) {
-    TAVOXTranscode::convertRecord(reply, *this);
-}
-
-GpuScanIoSck::GpuScanIoSck(const dto::result& outcome)
-    : GpuScanIoSck(dto::replyOf<dto::Header::IoGetReply>(outcome)) {}
-
-GpuScanIoSck::operator dto::Header::IoGetReply() const {
-    return TAVOXTranscode::converted<dto::Header::IoGetReply>(*this);
-}
-
-GpuScanSckFrequency::GpuScanSckFrequency(const dto::Base::FrequencyGetReply& reply) {
-    TAVOXTranscode::convertRecord(reply, *this);
-}
-
-GpuScanSckFrequency::GpuScanSckFrequency(const dto::result& outcome)
-    : GpuScanSckFrequency(dto::replyOf<dto::Base::FrequencyGetReply>(outcome)) {}
-
-GpuScanSckFrequency::operator dto::Base::FrequencyGetReply() const {
-    return TAVOXTranscode::converted<dto::Base::FrequencyGetReply>(*this);
-}
+TAVO_FROM_REPLY(ScanGet, dto::gpuScan::ScanReply);
+TAVO_FROM_AND_TO_REPLY(GpuScanIoSck, dto::Header::IoGetReply);
+TAVO_FROM_AND_TO_REPLY(GpuScanSckFrequency, dto::Base::FrequencyGetReply);
 
 } // namespace GpuScan_v1_0_Structs
 

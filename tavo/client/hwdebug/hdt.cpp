@@ -5,43 +5,25 @@
 #include <stdexcept>
 
 #include <tavo/client/transcode/internal/function_names.h>
-#include <tavo/client/transcode/table.h>
 
 namespace TAVO::TAVOXTranscode::hdt_v1_0 {
 
-constexpr auto table = tableOf(ioDbreqGet, ioDbreqSet, ioDbrdyGet, ioDbrdySnapshotGet, ioDbrdySnapshotClear,
-                               ioResetGet, ioPwrokGet, optionDbreqOnDbrdySet, optionDbreqOnDbrdyGet,
-                               optionDbreqOnResetSet, optionDbreqOnResetGet, optionDbreqPulseWidthSet,
-                               optionDbreqPulseWidthGet, frequencyGet, enableGet, enableSet);
-
-MethodRows rows() noexcept { return table; }
-
-TAVO_FUNCTION_NAMES(ioDbreqGet, ioDbreqSet, ioDbrdyGet, ioDbrdySnapshotGet, ioDbrdySnapshotClear, ioResetGet,
-                    ioPwrokGet, optionDbreqOnDbrdySet, optionDbreqOnDbrdyGet, optionDbreqOnResetSet,
-                    optionDbreqOnResetGet, optionDbreqPulseWidthSet, optionDbreqPulseWidthGet, frequencyGet,
-                    enableGet, enableSet);
+TAVO_METHODS(ioDbreqGet, ioDbreqSet, ioDbrdyGet, ioDbrdySnapshotGet, ioDbrdySnapshotClear, ioResetGet,
+             ioPwrokGet, optionDbreqOnDbrdySet, optionDbreqOnDbrdyGet, optionDbreqOnResetSet,
+             optionDbreqOnResetGet, optionDbreqPulseWidthSet, optionDbreqPulseWidthGet, frequencyGet,
+             enableGet, enableSet);
 
 } // namespace TAVO::TAVOXTranscode::hdt_v1_0
 
 namespace TAVO::TAVOXTranscode::hdt_v1_1 {
 
-constexpr auto table = tableOf(
-    ioDbreqGet, ioDbreqSet, ioDbrdyGet, ioDbrdyWait, ioDbrdySnapshotGet, ioDbrdySnapshotClear,
-    ioDbreqSourceSnapshotGet, ioDbreqSourceSnapshotClear, ioResetGet, ioPwrokGet, ioTriggerSet, ioTriggerGet,
-    optionDbreqOnDbrdySet, optionDbreqOnDbrdyGet, optionDbreqOnResetSet, optionDbreqOnResetGet,
-    optionDbreqOnTriggerSet, optionDbreqOnTriggerGet, optionDbreqPulseWidthSet, optionDbreqPulseWidthGet,
-    optionDbrdyMaskSet, optionDbrdyMaskGet, optionFrequencyGet, optionTriggerSetupSet, optionTriggerSetupGet,
-    enableGet, enableSet, headerStatusGet, headerStatusClear);
-
-MethodRows rows() noexcept { return table; }
-
-TAVO_FUNCTION_NAMES(ioDbreqGet, ioDbreqSet, ioDbrdyGet, ioDbrdyWait, ioDbrdySnapshotGet, ioDbrdySnapshotClear,
-                    ioDbreqSourceSnapshotGet, ioDbreqSourceSnapshotClear, ioResetGet, ioPwrokGet,
-                    ioTriggerSet, ioTriggerGet, optionDbreqOnDbrdySet, optionDbreqOnDbrdyGet,
-                    optionDbreqOnResetSet, optionDbreqOnResetGet, optionDbreqOnTriggerSet,
-                    optionDbreqOnTriggerGet, optionDbreqPulseWidthSet, optionDbreqPulseWidthGet,
-                    optionDbrdyMaskSet, optionDbrdyMaskGet, optionFrequencyGet, optionTriggerSetupSet,
-                    optionTriggerSetupGet, enableGet, enableSet, headerStatusGet, headerStatusClear);
+TAVO_METHODS(ioDbreqGet, ioDbreqSet, ioDbrdyGet, ioDbrdyWait, ioDbrdySnapshotGet, ioDbrdySnapshotClear,
+             ioDbreqSourceSnapshotGet, ioDbreqSourceSnapshotClear, ioResetGet, ioPwrokGet, ioTriggerSet,
+             ioTriggerGet, optionDbreqOnDbrdySet, optionDbreqOnDbrdyGet, optionDbreqOnResetSet,
+             optionDbreqOnResetGet, optionDbreqOnTriggerSet, optionDbreqOnTriggerGet,
+             optionDbreqPulseWidthSet, optionDbreqPulseWidthGet, optionDbrdyMaskSet, optionDbrdyMaskGet,
+             optionFrequencyGet, optionTriggerSetupSet, optionTriggerSetupGet, enableGet, enableSet,
+             headerStatusGet, headerStatusClear);
 
 } // namespace TAVO::TAVOXTranscode::hdt_v1_1
 

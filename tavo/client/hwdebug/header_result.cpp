@@ -1,13 +1,8 @@
 #include <tavo/client/hwdebug/header_result.h>
-#include <tavo/client/transcode/convert_record.h>
+#include <tavo/client/transcode/internal/conversions.h>
 
 namespace TAVO::HWDebug {
 
-HeaderResult::HeaderResult(const dto::Base::HeaderStatusGetReply& reply) {
-    TAVOXTranscode::convertRecord(reply, *this);
-}
-
-HeaderResult::HeaderResult(const dto::result& outcome)
-    : HeaderResult(dto::replyOf<dto::Base::HeaderStatusGetReply>(outcome)) {}
+TAVO_FROM_REPLY(HeaderResult, dto::Base::HeaderStatusGetReply);
 
 } // namespace TAVO::HWDebug

@@ -2,22 +2,14 @@
 
 #include <utility>
 
-#include <tavo/client/transcode/convert_record.h>
+#include <tavo/client/transcode/internal/conversions.h>
 #include <tavo/client/transcode/internal/function_names.h>
-#include <tavo/client/transcode/table.h>
 
 namespace TAVO::TAVOXTranscode::i2c_v1_0 {
 
-constexpr auto table =
-    tableOf(transfer, read, write, optionSclFrequencyGet, optionSclFrequencySet, optionAddressRetryLimitGet,
-            optionAddressRetryLimitSet, optionTimeoutGet, optionTimeoutSet, optionAckGet, optionAckSet,
-            headerStatusGet, headerStatusClear);
-
-MethodRows rows() noexcept { return table; }
-
-TAVO_FUNCTION_NAMES(transfer, read, write, optionSclFrequencyGet, optionSclFrequencySet,
-                    optionAddressRetryLimitGet, optionAddressRetryLimitSet, optionTimeoutGet,
-                    optionTimeoutSet, optionAckGet, optionAckSet, headerStatusGet, headerStatusClear);
+TAVO_METHODS(transfer, read, write, optionSclFrequencyGet, optionSclFrequencySet, optionAddressRetryLimitGet,
+             optionAddressRetryLimitSet, optionTimeoutGet, optionTimeoutSet, optionAckGet, optionAckSet,
+             headerStatusGet, headerStatusClear);
 
 } // namespace TAVO::TAVOXTranscode::i2c_v1_0
 
@@ -27,56 +19,11 @@ namespace i2c_v1_0 = TAVOXTranscode::i2c_v1_0;
 
 namespace I2c_v1_0_Structs {
 
-I2cTransfer::I2cTransfer(const dto::i2c::TransferReply& reply) {
-    TAVOXTranscode::convertRecord(reply, *this);
-}
-
-I2cTransfer::I2cTransfer(const dto::result& outcome)
-    : I2cTransfer(dto::replyOf<dto::i2c::TransferReply>(outcome)) {}
-
-I2cTransfer::operator dto::i2c::TransferReply() const {
-    return TAVOXTranscode::converted<dto::i2c::TransferReply>(*this);
-}
-
-I2cRead::I2cRead(const dto::i2c::ReadReply& reply) { TAVOXTranscode::convertRecord(reply, *this); }
-
-I2cRead::I2cRead(const dto::result& outcome)
-    : I2cRead(dto::replyOf<dto::i2c::ReadReply>(outcome)) {}
-
-I2cRead::operator dto::i2c::ReadReply() const {
-    return TAVOXTranscode::converted<dto::i2c::ReadReply>(*this);
-}
-
-I2cAck::I2cAck(const dto::i2c::OptionAckGetReply& reply) { TAVOXTranscode::convertRecord(reply, *this); }
-
-I2cAck::I2cAck(const dto::result& outcome)
-    : I2cAck(dto::replyOf<dto::i2c::OptionAckGetReply>(outcome)) {}
-
-I2cAck::operator dto::i2c::OptionAckGetReply() const {
-    return TAVOXTranscode::converted<dto::i2c::OptionAckGetReply>(*this);
-}
-
-I2cTimeout::I2cTimeout(const dto::i2c::OptionTimeoutGetReply& reply) {
-    TAVOXTranscode::convertRecord(reply, *this);
-}
-
-I2cTimeout::I2cTimeout(const dto::result& outcome)
-    : I2cTimeout(dto::replyOf<dto::i2c::OptionTimeoutGetReply>(outcome)) {}
-
-I2cTimeout::operator dto::i2c::OptionTimeoutGetReply() const {
-    return TAVOXTranscode::converted<dto::i2c::OptionTimeoutGetReply>(*this);
-}
-
-I2cSclFrequency::I2cSclFrequency(const dto::Base::FrequencyGetReply& reply) {
-    TAVOXTranscode::convertRecord(reply, *this);
-}
-
-I2cSclFrequency::I2cSclFrequency(const dto::result& outcome)
-    : I2cSclFrequency(dto::replyOf<dto::Base::FrequencyGetReply>(outcome)) {}
-
-I2cSclFrequency::operator dto::Base::FrequencyGetReply() const {
-    return TAVOXTranscode::converted<dto::Base::FrequencyGetReply>(*this);
-}
+TAVO_FROM_AND_TO_REPLY(I2cTransfer, dto::i2c::TransferReply);
+TAVO_FROM_AND_TO_REPLY(I2cRead, dto::i2c::ReadReply);
+TAVO_FROM_AND_TO_REPLY(I2cAck, dto::i2c::OptionAckGetReply);
+TAVO_FROM_AND_TO_REPLY(I2cTimeout, dto::i2c::OptionTimeoutGetReply);
+TAVO_FROM_AND_TO_REPLY(I2cSclFrequency, dto::Base::FrequencyGetReply);
 
 } // namespace I2c_v1_0_Structs
 

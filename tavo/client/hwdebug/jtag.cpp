@@ -2,45 +2,25 @@
 
 #include <utility>
 
-#include <tavo/client/transcode/convert_record.h>
+#include <tavo/client/transcode/internal/conversions.h>
 #include <tavo/client/transcode/internal/function_names.h>
-#include <tavo/client/transcode/table.h>
 
 namespace TAVO::TAVOXTranscode::jtag_v1_0 {
 
-constexpr auto table =
-    tableOf(shiftIR, shiftDR, tdoExpectedGet, tdoExpectedSet, retryGet, retrySet, repeatGet, repeatSet,
-            tapStateGet, tapStateSet, tckFrequencyGet, tckFrequencySet, sleep, terminationStateIRGet,
-            terminationStateIRSet, terminationStateDRGet, terminationStateDRSet, ioTrstGet, ioTrstSet,
-            ioTckGet, ioTckSet, ioTmsGet, ioTmsSet, ioTdiGet, ioTdiSet, ioTdoGet, enableGet, enableSet);
-
-MethodRows rows() noexcept { return table; }
-
-TAVO_FUNCTION_NAMES(shiftIR, shiftDR, tdoExpectedGet, tdoExpectedSet, retryGet, retrySet, repeatGet,
-                    repeatSet, tapStateGet, tapStateSet, tckFrequencyGet, tckFrequencySet, sleep,
-                    terminationStateIRGet, terminationStateIRSet, terminationStateDRGet,
-                    terminationStateDRSet, ioTrstGet, ioTrstSet, ioTckGet, ioTckSet, ioTmsGet, ioTmsSet,
-                    ioTdiGet, ioTdiSet, ioTdoGet, enableGet, enableSet);
+TAVO_METHODS(shiftIR, shiftDR, tdoExpectedGet, tdoExpectedSet, retryGet, retrySet, repeatGet, repeatSet,
+             tapStateGet, tapStateSet, tckFrequencyGet, tckFrequencySet, sleep, terminationStateIRGet,
+             terminationStateIRSet, terminationStateDRGet, terminationStateDRSet, ioTrstGet, ioTrstSet,
+             ioTckGet, ioTckSet, ioTmsGet, ioTmsSet, ioTdiGet, ioTdiSet, ioTdoGet, enableGet, enableSet);
 
 } // namespace TAVO::TAVOXTranscode::jtag_v1_0
 
 namespace TAVO::TAVOXTranscode::jtag_v1_1 {
 
-constexpr auto table =
-    tableOf(shiftIR, shiftDR, tapStateGet, tapStateSet, sleep, optionTdoExpectedGet, optionTdoExpectedSet,
-            optionRetryGet, optionRetrySet, optionRepeatGet, optionRepeatSet, optionTckFrequencyGet,
-            optionTckFrequencySet, optionTerminationStateGet, optionTerminationStateSet, optionPrePostTckGet,
-            optionPrePostTckSet, ioTrstGet, ioTrstSet, ioTckGet, ioTckSet, ioTmsGet, ioTmsSet, ioTdiGet,
-            ioTdiSet, ioTdoGet, enableGet, enableSet, headerStatusGet, headerStatusClear);
-
-MethodRows rows() noexcept { return table; }
-
-TAVO_FUNCTION_NAMES(shiftIR, shiftDR, tapStateGet, tapStateSet, sleep, optionTdoExpectedGet,
-                    optionTdoExpectedSet, optionRetryGet, optionRetrySet, optionRepeatGet, optionRepeatSet,
-                    optionTckFrequencyGet, optionTckFrequencySet, optionTerminationStateGet,
-                    optionTerminationStateSet, optionPrePostTckGet, optionPrePostTckSet, ioTrstGet, ioTrstSet,
-                    ioTckGet, ioTckSet, ioTmsGet, ioTmsSet, ioTdiGet, ioTdiSet, ioTdoGet, enableGet,
-                    enableSet, headerStatusGet, headerStatusClear);
+TAVO_METHODS(shiftIR, shiftDR, tapStateGet, tapStateSet, sleep, optionTdoExpectedGet, optionTdoExpectedSet,
+             optionRetryGet, optionRetrySet, optionRepeatGet, optionRepeatSet, optionTckFrequencyGet,
+             optionTckFrequencySet, optionTerminationStateGet, optionTerminationStateSet, optionPrePostTckGet,
+             optionPrePostTckSet, ioTrstGet, ioTrstSet, ioTckGet, ioTckSet, ioTmsGet, ioTmsSet, ioTdiGet,
+             ioTdiSet, ioTdoGet, enableGet, enableSet, headerStatusGet, headerStatusClear);
 
 } // namespace TAVO::TAVOXTranscode::jtag_v1_1
 
@@ -50,26 +30,9 @@ namespace jtag_v1_1 = TAVOXTranscode::jtag_v1_1;
 
 namespace Jtag_v1_1_Structs {
 
-RepeatGet::RepeatGet(const dto::Jtag::OptionRepeatGetReply& reply) {
-    TAVOXTranscode::convertRecord(reply, *this);
-}
-
-RepeatGet::RepeatGet(const dto::result& outcome)
-    : RepeatGet(dto::replyOf<dto::Jtag::OptionRepeatGetReply>(outcome)) {}
-
-RetryGet::RetryGet(const dto::Jtag::OptionRetryGetReply& reply) {
-    TAVOXTranscode::convertRecord(reply, *this);
-}
-
-RetryGet::RetryGet(const dto::result& outcome)
-    : RetryGet(dto::replyOf<dto::Jtag::OptionRetryGetReply>(outcome)) {}
-
-TdoExpectedGet::TdoExpectedGet(const dto::Jtag::OptionTdoExpectedGetReply& reply) {
-    TAVOXTranscode::convertRecord(reply, *this);
-}
-
-TdoExpectedGet::TdoExpectedGet(const dto::result& outcome)
-    : TdoExpectedGet(dto::replyOf<dto::Jtag::OptionTdoExpectedGetReply>(outcome)) {}
+TAVO_FROM_REPLY(RepeatGet, dto::Jtag::OptionRepeatGetReply);
+TAVO_FROM_REPLY(RetryGet, dto::Jtag::OptionRetryGetReply);
+TAVO_FROM_REPLY(TdoExpectedGet, dto::Jtag::OptionTdoExpectedGetReply);
 
 } // namespace Jtag_v1_1_Structs
 

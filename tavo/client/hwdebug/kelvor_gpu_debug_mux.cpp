@@ -1,15 +1,10 @@
 #include <tavo/client/hwdebug/kelvor_gpu_debug_mux.h>
 
 #include <tavo/client/transcode/internal/function_names.h>
-#include <tavo/client/transcode/table.h>
 
 namespace TAVO::TAVOXTranscode::kelvorGpuDebugMux_v1_0 {
 
-constexpr auto table = tableOf(headerModeGet, headerModeSet);
-
-MethodRows rows() noexcept { return table; }
-
-TAVO_FUNCTION_NAMES(headerModeGet, headerModeSet);
+TAVO_METHODS(headerModeGet, headerModeSet);
 
 } // namespace TAVO::TAVOXTranscode::kelvorGpuDebugMux_v1_0
 

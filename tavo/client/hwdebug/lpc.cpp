@@ -2,15 +2,10 @@
 
 #include <tavo/client/hwdebug/child.h>
 #include <tavo/client/transcode/internal/function_names.h>
-#include <tavo/client/transcode/table.h>
 
 namespace TAVO::TAVOXTranscode::lpc_v1_0 {
 
-constexpr auto table = tableOf(headerConnectGet);
-
-MethodRows rows() noexcept { return table; }
-
-TAVO_FUNCTION_NAMES(headerConnectGet);
+TAVO_METHODS(headerConnectGet);
 
 } // namespace TAVO::TAVOXTranscode::lpc_v1_0
 

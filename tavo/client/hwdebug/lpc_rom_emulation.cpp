@@ -2,18 +2,12 @@
 
 #include <utility>
 
-#include <tavo/client/transcode/convert_record.h>
+#include <tavo/client/transcode/internal/conversions.h>
 #include <tavo/client/transcode/internal/function_names.h>
-#include <tavo/client/transcode/table.h>
 
 namespace TAVO::TAVOXTranscode::lpcRomEmulation_v1_0 {
 
-constexpr auto table =
-    tableOf(sramSizeGet, sramSet, sramGet, optionRomTypeSet, optionRomTypeGet, enableSet, enableGet);
-
-MethodRows rows() noexcept { return table; }
-
-TAVO_FUNCTION_NAMES(sramSizeGet, sramSet, sramGet, optionRomTypeSet, optionRomTypeGet, enableSet, enableGet);
+TAVO_METHODS(sramSizeGet, sramSet, sramGet, optionRomTypeSet, optionRomTypeGet, enableSet, enableGet);
 
 } // namespace TAVO::TAVOXTranscode::lpcRomEmulation_v1_0
 
@@ -23,12 +17,7 @@ namespace lpcRomEmulation_v1_0 = TAVOXTranscode::lpcRomEmulation_v1_0;
 
 namespace LpcRomEmulation_v1_0_Structs {
 
-SramGet::SramGet(const dto::lpcRomEmulation::SramGetReply& reply) {
-    TAVOXTranscode::convertRecord(reply, *this);
-}
-
-SramGet::SramGet(const dto::result& outcome)
-    : SramGet(dto::replyOf<dto::lpcRomEmulation::SramGetReply>(outcome)) {}
+TAVO_FROM_REPLY(SramGet, dto::lpcRomEmulation::SramGetReply);
 
 } // namespace LpcRomEmulation_v1_0_Structs
 

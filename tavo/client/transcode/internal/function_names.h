@@ -1,5 +1,14 @@
 #pragma once
 
+#include <tavo/client/transcode/table.h>
+
+/// TAVO_METHODS(get, set, ...) defines what a type's namespace declares for these Calls, in their order:
+/// rows(), and the functions by name. Once in a namespace.
+#define TAVO_METHODS(...)                                                                                    \
+    constexpr auto table = tableOf(__VA_ARGS__);                                                             \
+    MethodRows rows() noexcept { return table; }                                                             \
+    TAVO_FUNCTION_NAMES(__VA_ARGS__)
+
 /// TAVO_FUNCTION_NAMES(get, set, ...) defines references to the functions of these Calls: encode_get and
 /// decode_get, encode_set and decode_set, ... Takes up to 64 Calls.
 #define TAVO_FUNCTION_NAMES(...) TAVO_SCAN_64(TAVO_NAMES(__VA_ARGS__))
