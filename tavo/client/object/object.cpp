@@ -94,7 +94,6 @@ bool Object_v1_0::enter(const std::string& name, std::uint32_t id) {
     const bool hasDecoder = decoder != decoders_->end();
     if (!hasEncoder && !hasDecoder)
         return false;
-    recent_ = {}; // entries move
     const auto place = std::ranges::lower_bound(methods_, std::string_view(name), {}, nameOfEntry);
     const bool isNew = place == methods_.end() || *place->name != name;
     auto& entry = isNew ? *methods_.insert(place, MethodEntry()) : *place;
@@ -157,15 +156,15 @@ Object_v1_0::Functions Object_v1_0::findFunctions(std::string_view name) const {
 }
 
 std::shared_ptr<const Method::Target> Object_v1_0::targetOf(std::string_view name) const {
-    for (const auto* entry : recent_)
-        if (entry && *entry->name == name && entry->isUpToDate())
-            return entry->target;
+    for (const auto place : recent_)
+        if (place < methods_.size() && *methods_[place].name == name && methods_[place].isUpToDate())
+            return methods_[place].target;
     const auto* entry = entryOf(name);
     if (!entry || !entry->encoder || !entry->decoder)
         return makeTarget(std::string(name));
     if (!entry->isUpToDate())
         entry->target = makeTarget(*entry->name);
-    recent_[oldestRecent_] = entry;
+    recent_[oldestRecent_] = static_cast<std::size_t>(entry - methods_.data());
     oldestRecent_ = (oldestRecent_ + 1) % recent_.size();
     return entry->target;
 }

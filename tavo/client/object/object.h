@@ -246,8 +246,8 @@ private:
     std::uint32_t instanceId_;
     std::string knownType_;
     std::vector<MethodEntry> methods_; ///< sorted by name
-    /// Those of methods_ that calls were made of last. Batches are made of few methods.
-    mutable std::array<const MethodEntry*, 4> recent_{};
+    /// Places in methods_ that calls were made of last. Batches are made of few methods.
+    mutable std::array<std::size_t, 4> recent_{};
     mutable std::size_t oldestRecent_ = 0;
     std::vector<OtherMethod> others_; ///< sorted by name
     std::string otherNames_;
