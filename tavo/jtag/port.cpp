@@ -14,7 +14,7 @@ namespace {
 namespace calls = TAVOXTranscode::jtag_v1_0;
 
 /// Of one exchange, in both directions together.
-constexpr std::size_t mostBytes = 4 * 1024 * 1024;
+constexpr std::size_t mostBytes = std::size_t{4} * 1024 * 1024;
 /// What a call takes besides its bits, roughly.
 constexpr std::size_t bytesOfCall = 64;
 constexpr std::chrono::microseconds longestSleep(1'000'000'000);
