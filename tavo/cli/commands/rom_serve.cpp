@@ -187,10 +187,12 @@ void serveClients(ServedRom& rom, Door& door, bool once) {
         rom.begin();
         return std::make_unique<Serprog>(access, std::move(send));
     };
-    do {
+    while (true) {
         door.serve(greet);
         rom.throwIfFailed();
-    } while (!once);
+        if (once)
+            return;
+    }
 }
 
 } // namespace
