@@ -68,7 +68,7 @@ microseconds timeOfAny(const dto::request_packet& packet) {
 }
 
 microseconds timeOf(const Method& method) {
-    const auto params = method.getParams();
+    const auto& params = method.getParams();
     if (!params.request)
         return microseconds(0);
     using namespace dto;
