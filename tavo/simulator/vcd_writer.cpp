@@ -84,7 +84,7 @@ void VcdWriter::change(Wire& wire, bool level) {
 
 void VcdWriter::step() {
     // Readers take the last time of a dump for its end, so it is always there.
-    std::array<char, 24> number;
+    std::array<char, 24> number{};
     const auto [end, error] = std::to_chars(number.data(), number.data() + number.size(), ++time_);
     text_ += '#';
     text_.append(number.data(), end);
