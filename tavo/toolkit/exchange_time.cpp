@@ -59,7 +59,7 @@ microseconds timeOf(const dto::com::SendRequest& request) { return perBusByte * 
 template <class... Requests>
 microseconds timeOfAny(const dto::request_packet& packet) {
     microseconds time(0);
-    const auto look = [&]<class Request>(const Request* request) {
+    const auto look = [&time](const auto* request) {
         if (request != nullptr)
             time = notNegative(timeOf(*request));
     };
