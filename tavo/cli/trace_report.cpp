@@ -41,8 +41,8 @@ class ShownCall {
 public:
     ShownCall(const trace::RecordedCall& call, const trace::Names& names)
         : call_(call)
-        , row_(names.row(call.id)) {
-        name_ = names.nameOf(call.id);
+        , row_(names.row(call.id))
+        , name_(names.nameOf(call.id)) {
         if (row_ && row_->request && call.parameters.size() == call.parameterSize) {
             const auto bytes = blanked(call.parameters, trace::secretParameters(names, call.id));
             TAVOX::InputStream in(bytes.data(), bytes.size());

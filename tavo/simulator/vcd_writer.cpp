@@ -26,9 +26,9 @@ std::string wireId(std::size_t number) {
 } // namespace
 
 VcdWriter::VcdWriter(const std::vector<std::string>& scopes, Sink sink)
-    : sink_(std::move(sink)) {
+    : sink_(std::move(sink))
     // Half a clock at the usual 1 MHz, as near as a scale of 1, 10 or 100 comes.
-    text_ = "$comment Each clock takes two steps, whatever its frequency. $end\n$timescale 1 us $end\n";
+    , text_("$comment Each clock takes two steps, whatever its frequency. $end\n$timescale 1 us $end\n") {
     std::size_t number = 0;
     for (const auto& name : scopes) {
         auto& scope = scopes_.emplace_back();
