@@ -84,6 +84,7 @@ private:
 
     template <class Request, class Reply, class... Values>
     auto call(const TAVOXTranscode::Call<Request, Reply>& kind, Values&&... values) {
+        // cppcheck-suppress redundantInitialization ; takes the call of make() for two assignments
         auto method = port_.object_->make(kind, std::forward<Values>(values)...);
         methods_.push_back(method);
         bytes_ += bytesOfCall;
