@@ -148,9 +148,8 @@ std::vector<PreparedCall> prepareAll(const tavo_device& handle, const CallInput&
         try {
             calls.push_back(reader.prepare(call));
         } catch (const Refusal& error) {
-            Refusal placed(error.status, "call " + std::to_string(calls.size()) + ": " + error.what());
-            placed.callIndex = static_cast<std::int64_t>(calls.size());
-            throw placed;
+            throw Refusal(error.status, "call " + std::to_string(calls.size()) + ": " + error.what(),
+                          static_cast<std::int64_t>(calls.size()));
         }
     }
     return calls;

@@ -23,10 +23,10 @@ struct tavo_device {
 namespace TAVO::c {
 
 /// Milliseconds as in tavo_options.
-TimeLimit timeLimitOf(std::uint32_t milliseconds);
+TimeLimit timeLimitOf(std::uint32_t given);
 
 /// @throws Refusal for wrong options or if the device is open; what DeviceFactory::buildDevice throws.
-void openDevice(tavo_device& handle, const tavo_options& options);
+void openDevice(tavo_device& handle, const tavo_options& given);
 void closeDevice(tavo_device& handle) noexcept;
 
 /// @throws Refusal if it is closed.

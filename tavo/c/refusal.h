@@ -11,13 +11,14 @@ namespace TAVO::c {
 /// A failure found by the C interface itself; nothing was sent.
 class Refusal : public std::runtime_error {
 public:
-    Refusal(tavo_status reason, const std::string& message)
+    Refusal(tavo_status reason, const std::string& message, std::int64_t index = -1)
         : std::runtime_error(message)
-        , status(reason) {}
+        , status(reason)
+        , callIndex(index) {}
 
     tavo_status status;
     /// Position in a batch; -1 outside of one.
-    std::int64_t callIndex = -1;
+    std::int64_t callIndex;
 };
 
 /// @throws Refusal that names the argument if it is a null pointer.

@@ -8,8 +8,10 @@
  * function takes NULL for a handle without harm.
  */
 
+/* NOLINTBEGIN(modernize-deprecated-headers): programs in C include this too */
 #include <stddef.h>
 #include <stdint.h>
+/* NOLINTEND(modernize-deprecated-headers) */
 
 #if defined(_WIN32)
 #if defined(TAVO_C_BUILDING_DLL)

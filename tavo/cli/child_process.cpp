@@ -20,6 +20,7 @@ namespace {
 pid_t start(const std::vector<std::string>& words) {
     std::vector<std::string> copies = words;
     std::vector<char*> arguments;
+    arguments.reserve(copies.size() + 1);
     for (auto& word : copies)
         arguments.push_back(word.data());
     arguments.push_back(nullptr);

@@ -53,14 +53,14 @@ std::vector<CommandGroup> commandGroups() {
 std::optional<Command> findCommand(const std::string& path) {
     for (auto& command : commandList())
         if (command.path == path)
-            return std::move(command);
+            return std::move(command); // cppcheck-suppress returnStdMoveLocal ; it is a part of the list
     return std::nullopt;
 }
 
 std::optional<CommandGroup> findGroup(const std::string& path) {
     for (auto& group : commandGroups())
         if (group.path == path)
-            return std::move(group);
+            return std::move(group); // cppcheck-suppress returnStdMoveLocal ; it is a part of the list
     return std::nullopt;
 }
 

@@ -84,7 +84,7 @@ private:
 
 /// The device behind a transport with its object "device" alone, whatever its key.
 std::shared_ptr<TAVOXDevice> unlockedDevice(std::unique_ptr<Transport> transport, TimeLimit limit) {
-    const auto device = std::make_shared<TAVOXDevice>(std::move(transport), "", "", false);
+    auto device = std::make_shared<TAVOXDevice>(std::move(transport), "", "", false);
     device->setTimeLimit(limit);
     auto object = ObjectFactory::buildObject(device, "device", DeviceFactory::DeviceInstanceID, nullptr);
     device->setDevice(std::dynamic_pointer_cast<Device_v1_0>(std::move(object)));

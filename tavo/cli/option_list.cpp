@@ -32,6 +32,11 @@ constexpr ValueKind kindOf(const Target*) {
         return ValueKind::text;
 }
 
+template <class Target>
+constexpr bool isRepeatedTarget(const Target*) {
+    return ValueOf<Target>::repeated;
+}
+
 constexpr double largest = std::numeric_limits<double>::max();
 
 } // namespace
@@ -43,8 +48,7 @@ NumberLimits positive() {
 NumberLimits notNegative() { return {Interval<double>{0, largest}, "NONNEGATIVE", "0 and above"}; }
 
 bool Option::isRepeated() const {
-    const auto isRepeated = []<class Target>(const Target*) { return ValueOf<Target>::repeated; };
-    return std::visit(isRepeated, target);
+    return std::visit([](const auto* value) { return isRepeatedTarget(value); }, target);
 }
 
 ValueKind Option::kind() const {

@@ -34,17 +34,18 @@ struct Bounds {
     std::uint64_t highest;
 };
 
+template <class Target>
+Bounds boundsOfTarget(const Target*) {
+    using Value = typename ValueOf<Target>::Type;
+    if constexpr (std::is_integral_v<Value>)
+        return {std::int64_t{std::numeric_limits<Value>::min()},
+                std::uint64_t{std::numeric_limits<Value>::max()}};
+    else
+        return {};
+}
+
 Bounds boundsOf(const OptionTarget& target) {
-    return std::visit(
-        []<class Target>(const Target*) -> Bounds {
-            using Value = typename ValueOf<Target>::Type;
-            if constexpr (std::is_integral_v<Value>)
-                return {std::int64_t{std::numeric_limits<Value>::min()},
-                        std::uint64_t{std::numeric_limits<Value>::max()}};
-            else
-                return {};
-        },
-        target);
+    return std::visit([](const auto* value) { return boundsOfTarget(value); }, target);
 }
 
 /// The whole numbers within both.
@@ -154,15 +155,16 @@ bool isNumber(const Option& option) {
            (kind == ValueKind::integer || kind == ValueKind::number || kind == ValueKind::duration);
 }
 
+template <class Target>
+CLI::Option* addTarget(CLI::App& app, const Option& option, Target* target) {
+    if constexpr (std::is_same_v<Target, bool>)
+        return app.add_flag(option.names, *target, option.help);
+    else
+        return app.add_option(option.names, *target, option.help);
+}
+
 CLI::Option& add(CLI::App& app, const Option& option) {
-    return *std::visit(
-        [&]<class Target>(Target* target) {
-            if constexpr (std::is_same_v<Target, bool>)
-                return app.add_flag(option.names, *target, option.help);
-            else
-                return app.add_option(option.names, *target, option.help);
-        },
-        option.target);
+    return *std::visit([&](auto* target) { return addTarget(app, option, target); }, option.target);
 }
 
 void showDefault(CLI::Option& added, const Option& option) {

@@ -63,8 +63,8 @@ std::string limitsText(const Option& option) {
     std::vector<std::string> parts;
     if (option.rules.limits)
         std::visit(
-            [&]<class Number>(const Interval<Number>& interval) {
-                if constexpr (std::is_integral_v<Number>)
+            [&parts](const auto& interval) {
+                if constexpr (std::is_integral_v<decltype(interval.lowest)>)
                     parts.push_back(fmt::format("{} to {}", interval.lowest, interval.highest));
             },
             option.rules.limits->interval);

@@ -31,9 +31,8 @@ void PrometheusText::add(double value, const Labels& labels) {
     all.insert(all.end(), labels.begin(), labels.end());
     for (auto& label : all)
         label.second = visible(label.second);
-    auto& values = metrics_.back().values;
     if (seen_.insert({metrics_.size(), all}).second)
-        values.push_back({std::move(all), value});
+        metrics_.back().values.push_back({std::move(all), value});
 }
 
 std::string PrometheusText::text() const {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <memory>
 #include <numeric>
 #include <optional>
@@ -40,8 +41,8 @@ class ShownCall {
 public:
     ShownCall(const trace::RecordedCall& call, const trace::Names& names)
         : call_(call)
-        , row_(names.row(call.id)) {
-        name_ = names.nameOf(call.id);
+        , row_(names.row(call.id))
+        , name_(names.nameOf(call.id)) {
         if (row_ && row_->request && call.parameters.size() == call.parameterSize) {
             const auto bytes = blanked(call.parameters, trace::secretParameters(names, call.id));
             TAVOX::InputStream in(bytes.data(), bytes.size());
@@ -129,7 +130,8 @@ bool isBlamed(const trace::Exchange& exchange, std::size_t call) {
 
 /// The value behind that part of the sorted ones.
 double quantile(const std::vector<double>& sorted, double part) {
-    return sorted[static_cast<std::size_t>(part * static_cast<double>(sorted.size() - 1) + 0.5)];
+    const auto place = std::llround(part * static_cast<double>(sorted.size() - 1));
+    return sorted[static_cast<std::size_t>(place)];
 }
 
 } // namespace

@@ -212,6 +212,7 @@ private:
         return fmt::format("unknown key '{}'; there are: {}", name, fmt::join(names, ", "));
     }
 
+    // cppcheck-suppress unusedPrivateFunction ; keys_ uses it
     std::string passwordFileIn(const toml::node& node) const {
         const auto text = textIn(node);
         if (text.starts_with("~/") && !home_.empty())

@@ -88,12 +88,12 @@ void JsonWriter::plain(std::string_view value) {
 }
 
 void JsonWriter::signedNumber(std::int64_t value) {
-    std::array<char, 20> space;
+    std::array<char, 20> space{};
     plain(decimal(value, space));
 }
 
 void JsonWriter::unsignedNumber(std::uint64_t value) {
-    std::array<char, 20> space;
+    std::array<char, 20> space{};
     plain(decimal(value, space));
 }
 

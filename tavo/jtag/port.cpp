@@ -14,7 +14,7 @@ namespace {
 namespace calls = TAVOXTranscode::jtag_v1_0;
 
 /// Of one exchange, in both directions together.
-constexpr std::size_t mostBytes = 4 * 1024 * 1024;
+constexpr std::size_t mostBytes = std::size_t{4} * 1024 * 1024;
 /// What a call takes besides its bits, roughly.
 constexpr std::size_t bytesOfCall = 64;
 constexpr std::chrono::microseconds longestSleep(1'000'000'000);
@@ -84,6 +84,7 @@ private:
 
     template <class Request, class Reply, class... Values>
     auto call(const TAVOXTranscode::Call<Request, Reply>& kind, Values&&... values) {
+        // cppcheck-suppress redundantInitialization ; takes the call of make() for two assignments
         auto method = port_.object_->make(kind, std::forward<Values>(values)...);
         methods_.push_back(method);
         bytes_ += bytesOfCall;

@@ -26,9 +26,9 @@ std::string wireId(std::size_t number) {
 } // namespace
 
 VcdWriter::VcdWriter(const std::vector<std::string>& scopes, Sink sink)
-    : sink_(std::move(sink)) {
+    : sink_(std::move(sink))
     // Half a clock at the usual 1 MHz, as near as a scale of 1, 10 or 100 comes.
-    text_ = "$comment Each clock takes two steps, whatever its frequency. $end\n$timescale 1 us $end\n";
+    , text_("$comment Each clock takes two steps, whatever its frequency. $end\n$timescale 1 us $end\n") {
     std::size_t number = 0;
     for (const auto& name : scopes) {
         auto& scope = scopes_.emplace_back();
@@ -84,7 +84,7 @@ void VcdWriter::change(Wire& wire, bool level) {
 
 void VcdWriter::step() {
     // Readers take the last time of a dump for its end, so it is always there.
-    std::array<char, 24> number;
+    std::array<char, 24> number{};
     const auto [end, error] = std::to_chars(number.data(), number.data() + number.size(), ++time_);
     text_ += '#';
     text_.append(number.data(), end);

@@ -47,6 +47,7 @@ public:
     template <class Request, class Reply, class... Arguments>
     Reply value(const Object_v1_0& object, const TAVOXTranscode::Call<Request, Reply>& call,
                 Arguments&&... arguments) {
+        // cppcheck-suppress redundantAssignment ; takes the call of make() for two assignments
         const auto method = object.make(call, std::forward<Arguments>(arguments)...);
         runAll({method});
         return method->take();

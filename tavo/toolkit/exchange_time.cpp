@@ -59,7 +59,7 @@ microseconds timeOf(const dto::com::SendRequest& request) { return perBusByte * 
 template <class... Requests>
 microseconds timeOfAny(const dto::request_packet& packet) {
     microseconds time(0);
-    const auto look = [&]<class Request>(const Request* request) {
+    const auto look = [&time](const auto* request) {
         if (request != nullptr)
             time = notNegative(timeOf(*request));
     };
@@ -68,7 +68,7 @@ microseconds timeOfAny(const dto::request_packet& packet) {
 }
 
 microseconds timeOf(const Method& method) {
-    const auto params = method.getParams();
+    const auto& params = method.getParams();
     if (!params.request)
         return microseconds(0);
     using namespace dto;

@@ -39,7 +39,7 @@ public:
 
 private:
     struct Step {
-        enum class Kind { fixed, sized, rest } kind;
+        enum class Kind { fixed, sized, rest } kind = Kind::fixed;
         std::uint32_t bytes = 0;
         bool isSecret = false;
     };

@@ -16,6 +16,7 @@ struct Endpoint {
     bool isIpv6 = false;
     std::array<std::uint8_t, 16> address{};
     std::uint16_t port = 0;
+    // NOLINTNEXTLINE(clang-diagnostic-zero-as-null-pointer-constant): the compiler's own comparison with zero
     auto operator<=>(const Endpoint&) const = default;
     std::string text() const;
 };

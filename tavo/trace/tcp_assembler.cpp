@@ -16,28 +16,28 @@ std::int64_t distance(std::uint32_t from, std::uint32_t to) { return static_cast
 
 } // namespace
 
-void TcpAssembler::take(std::size_t number, const Segment& segment, std::chrono::nanoseconds time) {
-    auto& side = sides_[number];
+void TcpAssembler::take(std::size_t side, const Segment& segment, std::chrono::nanoseconds time) {
+    auto& own = sides_[side];
     if (segment.isSyn) {
-        if (!side.isKnown)
-            side.next = segment.sequence + 1;
-        side.isKnown = true;
+        if (!own.isKnown)
+            own.next = segment.sequence + 1;
+        own.isKnown = true;
         return;
     }
-    if (!side.isKnown && !segment.payload.empty()) {
-        side.next = segment.sequence;
-        side.isKnown = true;
+    if (!own.isKnown && !segment.payload.empty()) {
+        own.next = segment.sequence;
+        own.isKnown = true;
     }
-    side.hasEnded = side.hasEnded || segment.isEnd;
+    own.hasEnded = own.hasEnded || segment.isEnd;
     auto bytes = segment.payload;
-    auto offset = distance(side.next, segment.sequence);
+    auto offset = distance(own.next, segment.sequence);
     if (offset < 0) {
         const auto known = static_cast<std::size_t>(-offset);
         bytes = bytes.subspan(std::min(bytes.size(), known));
         offset = 0;
     }
     if (!bytes.empty()) {
-        auto& piece = side.waiting[side.position + static_cast<std::uint64_t>(offset)];
+        auto& piece = own.waiting[own.position + static_cast<std::uint64_t>(offset)];
         if (piece.bytes.size() < bytes.size()) {
             waitingBytes_ += bytes.size() - piece.bytes.size() + (piece.bytes.empty() ? segmentBytes : 0);
             piece = {{bytes.begin(), bytes.end()}, time, segment.hasAcknowledged, segment.acknowledged};
@@ -56,23 +56,23 @@ bool TcpAssembler::mayDeliver(const Side& other, const Piece& piece) const {
            distance(other.next, piece.acknowledged) <= (other.hasEnded ? 1 : 0);
 }
 
-bool TcpAssembler::deliverNext(std::size_t number, bool anyway) {
-    auto& side = sides_[number];
-    const auto first = side.waiting.begin();
-    if (first == side.waiting.end() || first->first > side.position)
+bool TcpAssembler::deliverNext(std::size_t side, bool anyway) {
+    auto& own = sides_[side];
+    const auto first = own.waiting.begin();
+    if (first == own.waiting.end() || first->first > own.position)
         return false;
-    if (!anyway && !mayDeliver(sides_[1 - number], first->second))
+    if (!anyway && !mayDeliver(sides_[1 - side], first->second))
         return false;
     const auto begin = first->first;
     const auto piece = std::move(first->second);
-    side.waiting.erase(first);
+    own.waiting.erase(first);
     waitingBytes_ -= piece.bytes.size() + segmentBytes;
-    const auto known = side.position - begin;
+    const auto known = own.position - begin;
     if (known < piece.bytes.size()) {
         const auto fresh = std::span(piece.bytes).subspan(static_cast<std::size_t>(known));
-        side.position += fresh.size();
-        side.next += static_cast<std::uint32_t>(fresh.size());
-        deliver_(number, fresh, piece.time);
+        own.position += fresh.size();
+        own.next += static_cast<std::uint32_t>(fresh.size());
+        deliver_(side, fresh, piece.time);
     }
     return true;
 }

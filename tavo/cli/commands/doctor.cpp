@@ -48,10 +48,20 @@ public:
             if (const auto seconds = options_.timeout.value_or(0); seconds > 0)
                 limit_ = std::chrono::milliseconds(std::max(std::llround(seconds * 1000), 1LL));
         }
+        // Before the device is asked anything.
+        constexpr Step local[]{{"time limit", &Doctor::checkTimeLimit},
+                               {"share", &Doctor::checkShare},
+                               {"name", &Doctor::checkName},
+                               {"connection", &Doctor::checkConnection}};
         for (const auto& [check, look] : local)
             runOrSkip(check, look);
         if (mayAsk())
             session_.emplace(optionsOfSession(), [](std::string_view) {});
+        constexpr Step asking[]{{"protocol", &Doctor::checkProtocol},
+                                {"key", &Doctor::checkKey},
+                                {"round trip", &Doctor::checkRoundTrip},
+                                {"versions", &Doctor::checkVersions},
+                                {"lock", &Doctor::checkLock}};
         for (const auto& [check, look] : asking)
             runOrSkip(check, look);
         diagnosis_.finish();
@@ -62,9 +72,6 @@ private:
         const char* check;
         void (Doctor::*look)();
     };
-    /// Before the device is asked anything.
-    static const Step local[4];
-    static const Step asking[5];
 
     bool mayAsk() const { return !isCut_ && hasDevice_; }
 
@@ -310,17 +317,6 @@ private:
     std::string keyError_;
     dto::Device::InfoReply info_;
 };
-
-const Doctor::Step Doctor::local[] = {{"time limit", &Doctor::checkTimeLimit},
-                                      {"share", &Doctor::checkShare},
-                                      {"name", &Doctor::checkName},
-                                      {"connection", &Doctor::checkConnection}};
-
-const Doctor::Step Doctor::asking[] = {{"protocol", &Doctor::checkProtocol},
-                                       {"key", &Doctor::checkKey},
-                                       {"round trip", &Doctor::checkRoundTrip},
-                                       {"versions", &Doctor::checkVersions},
-                                       {"lock", &Doctor::checkLock}};
 
 void examine(const ConnectionOptions& given, Output& output) {
     if (InterruptWatch::isThere())

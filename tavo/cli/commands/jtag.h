@@ -66,6 +66,6 @@ void serveJtag(Session& session, Output& output, const JtagServeOptions& options
 void playSvf(Session& session, Output& output, const JtagSvfOptions& options);
 /// Tells what a file does.
 void measureSvf(Output& output, const JtagSvfOptions& options);
-void showJtagOptions(Session& session, Output& output, const ObjectOptions& options);
+void showJtagOptions(Session& session, Output& output, const ObjectOptions& chosen);
 
 } // namespace TAVO::cli

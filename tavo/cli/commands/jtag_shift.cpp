@@ -14,7 +14,7 @@ namespace TAVO::cli {
 namespace {
 
 /// Of all shifts of one command together: 2 MiB each way.
-constexpr std::int64_t mostBits = 16 * 1024 * 1024;
+constexpr std::int64_t mostBits = std::int64_t{16} * 1024 * 1024;
 
 struct Shift {
     JtagRegister target;

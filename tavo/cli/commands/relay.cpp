@@ -54,6 +54,7 @@ std::vector<RelayState> relayStates(Session& session) {
     if (!batch.empty())
         session.runAll(batch);
     std::vector<RelayState> states;
+    states.reserve(relays.size());
     for (const auto& [name, get] : relays)
         states.push_back({name, get->value().state});
     return states;

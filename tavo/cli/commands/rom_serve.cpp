@@ -48,6 +48,7 @@ public:
         return {[this](const std::vector<RomPart>& parts) { return run({}, parts); },
                 [this](const std::vector<RomPiece>& pieces) {
                     std::vector<RomPart> parts;
+                    parts.reserve(pieces.size());
                     for (const auto& piece : pieces)
                         parts.push_back({piece.offset, static_cast<std::uint32_t>(piece.bytes.size())});
                     return run(pieces, parts);
@@ -57,10 +58,12 @@ public:
 private:
     RomAccess::Contents run(const std::vector<RomPiece>& pieces, const std::vector<RomPart>& parts) {
         std::vector<std::shared_ptr<Method>> calls;
+        calls.reserve(pieces.size() + parts.size());
         for (const auto& piece : pieces)
             calls.push_back(rom_->getSramSetMethod(static_cast<int>(piece.offset), piece.bytes));
         using Get = decltype(rom_->getSramGetMethod(0, 0));
         std::vector<Get> gets;
+        gets.reserve(parts.size());
         for (const auto& part : parts) {
             gets.push_back(
                 rom_->getSramGetMethod(static_cast<int>(part.offset), static_cast<int>(part.length)));
@@ -184,10 +187,12 @@ void serveClients(ServedRom& rom, Door& door, bool once) {
         rom.begin();
         return std::make_unique<Serprog>(access, std::move(send));
     };
-    do {
+    while (true) {
         door.serve(greet);
         rom.throwIfFailed();
-    } while (!once);
+        if (once)
+            return;
+    }
 }
 
 } // namespace

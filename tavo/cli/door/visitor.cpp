@@ -38,6 +38,7 @@ void acknowledgeAtOnce(server::Socket& socket) {
 
 } // namespace
 
+// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): clearing `arriving_` would cost each connection
 Visitor::Visitor(server::Socket socket, const Bounds& bounds)
     : socket_(std::move(socket))
     , limit_(socket_.get_executor())

@@ -12,7 +12,7 @@
 namespace TAVO::cli {
 
 /// How many bits of clocks are kept that nobody waits for.
-inline constexpr std::size_t mostHeldBits = 512 * 1024;
+inline constexpr std::size_t mostHeldBits = std::size_t{512} * 1024;
 
 /// What the protocols of cables need of a JTAG port, and of whoever started the server.
 struct JtagAccess {

@@ -45,8 +45,8 @@ void RomImage::read(std::uint32_t place, std::span<std::uint8_t> bytes) {
     forBlocks(place, bytes.size(), [&](std::size_t block) { require(block); });
     const auto content = std::span(bytes_).subspan(place, bytes.size());
     std::copy(content.begin(), content.end(), bytes.begin());
-    for (auto block = (place + blockSize - 1) / blockSize; (block + 1) * blockSize <= place + bytes.size();
-         ++block)
+    for (std::size_t block = (place + blockSize - 1) / blockSize;
+         (block + 1) * blockSize <= place + bytes.size(); ++block)
         if (trust_[block] == Trust::doubtful)
             trust_[block] = Trust::sound;
 }

@@ -163,7 +163,7 @@ void SpiFlash::program(Sent sent) {
     const auto place = addressIn(sent);
     const auto first = place % pageSize;
     // The chip collects a page, of which the end is followed by the beginning.
-    std::array<std::uint8_t, pageSize> page;
+    std::array<std::uint8_t, pageSize> page{};
     page.fill(0xFF);
     const auto data = sent.subspan(addressed);
     for (std::size_t i = 0; i < data.size(); ++i)

@@ -76,7 +76,7 @@ public:
 private:
     enum class State { off, proposed, on };
     struct Side {
-        Option option;
+        Option option = binary;
         State ours = State::off;
         State theirs = State::off;
     };

@@ -33,9 +33,9 @@ std::string takeWord(std::string_view& rest) {
             continue;
         }
         if (rest.front() == '\\') {
-            rest.remove_prefix(1);
-            if (rest.empty())
+            if (rest.size() == 1)
                 throw std::invalid_argument("a backslash ends the line");
+            rest.remove_prefix(1);
         }
         word += rest.front();
         rest.remove_prefix(1);

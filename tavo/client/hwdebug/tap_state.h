@@ -58,7 +58,7 @@ constexpr bool isResting(TapState state) noexcept {
 inline std::vector<bool> shortestPath(TapState from, TapState to) {
     // Clocks from each state to `to`, found from there backwards.
     constexpr std::size_t unknown = tapStateCount;
-    std::array<std::size_t, tapStateCount> clocks;
+    std::array<std::size_t, tapStateCount> clocks{};
     clocks.fill(unknown);
     clocks[static_cast<std::size_t>(to)] = 0;
     const auto clocksFrom = [&](TapState state) { return clocks[static_cast<std::size_t>(state)]; };

@@ -88,6 +88,7 @@ void TapLogFile::followInLines(Appliance& appliance) {
 void TapLogFile::followAsDump(Appliance& appliance) {
     const auto jtags = jtagsOf(appliance);
     std::vector<std::string> names;
+    names.reserve(jtags.size());
     for (const auto* jtag : jtags)
         names.push_back(jtag->fullName());
     const auto dump = std::make_shared<VcdWriter>(names, [this](std::string_view text) { write(text); });
