@@ -16,7 +16,7 @@ run_cppcheck() {
         passedByValue shadowFunction unusedStructMember useStlAlgorithm; do
         suppressions+=("--suppress=$id")
     done
-    cppcheck -j "$jobs" --error-exitcode=1 --std=c++20 --inline-suppr -I . \
+    cppcheck -j "$jobs" --error-exitcode=1 --std=c++20 --inline-suppr --library=scripts/lib/cppcheck.cfg -I . \
         --enable=warning,performance,portability,style "${suppressions[@]}" tavo
 }
 

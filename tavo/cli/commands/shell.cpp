@@ -86,7 +86,7 @@ private:
             if (!interactive_ && !mayFail)
                 throw ReportedFailure(std::move(report));
             output_.finish();
-            output_.tell(report);
+            output_.tell(report); // cppcheck-suppress accessMoved ; what is moved has been thrown
         }
     }
 
