@@ -73,7 +73,11 @@ struct TAVOXDevice::Connection {
     bool isInStep() const noexcept { return exchange.isInStep() && !transport->hasUnaskedBytes(); }
 
     /// The one that goes through the trace, if there is a trace.
-    Transport& used() noexcept { return traced && traced->sink() ? *traced : *transport; }
+    Transport& used() const noexcept {
+        if (traced && traced->sink())
+            return *traced;
+        return *transport;
+    }
 
     void setTrace(TraceSink sink) {
         if (!traced && sink)

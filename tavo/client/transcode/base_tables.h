@@ -47,7 +47,7 @@ public:
 
 protected:
     /// Inserts or overwrites one entry for each row.
-    void enter(MethodRows methods);
+    void enter(MethodRows entered);
 };
 
 /// Maps method names, compared byte by byte, to decoders; the counterpart of EncoderList.
@@ -58,7 +58,7 @@ public:
 
 protected:
     /// Inserts or overwrites one entry for each row.
-    void enter(MethodRows methods);
+    void enter(MethodRows entered);
 };
 
 /// The encoders of objects whose type has no tables of its own. Never changed or destroyed: any thread may

@@ -16,8 +16,8 @@
 // A macro does not expand inside itself, so each scan handles one method and leaves the rest to the next.
 #define TAVO_NAMES(method, ...)                                                                              \
     constinit EncoderFunction& encode_##method = encoderOf(method);                                          \
-    constinit DecoderFunction& decode_##method = decoderOf(method);                                          \
-    __VA_OPT__(TAVO_NAMES_LATER TAVO_NO_ARGUMENTS(__VA_ARGS__))
+    constinit DecoderFunction& decode_##method =                                                             \
+        decoderOf(method) __VA_OPT__(; TAVO_NAMES_LATER TAVO_NO_ARGUMENTS(__VA_ARGS__))
 #define TAVO_NAMES_LATER() TAVO_NAMES
 #define TAVO_NO_ARGUMENTS ()
 
