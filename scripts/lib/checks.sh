@@ -65,21 +65,21 @@ ctest_in() {
         --output-junit "$results/tests-$name.xml" "$@"
 }
 
-# in_shards NAME COMMAND ...: runs the tests of a GoogleTest program in one process per processor; results in
-# tests-NAME-N.xml. Faster than ctest if starting a process takes longer than most tests. The path of the results is
-# relative, because Windows programs do not understand absolute paths from here.
+# in_shards NAME COMMAND ...: runs the tests of a GoogleTest program in one process per processor, or in as many as
+# $shards says; results in tests-NAME-N.xml. Faster than ctest if starting a process takes longer than most tests. The
+# path of the results is relative, because Windows programs do not understand absolute paths from here.
 in_shards() {
-    local name=$1 shard pid pids=() status=0
+    local name=$1 shards=${shards:-$jobs} shard pid pids=() status=0
     shift
-    for ((shard = 0; shard < jobs; ++shard)); do
-        GTEST_TOTAL_SHARDS=$jobs GTEST_SHARD_INDEX=$shard "$@" \
+    for ((shard = 0; shard < shards; ++shard)); do
+        GTEST_TOTAL_SHARDS=$shards GTEST_SHARD_INDEX=$shard "$@" \
             "--gtest_output=xml:${results#"$PWD/"}/tests-$name-$shard.xml" >"$results/logs/$name.log.$shard" 2>&1 &
         pids+=($!)
     done
     for pid in "${pids[@]}"; do
         wait "$pid" || status=$?
     done
-    for ((shard = 0; shard < jobs; ++shard)); do
+    for ((shard = 0; shard < shards; ++shard)); do
         failures_of "$results/logs/$name.log.$shard"
     done
     return "$status"
